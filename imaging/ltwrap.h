@@ -1,0 +1,80 @@
+#pragma once
+
+#include "imaging/exception.h"
+#include "imaging/export.h"
+#include "imaging/records.h"
+#include "platform/base/types.h"
+
+using leadtools12::_LOADFILEOPTION;
+using leadtools12::_SAVEFILEOPTION;
+using leadtools12::struct_file_information;
+using leadtools12::struct_LEAD_Bitmap;
+
+/// The imaging service. Every failure is a thrown CLeadtoolsException*; the int results are 1. All calls come
+/// from one thread. Pages are counted from 1; options may be null and then stand for the defaults.
+class LTWRAP_API LEADTOOLS {
+ public:
+  // Files and information (leadtools_files.cpp)
+
+  static int GetDefaultLoadFileOption(_LOADFILEOPTION* options);
+  /// Describes one page. flags bit 0: count the pages too. Throws if the file can't be shown.
+  static int FileInfo(const char* path, struct_file_information* info, unsigned int flags, _LOADFILEOPTION* options);
+  static int FileInfoMemory(char* buffer, struct_file_information* info, long size, unsigned int flags,
+                            _LOADFILEOPTION* options);
+  /// Decodes one page into a record, whose former contents are not freed. bits 0 keeps the page's own depth; 8
+  /// expands a bilevel page; other depths are the file's own, held in the nearest depth in memory. order is a
+  /// wish: the record's Order tells what was delivered. info, if given, is filled.
+  static int LoadBitmapA(const char* path, struct_LEAD_Bitmap* bitmap, int bits, int order, _LOADFILEOPTION* options,
+                         struct_file_information* info);
+  static int LoadBitmapMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, int order, long size,
+                              _LOADFILEOPTION* options, struct_file_information* info);
+
+  // Bitmap life (leadtools_bitmap.cpp)
+
+  /// Sets up an empty record; pixels that it held are not freed.
+  static int InitBitmap(struct_LEAD_Bitmap* bitmap, int width, int height, int bits);
+  /// Gives an initialised record pixels, all zero. memoryType is 1.
+  static int AllocateBitmap(struct_LEAD_Bitmap* bitmap, int memoryType);
+  /// Releases the pixels and clears Allocated. An empty record is left alone.
+  static void FreeBitmap(struct_LEAD_Bitmap* bitmap);
+  static int CopyBitmap(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source);
+  static void CopyBitmapHandle(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source);
+  static int CopyBitmapRect(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source, unsigned int column,
+                            unsigned int row, unsigned int width, unsigned int height);
+  /// Turns the pixels so that ViewPerspective becomes viewPerspective; target null: in place.
+  static int ChangeBitmapViewPerspective(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source,
+                                         int viewPerspective);
+
+  // Transform (leadtools_transform.cpp)
+
+  /// Scales in place by repeating or dropping pixels.
+  static int SizeBitmap(struct_LEAD_Bitmap* bitmap, int width, int height);
+  /// flags 0 as SizeBitmap; bit 1: average the pixels.
+  static int SizeBitmapExt(struct_LEAD_Bitmap* bitmap, int width, int height, unsigned long flags);
+  /// Writes the source, scaled, into the allocated target at the target's size.
+  static int ResizeBitmap(struct_LEAD_Bitmap* source, struct_LEAD_Bitmap* target);
+  /// In place; angle in hundredths of a degree, clockwise, a multiple of 9000.
+  static int RotateBitmap(struct_LEAD_Bitmap* bitmap, int angle, unsigned int flags, unsigned long fillColor);
+  /// Turns a bitmap of any depth into 8-bit grey in place; bits is 8.
+  static int GrayScaleBitmap(struct_LEAD_Bitmap* bitmap, int bits);
+  /// A global memory handle, owned by the caller, with header, colour table and rows bottom-up.
+  static void* ConvertToDIB(struct_LEAD_Bitmap* bitmap);
+  /// Fills the record from such a handle and takes the handle over. If it throws, the handle stays the caller's.
+  static int ChangeFromDIB(struct_LEAD_Bitmap* target, void* dib);
+
+  // Paint (leadtools_paint.cpp)
+
+  /// A palette with the bitmap's colours; the caller deletes it.
+  static HPALETTE CreatePaintPalette(HDC dc, struct_LEAD_Bitmap* bitmap);
+  /// Draws the source rectangle (null: the whole bitmap) scaled into the destination rectangle, limited to the
+  /// destination clip (null: none): averaged on reduction, exact pixels on enlargement.
+  static int PaintDC(HDC dc, struct_LEAD_Bitmap* bitmap, tagRECT* source, tagRECT* sourceClip, tagRECT* destination,
+                     tagRECT* destinationClip, unsigned long rasterOperation);
+
+  // Save (leadtools_files.cpp)
+
+  static int GetDefaultSaveFileOption(_SAVEFILEOPTION* options);
+  /// Writes the bitmap as it is held. Format 75 (PNG) is the one written so far.
+  static int SaveBitmap(const char* path, struct_LEAD_Bitmap* bitmap, int format, int bits, int quality,
+                        _SAVEFILEOPTION* options);
+};

@@ -1,0 +1,127 @@
+#include "imaging/pixels/storage.h"
+
+#include <sys/mman.h>
+
+#include <cstring>
+#include <vector>
+
+#include "imaging/exception.h"
+#include "imaging/limits.h"
+
+namespace imaging {
+namespace {
+
+constexpr std::size_t kRowAlignment = 64;
+constexpr std::size_t kHugePage = 2U << 20;
+// Blocks below this size come from and go back to the system each time.
+constexpr std::size_t kRecycledFrom = 256U << 10;
+constexpr std::size_t kMaxRecycled = 4;
+constexpr std::size_t kMaxRecycledBytes = 128U << 20;
+
+/// Page-sized blocks for reuse: mapping and touching fresh memory takes longer than filling it.
+class BlockPool {
+ public:
+  ~BlockPool() {
+    for (const Block& block : m_free) munmap(block.data, block.size);
+  }
+
+  /// Rounds size up to what was taken; null if there isn't enough memory.
+  std::uint8_t* Take(std::size_t& size) {
+    const std::size_t unit = size >= kRecycledFrom ? kHugePage : 4096;
+    size = (size + unit - 1) / unit * unit;
+    for (std::size_t i = 0; i < m_free.size(); ++i) {
+      if (m_free[i].size < size || m_free[i].size > size * 2) continue;
+      const Block block = m_free[i];
+      m_free.erase(m_free.begin() + static_cast<std::ptrdiff_t>(i));
+      m_held -= block.size;
+      size = block.size;
+      return block.data;
+    }
+    return Map(size, unit);
+  }
+
+  void Give(std::uint8_t* data, std::size_t size) {
+    if (size < kRecycledFrom || size > kMaxRecycledBytes) {
+      munmap(data, size);
+      return;
+    }
+    m_free.push_back({data, size});
+    m_held += size;
+    while (m_free.size() > kMaxRecycled || m_held > kMaxRecycledBytes) {
+      munmap(m_free.front().data, m_free.front().size);
+      m_held -= m_free.front().size;
+      m_free.erase(m_free.begin());
+    }
+  }
+
+ private:
+  struct Block {
+    std::uint8_t* data;
+    std::size_t size;
+  };
+
+  static std::uint8_t* Map(std::size_t size, std::size_t alignment) {
+    const std::size_t slack = alignment > 4096 ? alignment : 0;
+    void* map = mmap(nullptr, size + slack, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (map == MAP_FAILED) return nullptr;
+    auto* start = static_cast<std::uint8_t*>(map);
+    if (slack == 0) return start;
+    const auto address = reinterpret_cast<std::uintptr_t>(start);
+    const std::size_t head = (alignment - address % alignment) % alignment;
+    if (head != 0) munmap(start, head);
+    if (slack - head != 0) munmap(start + head + size, slack - head);
+    madvise(start + head, size, MADV_HUGEPAGE);
+    return start + head;
+  }
+
+  std::vector<Block> m_free;
+  std::size_t m_held = 0;
+};
+
+BlockPool& Pool() {
+  static BlockPool pool;
+  return pool;
+}
+
+}  // namespace
+
+std::unique_ptr<PixelStorage> PixelStorage::Create(int width, int height, int bits) {
+  if (width < 1 || height < 1)
+    Fail(kErrorInvalidParameter, "An image of %d by %d pixels can't be held", width, height);
+  if (bits != 1 && bits != 4 && bits != 8 && bits != 24 && bits != 32)
+    Fail(kErrorInvalidParameter, "An image of %d bits per pixel can't be held", bits);
+  const std::int64_t pitch = ((static_cast<std::int64_t>(width) * bits + 7) / 8 + static_cast<int>(kRowAlignment) - 1) /
+                             static_cast<int>(kRowAlignment) * static_cast<int>(kRowAlignment);
+  if (width > limits::kMaxSide || height > limits::kMaxSide ||
+      static_cast<std::int64_t>(width) * height > limits::kMaxPixels || pitch * height > limits::kMaxBitmapBytes)
+    Fail(kErrorLimit, "An image of %d by %d pixels is too large", width, height);
+
+  std::unique_ptr<PixelStorage> storage(new PixelStorage);
+  std::size_t size = static_cast<std::size_t>(pitch * height) + kRowAlignment;  // room for whole vectors at the end
+  storage->m_pixels = Pool().Take(size);
+  if (storage->m_pixels == nullptr) Fail(kErrorNoMemory, "Not enough memory for an image of %d by %d pixels", width, height);
+  storage->m_capacity = size;
+  storage->m_width = width;
+  storage->m_height = height;
+  storage->m_bits = bits;
+  storage->m_pitch = static_cast<std::ptrdiff_t>(pitch);
+  const int colors = bits <= 8 ? 1 << bits : 256;
+  for (int i = 0; i < 256; ++i) {
+    const auto level = static_cast<BYTE>(i * 255 / (colors - 1));
+    storage->m_palette[static_cast<std::size_t>(i)] = {level, level, level, 0};
+  }
+  return storage;
+}
+
+PixelStorage::~PixelStorage() {
+  if (m_pixels != nullptr) Pool().Give(m_pixels, m_capacity);
+}
+
+bool PixelStorage::IsLinearGray() const {
+  if (m_bits != 8) return false;
+  for (unsigned i = 0; i < 256; ++i)
+    if (m_palette[i].rgbBlue != i || m_palette[i].rgbGreen != i || m_palette[i].rgbRed != i) return false;
+  return true;
+}
+
+}  // namespace imaging

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "imaging/export.h"
+#include "platform/base/types.h"
+
+namespace imaging {
+
+/// The pixels of one bitmap: rows top down, each row aligned to 64 bytes for vector code.
+/// Depths in memory: 1 (most significant bit first), 4 (high half first), 8, 24 and 32 bits. Depths of 1 to 8
+/// are indices into the colour table, which always holds 2^bits valid entries; a grey bitmap has the linear
+/// grey table. 24 and 32 bits stand in the order of the bitmap's Order field; the fourth byte is straight alpha.
+/// Large blocks are recycled, since fresh memory for a page costs more than decoding it.
+class LTWRAP_API PixelStorage {
+ public:
+  /// Throws CLeadtoolsException* if the size is out of the limits or there isn't enough memory.
+  /// The pixels are not initialised; the colour table is linear grey (1 bit: black, white).
+  static std::unique_ptr<PixelStorage> Create(int width, int height, int bits);
+  ~PixelStorage();
+  PixelStorage(const PixelStorage&) = delete;
+  PixelStorage& operator=(const PixelStorage&) = delete;
+
+  int Width() const { return m_width; }
+  int Height() const { return m_height; }
+  int Bits() const { return m_bits; }
+  std::ptrdiff_t Pitch() const { return m_pitch; }
+  std::uint8_t* Row(int y) { return m_pixels + y * m_pitch; }
+  const std::uint8_t* Row(int y) const { return m_pixels + y * m_pitch; }
+  /// Bytes of a row that hold pixels; the rest up to Pitch is padding of any content.
+  std::size_t RowBytes() const { return (static_cast<std::size_t>(m_width) * m_bits + 7) / 8; }
+  std::array<RGBQUAD, 256>& Palette() { return m_palette; }
+  const std::array<RGBQUAD, 256>& Palette() const { return m_palette; }
+  bool IsLinearGray() const;  ///< 8 bits with the linear grey table
+
+ private:
+  PixelStorage() = default;
+
+  int m_width = 0;
+  int m_height = 0;
+  int m_bits = 0;
+  std::ptrdiff_t m_pitch = 0;
+  std::uint8_t* m_pixels = nullptr;
+  std::size_t m_capacity = 0;
+  std::array<RGBQUAD, 256> m_palette{};
+};
+
+}  // namespace imaging

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "platform/base/types.h"
+
+namespace imaging {
+class PixelStorage;
+}
+
+/// The imaging library's records: plain data, copied by assignment. A uStructSize is a mark, not a checked size.
+namespace leadtools12 {
+
+/// Header of a bitmap with a reference to its pixels. A copied header refers to the same pixels; exactly one
+/// record owns them and frees them with LEADTOOLS::FreeBitmap.
+struct struct_LEAD_Bitmap {
+  UINT uStructSize;
+  int Width;         ///< pixels
+  int Height;        ///< pixels
+  int BitsPerPixel;  ///< in memory: 1, 4, 8, 24 or 32
+  DWORD Flags;       ///< bit 0: Allocated, the record holds pixels
+  HPALETTE hPalette;
+  int ViewPerspective;  ///< 0 normal, else the orientation number 2 to 8 of TIFF and Exif
+  int Order;            ///< of 24 and 32 bits: 0 red first, 1 blue first
+  int XResolution;      ///< dots per inch, 0 unknown
+  int YResolution;      ///< dots per inch, 0 unknown
+  imaging::PixelStorage* pStorage;  ///< owned by the record for which Allocated counts
+};
+
+/// Bit 0 of struct_LEAD_Bitmap::Flags.
+inline constexpr DWORD kAllocated = 1;
+
+/// What a file says of one page.
+struct struct_file_information {
+  UINT uStructSize;
+  int Format;  ///< file format code; 0 for a kind that has no code of its own
+  int Width;   ///< pixels, as stored
+  int Height;
+  int BitsPerPixel;  ///< as stored, all samples together
+  int SizeDisk;      ///< bytes; at most INT_MAX
+  char Compression[32];
+  int ViewPerspective;  ///< as in struct_LEAD_Bitmap
+  int Order;
+  int TotalPages;   ///< filled only if the call was asked to count pages
+  int XResolution;  ///< dots per inch, 0 unknown
+  int YResolution;
+  int InfoFlags;
+  int PageNumber;  ///< the page described, from 1
+};
+
+struct _LOADFILEOPTION {
+  UINT uStructSize;
+  int PassCount;
+  int PageNumber;  ///< from 1
+};
+
+struct _SAVEFILEOPTION {
+  UINT uStructSize;
+  int PageNumber;  ///< from 1
+};
+
+}  // namespace leadtools12

@@ -1,0 +1,1 @@
+#include "library/report_error.h"

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "platform/base/export.h"
+#include "platform/base/types.h"
+
+namespace platform {
+
+/// The pixels behind a device context, for code that draws them itself: 32 bits each, 0xffRRGGBB, rows top
+/// down. Everything here is in device pixels; a logical point (x, y) of the device context lies at
+/// (originX + x * scale, originY + y * scale).
+struct SurfaceView {
+  std::uint32_t* pixels = nullptr;
+  int width = 0;
+  int height = 0;
+  std::ptrdiff_t stride = 0;  ///< pixels from one row to the next
+  double scale = 1.0;         ///< device pixels per logical unit, above 1 on a scaled display
+  double originX = 0;
+  double originY = 0;
+  std::span<const RECT> clip;  ///< where drawing is allowed, rectangles that don't overlap; none: nowhere
+};
+
+/// Gives direct access to a device context that draws into 32-bit pixels (a window, a memory bitmap). False for
+/// any other (a bilevel bitmap, a printer, a dead handle). Valid until the next call on the device context.
+PLATFORM_API bool LockSurface(HDC dc, SurfaceView& view);
+/// Tells that the given logical rectangle has been drawn, so that the screen is brought up to date.
+PLATFORM_API void UnlockSurface(HDC dc, const RECT& drawn);
+
+}  // namespace platform
