@@ -23,8 +23,9 @@ struct SurfaceView {
   std::span<const RECT> clip;  ///< where drawing is allowed, rectangles that don't overlap; none: nowhere
 };
 
-/// Gives direct access to a device context that draws into 32-bit pixels (a window, a memory bitmap). False for
-/// any other (a bilevel bitmap, a printer, a dead handle). Valid until the next call on the device context.
+/// Gives direct access to a device context that draws into 32-bit pixels (a window, a memory bitmap). False
+/// for any other (a bilevel bitmap, a printer, a dead handle). Valid until the next call on the device
+/// context.
 PLATFORM_API bool LockSurface(HDC dc, SurfaceView& view);
 /// Tells that the given logical rectangle has been drawn, so that the screen is brought up to date.
 PLATFORM_API void UnlockSurface(HDC dc, const RECT& drawn);
