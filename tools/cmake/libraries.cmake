@@ -13,6 +13,8 @@ endfunction()
 tessarel_library(TessarelPlatform)
 target_link_libraries(TessarelPlatform PRIVATE Qt6::Widgets)
 target_compile_definitions(TessarelPlatform PRIVATE QT_NO_KEYWORDS)
+# Most of the build time of the window layer is Qt's headers.
+target_precompile_headers(TessarelPlatform PRIVATE <QApplication> <QPainter> <QWidget> <algorithm> <map> <memory> <vector>)
 
 tessarel_library(LTWrap12)
 target_link_libraries(LTWrap12 PUBLIC TessarelPlatform PRIVATE TIFF::TIFF JPEG::JPEG PNG::PNG GIF::GIF)

@@ -1,0 +1,42 @@
+#include <QApplication>
+#include <QFileOpenEvent>
+#include <memory>
+
+#include "platform/window/detail/queue.h"
+#include "platform/window/pump.h"
+
+namespace {
+
+/// Ends our loops when the host or the session manager ends the application.
+class QuitFilter : public QObject {
+ public:
+  bool eventFilter(QObject* object, QEvent* event) override {
+    if (event->type() == QEvent::Quit && object == QCoreApplication::instance()) PostQuitMessage(0);
+    return false;
+  }
+};
+
+std::unique_ptr<QApplication>& Owned() {
+  static auto* application = new std::unique_ptr<QApplication>;  // ended by EndApplication, not by static teardown
+  return *application;
+}
+
+}  // namespace
+
+void platform::EnsureApplication(int* argc, char** argv) {
+  if (QCoreApplication::instance() != nullptr) return;
+  static int noArguments = 1;
+  static char name[] = "tessarel12";
+  static char* arguments[] = {name, nullptr};
+  Owned() = argc == nullptr ? std::make_unique<QApplication>(noArguments, arguments)
+                            : std::make_unique<QApplication>(*argc, argv);
+  QApplication::setQuitOnLastWindowClosed(false);
+  static QuitFilter filter;
+  Owned()->installEventFilter(&filter);
+}
+
+void platform::EndApplication() {
+  if (!Owned()) return;
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  Owned().reset();
+}

@@ -1,0 +1,115 @@
+#pragma once
+
+#include <QImage>
+#include <QPointer>
+#include <QRegion>
+#include <array>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/base/handle_table.h"
+#include "platform/window/window.h"
+
+namespace platform {
+
+class FrameWidget;
+class ClientWidget;
+class WindowScrollBar;
+
+struct WindowClass {
+  std::string name;
+  UINT style = 0;
+  WNDPROC procedure = nullptr;
+  HINSTANCE instance = nullptr;
+  HICON icon = nullptr;
+  HCURSOR cursor = nullptr;
+  HBRUSH background = nullptr;
+};
+
+/// One of a window's own scroll bars. The values are the program's, clamped; whether the bar shows is the
+/// window's WS_HSCROLL or WS_VSCROLL style.
+struct ScrollBarState {
+  int minimum = 0;
+  int maximum = 0;
+  UINT page = 0;
+  int position = 0;
+  int track = 0;  ///< while the thumb is dragged
+  bool tracking = false;
+};
+
+struct WindowRecord {
+  HWND handle = nullptr;
+  WindowClass* windowClass = nullptr;
+  WNDPROC procedure = nullptr;
+  DWORD style = 0;
+  DWORD exStyle = 0;
+  std::intptr_t id = 0;
+  std::intptr_t userData = 0;
+  HINSTANCE instance = nullptr;
+  HWND parent = nullptr;        ///< of a child
+  HWND owner = nullptr;         ///< of a top-level window
+  std::vector<HWND> children;   ///< top of the z-order first
+  std::string text;
+  bool destroying = false;
+
+  QPointer<FrameWidget> frame;
+  QPointer<ClientWidget> client;
+  std::array<QPointer<WindowScrollBar>, 2> bars;  ///< by SB_HORZ, SB_VERT
+  std::array<ScrollBarState, 2> scroll;
+
+  QImage surface;        ///< what the client area shows, in device pixels
+  QRegion invalid;       ///< client coordinates
+  bool eraseInvalid = false;
+  int paintDepth = 0;    ///< inside BeginPaint
+  bool paintBegun = false;
+  bool inQtPaint = false;
+  QSize sentClientSize{-1, -1};
+
+  bool IsChild() const { return (style & WS_CHILD) != 0; }
+};
+
+HandleTable<WindowRecord, HWND>& Windows();
+/// Null for a dead handle.
+inline WindowRecord* FindWindowRecord(HWND window) { return Windows().Get(window); }
+
+/// By name; null if it isn't registered.
+WindowClass* FindWindowClass(const char* name);
+
+// Layout (window_place.cpp)
+
+/// Places bars and client area inside the frame and sends WM_SIZE if the client size has changed.
+void LayoutWindow(WindowRecord& window);
+QRect ClientRectOf(const WindowRecord& window);  ///< in the frame's coordinates
+/// The first window up the parent chain that isn't a child.
+WindowRecord* TopLevelOf(WindowRecord* window);
+bool IsEnabledChain(HWND window);
+
+// Painting (paint.cpp)
+
+void ResizeSurface(WindowRecord& window);
+/// Sends WM_PAINT for what is invalid.
+void PaintInvalid(HWND window);
+void InvalidateRegion(WindowRecord& window, const QRegion& region, bool erase);
+void ForgetWindowDCs(HWND window);
+
+// Scroll bars (scroll_bars.cpp)
+
+/// Brings the visible bar in line with the stored values; true if it appeared or went.
+void RefreshScrollBar(WindowRecord& window, int bar);
+
+// Focus and capture (focus.cpp)
+
+void FocusGained(HWND window);    ///< the desktop gave it the keyboard
+void FocusLost(HWND window);      ///< the desktop took it away
+void ForgetInputWindow(HWND window);
+void CaptureLost();
+
+// Messages
+
+/// Calls the window's procedure and keeps an exception for the pump, for calls that come from Qt.
+LRESULT SendGuarded(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+}  // namespace platform

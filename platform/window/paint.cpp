@@ -1,0 +1,198 @@
+#include <QPainter>
+#include <QPaintEvent>
+#include <cmath>
+#include <map>
+
+#include "platform/graphics/dc_internal.h"
+#include "platform/window/detail/widgets.h"
+#include "platform/window/detail/window_record.h"
+
+using platform::FindWindowRecord;
+using platform::WindowRecord;
+
+namespace {
+
+/// Device contexts handed out for windows, so that they end with the window if the program forgets them.
+std::map<HDC, HWND>& WindowDCs() {
+  static auto* dcs = new std::map<HDC, HWND>;  // widgets may outlive statics
+  return *dcs;
+}
+
+HDC OpenWindowDC(WindowRecord& window, const QRegion& clip) {
+  const HWND handle = window.handle;
+  QImage* image = window.surface.isNull() ? nullptr : &window.surface;
+  const HDC dc = platform::CreateWindowSurfaceDC(image, window.surface.devicePixelRatio(), clip,
+                                                 [handle](const QRect& drawn) {
+    const WindowRecord* record = FindWindowRecord(handle);
+    // Inside Qt's own painting the surface is shown right after.
+    if (record != nullptr && record->client && !record->inQtPaint) record->client->update(drawn);
+  });
+  if (dc != nullptr) WindowDCs()[dc] = handle;
+  return dc;
+}
+
+void CloseWindowDC(HDC dc) {
+  if (WindowDCs().erase(dc) != 0) platform::DestroySurfaceDC(dc);
+}
+
+QRect ToQRect(const RECT& rect) { return {rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top}; }
+
+RECT ToRect(const QRect& rect) { return {rect.left(), rect.top(), rect.right() + 1, rect.bottom() + 1}; }
+
+}  // namespace
+
+namespace platform {
+
+void ResizeSurface(WindowRecord& window) {
+  const double scale = window.client->devicePixelRatioF();
+  const QSize size(static_cast<int>(std::ceil(window.client->width() * scale)),
+                   static_cast<int>(std::ceil(window.client->height() * scale)));
+  if (size == window.surface.size() && scale == window.surface.devicePixelRatio()) return;
+  const QRect area(QPoint(0, 0), window.client->size());
+  QImage surface(size, QImage::Format_RGB32);
+  QRegion uncovered = area;
+  const bool sameScale = scale == window.surface.devicePixelRatio();
+  const bool redrawAll = (window.windowClass->style & (CS_HREDRAW | CS_VREDRAW)) != 0;
+  if (!surface.isNull() && !window.surface.isNull() && sameScale) {
+    QPainter painter(&surface);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    QImage former = window.surface;
+    former.setDevicePixelRatio(1);
+    painter.drawImage(0, 0, former);
+    const QSize kept(static_cast<int>(former.width() / scale), static_cast<int>(former.height() / scale));
+    if (!redrawAll) uncovered -= QRect(QPoint(0, 0), kept);
+  }
+  surface.setDevicePixelRatio(scale);
+  window.surface = surface;
+  for (const auto& [dc, handle] : WindowDCs())
+    if (handle == window.handle)
+      SetWindowSurface(dc, window.surface.isNull() ? nullptr : &window.surface, scale, QRegion(area));
+  window.invalid &= area;
+  InvalidateRegion(window, uncovered, true);
+}
+
+void InvalidateRegion(WindowRecord& window, const QRegion& region, bool erase) {
+  const QRegion inside = region & QRect(QPoint(0, 0), window.client->size());
+  if (inside.isEmpty()) return;
+  window.invalid += inside;
+  window.eraseInvalid = window.eraseInvalid || erase;
+  window.client->update(inside);
+}
+
+void PaintInvalid(HWND handle) {
+  FindWindowRecord(handle)->paintBegun = false;
+  SendGuarded(handle, WM_PAINT, 0, 0);
+  WindowRecord* window = FindWindowRecord(handle);
+  // A program that paints without BeginPaint would be asked again for ever.
+  if (window != nullptr && !window->paintBegun) ValidateRect(handle, nullptr);
+}
+
+void ForgetWindowDCs(HWND window) {
+  for (auto it = WindowDCs().begin(); it != WindowDCs().end();) {
+    const auto [dc, owner] = *it;
+    ++it;
+    if (owner == window) CloseWindowDC(dc);
+  }
+}
+
+void ClientWidget::paintEvent(QPaintEvent* event) {
+  WindowRecord* window = FindWindowRecord(m_window);
+  if (window == nullptr) return;
+  if (window->surface.devicePixelRatio() != devicePixelRatioF()) ResizeSurface(*window);  // moved to another screen
+  const QRegion painted = window->invalid;
+  if (!painted.isEmpty() && window->paintDepth == 0) {
+    window->inQtPaint = true;
+    PaintInvalid(m_window);
+    window = FindWindowRecord(m_window);
+    if (window == nullptr) return;
+    window->inQtPaint = false;
+  }
+  QPainter painter(this);
+  painter.setCompositionMode(QPainter::CompositionMode_Source);
+  painter.drawImage(QPoint(0, 0), window->surface);
+  // What was painted beyond what Qt shows now is shown next time.
+  const QRegion rest = painted - event->region();
+  if (!rest.isEmpty()) update(rest);
+}
+
+}  // namespace platform
+
+BOOL InvalidateRect(HWND handle, const RECT* rect, BOOL erase) {
+  WindowRecord* window = FindWindowRecord(handle);
+  if (window == nullptr || !window->client) return FALSE;
+  platform::InvalidateRegion(*window, rect == nullptr ? window->client->rect() : ToQRect(*rect), erase != 0);
+  return TRUE;
+}
+
+BOOL ValidateRect(HWND handle, const RECT* rect) {
+  WindowRecord* window = FindWindowRecord(handle);
+  if (window == nullptr) return FALSE;
+  window->invalid = rect == nullptr ? QRegion() : window->invalid - ToQRect(*rect);
+  if (window->invalid.isEmpty()) window->eraseInvalid = false;
+  return TRUE;
+}
+
+BOOL GetUpdateRect(HWND handle, RECT* rect, BOOL) {
+  const WindowRecord* window = FindWindowRecord(handle);
+  if (rect != nullptr) *rect = {};
+  if (window == nullptr || window->invalid.isEmpty()) return FALSE;
+  if (rect != nullptr) *rect = ToRect(window->invalid.boundingRect());
+  return TRUE;
+}
+
+BOOL UpdateWindow(HWND handle) {
+  WindowRecord* window = FindWindowRecord(handle);
+  if (window == nullptr) return FALSE;
+  if (window->invalid.isEmpty() || window->paintDepth != 0 || IsWindowVisible(handle) == 0) return TRUE;
+  platform::PaintInvalid(handle);
+  window = FindWindowRecord(handle);
+  if (window != nullptr && window->client && !window->inQtPaint) window->client->repaint();
+  return TRUE;
+}
+
+BOOL RedrawWindow(HWND handle, const RECT* rect, HRGN, UINT flags) {
+  if ((flags & RDW_INVALIDATE) != 0 && InvalidateRect(handle, rect, (flags & RDW_ERASE) != 0) == 0) return FALSE;
+  if ((flags & RDW_ALLCHILDREN) != 0) {
+    const WindowRecord* window = FindWindowRecord(handle);
+    const std::vector<HWND> children = window == nullptr ? std::vector<HWND>() : window->children;
+    for (const HWND child : children) RedrawWindow(child, nullptr, nullptr, flags);
+  }
+  if ((flags & RDW_UPDATENOW) != 0) UpdateWindow(handle);
+  return IsWindow(handle);
+}
+
+HDC BeginPaint(HWND handle, PAINTSTRUCT* paint) {
+  WindowRecord* window = FindWindowRecord(handle);
+  if (window == nullptr || paint == nullptr) return nullptr;
+  const QRegion invalid = std::exchange(window->invalid, QRegion());
+  const bool erase = std::exchange(window->eraseInvalid, false);
+  window->paintBegun = true;
+  ++window->paintDepth;
+  paint->hdc = OpenWindowDC(*window, invalid);
+  paint->rcPaint = invalid.isEmpty() ? RECT{} : ToRect(invalid.boundingRect());
+  paint->fErase = FALSE;
+  if (erase) paint->fErase = SendMessage(handle, WM_ERASEBKGND, reinterpret_cast<WPARAM>(paint->hdc), 0) == 0;
+  return paint->hdc;
+}
+
+BOOL EndPaint(HWND handle, const PAINTSTRUCT* paint) {
+  if (paint == nullptr) return FALSE;
+  CloseWindowDC(paint->hdc);
+  WindowRecord* window = FindWindowRecord(handle);
+  if (window != nullptr && window->paintDepth > 0) --window->paintDepth;
+  return TRUE;
+}
+
+HDC GetDC(HWND handle) {
+  if (handle == nullptr) return platform::CreateWindowSurfaceDC(nullptr, 1, QRegion(), {});
+  WindowRecord* window = FindWindowRecord(handle);
+  return window == nullptr || !window->client ? nullptr : OpenWindowDC(*window, window->client->rect());
+}
+
+int ReleaseDC(HWND handle, HDC dc) {
+  if (handle == nullptr) return platform::DestroySurfaceDC(dc) ? 1 : 0;
+  const auto found = WindowDCs().find(dc);
+  if (found == WindowDCs().end() || found->second != handle) return 0;
+  CloseWindowDC(dc);
+  return 1;
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/base/export.h"
+#include "platform/window/messages.h"
+
+// The message queue of the user-interface thread. Taken in this order: posted messages, input, WM_QUIT, timers.
+
+enum : UINT { PM_NOREMOVE = 0, PM_REMOVE = 1 };
+
+/// Looks for a message, optionally of one window (null: all) and of a range of numbers (0, 0: all). Never waits,
+/// except that a loop which polls with PM_NOREMOVE is held for a few milliseconds, so that it doesn't burn the
+/// processor. Nothing is dispatched, apart from painting, sizes and focus.
+PLATFORM_API BOOL PeekMessage(MSG* message, HWND window, UINT first, UINT last, UINT remove);
+inline BOOL PeekMessageA(MSG* message, HWND window, UINT first, UINT last, UINT remove) {
+  return PeekMessage(message, window, first, last, remove);
+}
+/// Waits for a message. 0 for WM_QUIT.
+PLATFORM_API BOOL GetMessage(MSG* message, HWND window, UINT first, UINT last);
+/// Posts the WM_CHAR that a key message types.
+PLATFORM_API BOOL TranslateMessage(const MSG* message);
+PLATFORM_API LRESULT DispatchMessage(const MSG* message);
+PLATFORM_API void PostQuitMessage(int exitCode);
+
+namespace platform {
+
+/// Gives a message to the framework before it is dispatched; true: it has been dealt with. Set once.
+using PreTranslateHook = bool (*)(MSG* message);
+PLATFORM_API void SetPreTranslateHook(PreTranslateHook hook);
+/// Called with each new window before its first message. Set once by the framework.
+using CreateHook = void (*)(HWND window);
+PLATFORM_API void SetCreateHook(CreateHook hook);
+
+/// Makes the application object of the user interface if the host has none yet. The arguments must outlive it.
+PLATFORM_API void EnsureApplication(int* argc = nullptr, char** argv = nullptr);
+/// Ends the application object if EnsureApplication made it.
+PLATFORM_API void EndApplication();
+
+}  // namespace platform

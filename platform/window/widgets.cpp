@@ -1,0 +1,165 @@
+#include "platform/window/detail/widgets.h"
+
+#include <QCloseEvent>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOptionFrame>
+
+#include "platform/window/detail/queue.h"
+#include "platform/window/detail/window_record.h"
+
+namespace platform {
+
+void FrameWidgetGone(HWND window);
+
+namespace {
+
+UINT ButtonMessage(Qt::MouseButton button, UINT ofLeft) {
+  switch (button) {
+    case Qt::LeftButton: return ofLeft;
+    case Qt::RightButton: return ofLeft + 3;
+    case Qt::MiddleButton: return ofLeft + 6;
+    default: return WM_NULL;
+  }
+}
+
+bool WantsDoubleClicks(HWND window) {
+  const WindowRecord* record = FindWindowRecord(window);
+  return record != nullptr && (record->windowClass->style & CS_DBLCLKS) != 0;
+}
+
+}  // namespace
+
+// FrameWidget
+
+FrameWidget::FrameWidget(HWND window, QWidget* parent, Qt::WindowFlags flags)
+    : QWidget(parent, flags), m_window(window) {
+  setFocusPolicy(Qt::NoFocus);
+}
+
+FrameWidget::~FrameWidget() {
+  if (m_window != nullptr) FrameWidgetGone(m_window);
+}
+
+bool FrameWidget::event(QEvent* event) {
+  if (m_window != nullptr && isWindow()) {
+    if (event->type() == QEvent::WindowActivate) SendGuarded(m_window, WM_ACTIVATE, 1, 0);
+    if (event->type() == QEvent::WindowDeactivate) {
+      // The mouse isn't ours any more once another window is at the front.
+      const HWND capture = GetCapture();
+      if (capture == m_window || IsChild(m_window, capture)) CaptureLost();
+      SendGuarded(m_window, WM_ACTIVATE, 0, 0);
+    }
+  }
+  return QWidget::event(event);
+}
+
+void FrameWidget::paintEvent(QPaintEvent*) {
+  const WindowRecord* window = FindWindowRecord(m_window);
+  if (window == nullptr) return;
+  QPainter painter(this);
+  if ((window->exStyle & WS_EX_CLIENTEDGE) != 0) {
+    QStyleOptionFrame option;
+    option.initFrom(this);
+    option.lineWidth = GetSystemMetrics(SM_CXEDGE);
+    option.state |= QStyle::State_Sunken;
+    style()->drawPrimitive(QStyle::PE_Frame, &option, &painter, this);
+  }
+}
+
+void FrameWidget::resizeEvent(QResizeEvent*) {
+  if (WindowRecord* window = FindWindowRecord(m_window)) LayoutWindow(*window);
+}
+
+void FrameWidget::moveEvent(QMoveEvent* event) {
+  SendGuarded(m_window, WM_MOVE, 0, MAKELPARAM(event->pos().x(), event->pos().y()));
+}
+
+void FrameWidget::showEvent(QShowEvent*) {
+  WindowRecord* window = FindWindowRecord(m_window);
+  if (window == nullptr) return;
+  LayoutWindow(*window);
+  InvalidateRect(m_window, nullptr, TRUE);
+}
+
+void FrameWidget::closeEvent(QCloseEvent* event) {
+  if (m_window == nullptr) return;
+  event->ignore();  // the program decides, by its answer to WM_CLOSE
+  if (TakesInput(m_window)) PostMessage(m_window, WM_CLOSE);
+}
+
+void FrameWidget::keyPressEvent(QKeyEvent* event) {
+  if (m_window == nullptr || !QueueKey(m_window, *event)) event->ignore();
+}
+
+void FrameWidget::keyReleaseEvent(QKeyEvent* event) {
+  if (m_window == nullptr || !QueueKey(m_window, *event)) event->ignore();
+}
+
+void FrameWidget::focusInEvent(QFocusEvent*) { FocusGained(m_window); }
+
+void FrameWidget::focusOutEvent(QFocusEvent*) { FocusLost(m_window); }
+
+// ClientWidget
+
+ClientWidget::ClientWidget(HWND window, FrameWidget* parent) : QWidget(parent), m_window(window) {
+  setFocusPolicy(Qt::NoFocus);  // by SetFocus only
+  setMouseTracking(true);
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setAttribute(Qt::WA_InputMethodEnabled, false);
+}
+
+void ClientWidget::mousePressEvent(QMouseEvent* event) {
+  const UINT message = ButtonMessage(event->button(), WM_LBUTTONDOWN);
+  if (m_window != nullptr && message != WM_NULL) QueueMouse(m_window, *event, message, *this);
+}
+
+void ClientWidget::mouseReleaseEvent(QMouseEvent* event) {
+  const UINT message = ButtonMessage(event->button(), WM_LBUTTONUP);
+  if (m_window != nullptr && message != WM_NULL) QueueMouse(m_window, *event, message, *this);
+}
+
+void ClientWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+  const UINT message =
+      ButtonMessage(event->button(), WantsDoubleClicks(m_window) ? WM_LBUTTONDBLCLK : WM_LBUTTONDOWN);
+  if (m_window != nullptr && message != WM_NULL) QueueMouse(m_window, *event, message, *this);
+}
+
+void ClientWidget::mouseMoveEvent(QMouseEvent* event) {
+  if (m_window != nullptr) QueueMouse(m_window, *event, WM_MOUSEMOVE, *this);
+}
+
+void ClientWidget::wheelEvent(QWheelEvent* event) {
+  event->accept();
+  if (m_window != nullptr) QueueWheel(m_window, *event);
+}
+
+void ClientWidget::contextMenuEvent(QContextMenuEvent* event) {
+  event->accept();
+  // The mouse's context menu follows from WM_RBUTTONUP; only the keyboard's begins here.
+  if (m_window == nullptr || event->reason() != QContextMenuEvent::Keyboard || !TakesInput(m_window)) return;
+  PostMessage(m_window, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(m_window), -1);
+}
+
+void ClientWidget::keyPressEvent(QKeyEvent* event) {
+  if (m_window == nullptr || !QueueKey(m_window, *event)) event->ignore();
+}
+
+void ClientWidget::keyReleaseEvent(QKeyEvent* event) {
+  if (m_window == nullptr || !QueueKey(m_window, *event)) event->ignore();
+}
+
+void ClientWidget::inputMethodEvent(QInputMethodEvent* event) {
+  for (const char32_t c : event->commitString().toUcs4()) PostMessage(m_window, WM_CHAR, c, 1);
+}
+
+void ClientWidget::focusInEvent(QFocusEvent*) { FocusGained(m_window); }
+
+void ClientWidget::focusOutEvent(QFocusEvent* event) {
+  if (event->reason() != Qt::PopupFocusReason) FocusLost(m_window);
+}
+
+}  // namespace platform
