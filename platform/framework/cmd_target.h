@@ -1,5 +1,7 @@
 #pragma once
 
+#include <bit>
+
 #include "platform/base/object.h"
 #include "platform/base/types.h"
 #include "platform/window/messages.h"
@@ -60,7 +62,7 @@ class PLATFORM_API CCmdTarget : public CObject {
   DECLARE_DYNAMIC(CCmdTarget)
  public:
   /// Routes a command (CN_COMMAND or a control's code) or asks for its state (CN_UPDATE_COMMAND_UI, extra is the
-  /// CCmdUI). TRUE if this target, or one that it asks, had a handler.
+  /// CCmdUI). TRUE if this target, or one that it asks, has a handler; with handlerInfo it is only looked for.
   virtual BOOL OnCmdMsg(UINT id, int code, void* extra, void* handlerInfo);
   static const AFX_MSGMAP* GetThisMessageMap();
 
@@ -92,8 +94,19 @@ PLATFORM_API const AFX_MSGMAP_ENTRY* AfxFindMessageEntry(const AFX_MSGMAP* map, 
     return &map;                                                                \
   }
 
-// The inner cast checks the handler's type, the outer one makes it fit into the table.
-#define PLATFORM_HANDLER(type, handler) reinterpret_cast<AFX_PMSG>(static_cast<type>(&ThisClass::handler))
+/// A handler in the form in which a message map keeps it.
+template <typename Class, typename Result, typename... Args>
+AFX_PMSG AfxEraseHandler(Result (Class::*handler)(Args...)) {
+  return std::bit_cast<AFX_PMSG>(static_cast<Result (CCmdTarget::*)(Args...)>(handler));
+}
+/// Calls it through its own type again.
+template <typename Result, typename... Args>
+Result AfxCallHandler(CCmdTarget* target, AFX_PMSG handler, Args... args) {
+  return (target->*std::bit_cast<Result (CCmdTarget::*)(Args...)>(handler))(args...);
+}
+
+// The cast checks the handler's shape.
+#define PLATFORM_HANDLER(type, handler) AfxEraseHandler(static_cast<type>(&ThisClass::handler))
 
 #define ON_COMMAND(id, handler) \
   {WM_COMMAND, static_cast<UINT>(CN_COMMAND), id, id, AfxSig_cmd, PLATFORM_HANDLER(void (ThisClass::*)(), handler)},

@@ -115,9 +115,6 @@ class PLATFORM_API CWnd : public CCmdTarget {
   }
   BOOL KillTimer(std::uintptr_t id) { return ::KillTimer(m_hWnd, id); }
 
-  /// Asks every CCmdUI handler for the state of this window's items; control bars call it at idle time.
-  void UpdateDialogControls(CCmdTarget* target, BOOL disableIfNoHandler);
-
   /// Gives the message to the map, then to DefWindowProc.
   virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
   /// What the window does by itself: the class's own procedure.
@@ -164,10 +161,6 @@ class PLATFORM_API CWnd : public CCmdTarget {
 
   HWND m_hWndOwner = nullptr;
   WNDPROC m_pfnSuper = nullptr;
-
- private:
-  friend LRESULT AfxWndProc(HWND, UINT, WPARAM, LPARAM);
-  friend void AfxAttachNewWindow(HWND);
 
   DECLARE_MESSAGE_MAP()
 };

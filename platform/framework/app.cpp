@@ -1,0 +1,59 @@
+#include "platform/framework/app.h"
+
+#include "platform/framework/message_box.h"
+#include "platform/framework/wnd.h"
+
+IMPLEMENT_DYNAMIC(CWinApp, CWinThread)
+
+namespace {
+
+CWinApp* g_app = nullptr;
+
+}  // namespace
+
+namespace platform {
+int ShowMessageBox(const char* title, const char* text, UINT type);  // message_box.cpp
+}
+
+CWinApp::CWinApp(LPCTSTR name) : m_pszAppName(name == nullptr ? "Tessarel12" : name) { g_app = this; }
+
+void CWinApp::DoWaitCursor(int change) {
+  m_waitCount = change == 0 ? m_waitCount : m_waitCount + change;
+  static HCURSOR restore = nullptr;
+  if (m_waitCount > 0) {
+    const HCURSOR former = SetCursor(LoadCursor(nullptr, IDC_WAIT));
+    if (change > 0 && m_waitCount == 1) restore = former;
+  } else {
+    m_waitCount = 0;
+    SetCursor(restore);
+  }
+}
+
+int CWinApp::DoMessageBox(LPCTSTR text, UINT type, UINT) { return platform::ShowMessageBox(m_pszAppName, text, type); }
+
+CWinApp* AfxGetApp() { return g_app; }
+
+LPCTSTR AfxGetAppName() { return g_app == nullptr ? "Tessarel12" : g_app->m_pszAppName; }
+
+BOOL AfxWinInit(int& argc, char** argv) {
+  platform::EnsureApplication(&argc, argv);
+  if (g_app != nullptr) {
+    g_app->m_argc = argc;
+    g_app->m_argv = argv;
+    for (int i = 1; i < argc; ++i) g_app->m_lpCmdLine += (i > 1 ? CString(" ") : CString()) + argv[i];
+  }
+  return TRUE;
+}
+
+int AfxWinMain(int& argc, char** argv) {
+  if (g_app == nullptr || AfxWinInit(argc, argv) == 0) return 1;
+  int result = 0;
+  if (g_app->InitApplication() != 0 && g_app->InitInstance() != 0) {
+    result = g_app->Run();
+  } else {
+    if (g_app->m_pMainWnd != nullptr) g_app->m_pMainWnd->DestroyWindow();
+    result = g_app->ExitInstance();
+  }
+  platform::EndApplication();
+  return result;
+}

@@ -1,0 +1,41 @@
+#include "platform/framework/cmd_target.h"
+
+#include "platform/framework/cmd_ui.h"
+
+IMPLEMENT_DYNAMIC(CCmdTarget, CObject)
+
+const AFX_MSGMAP* CCmdTarget::GetThisMessageMap() {
+  static const AFX_MSGMAP_ENTRY entries[] = {{0, 0, 0, 0, AfxSig_end, nullptr}};
+  static const AFX_MSGMAP map = {nullptr, entries};
+  return &map;
+}
+
+const AFX_MSGMAP* CCmdTarget::GetMessageMap() const { return GetThisMessageMap(); }
+
+const AFX_MSGMAP_ENTRY* AfxFindMessageEntry(const AFX_MSGMAP* map, UINT message, UINT code, UINT id) {
+  for (; map != nullptr; map = map->pBaseMap)
+    for (const AFX_MSGMAP_ENTRY* entry = map->lpEntries; entry->nSig != AfxSig_end; ++entry)
+      if (entry->nMessage == message && entry->nCode == code && id >= entry->nID && id <= entry->nLastID) return entry;
+  return nullptr;
+}
+
+BOOL CCmdTarget::OnCmdMsg(UINT id, int code, void* extra, void* handlerInfo) {
+  const AFX_MSGMAP_ENTRY* entry = AfxFindMessageEntry(GetMessageMap(), WM_COMMAND, static_cast<UINT>(code), id);
+  if (entry == nullptr) return FALSE;
+  if (handlerInfo != nullptr) return TRUE;
+  switch (entry->nSig) {
+    case AfxSig_cmd: AfxCallHandler<void>(this, entry->pfn); return TRUE;
+    case AfxSig_cmdid: AfxCallHandler<void>(this, entry->pfn, id); return TRUE;
+    case AfxSig_cmdui: AfxCallHandler<void>(this, entry->pfn, static_cast<CCmdUI*>(extra)); return TRUE;
+    default: return FALSE;
+  }
+}
+
+BOOL CCmdUI::DoUpdate(CCmdTarget* target, BOOL disableIfNoHandler) {
+  if (target == nullptr) return FALSE;
+  m_bEnableChanged = false;
+  const BOOL handled = target->OnCmdMsg(m_nID, CN_UPDATE_COMMAND_UI, this, nullptr);
+  bool found = false;
+  if (disableIfNoHandler != 0 && !m_bEnableChanged) Enable(target->OnCmdMsg(m_nID, CN_COMMAND, this, &found));
+  return handled;
+}

@@ -1,0 +1,79 @@
+#include "platform/framework/frame_wnd.h"
+
+#include "platform/framework/app.h"
+
+IMPLEMENT_DYNCREATE(CFrameWnd, CWnd)
+
+const CRect CFrameWnd::rectDefault(CW_USEDEFAULT, CW_USEDEFAULT, 0, 0);
+
+BEGIN_MESSAGE_MAP(CFrameWnd, CWnd)
+ON_WM_CREATE()
+ON_WM_SIZE()
+ON_WM_SETFOCUS()
+ON_WM_CLOSE()
+ON_WM_ERASEBKGND()
+END_MESSAGE_MAP()
+
+BOOL CFrameWnd::Create(LPCTSTR className, LPCTSTR title, DWORD style, const RECT& rect, CWnd* parent, LPCTSTR,
+                       DWORD exStyle, CCreateContext* context) {
+  const bool anywhere = rect.left == CW_USEDEFAULT;
+  return CreateEx(exStyle, className, title, style, rect.left, rect.top, anywhere ? CW_USEDEFAULT : rect.right - rect.left,
+                  anywhere ? CW_USEDEFAULT : rect.bottom - rect.top, parent == nullptr ? nullptr : parent->m_hWnd, nullptr,
+                  context);
+}
+
+BOOL CFrameWnd::PreCreateWindow(CREATESTRUCT& cs) {
+  if (cs.lpszClass == nullptr)
+    cs.lpszClass = AfxRegisterWndClass(CS_DBLCLKS, LoadCursor(nullptr, IDC_ARROW), GetSysColorBrush(COLOR_APPWORKSPACE));
+  return CWnd::PreCreateWindow(cs);
+}
+
+int CFrameWnd::OnCreate(LPCREATESTRUCT cs) {
+  if (Default() == -1) return -1;
+  if (OnCreateClient(cs, static_cast<CCreateContext*>(cs->lpCreateParams)) == 0) return -1;
+  RecalcLayout();
+  return 0;
+}
+
+BOOL CFrameWnd::OnCreateClient(LPCREATESTRUCT, CCreateContext*) { return TRUE; }
+
+void CFrameWnd::RecalcLayout(BOOL) {
+  const CWnd* pane = GetDlgItem(AFX_IDW_PANE_FIRST);
+  if (pane == nullptr) return;
+  CRect client;
+  GetClientRect(client);
+  ::SetWindowPos(pane->m_hWnd, nullptr, 0, 0, client.Width(), client.Height(), SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void CFrameWnd::OnSize(UINT type, int, int) {
+  Default();
+  if (type != SIZE_MINIMIZED) RecalcLayout();
+}
+
+void CFrameWnd::OnSetFocus(CWnd*) {
+  CWnd* pane = GetDlgItem(AFX_IDW_PANE_FIRST);
+  if (pane != nullptr) {
+    pane->SetFocus();
+  } else {
+    Default();
+  }
+}
+
+void CFrameWnd::OnClose() { DestroyWindow(); }
+
+BOOL CFrameWnd::OnEraseBkgnd(CDC*) {
+  // The pane covers everything.
+  if (GetDlgItem(AFX_IDW_PANE_FIRST) != nullptr) return TRUE;
+  return static_cast<BOOL>(Default());
+}
+
+BOOL CFrameWnd::OnCmdMsg(UINT id, int code, void* extra, void* handlerInfo) {
+  if (CWnd::OnCmdMsg(id, code, extra, handlerInfo) != 0) return TRUE;
+  CWinApp* app = AfxGetApp();
+  return app != nullptr && app->OnCmdMsg(id, code, extra, handlerInfo) != 0;
+}
+
+void CFrameWnd::ActivateFrame(int command) {
+  ShowWindow(command == -1 ? SW_SHOW : command);
+  SetForegroundWindow(m_hWnd);
+}
