@@ -22,13 +22,13 @@ bool FillPainter(const DcRecord& dc, const QRect& units, unsigned table, std::ui
 void FillRaster(const Raster& target, const QRect& part, unsigned table, std::uint32_t brush) {
   const int count = part.width();
   std::vector<std::uint32_t> row(static_cast<std::size_t>(count));
-  const std::vector<std::uint32_t> noSource(row.size());
   RowWriter writer(target);
-  if (!UsesTarget(table)) CombineRow(table, brush, noSource.data(), row.data(), count);
+  // The table doesn't look at the source: any row will do for it.
+  if (!UsesTarget(table)) CombineRow(table, brush, row.data(), row.data(), count);
   for (int y = part.top(); y <= part.bottom(); ++y) {
     if (UsesTarget(table)) {
       ReadRow(target, part.x(), y, count, row.data());
-      CombineRow(table, brush, noSource.data(), row.data(), count);
+      CombineRow(table, brush, row.data(), row.data(), count);
     }
     writer.Write(part.x(), y, count, row.data());
   }
