@@ -1,0 +1,140 @@
+#include <QtGui/QPainter>
+#include <algorithm>
+
+#include "platform/graphics/dc_record_internal.h"
+
+using platform::DcRecord;
+using platform::FindDc;
+using platform::PenRecord;
+
+namespace {
+
+int WidthOf(const PenRecord& pen) {
+  return std::max(pen.width, 1);
+}
+
+const PenRecord* VisiblePen(const DcRecord& dc) {
+  const auto* pen = platform::ObjectAs<PenRecord>(dc.state.pen);
+  return pen == nullptr || pen->style == PS_NULL ? nullptr : pen;
+}
+
+bool IsThinSolid(const PenRecord& pen) {
+  return (pen.style == PS_SOLID || pen.style == PS_INSIDEFRAME) && WidthOf(pen) == 1;
+}
+
+// In the order of the R2_ numbers, from R2_BLACK on.
+constexpr QPainter::CompositionMode kRop2Modes[] = {
+    QPainter::RasterOp_ClearDestination,        QPainter::RasterOp_NotSourceAndNotDestination,
+    QPainter::RasterOp_NotSourceAndDestination, QPainter::RasterOp_NotSource,
+    QPainter::RasterOp_SourceAndNotDestination, QPainter::RasterOp_NotDestination,
+    QPainter::RasterOp_SourceXorDestination,    QPainter::RasterOp_NotSourceOrNotDestination,
+    QPainter::RasterOp_SourceAndDestination,    QPainter::RasterOp_NotSourceXorDestination,
+    QPainter::CompositionMode_Destination,      QPainter::RasterOp_NotSourceOrDestination,
+    QPainter::CompositionMode_SourceOver,       QPainter::RasterOp_SourceOrNotDestination,
+    QPainter::RasterOp_SourceOrDestination,     QPainter::RasterOp_SetDestination,
+};
+
+QPen ToQPen(const DcRecord& dc, const PenRecord& pen) {
+  constexpr Qt::PenStyle kStyles[] = {Qt::SolidLine,      Qt::DashLine, Qt::DotLine,  Qt::DashDotLine,
+                                      Qt::DashDotDotLine, Qt::NoPen,    Qt::SolidLine};
+  const QColor color = QColor::fromRgb(platform::ResolveColor(dc, pen.color));
+  return {color, static_cast<qreal>(WidthOf(pen)), kStyles[pen.style], Qt::FlatCap, Qt::MiterJoin};
+}
+
+// Straight along an axis: the same pixels as a thin rectangle, exact at every scale and operation.
+bool FillAlongAxis(DcRecord& dc, const PenRecord& pen, QPoint from, QPoint to) {
+  const int dx = to.x() - from.x();
+  const int dy = to.y() - from.y();
+  // The end stays undrawn: going left or up, the start is the last one of the rectangle.
+  const QRect units(dx < 0 ? to.x() + 1 : from.x(), dy < 0 ? to.y() + 1 : from.y(),
+                    dx == 0 ? 1 : std::abs(dx), dy == 0 ? 1 : std::abs(dy));
+  return platform::FillUnits(dc, units, platform::TableOfRop2(dc.state.rop2),
+                             platform::ResolveColor(dc, pen.color));
+}
+
+bool DrawLine(DcRecord& dc, QPoint from, QPoint to) {
+  const PenRecord* pen = VisiblePen(dc);
+  if (pen == nullptr || from == to) return true;
+  if (IsThinSolid(*pen) && (from.x() == to.x() || from.y() == to.y()))
+    return FillAlongAxis(dc, *pen, from, to);
+  const int reach = WidthOf(*pen) + 1;
+  const QRect units = QRect(from, to).normalized().adjusted(-reach, -reach, reach, reach);
+  const QPen line = ToQPen(dc, *pen);
+  const auto mode = kRop2Modes[dc.state.rop2 - 1];
+  return platform::PaintWithQt(dc, units, [&](QPainter& painter) {
+    painter.setPen(line);
+    painter.setCompositionMode(mode);
+    // Through the middle of the end units; the flat end leaves the last one out where the line is steep
+    // enough.
+    painter.drawLine(QLineF(from.x() + 0.5, from.y() + 0.5, to.x() + 0.5, to.y() + 0.5));
+  });
+}
+
+}  // namespace
+
+BOOL MoveToEx(HDC dc, int x, int y, LPPOINT old) {
+  DcRecord* record = FindDc(dc);
+  if (record == nullptr) return FALSE;
+  if (old != nullptr) *old = record->state.current;
+  record->state.current = {x, y};
+  return TRUE;
+}
+
+BOOL LineTo(HDC dc, int x, int y) {
+  DcRecord* record = FindDc(dc);
+  if (record == nullptr) return FALSE;
+  const POINT from = record->state.current;
+  record->state.current = {x, y};
+  return DrawLine(*record, platform::UnitsOf(*record, from.x, from.y), platform::UnitsOf(*record, x, y));
+}
+
+BOOL Polyline(HDC dc, const POINT* points, int count) {
+  DcRecord* record = FindDc(dc);
+  if (record == nullptr || points == nullptr || count < 2) return FALSE;
+  for (int i = 1; i < count; ++i)
+    if (!DrawLine(*record, platform::UnitsOf(*record, points[i - 1].x, points[i - 1].y),
+                  platform::UnitsOf(*record, points[i].x, points[i].y)))
+      return FALSE;
+  return TRUE;
+}
+
+BOOL Rectangle(HDC dc, int left, int top, int right, int bottom) {
+  DcRecord* record = FindDc(dc);
+  if (record == nullptr) return FALSE;
+  const QRect all =
+      platform::UnitsOf(*record, left, top, std::int64_t{right} - left, std::int64_t{bottom} - top);
+  if (all.isEmpty()) return TRUE;
+  const unsigned table = platform::TableOfRop2(record->state.rop2);
+  const PenRecord* pen = VisiblePen(*record);
+  const int edge =
+      pen == nullptr ? 0 : std::min({WidthOf(*pen), (all.width() + 1) / 2, (all.height() + 1) / 2});
+  const QRect inner = all.adjusted(edge, edge, -edge, -edge);
+  bool done = true;
+  if (pen != nullptr) {
+    const std::uint32_t color = platform::ResolveColor(*record, pen->color);
+    for (const QRect& side : QRegion(all) - inner)
+      done = platform::FillUnits(*record, side, table, color) && done;
+  }
+  const auto brush = platform::BrushPixel(*record, record->state.brush);
+  if (brush && !inner.isEmpty()) done = platform::FillUnits(*record, inner, table, *brush) && done;
+  return done;
+}
+
+BOOL Ellipse(HDC dc, int left, int top, int right, int bottom) {
+  DcRecord* record = FindDc(dc);
+  if (record == nullptr) return FALSE;
+  const QRect all =
+      platform::UnitsOf(*record, left, top, std::int64_t{right} - left, std::int64_t{bottom} - top);
+  if (all.isEmpty()) return TRUE;
+  const PenRecord* pen = VisiblePen(*record);
+  const auto brush = platform::BrushPixel(*record, record->state.brush);
+  const double half = pen == nullptr ? 0 : WidthOf(*pen) / 2.0;
+  const QPen outline = pen == nullptr ? QPen(Qt::NoPen) : ToQPen(*record, *pen);
+  const auto mode = kRop2Modes[record->state.rop2 - 1];
+  return platform::PaintWithQt(*record, all, [&](QPainter& painter) {
+    painter.setPen(outline);
+    painter.setBrush(brush ? QBrush(QColor::fromRgb(*brush)) : QBrush(Qt::NoBrush));
+    painter.setCompositionMode(mode);
+    painter.drawEllipse(QRectF(all).adjusted(half, half, -half, -half));
+  });
+}
