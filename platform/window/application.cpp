@@ -1,5 +1,9 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QApplication>
-#include <QFileOpenEvent>
+#include <QDir>
+#include <QFileInfo>
 #include <memory>
 
 #include "platform/window/detail/queue.h"
@@ -23,8 +27,26 @@ std::unique_ptr<QApplication>& Owned() {
 
 }  // namespace
 
+namespace {
+
+/// Qt keeps sockets and the like in this folder and complains where no session manager has made it.
+void ProvideRuntimeFolder() {
+  if (qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) return;
+  const QString folder = QDir::tempPath() + "/runtime-" + QString::number(getuid());
+  if (mkdir(QFile::encodeName(folder), S_IRWXU) == 0 || QFileInfo(folder).ownerId() == getuid())
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(folder));
+}
+
+}  // namespace
+
+bool platform::IsOffscreen() {
+  static const bool offscreen = QGuiApplication::platformName() == "offscreen";
+  return offscreen;
+}
+
 void platform::EnsureApplication(int* argc, char** argv) {
   if (QCoreApplication::instance() != nullptr) return;
+  ProvideRuntimeFolder();
   static int noArguments = 1;
   static char name[] = "tessarel12";
   static char* arguments[] = {name, nullptr};

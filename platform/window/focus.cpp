@@ -3,6 +3,7 @@
 
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
+#include "platform/window/pump.h"
 
 using platform::FindWindowRecord;
 using platform::WindowRecord;
@@ -57,7 +58,7 @@ HWND SetCapture(HWND handle) {
   const HWND former = g_capture;
   if (window == nullptr || former == handle) return former;
   g_capture = handle;
-  if (window->client && window->client->isVisible()) window->client->grabMouse();
+  if (window->client && window->client->isVisible() && !platform::IsOffscreen()) window->client->grabMouse();
   if (former != nullptr) SendMessage(former, WM_CAPTURECHANGED, 0, reinterpret_cast<LPARAM>(handle));
   return former;
 }
@@ -66,7 +67,7 @@ BOOL ReleaseCapture() {
   const HWND former = std::exchange(g_capture, nullptr);
   if (former == nullptr) return TRUE;
   const WindowRecord* window = FindWindowRecord(former);
-  if (window != nullptr && window->client) window->client->releaseMouse();
+  if (window != nullptr && window->client && !platform::IsOffscreen()) window->client->releaseMouse();
   platform::SendGuarded(former, WM_CAPTURECHANGED, 0, 0);
   return TRUE;
 }

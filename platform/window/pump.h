@@ -32,6 +32,8 @@ PLATFORM_API void SetCreateHook(CreateHook hook);
 
 /// Makes the application object of the user interface if the host has none yet. The arguments must outlive it.
 PLATFORM_API void EnsureApplication(int* argc = nullptr, char** argv = nullptr);
+/// True on the platform without a display, whose windows are pictures in memory.
+PLATFORM_API bool IsOffscreen();
 /// Ends the application object if EnsureApplication made it.
 PLATFORM_API void EndApplication();
 

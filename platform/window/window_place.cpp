@@ -5,6 +5,7 @@
 
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
+#include "platform/window/pump.h"
 
 using platform::FindWindowRecord;
 using platform::WindowRecord;
@@ -35,6 +36,11 @@ void PlaceBar(WindowRecord& window, int bar, const QRect& place) {
 }
 
 }  // namespace
+
+static void BringToFront(QWidget& window) {
+  if (!IsOffscreen()) window.raise();  // windows have no order there
+  window.activateWindow();
+}
 
 QRect ClientRectOf(const WindowRecord& window) {
   const int edge = EdgeOf(window);
@@ -96,10 +102,7 @@ BOOL ShowWindow(HWND handle, int command) {
     case SW_SHOWNORMAL: frame->showNormal(); break;
     default: frame->show(); break;
   }
-  if (show && frame && frame->isWindow() && command != SW_SHOWMINIMIZED) {
-    frame->raise();
-    frame->activateWindow();
-  }
+  if (show && frame && frame->isWindow() && command != SW_SHOWMINIMIZED) platform::BringToFront(*frame);
   return wasVisible;
 }
 
@@ -118,7 +121,7 @@ BOOL SetWindowPos(HWND handle, HWND, int x, int y, int width, int height, UINT f
   const QPoint formerPlace = window->frame->pos();
   if ((flags & SWP_NOMOVE) == 0) window->frame->move(x, y);
   if ((flags & SWP_NOSIZE) == 0) window->frame->resize(std::max(width, 0), std::max(height, 0));
-  if ((flags & SWP_NOZORDER) == 0) window->frame->raise();
+  if ((flags & SWP_NOZORDER) == 0 && window->IsChild()) window->frame->raise();
   // Qt tells a hidden window its new size only when it is shown; the program hears of it now.
   platform::LayoutWindow(*window);
   window = FindWindowRecord(handle);
@@ -182,8 +185,7 @@ HWND GetActiveWindow() {
 BOOL SetForegroundWindow(HWND handle) {
   const WindowRecord* window = FindWindowRecord(handle);
   if (window == nullptr || !window->frame) return FALSE;
-  window->frame->window()->raise();
-  window->frame->window()->activateWindow();
+  platform::BringToFront(*window->frame->window());
   return TRUE;
 }
 
