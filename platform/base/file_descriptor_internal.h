@@ -11,7 +11,8 @@ namespace platform {
 /// Owner of an open file.
 class FileDescriptor {
  public:
-  explicit FileDescriptor(int descriptor = -1) : m_descriptor(descriptor) {}
+  FileDescriptor() = default;
+  explicit FileDescriptor(int descriptor) : m_descriptor(descriptor) {}
   FileDescriptor(FileDescriptor&& other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
   FileDescriptor& operator=(FileDescriptor&& other) noexcept {
     std::swap(m_descriptor, other.m_descriptor);
@@ -25,7 +26,7 @@ class FileDescriptor {
   bool Close() { return m_descriptor < 0 || ::close(std::exchange(m_descriptor, -1)) == 0; }
 
  private:
-  int m_descriptor;
+  int m_descriptor = -1;
 };
 
 inline bool WriteAll(int descriptor, const char* data, std::size_t size) {
