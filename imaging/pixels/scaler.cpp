@@ -157,7 +157,7 @@ void RenderRepeated(const RowReader& reader, bool redFirst, const Scaling& scali
   for (std::size_t i = 0; i < columns; ++i)
     from[i] = BoxAxis::Nearest(part.left + static_cast<int>(i), scaling.sourceWidth, scaling.width);
   const int first = from.front();
-  const int count = from.back() + 1 - first;
+  const int count = std::max(1, from.back() + 1 - first);
   std::vector<std::uint8_t> scratch(static_cast<std::size_t>(count) * 4 + kSlack);
   std::vector<std::uint32_t> pixels(static_cast<std::size_t>(count));
   int shown = -1;
