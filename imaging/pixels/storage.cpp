@@ -3,6 +3,7 @@
 #include <sys/mman.h>
 
 #include <cstring>
+#include <unordered_set>
 #include <vector>
 
 #include "imaging/exception.h"
@@ -21,10 +22,6 @@ constexpr std::size_t kMaxRecycledBytes = 128U << 20;
 /// Page-sized blocks for reuse: mapping and touching fresh memory takes longer than filling it.
 class BlockPool {
  public:
-  ~BlockPool() {
-    for (const Block& block : m_free) munmap(block.data, block.size);
-  }
-
   /// Rounds size up to what was taken; null if there isn't enough memory.
   std::uint8_t* Take(std::size_t& size) {
     const std::size_t unit = size >= kRecycledFrom ? kHugePage : 4096;
@@ -78,9 +75,15 @@ class BlockPool {
   std::size_t m_held = 0;
 };
 
+// Both live until the process ends: a static object of the host may free its bitmap last of all.
 BlockPool& Pool() {
-  static BlockPool pool;
+  static auto& pool = *new BlockPool;
   return pool;
+}
+
+std::unordered_set<const PixelStorage*>& Live() {
+  static auto& live = *new std::unordered_set<const PixelStorage*>;
+  return live;
 }
 
 }  // namespace
@@ -90,16 +93,20 @@ std::unique_ptr<PixelStorage> PixelStorage::Create(int width, int height, int bi
     Fail(kErrorInvalidParameter, "An image of %d by %d pixels can't be held", width, height);
   if (bits != 1 && bits != 4 && bits != 8 && bits != 24 && bits != 32)
     Fail(kErrorInvalidParameter, "An image of %d bits per pixel can't be held", bits);
-  const std::int64_t pitch = ((static_cast<std::int64_t>(width) * bits + 7) / 8 + static_cast<int>(kRowAlignment) - 1) /
-                             static_cast<int>(kRowAlignment) * static_cast<int>(kRowAlignment);
+  const std::int64_t pitch =
+      ((static_cast<std::int64_t>(width) * bits + 7) / 8 + static_cast<int>(kRowAlignment) - 1) /
+      static_cast<int>(kRowAlignment) * static_cast<int>(kRowAlignment);
   if (width > limits::kMaxSide || height > limits::kMaxSide ||
-      static_cast<std::int64_t>(width) * height > limits::kMaxPixels || pitch * height > limits::kMaxBitmapBytes)
+      static_cast<std::int64_t>(width) * height > limits::kMaxPixels ||
+      pitch * height > limits::kMaxBitmapBytes)
     Fail(kErrorLimit, "An image of %d by %d pixels is too large", width, height);
 
   std::unique_ptr<PixelStorage> storage(new PixelStorage);
-  std::size_t size = static_cast<std::size_t>(pitch * height) + kRowAlignment;  // room for whole vectors at the end
+  std::size_t size =
+      static_cast<std::size_t>(pitch * height) + kRowAlignment;  // room for whole vectors at the end
   storage->m_pixels = Pool().Take(size);
-  if (storage->m_pixels == nullptr) Fail(kErrorNoMemory, "Not enough memory for an image of %d by %d pixels", width, height);
+  if (storage->m_pixels == nullptr)
+    Fail(kErrorNoMemory, "Not enough memory for an image of %d by %d pixels", width, height);
   storage->m_capacity = size;
   storage->m_width = width;
   storage->m_height = height;
@@ -113,7 +120,18 @@ std::unique_ptr<PixelStorage> PixelStorage::Create(int width, int height, int bi
   return storage;
 }
 
+PixelStorage::PixelStorage() {
+  static std::uint64_t serial = 0;
+  m_serial = ++serial;
+  Live().insert(this);
+}
+
+bool PixelStorage::IsLive(const PixelStorage* storage) {
+  return Live().contains(storage);
+}
+
 PixelStorage::~PixelStorage() {
+  Live().erase(this);
   if (m_pixels != nullptr) Pool().Give(m_pixels, m_capacity);
 }
 

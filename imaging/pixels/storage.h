@@ -14,8 +14,8 @@ namespace imaging {
 /// The pixels of one bitmap: rows top down, each row aligned to 64 bytes for vector code.
 /// Depths in memory: 1 (most significant bit first), 4 (high half first), 8, 24 and 32 bits. Depths of 1 to 8
 /// are indices into the colour table, which always holds 2^bits valid entries; a grey bitmap has the linear
-/// grey table. 24 and 32 bits stand in the order of the bitmap's Order field; the fourth byte is straight alpha.
-/// Large blocks are recycled, since fresh memory for a page costs more than decoding it.
+/// grey table. 24 and 32 bits stand in the order of the bitmap's Order field; the fourth byte is straight
+/// alpha. Large blocks are recycled, since fresh memory for a page costs more than decoding it.
 class LTWRAP_API PixelStorage {
  public:
   /// Throws CLeadtoolsException* if the size is out of the limits or there isn't enough memory.
@@ -29,16 +29,29 @@ class LTWRAP_API PixelStorage {
   int Height() const { return m_height; }
   int Bits() const { return m_bits; }
   std::ptrdiff_t Pitch() const { return m_pitch; }
-  std::uint8_t* Row(int y) { return m_pixels + y * m_pitch; }
+  /// Asking for a row to write tells that the pixels change; don't keep the pointer past the next paint.
+  std::uint8_t* Row(int y) {
+    ++m_revision;
+    return m_pixels + y * m_pitch;
+  }
   const std::uint8_t* Row(int y) const { return m_pixels + y * m_pitch; }
   /// Bytes of a row that hold pixels; the rest up to Pitch is padding of any content.
   std::size_t RowBytes() const { return (static_cast<std::size_t>(m_width) * m_bits + 7) / 8; }
-  std::array<RGBQUAD, 256>& Palette() { return m_palette; }
+  std::array<RGBQUAD, 256>& Palette() {
+    ++m_revision;
+    return m_palette;
+  }
   const std::array<RGBQUAD, 256>& Palette() const { return m_palette; }
   bool IsLinearGray() const;  ///< 8 bits with the linear grey table
+  /// No two storages of a process share a serial number, so it still tells them apart when one takes the
+  /// other's address.
+  std::uint64_t Serial() const { return m_serial; }
+  std::uint64_t Revision() const { return m_revision; }
+  /// False for the address of a storage that is gone: a copied record can't know that its owner has freed it.
+  static bool IsLive(const PixelStorage* storage);
 
  private:
-  PixelStorage() = default;
+  PixelStorage();
 
   int m_width = 0;
   int m_height = 0;
@@ -46,6 +59,8 @@ class LTWRAP_API PixelStorage {
   std::ptrdiff_t m_pitch = 0;
   std::uint8_t* m_pixels = nullptr;
   std::size_t m_capacity = 0;
+  std::uint64_t m_serial = 0;
+  std::uint64_t m_revision = 0;
   std::array<RGBQUAD, 256> m_palette{};
 };
 

@@ -1,0 +1,184 @@
+#include <QImage>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+#include <random>
+#include <vector>
+
+#include "imaging/ltwrap.h"
+#include "imaging/pixels/paint.h"
+#include "imaging/pixels/scaler.h"
+
+// Pixel operations against a peer or a copy of the same memory, in one run. Both sides of a ratio take turns
+// and the shortest time of each counts.
+
+namespace {
+
+constexpr int kScreenWidth = 1200;
+constexpr int kScreenHeight = 800;
+constexpr int kPageWidth = 2480;  // A4 at 300 dots per inch
+constexpr int kPageHeight = 3508;
+constexpr int kRepeats = 15;
+constexpr std::uint32_t kSourceCopy = 0x00cc0020;
+
+double Milliseconds(const std::function<void()>& work) {
+  const auto begin = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
+}
+
+void Ratio(
+    const char* name, double target, const std::function<void()>& ours, const std::function<void()>& peer,
+    const std::function<void()>& before = [] {}) {
+  double best = 1e9;
+  double bestPeer = 1e9;
+  for (int i = 0; i < kRepeats; ++i) {
+    before();
+    best = std::min(best, Milliseconds(ours));
+    bestPeer = std::min(bestPeer, Milliseconds(peer));
+  }
+  std::printf("RATIO %s %.3f %.2f\n", name, best / bestPeer, target);
+  std::fprintf(stderr, "  %s: %.3f ms, peer %.3f ms\n", name, best, bestPeer);
+}
+
+/// Text-like pixels: dark runs on a light ground.
+void FillPage(struct_LEAD_Bitmap& bitmap) {
+  std::mt19937 random(1);
+  imaging::PixelStorage& pixels = *bitmap.pStorage;
+  for (int y = 0; y < pixels.Height(); ++y) {
+    std::uint8_t* row = pixels.Row(y);
+    std::memset(row, 255, pixels.RowBytes());
+    for (std::size_t x = random() % 64; x < pixels.RowBytes(); x += 1 + random() % 64)
+      row[x] = pixels.Bits() == 8 ? 0 : static_cast<std::uint8_t>(random());
+  }
+}
+
+struct Page : struct_LEAD_Bitmap {
+  Page(int width, int height, int bits) : struct_LEAD_Bitmap{} {
+    LEADTOOLS::InitBitmap(this, width, height, bits);
+    LEADTOOLS::AllocateBitmap(this, 1);
+    FillPage(*this);
+  }
+  ~Page() { LEADTOOLS::FreeBitmap(this); }
+  Page(const Page&) = delete;
+  Page& operator=(const Page&) = delete;
+};
+
+struct Screen {
+  Screen()
+      : pixels(static_cast<std::size_t>(kScreenWidth) * kScreenHeight),
+        clip{0, 0, kScreenWidth, kScreenHeight} {
+    view.pixels = pixels.data();
+    view.width = kScreenWidth;
+    view.height = kScreenHeight;
+    view.stride = kScreenWidth;
+    view.clip = {&clip, 1};
+  }
+  void Paint(Page& page, int width, int height, int scroll) {
+    const RECT destination{0, -scroll, width, height - scroll};
+    imaging::PaintOnSurface(view, &page, {nullptr, nullptr, &destination, nullptr}, kSourceCopy);
+  }
+  std::vector<std::uint32_t> pixels;
+  RECT clip;
+  platform::SurfaceView view;
+};
+
+/// Tells that the pixels changed, so that nothing kept from an earlier paint is used.
+void Touch(Page& page) {
+  page.pStorage->Row(0);
+}
+
+QImage ToQt(const Page& page, QImage::Format format) {
+  QImage image(page.Width, page.Height, format);
+  if (format == QImage::Format_Mono) image.setColorTable({0xff000000U, 0xffffffffU});
+  for (int y = 0; y < page.Height; ++y)
+    std::memcpy(image.scanLine(y), static_cast<const imaging::PixelStorage&>(*page.pStorage).Row(y),
+                page.pStorage->RowBytes());
+  return image;
+}
+
+void BenchDownscale() {
+  Page page(6000, 4000, 24);
+  Screen screen;
+  const QImage peer = ToQt(page, QImage::Format_RGB888).convertToFormat(QImage::Format_RGB32);
+  Ratio(
+      "downscale_24bit_vs_qt_32bit", 1.0, [&] { screen.Paint(page, kScreenWidth, kScreenHeight, 0); },
+      [&] {
+        (void)peer.scaled(kScreenWidth, kScreenHeight, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+      },
+      [&] { Touch(page); });
+}
+
+void BenchRepaint(int bits) {
+  Page page(kPageWidth, kPageHeight, bits);
+  Screen screen;
+  const std::vector<std::uint32_t> kept(screen.pixels.size(), 1);
+  const auto blit = [&] { std::memcpy(screen.pixels.data(), kept.data(), kept.size() * 4); };
+  const int height = kScreenWidth * kPageHeight / kPageWidth;
+  screen.Paint(page, kScreenWidth, height, 0);
+  char name[64];
+  std::snprintf(name, sizeof name, "repaint_%dbit_vs_blit", bits);
+  Ratio(
+      name, 2.0, [&] { screen.Paint(page, kScreenWidth, height, 0); }, blit);
+  int scroll = 0;
+  std::snprintf(name, sizeof name, "scroll_step_%dbit_vs_blit", bits);
+  Ratio(
+      name, 2.0, [&] { screen.Paint(page, kScreenWidth, height, scroll); }, blit, [&] { scroll += 20; });
+}
+
+void BenchZoomStep(int bits) {
+  Page page(kPageWidth, kPageHeight, bits);
+  Page bilevel(kPageWidth, kPageHeight, 1);
+  Screen screen;
+  const QImage peer = ToQt(bilevel, QImage::Format_Mono);
+  const int height = kScreenWidth * kPageHeight / kPageWidth;
+  char name[64];
+  std::snprintf(name, sizeof name, "zoom_step_%dbit_vs_qt_1bit", bits);
+  Ratio(
+      name, 0.3, [&] { screen.Paint(page, kScreenWidth, height, 300); },
+      [&] { (void)peer.scaled(kScreenWidth, height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation); },
+      [&] { Touch(page); });
+}
+
+/// The loop that anyone writes first.
+template <int Size>
+void TurnPlain(const imaging::PixelStorage& from, imaging::PixelStorage& to) {
+  for (int y = 0; y < from.Height(); ++y)
+    for (int x = 0; x < from.Width(); ++x)
+      std::memcpy(to.Row(x) + static_cast<std::ptrdiff_t>(from.Height() - 1 - y) * Size,
+                  from.Row(y) + x * Size, Size);
+}
+
+void BenchTurns() {
+  Page gray(kPageWidth, kPageHeight, 8);
+  auto target = imaging::PixelStorage::Create(kPageHeight, kPageWidth, 8);
+  const imaging::PixelStorage& source = *gray.pStorage;
+  auto still = imaging::PixelStorage::Create(kPageWidth, kPageHeight, 8);
+  std::memcpy(still->Row(0), source.Row(0), static_cast<std::size_t>(source.Pitch()) * kPageHeight);
+  Ratio(
+      "quarter_turn_8bit_vs_plain_loop", 0.4, [&] { LEADTOOLS::RotateBitmap(&gray, 9000, 5, 0); },
+      [&] { TurnPlain<1>(*still, *target); });
+  const QTransform turn = QTransform().rotate(90);
+  Page color(kPageWidth, kPageHeight, 24);
+  const QImage colorPeer = ToQt(color, QImage::Format_RGB888);
+  Ratio(
+      "quarter_turn_24bit_vs_qt", 0.6, [&] { LEADTOOLS::RotateBitmap(&color, 9000, 5, 0); },
+      [&] { (void)colorPeer.transformed(turn); });
+  Page bilevel(kPageWidth, kPageHeight, 1);
+  const QImage bilevelPeer = ToQt(bilevel, QImage::Format_Mono);
+  Ratio(
+      "quarter_turn_1bit_vs_qt", 0.1, [&] { LEADTOOLS::RotateBitmap(&bilevel, 9000, 5, 0); },
+      [&] { (void)bilevelPeer.transformed(turn); });
+}
+
+}  // namespace
+
+int main() {
+  BenchDownscale();
+  for (const int bits : {1, 8, 24}) BenchRepaint(bits);
+  for (const int bits : {1, 8}) BenchZoomStep(bits);
+  BenchTurns();
+  return 0;
+}

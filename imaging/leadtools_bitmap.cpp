@@ -1,0 +1,120 @@
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+#include "imaging/ltwrap.h"
+#include "imaging/pixels/orient.h"
+#include "imaging/pixels/record.h"
+
+using imaging::Bitmap;
+using imaging::PixelStorage;
+
+int LEADTOOLS::InitBitmap(struct_LEAD_Bitmap* bitmap, int width, int height, int bits) {
+  imaging::Require(bitmap) = imaging::EmptyBitmap(width, height, bits);
+  return 1;
+}
+
+int LEADTOOLS::AllocateBitmap(struct_LEAD_Bitmap* bitmap, int memoryType) {
+  Bitmap& record = imaging::Require(bitmap);
+  if (memoryType != 1)
+    imaging::Fail(imaging::kErrorInvalidParameter, "There is no memory type %d", memoryType);
+  if ((record.Flags & leadtools12::kAllocated) != 0)
+    imaging::Fail(imaging::kErrorInvalidParameter, "The bitmap record holds an image already");
+  auto storage = PixelStorage::Create(record.Width, record.Height, record.BitsPerPixel);
+  std::memset(storage->Row(0), 0, static_cast<std::size_t>(storage->Pitch()) * storage->Height());
+  imaging::Adopt(record, std::move(storage));
+  return 1;
+}
+
+void LEADTOOLS::FreeBitmap(struct_LEAD_Bitmap* bitmap) {
+  if (bitmap == nullptr || (bitmap->Flags & leadtools12::kAllocated) == 0) return;
+  // Called from destructors, so a record that outlived its pixels is only cleared.
+  if (PixelStorage::IsLive(bitmap->pStorage)) delete bitmap->pStorage;
+  bitmap->pStorage = nullptr;
+  bitmap->Flags &= ~leadtools12::kAllocated;
+}
+
+int LEADTOOLS::CopyBitmap(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source) {
+  Bitmap& record = imaging::Require(target);
+  auto copy = imaging::Clone(imaging::RequirePixels(source, "copy"));
+  if (target == source) return 1;
+  record = *source;
+  imaging::Adopt(record, std::move(copy));
+  return 1;
+}
+
+void LEADTOOLS::CopyBitmapHandle(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source) {
+  imaging::Require(target) = imaging::Require(source);
+}
+
+namespace {
+
+/// Moves the bits of a row up by less than a byte, so that the first pixel of a part stands at a byte's
+/// start.
+void CopyBits(std::uint8_t* out, const std::uint8_t* row, std::size_t firstBit, std::size_t bits) {
+  const std::uint8_t* from = row + firstBit / 8;
+  const unsigned shift = firstBit % 8;
+  const std::size_t bytes = (bits + 7) / 8;
+  if (shift == 0) {
+    std::memcpy(out, from, bytes);
+    return;
+  }
+  const std::size_t available = (shift + bits + 7) / 8;
+  for (std::size_t i = 0; i < bytes; ++i) {
+    const unsigned next = i + 1 < available ? from[i + 1] : 0;
+    out[i] = static_cast<std::uint8_t>(from[i] << shift | next >> (8 - shift));
+  }
+}
+
+}  // namespace
+
+int LEADTOOLS::CopyBitmapRect(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source, unsigned int column,
+                              unsigned int row, unsigned int width, unsigned int height) {
+  Bitmap& record = imaging::Require(target);
+  const PixelStorage& pixels = imaging::RequirePixels(source, "copy");
+  const auto sourceWidth = static_cast<unsigned>(pixels.Width());
+  const auto sourceHeight = static_cast<unsigned>(pixels.Height());
+  if (column >= sourceWidth || row >= sourceHeight || width == 0 || height == 0)
+    imaging::Fail(imaging::kErrorInvalidParameter,
+                  "No part of %u by %u pixels begins at column %u, row %u of an image of %u by %u pixels",
+                  width, height, column, row, sourceWidth, sourceHeight);
+  const auto w = static_cast<int>(std::min(width, sourceWidth - column));
+  const auto h = static_cast<int>(std::min(height, sourceHeight - row));
+  auto part = PixelStorage::Create(w, h, pixels.Bits());
+  part->Palette() = pixels.Palette();
+  const auto depth = static_cast<std::size_t>(pixels.Bits());
+  for (int y = 0; y < h; ++y)
+    CopyBits(part->Row(y), pixels.Row(static_cast<int>(row) + y), column * depth, w * depth);
+  if (target == source) {
+    imaging::Replace(record, std::move(part));
+  } else {
+    record = *source;
+    imaging::Adopt(record, std::move(part));
+  }
+  return 1;
+}
+
+int LEADTOOLS::ChangeBitmapViewPerspective(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source,
+                                           int viewPerspective) {
+  const PixelStorage& pixels = imaging::RequirePixels(source, "turn");
+  const imaging::Turn first = imaging::TurnToNormal(source->ViewPerspective);
+  const imaging::Turn second = imaging::Inverse(imaging::TurnToNormal(viewPerspective));
+  const bool inPlace = target == nullptr || target == source;
+
+  std::unique_ptr<PixelStorage> turned;
+  if (!first.IsNone()) turned = imaging::Turned(pixels, first);
+  if (!second.IsNone()) turned = imaging::Turned(turned ? *turned : pixels, second);
+  Bitmap result = *source;
+  result.ViewPerspective = viewPerspective == 1 ? 0 : viewPerspective;
+  if (first.transpose != second.transpose) std::swap(result.XResolution, result.YResolution);
+
+  if (!inPlace) {
+    if (!turned) turned = imaging::Clone(pixels);
+    imaging::Adopt(result, std::move(turned));
+    *target = result;
+    return 1;
+  }
+  if (turned) imaging::Replace(result, std::move(turned));
+  *source = result;
+  return 1;
+}

@@ -1,0 +1,89 @@
+#include <utility>
+
+#include "imaging/ltwrap.h"
+#include "imaging/pixels/dib.h"
+#include "imaging/pixels/orient.h"
+#include "imaging/pixels/record.h"
+#include "imaging/pixels/resize.h"
+#include "platform/base/global_memory.h"
+
+using imaging::PixelStorage;
+
+namespace {
+
+constexpr unsigned long kAverage = 2;  // SizeBitmapExt: bit 1
+
+imaging::Turn TurnBy(int angle) {
+  switch ((angle % 36000 + 36000) % 36000) {
+    case 0:
+      return {};
+    case 9000:
+      return imaging::kQuarterClockwise;
+    case 18000:
+      return imaging::kHalf;
+    case 27000:
+      return imaging::kQuarterCounterclockwise;
+    default:
+      imaging::Fail(imaging::kErrorUnsupported,
+                    "An image can't be rotated by %g degrees, by quarter turns only", angle / 100.0);
+  }
+}
+
+}  // namespace
+
+int LEADTOOLS::SizeBitmap(struct_LEAD_Bitmap* bitmap, int width, int height) {
+  return SizeBitmapExt(bitmap, width, height, 0);
+}
+
+int LEADTOOLS::SizeBitmapExt(struct_LEAD_Bitmap* bitmap, int width, int height, unsigned long flags) {
+  const PixelStorage& pixels = imaging::RequirePixels(bitmap, "scale");
+  if (pixels.Width() == width && pixels.Height() == height) return 1;
+  const bool average = (flags & kAverage) != 0 && (width < pixels.Width() || height < pixels.Height());
+  if (!average) {
+    imaging::Replace(*bitmap, imaging::SizedByRepeating(pixels, width, height));
+    return 1;
+  }
+  const bool hasOrder = pixels.Bits() >= 24;
+  imaging::Replace(*bitmap, imaging::SizedByAveraging(pixels, width, height));
+  if (!hasOrder) bitmap->Order = 1;
+  return 1;
+}
+
+int LEADTOOLS::ResizeBitmap(struct_LEAD_Bitmap* source, struct_LEAD_Bitmap* target) {
+  const PixelStorage& from = imaging::RequirePixels(source, "scale");
+  PixelStorage& to = imaging::RequirePixels(target, "scale into");
+  if (&from == &to) return 1;
+  imaging::ResizeInto(from, source->Order, to, target->Order);
+  return 1;
+}
+
+int LEADTOOLS::RotateBitmap(struct_LEAD_Bitmap* bitmap, int angle, unsigned int /*flags*/,
+                            unsigned long /*fillColor*/) {
+  const PixelStorage& pixels = imaging::RequirePixels(bitmap, "rotate");
+  const imaging::Turn turn = TurnBy(angle);
+  if (turn.IsNone()) return 1;
+  imaging::Replace(*bitmap, imaging::Turned(pixels, turn));
+  if (turn.transpose) std::swap(bitmap->XResolution, bitmap->YResolution);
+  return 1;
+}
+
+int LEADTOOLS::GrayScaleBitmap(struct_LEAD_Bitmap* bitmap, int bits) {
+  const PixelStorage& pixels = imaging::RequirePixels(bitmap, "turn grey");
+  if (bits != 8)
+    imaging::Fail(imaging::kErrorUnsupported, "An image can't be made grey with %d bits per pixel", bits);
+  if (pixels.IsLinearGray()) return 1;
+  imaging::Replace(*bitmap, imaging::Grayed(pixels, bitmap->Order));
+  return 1;
+}
+
+void* LEADTOOLS::ConvertToDIB(struct_LEAD_Bitmap* bitmap) {
+  const PixelStorage& pixels = imaging::RequirePixels(bitmap, "convert");
+  return imaging::MakeDib(*bitmap, pixels);
+}
+
+int LEADTOOLS::ChangeFromDIB(struct_LEAD_Bitmap* target, void* dib) {
+  imaging::Require(target);
+  *target = imaging::BitmapFromDib(dib);
+  GlobalFree(dib);
+  return 1;
+}

@@ -1,0 +1,66 @@
+#include "imaging/pixels/kernels.h"
+
+#include <bit>
+#include <cstring>
+
+namespace imaging {
+namespace {
+
+void AddRow(std::uint16_t* sums, const std::uint8_t* row, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) sums[i] = static_cast<std::uint16_t>(sums[i] + row[i]);
+}
+
+void CombineRows(std::uint16_t* out, const std::uint16_t* sums, const std::uint8_t* first,
+                 const std::uint8_t* last, const RowWeights& weights, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::uint32_t full = sums == nullptr ? 0 : std::uint32_t{sums[i]} << weights.fraction;
+    out[i] = static_cast<std::uint16_t>((full + first[i] * weights.first + last[i] * weights.last) >>
+                                        weights.shift);
+  }
+}
+
+template <int Channels>
+std::uint32_t BoxSum(const std::uint16_t* row, const BoxSpan& span, int fraction) {
+  std::uint32_t full = 0;
+  for (int i = 1; i <= span.full; ++i) full += row[i * Channels];
+  return (full << fraction) + row[0] * span.firstWeight + row[(span.full + 1) * Channels] * span.lastWeight;
+}
+
+void BoxGray(std::uint8_t* out, const std::uint16_t* row, const BoxSpan* spans, std::size_t count,
+             int fraction, BoxDivisor divisor) {
+  for (std::size_t i = 0; i < count; ++i)
+    out[i] = divisor.Apply(BoxSum<1>(row + spans[i].first, spans[i], fraction));
+}
+
+template <int Channels>
+void BoxColor(std::uint32_t* out, const std::uint16_t* row, const BoxSpan* spans, std::size_t count,
+              int fraction, BoxDivisor divisor) {
+  for (std::size_t i = 0; i < count; ++i) {
+    std::uint32_t pixel = Channels == 3 ? 0xff000000U : 0;
+    const std::uint16_t* begin = row + static_cast<std::ptrdiff_t>(spans[i].first) * Channels;
+    for (int c = 0; c < Channels; ++c)
+      pixel |= std::uint32_t{divisor.Apply(BoxSum<Channels>(begin + c, spans[i], fraction))} << (8 * c);
+    out[i] = pixel;
+  }
+}
+
+void ExpandBits(std::uint8_t* out, const std::uint8_t* row, std::size_t firstBit, std::size_t count,
+                std::uint8_t zero, std::uint8_t one) {
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::size_t bit = firstBit + i;
+    out[i] = (row[bit / 8] >> (7 - bit % 8) & 1) != 0 ? one : zero;
+  }
+}
+
+}  // namespace
+
+const Kernels& PlainKernels() {
+  static constexpr Kernels kernels{AddRow, CombineRows, BoxGray, BoxColor<3>, BoxColor<4>, ExpandBits};
+  return kernels;
+}
+
+const Kernels& FastKernels() {
+  return PlainKernels();
+}
+
+}  // namespace imaging

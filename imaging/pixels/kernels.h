@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "imaging/export.h"
+#include "imaging/pixels/axis.h"
+
+namespace imaging {
+
+/// Weights of the rows of one result row and how its sums are brought to at most 16 bits.
+struct RowWeights {
+  std::uint32_t first;
+  std::uint32_t last;
+  int fraction;
+  int shift;
+};
+
+/// Divides by the sum of all weights of a pixel: (sum * factor + half) >> shift.
+struct BoxDivisor {
+  std::uint32_t factor;
+  int shift;
+  std::uint8_t Apply(std::uint32_t sum) const {
+    const std::uint64_t half = std::uint64_t{1} << (shift - 1);
+    return static_cast<std::uint8_t>((std::uint64_t{sum} * factor + half) >> shift);
+  }
+};
+
+/// The inner loops of scaling. Both sets give the same bytes.
+struct Kernels {
+  /// sums[i] += row[i]; at most 257 rows fit.
+  void (*addRow)(std::uint16_t* sums, const std::uint8_t* row, std::size_t count);
+  /// out = ((sums << fraction) + first row * weight + last row * weight) >> shift. Sums may be null for
+  /// zeros.
+  void (*combineRows)(std::uint16_t* out, const std::uint16_t* sums, const std::uint8_t* first,
+                      const std::uint8_t* last, const RowWeights& weights, std::size_t count);
+  /// Averages along a row of grey sums. The spans count from the row's begin. Reads up to 8 sums past the
+  /// end.
+  void (*boxGray)(std::uint8_t* out, const std::uint16_t* row, const BoxSpan* spans, std::size_t count,
+                  int fraction, BoxDivisor divisor);
+  /// The same for pixels of 3 or 4 sums; writes 4 bytes each, of 3 the last is 255.
+  void (*boxColor3)(std::uint32_t* out, const std::uint16_t* row, const BoxSpan* spans, std::size_t count,
+                    int fraction, BoxDivisor divisor);
+  void (*boxColor4)(std::uint32_t* out, const std::uint16_t* row, const BoxSpan* spans, std::size_t count,
+                    int fraction, BoxDivisor divisor);
+  /// A byte for each of count bits beginning with the given one: zero or one.
+  void (*expandBits)(std::uint8_t* out, const std::uint8_t* row, std::size_t firstBit, std::size_t count,
+                     std::uint8_t zero, std::uint8_t one);
+};
+
+LTWRAP_API const Kernels& PlainKernels();
+/// Those for this processor.
+LTWRAP_API const Kernels& FastKernels();
+
+}  // namespace imaging

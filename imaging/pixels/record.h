@@ -1,0 +1,26 @@
+#pragma once
+
+#include <memory>
+
+#include "imaging/pixels/storage.h"
+#include "imaging/records.h"
+
+namespace imaging {
+
+using Bitmap = leadtools12::struct_LEAD_Bitmap;
+
+/// The record behind a pointer of the interface. Throws if it is null.
+Bitmap& Require(Bitmap* bitmap);
+/// The pixels of an allocated record. Throws if the pointer is null, or the record is empty or outlived its
+/// pixels. operation names what was to be done, for the error text.
+PixelStorage& RequirePixels(Bitmap* bitmap, const char* operation);
+
+/// Makes the record the owner of new pixels and frees those that it held.
+void Replace(Bitmap& bitmap, std::unique_ptr<PixelStorage> storage);
+/// Makes the record the owner of new pixels; what it held before is not looked at.
+void Adopt(Bitmap& bitmap, std::unique_ptr<PixelStorage> storage);
+/// A record without pixels and with unknown resolution.
+Bitmap EmptyBitmap(int width, int height, int bits);
+std::unique_ptr<PixelStorage> Clone(const PixelStorage& source);
+
+}  // namespace imaging

@@ -1,0 +1,191 @@
+#include "imaging/pixels/resize.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "imaging/exception.h"
+#include "imaging/pixels/kernels.h"
+#include "imaging/pixels/row_reader.h"
+#include "imaging/pixels/scaler.h"
+
+namespace imaging {
+namespace {
+
+/// For each result pixel the source pixel below its centre.
+std::vector<int> NearestOf(int length, int size) {
+  std::vector<int> from(static_cast<std::size_t>(size));
+  for (int i = 0; i < size; ++i) from[static_cast<std::size_t>(i)] = BoxAxis::Nearest(i, length, size);
+  return from;
+}
+
+template <int Size>
+void RepeatElements(std::uint8_t* out, const std::uint8_t* row, const std::vector<int>& from) {
+  for (const int x : from) {
+    std::memcpy(out, row + static_cast<std::ptrdiff_t>(x) * Size, Size);
+    out += Size;
+  }
+}
+
+void RepeatPacked(std::uint8_t* out, const std::uint8_t* row, const std::vector<int>& from, int bits) {
+  const int perByte = 8 / bits;
+  const unsigned mask = (1U << bits) - 1;
+  unsigned byte = 0;
+  int filled = 0;
+  for (const int x : from) {
+    byte = byte << bits | (row[x / perByte] >> (8 - bits - x % perByte * bits) & mask);
+    if (++filled < perByte) continue;
+    *out++ = static_cast<std::uint8_t>(byte);
+    byte = 0;
+    filled = 0;
+  }
+  if (filled != 0) *out = static_cast<std::uint8_t>(byte << bits * (perByte - filled));
+}
+
+void RepeatRow(std::uint8_t* out, const PixelStorage& source, int y, const std::vector<int>& from) {
+  const std::uint8_t* row = source.Row(y);
+  if (static_cast<int>(from.size()) == source.Width()) {
+    std::memcpy(out, row, source.RowBytes());
+    return;
+  }
+  switch (source.Bits()) {
+    case 8:
+      return RepeatElements<1>(out, row, from);
+    case 24:
+      return RepeatElements<3>(out, row, from);
+    case 32:
+      return RepeatElements<4>(out, row, from);
+    default:
+      return RepeatPacked(out, row, from, source.Bits());
+  }
+}
+
+void RepeatInto(const PixelStorage& source, PixelStorage& target) {
+  target.Palette() = source.Palette();
+  const std::vector<int> from = NearestOf(source.Width(), target.Width());
+  int shown = -1;
+  for (int y = 0; y < target.Height(); ++y) {
+    const int row = BoxAxis::Nearest(y, source.Height(), target.Height());
+    std::uint8_t* out = target.Row(y);
+    if (row == shown)
+      std::memcpy(out, out - target.Pitch(), target.RowBytes());
+    else
+      RepeatRow(out, source, row, from);
+    shown = row;
+  }
+}
+
+std::uint8_t Luminance(unsigned red, unsigned green, unsigned blue) {
+  return static_cast<std::uint8_t>((299 * red + 587 * green + 114 * blue + 500) / 1000);
+}
+
+/// Pixels of step bytes each to grey; red is the place of the red byte.
+void ToGray(std::uint8_t* out, const std::uint8_t* bytes, std::size_t count, std::size_t step,
+            std::size_t red) {
+  for (std::size_t i = 0; i < count; ++i, bytes += step)
+    out[i] = Luminance(bytes[red], bytes[1], bytes[2 - red]);
+}
+
+/// Scaled rows of four bytes a pixel into a row of the target; exchange: the two orders differ.
+void WriteColors(std::uint8_t* out, const std::uint8_t* colors, std::size_t count, std::size_t step,
+                 bool exchange) {
+  const std::size_t first = exchange ? 2 : 0;
+  for (std::size_t i = 0; i < count; ++i, colors += 4, out += step) {
+    out[0] = colors[first];
+    out[1] = colors[1];
+    out[2] = colors[2 - first];
+    if (step == 4) out[3] = colors[3];
+  }
+}
+
+void GrayToColors(std::uint8_t* out, const std::uint8_t* grays, std::size_t count, std::size_t step) {
+  for (std::size_t i = 0; i < count; ++i, out += step) {
+    out[0] = out[1] = out[2] = grays[i];
+    if (step == 4) out[3] = 255;
+  }
+}
+
+bool RedFirst(const RowReader& reader, int order) {
+  return reader.HasRecordOrder() && order == 0;
+}
+
+void AverageInto(const PixelStorage& source, int sourceOrder, PixelStorage& target, int targetOrder) {
+  const RowReader reader(source, target.Bits() == 32 ? Alpha::Keep : Alpha::FlattenOnWhite);
+  const Scaling scaling{0, 0, source.Width(), source.Height(), target.Width(), target.Height()};
+  BoxScaler scaler(reader, scaling, 0, target.Width(), FastKernels());
+  const auto width = static_cast<std::size_t>(target.Width());
+  std::vector<std::uint32_t> colors(width + 8);
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(colors.data());
+  const bool redFirst = RedFirst(reader, sourceOrder);
+  const auto step = static_cast<std::size_t>(target.Bits() / 8);
+  for (int y = 0; y < target.Height(); ++y) {
+    std::uint8_t* out = target.Row(y);
+    if (reader.Channels() == 1) {
+      scaler.GrayRow(y, reinterpret_cast<std::uint8_t*>(colors.data()));
+      if (target.Bits() == 8)
+        std::memcpy(out, bytes, width);
+      else
+        GrayToColors(out, bytes, width, step);
+      continue;
+    }
+    scaler.ColorRow(y, colors.data());
+    if (target.Bits() == 8)
+      ToGray(out, bytes, width, 4, redFirst ? 0 : 2);
+    else
+      WriteColors(out, bytes, width, step, redFirst != (targetOrder == 0));
+  }
+}
+
+void SetLinearGray(PixelStorage& storage) {
+  for (unsigned i = 0; i < 256; ++i) {
+    const auto level = static_cast<BYTE>(i);
+    storage.Palette()[i] = {level, level, level, 0};
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<PixelStorage> SizedByRepeating(const PixelStorage& source, int width, int height) {
+  auto target = PixelStorage::Create(width, height, source.Bits());
+  RepeatInto(source, *target);
+  return target;
+}
+
+std::unique_ptr<PixelStorage> SizedByAveraging(const PixelStorage& source, int width, int height) {
+  const int own = RowReader(source, Alpha::Keep).Channels() == 1 ? 8 : 24;
+  auto target = PixelStorage::Create(width, height, std::max(own, source.Bits()));
+  AverageInto(source, 1, *target, 1);
+  return target;
+}
+
+void ResizeInto(const PixelStorage& source, int sourceOrder, PixelStorage& target, int targetOrder) {
+  const bool isGray = RowReader(source, Alpha::Keep).Channels() == 1;
+  if (target.Bits() >= 24 || (target.Bits() == 8 && (isGray || source.Bits() != 8))) {
+    if (target.Bits() == 8) SetLinearGray(target);
+    AverageInto(source, sourceOrder, target, targetOrder);
+  } else if (target.Bits() == source.Bits()) {
+    RepeatInto(source, target);
+  } else {
+    Fail(kErrorUnsupported, "An image of %d bits per pixel can't be scaled into one of %d", source.Bits(),
+         target.Bits());
+  }
+}
+
+std::unique_ptr<PixelStorage> Grayed(const PixelStorage& source, int order) {
+  const RowReader reader(source, Alpha::FlattenOnWhite);
+  auto target = PixelStorage::Create(source.Width(), source.Height(), 8);
+  const auto width = static_cast<std::size_t>(source.Width());
+  const auto channels = static_cast<std::size_t>(reader.Channels());
+  std::vector<std::uint8_t> scratch(width * channels);
+  for (int y = 0; y < source.Height(); ++y) {
+    const std::uint8_t* bytes = reader.Read(y, 0, source.Width(), scratch.data());
+    if (channels == 1)
+      std::memcpy(target->Row(y), bytes, width);
+    else
+      ToGray(target->Row(y), bytes, width, channels, RedFirst(reader, order) ? 0 : 2);
+  }
+  return target;
+}
+
+}  // namespace imaging

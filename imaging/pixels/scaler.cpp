@@ -1,0 +1,195 @@
+#include "imaging/pixels/scaler.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstring>
+
+namespace imaging {
+namespace {
+
+// Sums of this many bytes of a row, and the row itself, stay in the first-level cache.
+constexpr int kChunkBytes = 8192;
+constexpr int kMaxRowsInSums = 256;
+constexpr std::size_t kSlack = 32;  // kernels read whole vectors
+
+/// Sums of one column must leave the columns' weights room in 32 bits.
+int SumBits(const Scaling& scaling) {
+  const unsigned columns = BoxAxis::Reduces(scaling.sourceWidth, scaling.width)
+                               ? static_cast<unsigned>(scaling.sourceWidth / scaling.width) + 2
+                               : 2;
+  return std::min(16, 32 - static_cast<int>(std::bit_width(columns)));
+}
+
+}  // namespace
+
+BoxScaler::BoxScaler(const RowReader& reader, const Scaling& scaling, int firstColumn, int columns,
+                     const Kernels& kernels)
+    : m_reader(reader),
+      m_kernels(kernels),
+      m_scaling(scaling),
+      m_rows(scaling.sourceHeight, scaling.height,
+             BoxAxis::FractionFor(scaling.sourceHeight, scaling.height, 24)),
+      m_columns(scaling.sourceWidth, scaling.width,
+                BoxAxis::FractionFor(scaling.sourceWidth, scaling.width, 32 - SumBits(scaling))) {
+  m_spans.reserve(static_cast<std::size_t>(columns));
+  for (int i = 0; i < columns; ++i) m_spans.push_back(m_columns.At(firstColumn + i));
+  m_firstSource = m_spans.front().first;
+  const BoxSpan& last = m_spans.back();
+  m_sourceCount = last.first + last.full + (last.lastWeight != 0 ? 2 : 1) - m_firstSource;
+  for (BoxSpan& span : m_spans) span.first -= m_firstSource;
+
+  const std::uint64_t most = std::uint64_t{255} * m_rows.Sum();
+  m_weights.fraction = m_rows.Fraction();
+  m_weights.shift = std::max(0, static_cast<int>(std::bit_width(most)) - SumBits(scaling));
+  const double divisor = static_cast<double>(m_columns.Sum()) * std::ldexp(m_rows.Sum(), -m_weights.shift);
+  m_divisor.shift = 30 + std::ilogb(divisor);
+  m_divisor.factor = static_cast<std::uint32_t>(std::llround(std::ldexp(1.0, m_divisor.shift) / divisor));
+  const auto bytes = static_cast<std::size_t>(m_sourceCount) * static_cast<std::size_t>(reader.Channels());
+  m_sums.resize(bytes + kSlack);
+  m_full.resize(kChunkBytes + kSlack);
+  m_scratch.resize(kChunkBytes + kSlack);
+  m_lastScratch.resize(kChunkBytes + kSlack);
+}
+
+void BoxScaler::GrayRow(int y, std::uint8_t* out) {
+  SumRows(y);
+  m_kernels.boxGray(out, m_sums.data(), m_spans.data(), m_spans.size(), m_columns.Fraction(), m_divisor);
+}
+
+void BoxScaler::ColorRow(int y, std::uint32_t* out) {
+  SumRows(y);
+  const auto box = m_reader.Channels() == 3 ? m_kernels.boxColor3 : m_kernels.boxColor4;
+  box(out, m_sums.data(), m_spans.data(), m_spans.size(), m_columns.Fraction(), m_divisor);
+}
+
+const std::uint8_t* BoxScaler::Read(int row, int first, int count, std::vector<std::uint8_t>& scratch) const {
+  return m_reader.Read(m_scaling.sourceTop + row, m_scaling.sourceLeft + m_firstSource + first, count,
+                       scratch.data());
+}
+
+void BoxScaler::SumRows(int y) {
+  const BoxSpan span = m_rows.At(y);
+  const int step = kChunkBytes / 4;  // pixels
+  for (int first = 0; first < m_sourceCount; first += step) {
+    const int count = std::min(step, m_sourceCount - first);
+    if (span.full > kMaxRowsInSums)
+      SumManyRows(span, first, count);
+    else
+      SumChunk(span, first, count);
+  }
+}
+
+void BoxScaler::SumChunk(const BoxSpan& span, int first, int count) {
+  const auto channels = static_cast<std::size_t>(m_reader.Channels());
+  const std::size_t bytes = static_cast<std::size_t>(count) * channels;
+  if (span.full > 0) {
+    std::memset(m_full.data(), 0, bytes * sizeof m_full[0]);
+    for (int i = 1; i <= span.full; ++i)
+      m_kernels.addRow(m_full.data(), Read(span.first + i, first, count, m_scratch), bytes);
+  }
+  RowWeights weights = m_weights;
+  weights.first = span.firstWeight;
+  weights.last = span.lastWeight;
+  const std::uint8_t* top = Read(span.first, first, count, m_scratch);
+  const std::uint8_t* bottom =
+      span.lastWeight == 0 ? top : Read(span.first + span.full + 1, first, count, m_lastScratch);
+  m_kernels.combineRows(m_sums.data() + static_cast<std::size_t>(first) * channels,
+                        span.full > 0 ? m_full.data() : nullptr, top, bottom, weights, bytes);
+}
+
+/// More rows than 16-bit sums hold.
+void BoxScaler::SumManyRows(const BoxSpan& span, int first, int count) {
+  const auto channels = static_cast<std::size_t>(m_reader.Channels());
+  const std::size_t bytes = static_cast<std::size_t>(count) * channels;
+  std::vector<std::uint32_t> sums(bytes);
+  const auto add = [&](int row, std::uint32_t weight) {
+    const std::uint8_t* pixels = Read(row, first, count, m_scratch);
+    for (std::size_t i = 0; i < bytes; ++i) sums[i] += pixels[i] * weight;
+  };
+  for (int i = 1; i <= span.full; ++i) add(span.first + i, 1U << m_weights.fraction);
+  add(span.first, span.firstWeight);
+  if (span.lastWeight != 0) add(span.first + span.full + 1, span.lastWeight);
+  std::uint16_t* out = m_sums.data() + static_cast<std::size_t>(first) * channels;
+  for (std::size_t i = 0; i < bytes; ++i) out[i] = static_cast<std::uint16_t>(sums[i] >> m_weights.shift);
+}
+
+namespace {
+
+std::uint32_t ExchangeRedBlue(std::uint32_t pixel) {
+  return (pixel & 0xff00ff00U) | (pixel & 0xff) << 16 | (pixel >> 16 & 0xff);
+}
+
+void GrayToPixels(std::uint32_t* out, const std::uint8_t* grays, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) out[i] = 0xff000000U | grays[i] * 0x010101U;
+}
+
+/// Bytes of a reader's channels as pixels for the screen.
+void ToPixels(std::uint32_t* out, const std::uint8_t* bytes, std::size_t count, int channels, bool redFirst) {
+  if (channels == 1) return GrayToPixels(out, bytes, count);
+  const std::size_t red = redFirst ? 0 : 2;
+  const auto step = static_cast<std::size_t>(channels);
+  for (std::size_t i = 0; i < count; ++i, bytes += step)
+    out[i] = 0xff000000U | std::uint32_t{bytes[red]} << 16 | std::uint32_t{bytes[1]} << 8 | bytes[2 - red];
+}
+
+void RenderReduced(const RowReader& reader, bool redFirst, const Scaling& scaling, const RECT& part,
+                   std::uint32_t* out, std::ptrdiff_t stride, const Kernels& kernels) {
+  const int columns = part.right - part.left;
+  BoxScaler scaler(reader, scaling, part.left, columns, kernels);
+  std::vector<std::uint8_t> grays(static_cast<std::size_t>(columns) + kSlack);
+  for (int y = part.top; y < part.bottom; ++y, out += stride) {
+    if (reader.Channels() == 1) {
+      scaler.GrayRow(y, grays.data());
+      GrayToPixels(out, grays.data(), static_cast<std::size_t>(columns));
+      continue;
+    }
+    scaler.ColorRow(y, out);
+    if (redFirst)
+      for (int x = 0; x < columns; ++x) out[x] = ExchangeRedBlue(out[x]);
+  }
+}
+
+void RenderRepeated(const RowReader& reader, bool redFirst, const Scaling& scaling, const RECT& part,
+                    std::uint32_t* out, std::ptrdiff_t stride) {
+  const auto columns = static_cast<std::size_t>(part.right - part.left);
+  std::vector<int> from(columns);
+  for (std::size_t i = 0; i < columns; ++i)
+    from[i] = BoxAxis::Nearest(part.left + static_cast<int>(i), scaling.sourceWidth, scaling.width);
+  const int first = from.front();
+  const int count = std::max(1, from.back() + 1 - first);
+  std::vector<std::uint8_t> scratch(static_cast<std::size_t>(count) * 4 + kSlack);
+  std::vector<std::uint32_t> pixels(static_cast<std::size_t>(count));
+  int shown = -1;
+  for (int y = part.top; y < part.bottom; ++y, out += stride) {
+    const int row = BoxAxis::Nearest(y, scaling.sourceHeight, scaling.height);
+    if (row == shown) {
+      std::memcpy(out, out - stride, columns * sizeof *out);
+      continue;
+    }
+    shown = row;
+    const std::uint8_t* bytes =
+        reader.Read(scaling.sourceTop + row, scaling.sourceLeft + first, count, scratch.data());
+    if (scaling.width == scaling.sourceWidth) {
+      ToPixels(out, bytes, columns, reader.Channels(), redFirst);
+      continue;
+    }
+    ToPixels(pixels.data(), bytes, static_cast<std::size_t>(count), reader.Channels(), redFirst);
+    for (std::size_t i = 0; i < columns; ++i) out[i] = pixels[static_cast<std::size_t>(from[i] - first)];
+  }
+}
+
+}  // namespace
+
+void RenderScaled(const PixelStorage& storage, int order, const Scaling& scaling, const RECT& part,
+                  std::uint32_t* out, std::ptrdiff_t stride, const Kernels& kernels) {
+  if (part.left >= part.right || part.top >= part.bottom) return;
+  const RowReader reader(storage, Alpha::FlattenOnWhite);
+  const bool redFirst = reader.HasRecordOrder() && order == 0;
+  if (scaling.Reduces())
+    RenderReduced(reader, redFirst, scaling, part, out, stride, kernels);
+  else
+    RenderRepeated(reader, redFirst, scaling, part, out, stride);
+}
+
+}  // namespace imaging

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "imaging/export.h"
+#include "imaging/pixels/axis.h"
+#include "imaging/pixels/kernels.h"
+#include "imaging/pixels/row_reader.h"
+
+namespace imaging {
+
+/// A part of a bitmap and the size, in result pixels, to which all of the part is scaled.
+struct Scaling {
+  int sourceLeft = 0;
+  int sourceTop = 0;
+  int sourceWidth = 0;
+  int sourceHeight = 0;
+  int width = 0;
+  int height = 0;
+  bool operator==(const Scaling&) const = default;
+  bool Reduces() const {
+    return BoxAxis::Reduces(sourceWidth, width) || BoxAxis::Reduces(sourceHeight, height);
+  }
+};
+
+/// Averages rows of a scaled picture, for a range of its columns. Each pixel depends on its place in the
+/// scaled picture only, never on the range asked for. An axis that isn't reduced repeats pixels.
+class BoxScaler {
+ public:
+  BoxScaler(const RowReader& reader, const Scaling& scaling, int firstColumn, int columns,
+            const Kernels& kernels);
+  /// Result row y. One channel: a byte a pixel.
+  void GrayRow(int y, std::uint8_t* out);
+  /// Three or four channels: four bytes a pixel in the reader's order.
+  void ColorRow(int y, std::uint32_t* out);
+
+ private:
+  void SumRows(int y);
+  void SumChunk(const BoxSpan& span, int first, int count);
+  void SumManyRows(const BoxSpan& span, int first, int count);
+  const std::uint8_t* Read(int row, int first, int count, std::vector<std::uint8_t>& scratch) const;
+
+  const RowReader& m_reader;
+  const Kernels& m_kernels;
+  Scaling m_scaling;
+  BoxAxis m_rows;
+  BoxAxis m_columns;
+  RowWeights m_weights{};
+  BoxDivisor m_divisor{};
+  int m_firstSource = 0;  ///< columns of the scaled part that are read
+  int m_sourceCount = 0;
+  std::vector<BoxSpan> m_spans;
+  std::vector<std::uint16_t> m_sums;  ///< of the current result row, for each channel of each source column
+  std::vector<std::uint16_t> m_full;
+  std::vector<std::uint8_t> m_scratch;
+  std::vector<std::uint8_t> m_lastScratch;
+};
+
+/// Renders the pixels of a rectangle of the scaled picture as 0xffRRGGBB; alpha lies on white.
+/// order is the record's Order.
+LTWRAP_API void RenderScaled(const PixelStorage& storage, int order, const Scaling& scaling, const RECT& part,
+                             std::uint32_t* out, std::ptrdiff_t stride,
+                             const Kernels& kernels = FastKernels());
+
+}  // namespace imaging

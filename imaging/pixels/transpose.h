@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "imaging/export.h"
+
+namespace imaging {
+
+/// Pixels to be read or written; a negative stride walks the rows from the bottom.
+struct PixelPlane {
+  std::uint8_t* pixels;
+  std::ptrdiff_t stride;  ///< bytes
+};
+struct ConstPixelPlane {
+  const std::uint8_t* pixels;
+  std::ptrdiff_t stride;
+};
+
+/// Makes target row c of column c of the source, for all depths of PixelStorage. columns and rows are the
+/// source's.
+LTWRAP_API void Transpose(PixelPlane target, ConstPixelPlane source, int columns, int rows, int bits);
+/// The same, pixel by pixel: what the block-wise form must agree with.
+LTWRAP_API void TransposePlain(PixelPlane target, ConstPixelPlane source, int columns, int rows, int bits);
+
+}  // namespace imaging
