@@ -93,9 +93,9 @@ void DrawLetter(Sheet& sheet) {
       "di n. 240 staffe in acciaio zincato e n. 60 piastre forate, come da disegno",
       "allegato a pagina 3. I prezzi unitari sono riportati nella tabella a pagina 2.",
       "",
-      "La consegna è prevista entro la settimana 50, franco Vs. magazzino. Vi preghiamo",
-      "di restituire copia della presente firmata per accettazione al numero indicato",
-      "in intestazione, possibilmente entro venerdì.",
+      "La consegna è prevista entro la settimana 50, franco Vs. magazzino.",
+      "Vi preghiamo di restituire copia della presente firmata per accettazione al numero",
+      "indicato in intestazione, possibilmente entro venerdì.",
       "",
       "Per qualsiasi chiarimento il nostro ufficio è a Vs. disposizione dalle ore 8.30",
       "alle 12.30 e dalle 14.00 alle 17.30.",
@@ -159,7 +159,8 @@ void DrawPlan(Sheet& sheet) {
   dc.MoveTo(plate.left, 1580);
   dc.LineTo(plate.right, 1580);
   sheet.Text(middle.x - 60, 1590, 40, "150");
-  sheet.Text(320, 1700, 36, "Materiale: S235JR, spessore 6 mm. Fori Ø 20 H11. Tolleranze generali ISO 2768-m.");
+  sheet.Text(320, 1700, 36, "Materiale: S235JR, spessore 6 mm. Fori Ø 20 H11.");
+  sheet.Text(320, 1760, 36, "Tolleranze generali secondo ISO 2768-m.");
   dc.SelectObject(former);
 }
 

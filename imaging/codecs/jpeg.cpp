@@ -1,0 +1,313 @@
+#include <csetjmp>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+// clang-format off: the library's header needs FILE first
+#include <jerror.h>
+#include <jpeglib.h>
+// clang-format on
+
+#include "imaging/codecs/codec.h"
+#include "imaging/codecs/jpeg_header.h"
+#include "imaging/codecs/rows.h"
+#include "imaging/exception.h"
+#include "imaging/limits.h"
+
+namespace imaging {
+namespace {
+
+// A progressive file may consist of very many empty scans, each of which costs a pass over the page.
+constexpr int kMostScans = 500;
+
+/// The library's decompressor over a source. Its errors come back as false from a step, with the text kept:
+/// the library is C and must not be left by an exception, so a step jumps out of it and no object with a
+/// destructor lives inside one.
+class JpegDecoder {
+ public:
+  explicit JpegDecoder(const Source& source, const JpegHeader& header) : m_source(source), m_header(header) {
+    m_info.err = jpeg_std_error(&m_errors);
+    m_info.client_data = this;
+    m_errors.error_exit = [](j_common_ptr info) {
+      info->err->format_message(info, Self(info).m_text);
+      std::longjmp(Self(info).m_jump, 1);
+    };
+    m_errors.emit_message = [](j_common_ptr info, int level) {
+      if (level < 0) ++info->err->num_warnings;
+    };
+    m_errors.output_message = [](j_common_ptr) {};
+    m_progress.progress_monitor = [](j_common_ptr info) {
+      if (info->is_decompressor != 0 &&
+          reinterpret_cast<j_decompress_ptr>(info)->input_scan_number > kMostScans)
+        ERREXIT(info, JERR_BAD_PROGRESSION);
+    };
+    m_manager.init_source = [](j_decompress_ptr) {};
+    m_manager.fill_input_buffer = Fill;
+    m_manager.skip_input_data = Skip;
+    m_manager.resync_to_restart = jpeg_resync_to_restart;
+    m_manager.term_source = [](j_decompress_ptr) {};
+  }
+  ~JpegDecoder() {
+    if (m_created) jpeg_destroy_decompress(&m_info);
+  }
+  JpegDecoder(const JpegDecoder&) = delete;
+  JpegDecoder& operator=(const JpegDecoder&) = delete;
+
+  jpeg_decompress_struct& Info() { return m_info; }
+  const char* Text() const { return m_text; }
+
+  bool ReadHeader() {
+    return Step([this] {
+      jpeg_create_decompress(&m_info);
+      m_created = true;
+      m_info.mem->max_memory_to_use = static_cast<long>(limits::kMaxCodecBytes);
+      m_info.progress = &m_progress;
+      m_info.src = &m_manager;
+      jpeg_read_header(&m_info, TRUE);
+    });
+  }
+  bool Start() {
+    return Step([this] { jpeg_start_decompress(&m_info); });
+  }
+  /// Decodes as many rows as there are pointers; returns how many came out.
+  int ReadRows(JSAMPARRAY rows, int count) {
+    m_rowsRead = 0;
+    Step([this, rows, count] {
+      while (m_rowsRead < count)
+        m_rowsRead += static_cast<int>(
+            jpeg_read_scanlines(&m_info, rows + m_rowsRead, static_cast<JDIMENSION>(count - m_rowsRead)));
+    });
+    return m_rowsRead;
+  }
+
+ private:
+  static JpegDecoder& Self(j_common_ptr info) { return *static_cast<JpegDecoder*>(info->client_data); }
+
+  template <typename Action>
+  bool Step(const Action& action) {
+    if (setjmp(m_jump) != 0) return false;
+    action();
+    return true;
+  }
+
+  static boolean Fill(j_decompress_ptr info) {
+    static constexpr JOCTET kEnd[] = {0xff, JPEG_EOI};
+    JpegDecoder& self = Self(reinterpret_cast<j_common_ptr>(info));
+    const std::size_t got = self.m_source.ReadAt(self.m_position, self.m_buffer);
+    self.PatchHeight(got);
+    self.m_position += static_cast<std::int64_t>(got);
+    // At the end of a cut file the library is told that the picture ends; it fills the rest.
+    self.m_manager.next_input_byte = got != 0 ? self.m_buffer.data() : kEnd;
+    self.m_manager.bytes_in_buffer = got != 0 ? got : sizeof kEnd;
+    return TRUE;
+  }
+  static void Skip(j_decompress_ptr info, long count) {
+    JpegDecoder& self = Self(reinterpret_cast<j_common_ptr>(info));
+    if (count <= 0) return;
+    const auto wanted = static_cast<std::size_t>(count);
+    const std::size_t there = std::min(wanted, self.m_manager.bytes_in_buffer);
+    self.m_manager.next_input_byte += there;
+    self.m_manager.bytes_in_buffer -= there;
+    self.m_position += static_cast<std::int64_t>(wanted - there);
+  }
+
+  /// The library wants the height in the frame header, where a file with a DNL segment has 0.
+  void PatchHeight(std::size_t filled) {
+    if (!m_header.heightFromDnl) return;
+    const int bytes[] = {m_header.height >> 8, m_header.height & 0xff};
+    for (std::int64_t i = 0; i < 2; ++i) {
+      const std::int64_t at = m_header.heightAt + i - m_position;
+      if (at >= 0 && at < static_cast<std::int64_t>(filled))
+        m_buffer[static_cast<std::size_t>(at)] = static_cast<JOCTET>(bytes[i]);
+    }
+  }
+
+  const Source& m_source;
+  const JpegHeader& m_header;
+  jpeg_decompress_struct m_info{};
+  jpeg_error_mgr m_errors{};
+  jpeg_progress_mgr m_progress{};
+  jpeg_source_mgr m_manager{};
+  std::jmp_buf m_jump{};
+  char m_text[JMSG_LENGTH_MAX] = "";
+  bool m_created = false;
+  int m_rowsRead = 0;
+  std::int64_t m_position = 0;
+  std::array<JOCTET, 65536> m_buffer;
+};
+
+/// How many luma samples share one pair of chroma samples; 0 for sampling that has no name.
+int ChromaReduction(const JpegHeader& header) {
+  if (header.components == 1) return 1;
+  if (header.components != 3) return 0;
+  if (!header.ColorsAreYcc()) return 1;
+  const bool alike = header.horizontal[1] == header.horizontal[2] && header.vertical[1] == header.vertical[2];
+  const int chroma = header.horizontal[1] * header.vertical[1];
+  const int luma = header.horizontal[0] * header.vertical[0];
+  return alike && chroma != 0 && luma % chroma == 0 ? luma / chroma : 0;
+}
+
+/// A file is of the Exif kind if that block takes the place of JFIF's.
+int FormatCode(const JpegHeader& header) {
+  const bool exif = header.exif.has_value() && !header.jfif;
+  switch (ChromaReduction(header)) {
+    case 1:
+      return kFormatJpeg444;
+    case 2:
+      return exif ? kFormatExifJpeg422 : kFormatJpeg422;
+    case 4:
+      return exif ? kFormatExifJpeg411 : kFormatJpeg411;
+    default:
+      return kFormatNone;
+  }
+}
+
+const char* CompressionName(JpegProcess process) {
+  switch (process) {
+    case JpegProcess::kBaseline:
+      return "JPEG baseline";
+    case JpegProcess::kExtended:
+      return "JPEG extended";
+    case JpegProcess::kProgressive:
+      return "JPEG progressive";
+    case JpegProcess::kLossless:
+      return "JPEG lossless";
+    default:
+      return "JPEG";
+  }
+}
+
+/// JFIF's density counts before Exif's if it has a unit.
+void SetResolution(const JpegHeader& header, PageInfo& info) {
+  constexpr int kInch = 1;
+  constexpr int kCentimetre = 2;
+  if (header.jfif && (header.densityUnit == kInch || header.densityUnit == kCentimetre)) {
+    const double perInch = header.densityUnit == kCentimetre ? kCentimetresPerInch : 1;
+    info.xResolution = DotsPerInch(header.xDensity * perInch);
+    info.yResolution = DotsPerInch(header.yDensity * perInch);
+  } else if (header.exif) {
+    info.xResolution = header.exif->xResolution;
+    info.yResolution = header.exif->yResolution;
+  }
+}
+
+class JpegReader final : public Reader {
+ public:
+  explicit JpegReader(const Source& source) : m_source(source), m_header(ReadJpegHeader(source)) {}
+
+  int CountPages() override { return 1; }
+
+  PageInfo Describe(int page) override {
+    RequirePage(m_source, page, 1);
+    RequireShowable();
+    PageInfo info;
+    info.format = FormatCode(m_header);
+    info.width = m_header.width;
+    info.height = m_header.height;
+    info.bits = m_header.precision * m_header.components;
+    info.compression = CompressionName(m_header.process);
+    if (m_header.exif && m_header.exif->orientation > 1) info.viewPerspective = m_header.exif->orientation;
+    SetResolution(m_header, info);
+    return info;
+  }
+
+  DecodedPage Decode(int page, const DecodeWish& wish) override {
+    DecodedPage decoded;
+    decoded.info = Describe(page);
+    JpegDecoder decoder(m_source, m_header);
+    if (!decoder.ReadHeader()) FailDecoding(decoder);
+    jpeg_decompress_struct& jpeg = decoder.Info();
+    CheckPageSize(m_source, jpeg.image_width, jpeg.image_height);
+    switch (jpeg.jpeg_color_space) {
+      case JCS_GRAYSCALE:
+        jpeg.out_color_space = JCS_GRAYSCALE;
+        break;
+      case JCS_CMYK:
+      case JCS_YCCK:
+        jpeg.out_color_space = JCS_CMYK;
+        break;
+      case JCS_YCbCr:
+      case JCS_RGB:
+        jpeg.out_color_space = wish.order == 1 ? JCS_EXT_BGR : JCS_RGB;
+        decoded.order = wish.order == 1 ? 1 : 0;
+        break;
+      default:
+        Fail(kErrorUnsupported, "%s: JPEG with %d components", m_source.Name().c_str(), jpeg.num_components);
+    }
+    if (!decoder.Start()) FailDecoding(decoder);
+    decoded.pixels = jpeg.out_color_space == JCS_CMYK ? ReadInk(decoder) : ReadDirect(decoder);
+    return decoded;
+  }
+
+ private:
+  void RequireShowable() const {
+    const char* name = m_source.Name().c_str();
+    if (m_header.process == JpegProcess::kNone || m_header.scanData == 0)
+      Fail(kErrorCorrupt, "%s: the JPEG file has no picture", name);
+    if (m_header.scanData >= m_source.Size())
+      Fail(kErrorCorrupt, "%s: the JPEG file ends before its pixels", name);
+    const bool known = m_header.process != JpegProcess::kLossless && m_header.process != JpegProcess::kOther;
+    if (!known || m_header.precision != 8)
+      Fail(kErrorUnsupported, "%s: %s with %d bits a sample can't be decoded", name,
+           CompressionName(m_header.process), m_header.precision);
+    CheckPageSize(m_source, m_header.width, m_header.height);
+  }
+
+  [[noreturn]] void FailDecoding(const JpegDecoder& decoder) const {
+    Fail(kErrorCorrupt, "%s: %s", m_source.Name().c_str(), decoder.Text());
+  }
+
+  /// Rows that the decoder didn't reach are white.
+  static void FillRest(PixelStorage& pixels, int first) {
+    for (int y = first; y < pixels.Height(); ++y) std::memset(pixels.Row(y), 0xff, pixels.RowBytes());
+  }
+
+  std::unique_ptr<PixelStorage> ReadDirect(JpegDecoder& decoder) const {
+    const jpeg_decompress_struct& jpeg = decoder.Info();
+    auto pixels = PixelStorage::Create(static_cast<int>(jpeg.output_width),
+                                       static_cast<int>(jpeg.output_height), jpeg.output_components * 8);
+    std::vector<JSAMPROW> rows(jpeg.output_height);
+    for (std::size_t y = 0; y < rows.size(); ++y) rows[y] = pixels->Row(static_cast<int>(y));
+    const int read = decoder.ReadRows(rows.data(), pixels->Height());
+    if (read == 0) FailDecoding(decoder);
+    FillRest(*pixels, read);
+    return pixels;
+  }
+
+  std::unique_ptr<PixelStorage> ReadInk(JpegDecoder& decoder) const {
+    const jpeg_decompress_struct& jpeg = decoder.Info();
+    auto pixels =
+        PixelStorage::Create(static_cast<int>(jpeg.output_width), static_cast<int>(jpeg.output_height), 24);
+    std::vector<JSAMPLE> inks(static_cast<std::size_t>(jpeg.output_width) * 4);
+    // Adobe's writers store ink inverted, 255 being none.
+    const unsigned flip = jpeg.saw_Adobe_marker != 0 ? 0xff : 0;
+    int y = 0;
+    for (JSAMPROW row = inks.data(); y < pixels->Height() && decoder.ReadRows(&row, 1) == 1; ++y) {
+      std::uint8_t* target = pixels->Row(y);
+      for (int x = 0; x < pixels->Width(); ++x, target += 3) {
+        const JSAMPLE* ink = &inks[static_cast<std::size_t>(x) * 4];
+        const Rgb color = InkToRgb(ink[0] ^ flip, ink[1] ^ flip, ink[2] ^ flip, ink[3] ^ flip);
+        target[0] = color.red;
+        target[1] = color.green;
+        target[2] = color.blue;
+      }
+    }
+    if (y == 0) FailDecoding(decoder);
+    FillRest(*pixels, y);
+    return pixels;
+  }
+
+  const Source& m_source;
+  JpegHeader m_header;
+};
+
+}  // namespace
+
+const Codec kJpegCodec = {
+    [](std::span<const std::uint8_t> head) {
+      return head.size() >= 3 && head[0] == 0xff && head[1] == 0xd8 && head[2] == 0xff;
+    },
+    [](const Source& source) -> std::unique_ptr<Reader> { return std::make_unique<JpegReader>(source); }};
+
+}  // namespace imaging

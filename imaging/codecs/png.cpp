@@ -1,0 +1,238 @@
+#include <png.h>
+
+#include <csetjmp>
+#include <cstdio>
+#include <cstring>
+#include <vector>
+
+#include "imaging/codecs/codec.h"
+#include "imaging/codecs/rows.h"
+#include "imaging/exception.h"
+#include "imaging/limits.h"
+
+namespace imaging {
+namespace {
+
+/// libpng's reading state over a source. As with JPEG a step jumps out of the library on an error, and no
+/// object with a destructor lives inside a step.
+class PngDecoder {
+ public:
+  explicit PngDecoder(const Source& source) : m_source(source) {
+    m_png = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, OnError, [](png_structp, png_const_charp) {});
+    if (m_png != nullptr) m_info = png_create_info_struct(m_png);
+  }
+  ~PngDecoder() { png_destroy_read_struct(&m_png, &m_info, nullptr); }
+  PngDecoder(const PngDecoder&) = delete;
+  PngDecoder& operator=(const PngDecoder&) = delete;
+
+  png_structp Png() const { return m_png; }
+  png_infop Info() const { return m_info; }
+  const char* Text() const { return m_text; }
+
+  /// Reads up to the first pixels.
+  bool ReadHeader() {
+    return m_info != nullptr && Step([this] {
+             png_set_read_fn(m_png, this, OnRead);
+             png_set_user_limits(m_png, limits::kMaxSide, limits::kMaxSide);
+             SkipTexts();
+             png_read_info(m_png, m_info);
+           });
+  }
+  template <typename Action>
+  bool Step(const Action& action) {
+    if (setjmp(m_jump) != 0) return false;
+    action();
+    return true;
+  }
+  /// Reads the rows, in all passes. Returns how many rows are whole when it ends.
+  int ReadRows(PixelStorage& pixels, int passes) {
+    m_row = 0;
+    m_pass = 0;
+    Step([this, &pixels, passes] {
+      for (; m_pass < passes; ++m_pass)
+        for (m_row = 0; m_row < pixels.Height(); ++m_row) png_read_row(m_png, pixels.Row(m_row), nullptr);
+    });
+    return m_pass == passes ? pixels.Height() : m_pass == passes - 1 ? m_row : 0;
+  }
+
+ private:
+  [[noreturn]] static void OnError(png_structp png, png_const_charp text) {
+    auto& self = *static_cast<PngDecoder*>(png_get_error_ptr(png));
+    std::snprintf(self.m_text, sizeof self.m_text, "%s", text);
+    std::longjmp(self.m_jump, 1);
+  }
+  static void OnRead(png_structp png, png_bytep target, std::size_t size) {
+    auto& self = *static_cast<PngDecoder*>(png_get_io_ptr(png));
+    if (!self.m_source.ReadExactly(self.m_position, {target, size})) png_error(png, "the file is cut off");
+    self.m_position += static_cast<std::int64_t>(size);
+  }
+  /// Texts and profiles are of no use here and may inflate to any size.
+  void SkipTexts() {
+    static constexpr png_byte kUnused[] = "tEXt\0zTXt\0iTXt\0iCCP\0eXIf\0sPLT\0hIST\0";
+    png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, kUnused, (sizeof kUnused - 1) / 5);
+    constexpr png_alloc_size_t kMostChunkBytes = 8'000'000;
+    png_set_chunk_malloc_max(m_png, kMostChunkBytes);
+  }
+
+  const Source& m_source;
+  png_structp m_png = nullptr;
+  png_infop m_info = nullptr;
+  std::int64_t m_position = 0;
+  std::jmp_buf m_jump{};
+  int m_row = 0;
+  int m_pass = 0;
+  char m_text[200] = "not enough memory";
+};
+
+/// Properties of a picture from its header chunks.
+struct PngHeader {
+  int width = 0;
+  int height = 0;
+  int depth = 0;
+  int colorType = 0;
+  bool transparent = false;  ///< has a tRNS chunk
+  std::vector<RGBQUAD> colors;
+  std::vector<std::uint8_t> alphas;  ///< of the first colours
+
+  bool Palette() const { return colorType == PNG_COLOR_TYPE_PALETTE; }
+  bool Gray() const { return (colorType & PNG_COLOR_MASK_COLOR) == 0; }
+  bool Bilevel() const { return depth == 1; }
+  bool Alpha() const { return !Bilevel() && ((colorType & PNG_COLOR_MASK_ALPHA) != 0 || transparent); }
+  int Bits() const {
+    if (Alpha()) return 32;
+    if (!Palette() && !Gray()) return 24;
+    return depth == 1 || depth == 4 ? depth : 8;
+  }
+};
+
+void ReadColors(const PngDecoder& decoder, PngHeader& header) {
+  png_bytep alphas = nullptr;
+  int alphaCount = 0;
+  png_colorp colors = nullptr;
+  int colorCount = 0;
+  header.transparent = png_get_tRNS(decoder.Png(), decoder.Info(), &alphas, &alphaCount, nullptr) != 0;
+  if (!header.Palette()) return;
+  if (header.transparent && alphas != nullptr) header.alphas.assign(alphas, alphas + alphaCount);
+  if (png_get_PLTE(decoder.Png(), decoder.Info(), &colors, &colorCount) == 0) return;
+  for (int i = 0; i < colorCount; ++i)
+    header.colors.push_back({colors[i].blue, colors[i].green, colors[i].red, 0});
+}
+
+PngHeader ReadHeader(const PngDecoder& decoder) {
+  PngHeader header;
+  header.width = static_cast<int>(png_get_image_width(decoder.Png(), decoder.Info()));
+  header.height = static_cast<int>(png_get_image_height(decoder.Png(), decoder.Info()));
+  header.depth = png_get_bit_depth(decoder.Png(), decoder.Info());
+  header.colorType = png_get_color_type(decoder.Png(), decoder.Info());
+  ReadColors(decoder, header);
+  return header;
+}
+
+/// A bilevel picture stays bilevel; what is transparent of its two colours shows white paper.
+void FlattenColors(PngHeader& header) {
+  for (std::size_t i = 0; i < header.colors.size() && i < header.alphas.size(); ++i) {
+    RGBQUAD& color = header.colors[i];
+    const unsigned alpha = header.alphas[i];
+    for (BYTE* level : {&color.rgbRed, &color.rgbGreen, &color.rgbBlue})
+      *level = static_cast<BYTE>(Product255(*level, alpha) + (255 - alpha));
+  }
+}
+
+void SetConversions(png_structp png, const PngHeader& header, int order) {
+  if (header.depth == 16) png_set_scale_16(png);
+  if (header.Alpha()) {
+    png_set_expand(png);
+    if (header.Gray()) png_set_gray_to_rgb(png);
+  } else if (header.depth == 2) {
+    if (header.Palette())
+      png_set_packing(png);
+    else
+      png_set_expand_gray_1_2_4_to_8(png);
+  }
+  if (header.Bits() >= 24 && order == 1) png_set_bgr(png);
+}
+
+class PngReader final : public Reader {
+ public:
+  explicit PngReader(const Source& source) : m_source(source) {}
+
+  int CountPages() override { return 1; }
+
+  PageInfo Describe(int page) override {
+    PngDecoder decoder(m_source);
+    Open(decoder, page);
+    return Describe(decoder);
+  }
+
+  DecodedPage Decode(int page, const DecodeWish& wish) override {
+    PngDecoder decoder(m_source);
+    Open(decoder, page);
+    DecodedPage decoded;
+    decoded.info = Describe(decoder);
+    PngHeader header = ReadHeader(decoder);
+    if (header.Bilevel()) FlattenColors(header);
+    decoded.order = wish.order == 1 ? 1 : 0;
+    decoded.pixels = PixelStorage::Create(header.width, header.height, header.Bits());
+    if (header.Bits() <= 8) SetPalette(*decoded.pixels, header.colors);
+    if (!Read(decoder, header, decoded))
+      Fail(kErrorCorrupt, "%s: %s", m_source.Name().c_str(), decoder.Text());
+    if (header.Bilevel() && wish.bits == 8) decoded.pixels = ExpandBilevelPage(*decoded.pixels);
+    return decoded;
+  }
+
+ private:
+  void Open(PngDecoder& decoder, int page) const {
+    RequirePage(m_source, page, 1);
+    if (!decoder.ReadHeader()) Fail(kErrorCorrupt, "%s: %s", m_source.Name().c_str(), decoder.Text());
+    CheckPageSize(m_source, png_get_image_width(decoder.Png(), decoder.Info()),
+                  png_get_image_height(decoder.Png(), decoder.Info()));
+  }
+
+  static PageInfo Describe(const PngDecoder& decoder) {
+    const PngHeader header = ReadHeader(decoder);
+    PageInfo info;
+    info.format = kFormatPng;
+    info.width = header.width;
+    info.height = header.height;
+    info.bits = header.depth * png_get_channels(decoder.Png(), decoder.Info());
+    info.compression = "Deflate";
+    png_uint_32 x = 0;
+    png_uint_32 y = 0;
+    int unit = PNG_RESOLUTION_UNKNOWN;
+    png_get_pHYs(decoder.Png(), decoder.Info(), &x, &y, &unit);
+    if (unit == PNG_RESOLUTION_METER) {
+      info.xResolution = DotsPerInch(x * kMetresPerInch);
+      info.yResolution = DotsPerInch(y * kMetresPerInch);
+    }
+    return info;
+  }
+
+  /// A file that is cut off shows the rows that it has, and white below; false if it has none.
+  static bool Read(PngDecoder& decoder, const PngHeader& header, const DecodedPage& decoded) {
+    PixelStorage& pixels = *decoded.pixels;
+    int passes = 1;
+    const bool ready = decoder.Step([&decoder, &header, &decoded, &passes] {
+      SetConversions(decoder.Png(), header, decoded.order);
+      passes = png_set_interlace_handling(decoder.Png());
+      png_read_update_info(decoder.Png(), decoder.Info());
+    });
+    // The row buffer must hold what the library writes.
+    if (!ready || png_get_rowbytes(decoder.Png(), decoder.Info()) > static_cast<std::size_t>(pixels.Pitch()))
+      return false;
+    const int rows = decoder.ReadRows(pixels, passes);
+    for (int y = rows; y < pixels.Height(); ++y) std::memset(pixels.Row(y), 0xff, pixels.RowBytes());
+    return rows > 0;
+  }
+
+  const Source& m_source;
+};
+
+}  // namespace
+
+const Codec kPngCodec = {
+    [](std::span<const std::uint8_t> head) {
+      return head.size() >= 8 && png_sig_cmp(head.data(), 0, 8) == 0;
+    },
+    [](const Source& source) -> std::unique_ptr<Reader> { return std::make_unique<PngReader>(source); }};
+
+}  // namespace imaging

@@ -1,0 +1,83 @@
+#include "imaging/codecs/rows.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace imaging {
+namespace {
+
+bool Same(const RGBQUAD& color, int level) {
+  return color.rgbRed == level && color.rgbGreen == level && color.rgbBlue == level;
+}
+
+/// For each byte of packed bits its eight pixels as a mask of 0x00 and 0xff.
+const std::array<std::uint64_t, 256>& Masks() {
+  static const auto table = [] {
+    std::array<std::uint64_t, 256> masks{};
+    for (unsigned value = 0; value < 256; ++value) {
+      std::array<std::uint8_t, 8> pixels{};
+      for (unsigned bit = 0; bit < 8; ++bit) pixels[bit] = (value >> (7 - bit) & 1) != 0 ? 0xff : 0;
+      std::memcpy(&masks[value], pixels.data(), pixels.size());
+    }
+    return masks;
+  }();
+  return table;
+}
+
+}  // namespace
+
+void ExpandBits(const std::uint8_t* packed, std::uint8_t* row, int width, std::uint8_t zero,
+                std::uint8_t one) {
+  const auto& masks = Masks();
+  const std::uint64_t base = 0x0101010101010101U * zero;
+  const std::uint64_t change = 0x0101010101010101U * static_cast<std::uint8_t>(zero ^ one);
+  const int bytes = (width + 7) / 8;
+  for (int i = 0; i < bytes; ++i) {
+    const std::uint64_t pixels = base ^ (masks[packed[i]] & change);
+    std::memcpy(row + static_cast<std::ptrdiff_t>(i) * 8, &pixels, sizeof pixels);
+  }
+}
+
+void CopyBits(const std::uint8_t* packed, std::uint8_t* row, std::size_t bytes, std::uint8_t flip) {
+  if (flip == 0) {
+    std::memcpy(row, packed, bytes);
+    return;
+  }
+  for (std::size_t i = 0; i < bytes; ++i) row[i] = packed[i] ^ flip;
+}
+
+bool BilevelColors::BlackAndWhite() const {
+  return (Same(zero, 0) && Same(one, 255)) || (Same(zero, 255) && Same(one, 0));
+}
+
+std::uint8_t BilevelColors::ByteOfZero() const {
+  return BlackAndWhite() ? zero.rgbRed : 0;
+}
+
+std::uint8_t BilevelColors::ByteOfOne() const {
+  return BlackAndWhite() ? one.rgbRed : 1;
+}
+
+void BilevelColors::SetPalette(PixelStorage& pixels) const {
+  if (pixels.Bits() == 8 && BlackAndWhite()) return;  // the linear grey table that storage starts with
+  const std::array colors = {zero, one};
+  imaging::SetPalette(pixels, colors);
+}
+
+std::unique_ptr<PixelStorage> ExpandBilevelPage(const PixelStorage& page) {
+  auto expanded = PixelStorage::Create(page.Width(), page.Height(), 8);
+  const BilevelColors colors{page.Palette()[0], page.Palette()[1]};
+  for (int y = 0; y < page.Height(); ++y)
+    ExpandBits(page.Row(y), expanded->Row(y), page.Width(), colors.ByteOfZero(), colors.ByteOfOne());
+  colors.SetPalette(*expanded);
+  return expanded;
+}
+
+void SetPalette(PixelStorage& pixels, std::span<const RGBQUAD> colors) {
+  if (colors.empty()) return;
+  for (std::size_t i = 0; i < pixels.Palette().size(); ++i)
+    pixels.Palette()[i] = colors[std::min(i, colors.size() - 1)];
+}
+
+}  // namespace imaging

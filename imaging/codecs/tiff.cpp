@@ -1,0 +1,68 @@
+#include <utility>
+
+#include "imaging/codecs/codec.h"
+#include "imaging/codecs/tiff_decode.h"
+#include "imaging/codecs/tiff_directory.h"
+#include "imaging/codecs/tiff_layout.h"
+#include "imaging/exception.h"
+
+namespace imaging {
+namespace {
+
+// Medical files may carry a TIFF signature in a preamble that readers have to ignore (DICOM PS3.10, 7.1).
+constexpr std::size_t kDicomMark = 128;
+
+bool HasDicomMark(std::span<const std::uint8_t> head) {
+  return head.size() >= kDicomMark + 4 && head[kDicomMark] == 'D' && head[kDicomMark + 1] == 'I' &&
+         head[kDicomMark + 2] == 'C' && head[kDicomMark + 3] == 'M';
+}
+
+bool Recognise(std::span<const std::uint8_t> head) {
+  return HasTiffSignature(head) && !HasDicomMark(head);
+}
+
+class TiffReader final : public Reader {
+ public:
+  explicit TiffReader(const Source& source) : m_source(source), m_directories(source) {}
+
+  int CountPages() override { return m_directories.Count(); }
+
+  PageInfo Describe(int page) override {
+    const TiffHandle tiff(m_source, Directory(page), page);
+    return DescribeTiffPage(tiff, ReadTiffLayout(tiff));
+  }
+
+  DecodedPage Decode(int page, const DecodeWish& wish) override {
+    const TiffHandle tiff(m_source, Directory(page), page);
+    const TiffLayout layout = ReadTiffLayout(tiff);
+    DecodedPage decoded;
+    decoded.info = DescribeTiffPage(tiff, layout);
+    if (NeedsTiffColorConversion(layout)) {
+      decoded.pixels = ConvertTiffPage(tiff, layout);
+      return decoded;
+    }
+    if (layout.compression == COMPRESSION_JPEG && layout.photometric == PHOTOMETRIC_YCBCR)
+      TIFFSetField(tiff.Get(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+    decoded.pixels = DecodeTiffPage(tiff, layout, wish);
+    return decoded;
+  }
+
+ private:
+  std::uint64_t Directory(int page) {
+    const std::uint64_t offset = m_directories.Offset(page);
+    if (offset != 0) return offset;
+    if (m_directories.Offset(1) == 0) Fail(kErrorCorrupt, "%s has no readable page", m_source.Name().c_str());
+    Fail(kErrorPageNotFound, "%s has no page %d", m_source.Name().c_str(), page);
+  }
+
+  const Source& m_source;
+  TiffDirectories m_directories;
+};
+
+}  // namespace
+
+const Codec kTiffCodec = {Recognise, [](const Source& source) -> std::unique_ptr<Reader> {
+                            return std::make_unique<TiffReader>(source);
+                          }};
+
+}  // namespace imaging

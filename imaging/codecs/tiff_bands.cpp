@@ -1,0 +1,139 @@
+#include "imaging/codecs/tiff_bands.h"
+
+#include <algorithm>
+#include <cstring>
+#include <span>
+
+#include "imaging/exception.h"
+#include "imaging/limits.h"
+
+namespace imaging {
+namespace {
+
+// A strip's rows are of this pattern before a damaged strip is decoded, so that the rows that the decoder
+// never reached can be told from those that it wrote.
+constexpr std::uint8_t kUntouched = 0x55;
+
+std::uint8_t PaperByte(const TiffLayout& layout) {
+  const bool zeroIsWhite =
+      layout.MinIsWhite() || layout.photometric == PHOTOMETRIC_SEPARATED || layout.Palette();
+  return zeroIsWhite ? 0x00 : 0xff;
+}
+
+}  // namespace
+
+TiffBands::TiffBands(const TiffHandle& tiff, const TiffLayout& layout)
+    : m_tiff(tiff),
+      m_layout(layout),
+      m_planes(layout.separatePlanes ? layout.samples : 1),
+      m_paper(PaperByte(layout)) {
+  const int samples = layout.separatePlanes ? 1 : layout.samples;
+  const std::int64_t pixelBits = static_cast<std::int64_t>(layout.bitsPerSample) * samples;
+  std::int64_t columns = layout.width;
+  std::int64_t rowBytes = (columns * pixelBits + 7) / 8;
+  if (layout.tiled) {
+    if (layout.tileWidth * pixelBits % 8 != 0)
+      Fail(kErrorUnsupported, "%s, page %d: tiles %d pixels wide", tiff.File().Name().c_str(), tiff.Page(),
+           layout.tileWidth);
+    const std::int64_t across = (columns + layout.tileWidth - 1) / layout.tileWidth;
+    m_tileRowBytes = static_cast<std::size_t>(layout.tileWidth * pixelBits / 8);
+    rowBytes = across * static_cast<std::int64_t>(m_tileRowBytes);
+  }
+  const std::int64_t planeRows = std::min<std::int64_t>(layout.bandHeight, layout.height);
+  if (rowBytes > limits::kMaxCodecBytes || rowBytes * planeRows * m_planes > limits::kMaxCodecBytes ||
+      static_cast<std::int64_t>(m_tileRowBytes) > limits::kMaxCodecBytes / layout.bandHeight)
+    Fail(kErrorLimit, "%s, page %d: strips or tiles of %d rows are too large", tiff.File().Name().c_str(),
+         tiff.Page(), layout.bandHeight);
+  m_rowBytes = static_cast<std::size_t>(rowBytes);
+  m_planeBytes = m_rowBytes * static_cast<std::size_t>(planeRows);
+  m_buffer.resize(m_planeBytes * static_cast<std::size_t>(m_planes));
+  if (layout.tiled) m_tile.resize(m_tileRowBytes * static_cast<std::size_t>(layout.bandHeight));
+}
+
+bool TiffBands::Next() {
+  m_firstRow = m_endRow;
+  if (m_firstRow >= m_layout.height) {
+    RequireSomething();
+    return false;
+  }
+  m_endRow = std::min(m_layout.height - m_firstRow, m_layout.bandHeight) + m_firstRow;
+  for (int plane = 0; plane < m_planes; ++plane) {
+    if (m_layout.tiled)
+      ReadTiles(plane);
+    else
+      ReadStrip(plane);
+  }
+  return true;
+}
+
+void TiffBands::Rewind() {
+  m_firstRow = m_endRow = 0;
+}
+
+void TiffBands::ReadStrip(int plane) {
+  const auto row = static_cast<std::uint32_t>(m_firstRow);
+  const std::uint32_t strip = TIFFComputeStrip(m_tiff.Get(), row, static_cast<std::uint16_t>(plane));
+  const std::size_t bytes = m_rowBytes * static_cast<std::size_t>(m_endRow - m_firstRow);
+  std::uint8_t* target = m_buffer.data() + static_cast<std::size_t>(plane) * m_planeBytes;
+  ReadPiece(strip, target, bytes, m_rowBytes);
+}
+
+void TiffBands::ReadTiles(int plane) {
+  const auto rows = static_cast<std::size_t>(m_endRow - m_firstRow);
+  std::uint8_t* target = m_buffer.data() + static_cast<std::size_t>(plane) * m_planeBytes;
+  for (int x = 0; x < m_layout.width; x += m_layout.tileWidth, target += m_tileRowBytes) {
+    const std::uint32_t tile =
+        TIFFComputeTile(m_tiff.Get(), static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(m_firstRow),
+                        0, static_cast<std::uint16_t>(plane));
+    ReadPiece(tile, m_tile.data(), m_tile.size(), m_tileRowBytes);
+    for (std::size_t row = 0; row < rows; ++row)
+      std::memcpy(target + row * m_rowBytes, m_tile.data() + row * m_tileRowBytes, m_tileRowBytes);
+    if (x > m_layout.width - m_layout.tileWidth) break;
+  }
+}
+
+/// The usual way writes nothing but pixels into the buffer. The fax decoder stops in silence at a premature
+/// end of block and leaves the rest as it was: white.
+bool TiffBands::ReadPiece(std::uint32_t index, std::uint8_t* target, std::size_t bytes,
+                          std::size_t rowBytes) {
+  if (m_layout.FaxCoded()) std::memset(target, m_paper, bytes);
+  const auto size = static_cast<tmsize_t>(bytes);
+  const tmsize_t got = m_layout.tiled ? TIFFReadEncodedTile(m_tiff.Get(), index, target, size)
+                                      : TIFFReadEncodedStrip(m_tiff.Get(), index, target, size);
+  const bool decoded = got == size || Salvage(index, target, bytes, rowBytes);
+  m_anythingDecoded = m_anythingDecoded || decoded;
+  return decoded;
+}
+
+/// Decodes what the file still holds of a strip or tile that the library refuses as a whole.
+bool TiffBands::Salvage(std::uint32_t index, std::uint8_t* target, std::size_t bytes, std::size_t rowBytes) {
+  std::memset(target, kUntouched, bytes);
+  const std::uint64_t offset = TIFFGetStrileOffset(m_tiff.Get(), index);
+  const std::uint64_t count = TIFFGetStrileByteCount(m_tiff.Get(), index);
+  const auto fileSize = static_cast<std::uint64_t>(m_tiff.File().Size());
+  if (offset != 0 && offset < fileSize && count != 0) {
+    const std::uint64_t there = std::min({count, fileSize - offset, std::uint64_t{limits::kMaxCodecBytes}});
+    std::vector<std::uint8_t> coded(static_cast<std::size_t>(there));
+    coded.resize(m_tiff.File().ReadAt(static_cast<std::int64_t>(offset), coded));
+    if (!coded.empty())
+      TIFFReadFromUserBuffer(m_tiff.Get(), index, coded.data(), static_cast<tmsize_t>(coded.size()), target,
+                             static_cast<tmsize_t>(bytes));
+  }
+  const std::span<std::uint8_t> rows(target, bytes);
+  std::size_t reached = bytes;
+  while (reached > 0) {
+    const auto row = rows.subspan(reached - rowBytes, rowBytes);
+    if (std::any_of(row.begin(), row.end(), [](std::uint8_t byte) { return byte != kUntouched; })) break;
+    std::fill(row.begin(), row.end(), m_paper);
+    reached -= rowBytes;
+  }
+  return reached > 0;
+}
+
+void TiffBands::RequireSomething() const {
+  if (m_anythingDecoded) return;
+  Fail(kErrorCorrupt, "%s, page %d: nothing of the page can be decoded (%s)", m_tiff.File().Name().c_str(),
+       m_tiff.Page(), m_tiff.FirstError().c_str());
+}
+
+}  // namespace imaging

@@ -1,0 +1,129 @@
+#include "imaging/codecs/tiff_directory.h"
+
+#include <algorithm>
+#include <array>
+#include <list>
+#include <utility>
+
+#include "imaging/limits.h"
+
+namespace imaging {
+namespace {
+
+constexpr std::size_t kRememberedFiles = 4;
+
+/// Chains by file, the newest in front. A rewritten or replaced file has another identity and isn't found.
+class ChainCache {
+ public:
+  std::shared_ptr<TiffDirectories::Chain> Find(const SourceIdentity& identity) {
+    const auto entry = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [&](const Entry& candidate) { return candidate.first == identity; });
+    if (entry == m_entries.end()) return nullptr;
+    m_entries.splice(m_entries.begin(), m_entries, entry);
+    return entry->second;
+  }
+  void Add(const SourceIdentity& identity, std::shared_ptr<TiffDirectories::Chain> chain) {
+    m_entries.emplace_front(identity, std::move(chain));
+    if (m_entries.size() > kRememberedFiles) m_entries.pop_back();
+  }
+
+ private:
+  using Entry = std::pair<SourceIdentity, std::shared_ptr<TiffDirectories::Chain>>;
+  std::list<Entry> m_entries;
+};
+
+ChainCache& Cache() {
+  static ChainCache cache;
+  return cache;
+}
+
+}  // namespace
+
+bool HasTiffSignature(std::span<const std::uint8_t> head) {
+  if (head.size() < 8) return false;
+  const bool little = head[0] == 'I' && head[1] == 'I' && head[3] == 0;
+  const bool big = head[0] == 'M' && head[1] == 'M' && head[2] == 0;
+  const int version = little ? head[2] : big ? head[3] : 0;
+  return version == 42 || version == 43;
+}
+
+TiffDirectories::TiffDirectories(const Source& source) : m_source(source) {
+  std::uint64_t first = 0;
+  const bool valid = ReadHeader(first);
+  const auto identity = source.Identity();
+  if (identity) m_chain = Cache().Find(*identity);
+  if (m_chain != nullptr) return;
+  m_chain = std::make_shared<Chain>();
+  m_chain->next = valid ? first : 0;
+  if (identity) Cache().Add(*identity, m_chain);
+}
+
+std::uint64_t TiffDirectories::Offset(int page) {
+  if (page < 1) return 0;
+  const auto index = static_cast<std::size_t>(page) - 1;
+  while (m_chain->offsets.size() <= index && m_chain->next != 0) Advance();
+  return index < m_chain->offsets.size() ? m_chain->offsets[index] : 0;
+}
+
+int TiffDirectories::Count() {
+  while (m_chain->next != 0) Advance();
+  return static_cast<int>(m_chain->offsets.size());
+}
+
+void TiffDirectories::Advance() {
+  auto& offsets = m_chain->offsets;
+  const std::uint64_t directory = std::exchange(m_chain->next, 0);
+  std::uint64_t next = 0;
+  if (!ReadNext(directory, next)) return;
+  offsets.push_back(directory);
+  if (offsets.size() >= static_cast<std::size_t>(limits::kMaxPages)) return;
+  // Writers append, so offsets nearly always rise and a loop must step back; only then the list is searched.
+  const bool rises = next > directory;
+  const bool known = !rises && std::find(offsets.begin(), offsets.end(), next) != offsets.end();
+  m_chain->next = known ? 0 : next;
+}
+
+bool TiffDirectories::ReadHeader(std::uint64_t& first) {
+  std::array<std::uint8_t, 16> header{};
+  const std::size_t size = m_source.ReadAt(0, header);
+  if (!HasTiffSignature(std::span(header).first(size))) return false;
+  m_bigEndian = header[0] == 'M';
+  m_bigTiff = header[m_bigEndian ? 3 : 2] == 43;
+  first = m_bigTiff ? Number(header.data() + 8, 8) : Number(header.data() + 4, 4);
+  return true;
+}
+
+bool TiffDirectories::ReadNext(std::uint64_t directory, std::uint64_t& next) const {
+  const int countSize = m_bigTiff ? 8 : 2;
+  const int entrySize = m_bigTiff ? 20 : 12;
+  const int offsetSize = m_bigTiff ? 8 : 4;
+  if (directory >= static_cast<std::uint64_t>(m_source.Size())) return false;
+
+  // Room for 40 entries: a second read is needed for unusual directories only.
+  std::array<std::uint8_t, 512> block;
+  const auto start = static_cast<std::int64_t>(directory);
+  const std::size_t size = m_source.ReadAt(start, block);
+  if (size < static_cast<std::size_t>(countSize)) return false;
+  const std::uint64_t count = Number(block.data(), countSize);
+  constexpr std::uint64_t kMostEntries = 65535;
+  if (count == 0 || count > kMostEntries) return false;
+
+  const auto end = static_cast<std::size_t>(countSize) + count * static_cast<std::size_t>(entrySize);
+  if (end + static_cast<std::size_t>(offsetSize) <= size) {
+    next = Number(block.data() + end, offsetSize);
+    return true;
+  }
+  std::array<std::uint8_t, 8> tail{};
+  const auto target = std::span(tail).first(static_cast<std::size_t>(offsetSize));
+  const bool whole = m_source.ReadExactly(start + static_cast<std::int64_t>(end), target);
+  next = whole ? Number(tail.data(), offsetSize) : 0;  // a file cut here still has this page
+  return true;
+}
+
+std::uint64_t TiffDirectories::Number(const std::uint8_t* bytes, int size) const {
+  std::uint64_t value = 0;
+  for (int i = 0; i < size; ++i) value = value << 8 | bytes[m_bigEndian ? i : size - 1 - i];
+  return value;
+}
+
+}  // namespace imaging

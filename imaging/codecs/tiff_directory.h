@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "imaging/source.h"
+
+namespace imaging {
+
+/// True for the marks of classic TIFF and BigTIFF in both byte orders (TIFF 6.0, section 2).
+bool HasTiffSignature(std::span<const std::uint8_t> head);
+
+/// The chain of page directories of a TIFF file, read only as far as it is asked for: one read a page, entry
+/// count and next offset alone. The chains of the last few files are kept, so that page n of a file that was
+/// counted before costs as page 1. A chain that comes back to itself, or leaves the file, ends there.
+class TiffDirectories {
+ public:
+  explicit TiffDirectories(const Source& source);
+  /// Offset of the directory of a page, from 1; 0 if there is no such page.
+  std::uint64_t Offset(int page);
+  int Count();
+
+  struct Chain {
+    std::vector<std::uint64_t> offsets;
+    std::uint64_t next = 0;  ///< offset of the first directory not yet in the list, 0 at the end
+  };
+
+ private:
+  void Advance();
+  bool ReadNext(std::uint64_t directory, std::uint64_t& next) const;
+  bool ReadHeader(std::uint64_t& first);
+  std::uint64_t Number(const std::uint8_t* bytes, int size) const;
+
+  const Source& m_source;
+  bool m_bigEndian = false;
+  bool m_bigTiff = false;
+  std::shared_ptr<Chain> m_chain;
+};
+
+}  // namespace imaging

@@ -1,0 +1,99 @@
+#include "imaging/codecs/tiff_handle.h"
+
+#include <cstdarg>
+#include <cstdio>
+
+#include "imaging/exception.h"
+#include "imaging/limits.h"
+
+namespace imaging {
+namespace {
+
+tmsize_t RefuseWrite(thandle_t /*client*/, void* /*data*/, tmsize_t /*size*/) {
+  return -1;
+}
+int KeepOpen(thandle_t /*client*/) {
+  return 0;
+}
+int RefuseMap(thandle_t /*client*/, void** /*base*/, toff_t* /*size*/) {
+  return 0;
+}
+void IgnoreUnmap(thandle_t /*client*/, void* /*base*/, toff_t /*size*/) {}
+int DropWarning(TIFF* /*tiff*/, void* /*client*/, const char* /*module*/, const char* /*format*/,
+                va_list /*args*/) {
+  return 1;
+}
+
+}  // namespace
+
+TiffHandle::TiffHandle(const Source& source, std::uint64_t directory, int page)
+    : m_client{source, 0, {}}, m_page(page) {
+  Open();
+  if (m_tiff != nullptr && TIFFSetSubDirectory(m_tiff, directory) != 0) return;
+  if (m_tiff != nullptr) TIFFClose(m_tiff);
+  Fail(kErrorCorrupt, "%s, page %d: the page's directory is damaged (%s)", source.Name().c_str(), page,
+       FirstError().c_str());
+}
+
+TiffHandle::~TiffHandle() {
+  TIFFClose(m_tiff);
+}
+
+void TiffHandle::Open() {
+  const std::unique_ptr<TIFFOpenOptions, decltype(&TIFFOpenOptionsFree)> options(TIFFOpenOptionsAlloc(),
+                                                                                 TIFFOpenOptionsFree);
+  if (options == nullptr) return;
+  TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), limits::kMaxCodecBytes);
+  TIFFOpenOptionsSetErrorHandlerExtR(options.get(), KeepError, &m_client);
+  TIFFOpenOptionsSetWarningHandlerExtR(options.get(), DropWarning, nullptr);
+  // r: read, m: without mapping, h: the header alone, since the directory is chosen afterwards.
+  m_tiff = TIFFClientOpenExt(m_client.source.Name().c_str(), "rmh", &m_client, Read, RefuseWrite, Seek,
+                             KeepOpen, Size, RefuseMap, IgnoreUnmap, options.get());
+}
+
+std::uint16_t TiffHandle::Short(std::uint32_t tag, std::uint16_t fallback) const {
+  std::uint16_t value = 0;
+  return TIFFGetFieldDefaulted(m_tiff, tag, &value) != 0 ? value : fallback;
+}
+
+std::uint32_t TiffHandle::Long(std::uint32_t tag, std::uint32_t fallback) const {
+  std::uint32_t value = 0;
+  return TIFFGetFieldDefaulted(m_tiff, tag, &value) != 0 ? value : fallback;
+}
+
+double TiffHandle::Real(std::uint32_t tag, double fallback) const {
+  float value = 0;
+  return TIFFGetFieldDefaulted(m_tiff, tag, &value) != 0 ? static_cast<double>(value) : fallback;
+}
+
+tmsize_t TiffHandle::Read(thandle_t client, void* target, tmsize_t size) {
+  auto& self = *static_cast<Client*>(client);
+  if (size <= 0) return 0;
+  const std::size_t got =
+      self.source.ReadAt(self.position, {static_cast<std::uint8_t*>(target), static_cast<std::size_t>(size)});
+  self.position += static_cast<std::int64_t>(got);
+  return static_cast<tmsize_t>(got);
+}
+
+toff_t TiffHandle::Seek(thandle_t client, toff_t offset, int whence) {
+  auto& self = *static_cast<Client*>(client);
+  const std::int64_t base = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? self.position : self.source.Size();
+  self.position = static_cast<std::int64_t>(static_cast<std::uint64_t>(base) + offset);
+  return static_cast<toff_t>(self.position);
+}
+
+toff_t TiffHandle::Size(thandle_t client) {
+  return static_cast<toff_t>(static_cast<Client*>(client)->source.Size());
+}
+
+int TiffHandle::KeepError(TIFF* /*tiff*/, void* client, const char* /*module*/, const char* format,
+                          va_list args) {
+  auto& self = *static_cast<Client*>(client);
+  if (!self.firstError.empty()) return 1;
+  char text[256];
+  std::vsnprintf(text, sizeof text, format, args);
+  self.firstError = text;
+  return 1;  // handled; the library's process-wide handlers stay out of it
+}
+
+}  // namespace imaging

@@ -1,0 +1,117 @@
+#include <algorithm>
+#include <climits>
+#include <cstdio>
+#include <utility>
+
+#include "imaging/codecs/codec.h"
+#include "imaging/codecs/png_write.h"
+#include "imaging/ltwrap.h"
+#include "imaging/source.h"
+
+using namespace imaging;
+
+namespace {
+
+constexpr UINT kCountPages = 1;
+constexpr int kDefaultPassCount = 1;
+
+int PageOf(const _LOADFILEOPTION* options) {
+  return options == nullptr ? 1 : options->PageNumber;
+}
+
+void FillInformation(const PageInfo& page, const Source& source, int number, struct_file_information& info) {
+  info = {};
+  info.uStructSize = sizeof info;
+  info.Format = page.format;
+  info.Width = page.width;
+  info.Height = page.height;
+  info.BitsPerPixel = page.bits;
+  info.SizeDisk = static_cast<int>(std::min<std::int64_t>(source.Size(), INT_MAX));
+  std::snprintf(info.Compression, sizeof info.Compression, "%s", page.compression.c_str());
+  info.ViewPerspective = page.viewPerspective;
+  info.Order = page.order;
+  info.XResolution = page.xResolution;
+  info.YResolution = page.yResolution;
+  info.PageNumber = number;
+}
+
+int Describe(const Source& source, struct_file_information* info, UINT flags,
+             const _LOADFILEOPTION* options) {
+  if (info == nullptr) Fail(kErrorInvalidParameter, "No record for the file information was given");
+  const auto reader = OpenReader(source);
+  const int page = PageOf(options);
+  FillInformation(reader->Describe(page), source, page, *info);
+  if ((flags & kCountPages) != 0) info->TotalPages = reader->CountPages();
+  return 1;
+}
+
+/// The record is written only once the page is there, so that a failed load leaves it as it was.
+int Load(const Source& source, struct_LEAD_Bitmap* bitmap, const DecodeWish& wish,
+         const _LOADFILEOPTION* options, struct_file_information* info) {
+  if (bitmap == nullptr) Fail(kErrorInvalidParameter, "No record for the bitmap was given");
+  const int page = PageOf(options);
+  DecodedPage decoded = OpenReader(source)->Decode(page, wish);
+  if (info != nullptr) FillInformation(decoded.info, source, page, *info);
+
+  *bitmap = {};
+  bitmap->uStructSize = sizeof *bitmap;
+  bitmap->Width = decoded.pixels->Width();
+  bitmap->Height = decoded.pixels->Height();
+  bitmap->BitsPerPixel = decoded.pixels->Bits();
+  bitmap->Flags = leadtools12::kAllocated;
+  bitmap->ViewPerspective = decoded.info.viewPerspective;
+  bitmap->Order = decoded.order;
+  bitmap->XResolution = decoded.info.xResolution;
+  bitmap->YResolution = decoded.info.yResolution;
+  bitmap->pStorage = decoded.pixels.release();  // FreeBitmap ends it
+  return 1;
+}
+
+}  // namespace
+
+int LEADTOOLS::GetDefaultLoadFileOption(_LOADFILEOPTION* options) {
+  if (options == nullptr) Fail(kErrorInvalidParameter, "No record for the load options was given");
+  *options = {sizeof *options, kDefaultPassCount, 1};
+  return 1;
+}
+
+int LEADTOOLS::FileInfo(const char* path, struct_file_information* info, unsigned int flags,
+                        _LOADFILEOPTION* options) {
+  return Describe(*OpenFileSource(path), info, flags, options);
+}
+
+int LEADTOOLS::FileInfoMemory(char* buffer, struct_file_information* info, long size, unsigned int flags,
+                              _LOADFILEOPTION* options) {
+  return Describe(*OpenMemorySource(buffer, size), info, flags, options);
+}
+
+int LEADTOOLS::LoadBitmapA(const char* path, struct_LEAD_Bitmap* bitmap, int bits, int order,
+                           _LOADFILEOPTION* options, struct_file_information* info) {
+  return Load(*OpenFileSource(path), bitmap, {bits, order}, options, info);
+}
+
+int LEADTOOLS::LoadBitmapMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, int order, long size,
+                                _LOADFILEOPTION* options, struct_file_information* info) {
+  return Load(*OpenMemorySource(buffer, size), bitmap, {bits, order}, options, info);
+}
+
+int LEADTOOLS::GetDefaultSaveFileOption(_SAVEFILEOPTION* options) {
+  if (options == nullptr) Fail(kErrorInvalidParameter, "No record for the save options was given");
+  *options = {sizeof *options, 1};
+  return 1;
+}
+
+int LEADTOOLS::SaveBitmap(const char* path, struct_LEAD_Bitmap* bitmap, int format, int bits, int /*quality*/,
+                          _SAVEFILEOPTION* options) {
+  if (path == nullptr || *path == '\0') Fail(kErrorInvalidParameter, "No file name was given");
+  if (bitmap == nullptr || (bitmap->Flags & leadtools12::kAllocated) == 0 || bitmap->pStorage == nullptr)
+    Fail(kErrorNoBitmap, "%s: there is no image to write", path);
+  if (format != kFormatPng) Fail(kErrorUnsupported, "%s: files of format %d can't be written", path, format);
+  if (bits != 0 && bits != bitmap->BitsPerPixel)
+    Fail(kErrorUnsupported, "%s: an image of %d bits can't be written with %d", path, bitmap->BitsPerPixel,
+         bits);
+  if (options != nullptr && options->PageNumber > 1)
+    Fail(kErrorUnsupported, "%s: a PNG file has one page", path);
+  WritePng(path, *bitmap->pStorage, bitmap->Order, bitmap->XResolution, bitmap->YResolution);
+  return 1;
+}

@@ -1,0 +1,180 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "tests/imaging/codec_support.h"
+
+// Files that other people's programs wrote, against tables of what several independent readers say of them.
+namespace codec_test {
+namespace {
+
+using Fields = std::map<std::string, std::string>;
+
+std::vector<Fields> ReadTable(const std::string& name) {
+  std::ifstream file(CorpusFolder() + "/" + name);
+  std::vector<std::string> columns;
+  std::vector<Fields> rows;
+  for (std::string line; std::getline(file, line);) {
+    std::vector<std::string> cells;
+    std::istringstream stream(line);
+    for (std::string cell; std::getline(stream, cell, '\t');) cells.push_back(cell);
+    if (columns.empty()) {
+      columns = cells;
+      continue;
+    }
+    Fields row;
+    for (std::size_t i = 0; i < cells.size() && i < columns.size(); ++i) row[columns[i]] = cells[i];
+    rows.push_back(row);
+  }
+  return rows;
+}
+
+int Number(const Fields& row, const char* column) {
+  return std::atoi(row.at(column).c_str());
+}
+
+bool OurKind(const Fields& row) {
+  static const std::array kinds = {"TIFF", "BMP", "JPEG", "PNG", "GIF"};
+  const bool dib = row.at("path").ends_with(".dib");  // a bitmap without its file header
+  return !dib && std::find(kinds.begin(), kinds.end(), row.at("kind")) != kinds.end();
+}
+
+/// Area averages of the grey levels on an 8 x 8 grid; the last value is the mean of the page.
+std::array<double, 65> Grid(const Loaded& page, bool white) {
+  std::array<double, 65> sums{};
+  const int width = page.record.Width;
+  const int height = page.record.Height;
+  for (int y = 0; y < height; ++y)
+    for (int x = 0; x < width; ++x) {
+      const Color color = ColorAt(page, x, y);
+      double gray = 0.299 * color.red + 0.587 * color.green + 0.114 * color.blue;
+      if (white) gray = gray * color.alpha / 255 + 255 - color.alpha;
+      sums[64] += gray / (static_cast<double>(width) * height);
+      for (int row = y * 8 / height; row <= ((y + 1) * 8 - 1) / height; ++row)
+        for (int column = x * 8 / width; column <= ((x + 1) * 8 - 1) / width; ++column) {
+          const double high =
+              std::min((y + 1) * 8.0 / height, row + 1.0) - std::max(y * 8.0 / height, row + 0.0);
+          const double wide =
+              std::min((x + 1) * 8.0 / width, column + 1.0) - std::max(x * 8.0 / width, column + 0.0);
+          sums[static_cast<std::size_t>(row * 8 + column)] += gray * high * wide;
+        }
+    }
+  return sums;
+}
+
+class Corpus : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!std::filesystem::exists(CorpusFolder() + "/TRUTH.tsv")) GTEST_SKIP() << "no sample files";
+  }
+};
+
+void ExpectTruth(const Fields& row, const struct_file_information& info) {
+  EXPECT_EQ(info.TotalPages, Number(row, "pages"));
+  EXPECT_EQ(info.Width, Number(row, "width"));
+  EXPECT_EQ(info.Height, Number(row, "height"));
+  if (row.at("kind") != "GIF" || info.BitsPerPixel != 8) {
+    EXPECT_EQ(info.BitsPerPixel, Number(row, "bits_per_pixel"));
+  }
+  EXPECT_EQ(info.XResolution, Number(row, "xdpi"));
+  EXPECT_EQ(info.YResolution, Number(row, "ydpi"));
+  EXPECT_EQ(info.Compression, row.at("compression"));
+  EXPECT_EQ(info.ViewPerspective == 0 ? 1 : info.ViewPerspective, Number(row, "orientation"));
+}
+
+TEST_F(Corpus, EveryFileTellsTheTruth) {
+  for (const Fields& row : ReadTable("TRUTH.tsv")) {
+    SCOPED_TRACE(row.at("path"));
+    const Information info = InformFile(CorpusFolder() + "/" + row.at("path"));
+    const Loaded page = LoadFile(CorpusFolder() + "/" + row.at("path"));
+    const std::string expected = OurKind(row) ? row.at("expected") : "partial";
+    if (expected == "reject") {
+      EXPECT_NE(info.error, "");
+      EXPECT_NE(page.error, "");
+    } else if (expected == "ok") {
+      EXPECT_EQ(info.error, "");
+      if (info.error.empty()) ExpectTruth(row, info.record);
+      EXPECT_EQ(page.error, "");
+    }
+    if (page.error.empty()) {
+      EXPECT_EQ(page.record.Width, info.record.Width);
+      EXPECT_EQ(page.record.Height, info.record.Height);
+    }
+  }
+}
+
+TEST_F(Corpus, EveryPageHasItsOwnSizeAndDepth) {
+  std::map<std::string, bool> ours;
+  for (const Fields& row : ReadTable("TRUTH.tsv")) ours[row.at("path")] = OurKind(row);
+  for (const Fields& row : ReadTable("TRUTH-PAGES.tsv")) {
+    if (!ours[row.at("path")]) continue;
+    SCOPED_TRACE(row.at("path") + ", page " + row.at("page"));
+    const std::string path = CorpusFolder() + "/" + row.at("path");
+    const Information info = InformFile(path, Number(row, "page"), 0);
+    EXPECT_EQ(info.error, "");
+    if (!info.error.empty()) continue;
+    EXPECT_EQ(info.record.Width, Number(row, "width"));
+    EXPECT_EQ(info.record.Height, Number(row, "height"));
+    if (info.record.Format != 2) {
+      EXPECT_EQ(info.record.BitsPerPixel, Number(row, "bits_per_pixel"));
+    }
+    EXPECT_EQ(info.record.XResolution, Number(row, "xdpi"));
+    EXPECT_EQ(info.record.YResolution, Number(row, "ydpi"));
+    const Loaded page = LoadFile(path, Number(row, "page"));
+    if (row.at("path") != "tiff/text.tif") {
+      EXPECT_EQ(page.error, "");
+    }
+  }
+}
+
+TEST_F(Corpus, PixelsAgreeWithOtherReaders) {
+  std::map<std::string, Fields> truth;
+  for (const Fields& row : ReadTable("TRUTH.tsv")) truth[row.at("path")] = row;
+  for (const Fields& row : ReadTable("TRUTH-PIXELS.tsv")) {
+    const Fields& file = truth[row.at("path")];
+    if (!OurKind(file) || row.at("variant") == "oriented") continue;
+    if (row.at("path") == "bmp/pal8os2v2.bmp") continue;  // see SamePictureUnderTwoHeaders
+    const bool white = row.at("variant") == "white";
+    for (const int bits : {0, 8}) {
+      if (bits == 8 && file.at("bits_per_pixel") != "1") continue;
+      SCOPED_TRACE(row.at("path") + " " + row.at("variant") + " bits " + std::to_string(bits));
+      const Loaded page = LoadFile(CorpusFolder() + "/" + row.at("path"), 1, bits);
+      EXPECT_EQ(page.error, "");
+      if (!page.error.empty()) continue;
+      if (bits == 8) {
+        EXPECT_EQ(page.record.BitsPerPixel, 8);
+      }
+      const auto grid = Grid(page, white);
+      EXPECT_NEAR(grid[64], std::atof(row.at("mean_gray").c_str()), 3);
+      const bool rough = file.at("kind") == "JPEG" || page.record.Width < 16 || page.record.Height < 16 ||
+                         file.at("note").find("CMYK") != std::string::npos;
+      std::istringstream cells(row.at("grid8x8"));
+      for (std::size_t i = 0; i < 64; ++i) {
+        double expected = 0;
+        cells >> expected;
+        EXPECT_NEAR(grid[i], expected, rough ? 12 : 6) << "cell " << i;
+      }
+    }
+  }
+}
+
+// The readers behind the table take this file's colour table for one of three bytes a colour, as in OS/2 1.x.
+// It is the picture of pal8.bmp.
+TEST_F(Corpus, SamePictureUnderTwoHeaders) {
+  const Loaded os2 = LoadFile(CorpusFolder() + "/bmp/pal8os2v2.bmp");
+  const Loaded windows = LoadFile(CorpusFolder() + "/bmp/pal8.bmp");
+  ASSERT_EQ(os2.error + windows.error, "");
+  ASSERT_EQ(os2.record.Width, windows.record.Width);
+  ASSERT_EQ(os2.record.Height, windows.record.Height);
+  for (int y = 0; y < os2.record.Height; ++y)
+    for (int x = 0; x < os2.record.Width; ++x)
+      ASSERT_EQ(ColorAt(os2, x, y), ColorAt(windows, x, y)) << x << "," << y;
+}
+
+}  // namespace
+}  // namespace codec_test
