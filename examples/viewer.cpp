@@ -54,7 +54,8 @@ bool ReadOptions(int argc, char** argv, Options& options) {
       options.page = static_cast<int>(number);
     } else if (word == "--zoom" && ReadNumber(value, number) && number >= 1 && number <= 1000) {
       options.zoomPercent = number;
-    } else if (word == "--size" && std::sscanf(value, "%dx%d%c", &options.width, &options.height, &rest) == 2 &&
+    } else if (word == "--size" &&
+               std::sscanf(value, "%dx%d%c", &options.width, &options.height, &rest) == 2 &&
                options.width > 0 && options.height > 0 && options.width <= 16000 && options.height <= 16000) {
       continue;
     } else {
@@ -111,31 +112,62 @@ bool CViewerFrame::Turn(int page) {
 
 void CViewerFrame::ShowState() {
   CString title;
-  title.Format("%s - %d/%d - %d%%", static_cast<const char*>(m_wndImage.GetFileName()), m_wndImage.GetCurrPage(),
-               m_wndImage.GetMaxPage(), m_wndImage.GetScalePercent());
+  title.Format("%s - %d/%d - %d%%", static_cast<const char*>(m_wndImage.GetFileName()),
+               m_wndImage.GetCurrPage(), m_wndImage.GetMaxPage(), m_wndImage.GetScalePercent());
   SetWindowText(title);
 }
 
 bool CViewerFrame::OnKey(int key) {
   switch (key) {
-    case VK_NEXT: Turn(m_wndImage.GetCurrPage() + 1); break;
-    case VK_PRIOR: Turn(m_wndImage.GetCurrPage() - 1); break;
-    case VK_HOME: Turn(1); break;
-    case VK_END: Turn(m_wndImage.GetMaxPage()); break;
-    case VK_UP: Scroll(WM_VSCROLL, SB_LINEUP); break;
-    case VK_DOWN: Scroll(WM_VSCROLL, SB_LINEDOWN); break;
-    case VK_LEFT: Scroll(WM_HSCROLL, SB_LINELEFT); break;
-    case VK_RIGHT: Scroll(WM_HSCROLL, SB_LINERIGHT); break;
+    case VK_NEXT:
+      Turn(m_wndImage.GetCurrPage() + 1);
+      break;
+    case VK_PRIOR:
+      Turn(m_wndImage.GetCurrPage() - 1);
+      break;
+    case VK_HOME:
+      Turn(1);
+      break;
+    case VK_END:
+      Turn(m_wndImage.GetMaxPage());
+      break;
+    case VK_UP:
+      Scroll(WM_VSCROLL, SB_LINEUP);
+      break;
+    case VK_DOWN:
+      Scroll(WM_VSCROLL, SB_LINEDOWN);
+      break;
+    case VK_LEFT:
+      Scroll(WM_HSCROLL, SB_LINELEFT);
+      break;
+    case VK_RIGHT:
+      Scroll(WM_HSCROLL, SB_LINERIGHT);
+      break;
     case VK_ADD:
-    case VK_OEM_PLUS: m_wndImage.ZoomIn(); break;
+    case VK_OEM_PLUS:
+      m_wndImage.ZoomIn();
+      break;
     case VK_SUBTRACT:
-    case VK_OEM_MINUS: m_wndImage.ZoomOut(); break;
-    case '1': m_wndImage.ZoomToScaleFactor(1.0); break;
-    case 'W': m_wndImage.FitToWidth(); break;
-    case 'H': m_wndImage.FitToHeight(); break;
-    case 'B': m_wndImage.BestFit(); break;
-    case VK_ESCAPE: PostMessage(WM_CLOSE); break;
-    default: return false;
+    case VK_OEM_MINUS:
+      m_wndImage.ZoomOut();
+      break;
+    case '1':
+      m_wndImage.ZoomToScaleFactor(1.0);
+      break;
+    case 'W':
+      m_wndImage.FitToWidth();
+      break;
+    case 'H':
+      m_wndImage.FitToHeight();
+      break;
+    case 'B':
+      m_wndImage.BestFit();
+      break;
+    case VK_ESCAPE:
+      PostMessage(WM_CLOSE);
+      break;
+    default:
+      return false;
   }
   ShowState();
   return true;

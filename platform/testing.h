@@ -4,11 +4,12 @@
 #include "platform/base/string.h"
 #include "platform/base/types.h"
 
-// Seams for tests and for programs without a user: boxes answered by a function, time that goes by at once, real
-// input of the desktop, pictures of windows. Nothing in the product calls these.
+// Seams for tests and for programs without a user: boxes answered by a function, time that goes by at once,
+// real input of the desktop, pictures of windows. Nothing in the product calls these.
 namespace platform::testing {
 
-/// Takes the place of the box on the screen: text and MB_ flags in, the button out. Null brings the real box back.
+/// Takes the place of the box on the screen: text and MB_ flags in, the button out. Null brings the real box
+/// back.
 using MessageBoxAnswer = int (*)(const CString& text, UINT type);
 PLATFORM_API void SetMessageBoxAnswer(MessageBoxAnswer answer);
 
@@ -21,8 +22,10 @@ PLATFORM_API void HoldQueue(bool hold);
 
 enum class Button { Left, Right, Middle };
 // Input as the desktop would send it to a shown window, in client coordinates. The messages are queued.
-PLATFORM_API void PressKey(HWND window, int virtualKey, bool shift = false, bool control = false, bool alt = false);
-PLATFORM_API void ReleaseKey(HWND window, int virtualKey, bool shift = false, bool control = false, bool alt = false);
+PLATFORM_API void PressKey(HWND window, int virtualKey, bool shift = false, bool control = false,
+                           bool alt = false);
+PLATFORM_API void ReleaseKey(HWND window, int virtualKey, bool shift = false, bool control = false,
+                             bool alt = false);
 PLATFORM_API void PressMouse(HWND window, POINT point, Button button = Button::Left, bool shift = false);
 PLATFORM_API void ReleaseMouse(HWND window, POINT point, Button button = Button::Left);
 PLATFORM_API void MoveMouse(HWND window, POINT point, bool leftDown = false);

@@ -37,7 +37,9 @@ HGLOBAL GlobalAlloc(UINT flags, std::size_t bytes) {
   return Blocks().Add(std::move(block));
 }
 
-HGLOBAL GlobalFree(HGLOBAL memory) { return Blocks().Remove(memory) ? nullptr : memory; }
+HGLOBAL GlobalFree(HGLOBAL memory) {
+  return Blocks().Remove(memory) ? nullptr : memory;
+}
 
 void* GlobalLock(HGLOBAL memory) {
   GlobalBlock* block = Blocks().Get(memory);

@@ -30,7 +30,8 @@ class HandleTable {
   Record* Get(Handle handle) const {
     const auto value = reinterpret_cast<std::uintptr_t>(handle);
     const std::size_t slot = (value & kSlotMask) - 1;
-    if (value == 0 || slot >= m_slots.size() || m_slots[slot].generation != value >> kSlotBits) return nullptr;
+    if (value == 0 || slot >= m_slots.size() || m_slots[slot].generation != value >> kSlotBits)
+      return nullptr;
     return m_slots[slot].record.get();
   }
 

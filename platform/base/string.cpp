@@ -15,7 +15,9 @@ int Position(std::string::size_type found) {
   return found == std::string::npos ? -1 : static_cast<int>(found);
 }
 
-CString FromStd(const std::string& text) { return CString(text.data(), static_cast<int>(text.size())); }
+CString FromStd(const std::string& text) {
+  return CString(text.data(), static_cast<int>(text.size()));
+}
 
 }  // namespace
 
@@ -40,11 +42,17 @@ void CString::Format(const char* format, ...) {
   m_text = std::move(result);
 }
 
-CString CString::Left(int count) const { return Mid(0, count); }
+CString CString::Left(int count) const {
+  return Mid(0, count);
+}
 
-CString CString::Right(int count) const { return Mid(GetLength() - std::clamp(count, 0, GetLength())); }
+CString CString::Right(int count) const {
+  return Mid(GetLength() - std::clamp(count, 0, GetLength()));
+}
 
-CString CString::Mid(int first) const { return Mid(first, GetLength()); }
+CString CString::Mid(int first) const {
+  return Mid(first, GetLength());
+}
 
 CString CString::Mid(int first, int count) const {
   first = std::clamp(first, 0, GetLength());
@@ -61,9 +69,13 @@ int CString::Find(const char* text, int start) const {
   return Position(m_text.find(text, static_cast<std::size_t>(std::clamp(start, 0, GetLength()))));
 }
 
-int CString::ReverseFind(char c) const { return Position(m_text.rfind(c)); }
+int CString::ReverseFind(char c) const {
+  return Position(m_text.rfind(c));
+}
 
-int CString::FindOneOf(const char* set) const { return set == nullptr ? -1 : Position(m_text.find_first_of(set)); }
+int CString::FindOneOf(const char* set) const {
+  return set == nullptr ? -1 : Position(m_text.find_first_of(set));
+}
 
 int CString::Replace(const char* from, const char* to) {
   const std::size_t length = from == nullptr ? 0 : std::strlen(from);
@@ -75,9 +87,13 @@ int CString::Replace(const char* from, const char* to) {
   return count;
 }
 
-void CString::TrimLeft() { m_text.erase(0, m_text.find_first_not_of(kSpaces)); }
+void CString::TrimLeft() {
+  m_text.erase(0, m_text.find_first_not_of(kSpaces));
+}
 
-void CString::TrimRight() { m_text.erase(m_text.find_last_not_of(kSpaces) + 1); }
+void CString::TrimRight() {
+  m_text.erase(m_text.find_last_not_of(kSpaces) + 1);
+}
 
 void CString::MakeUpper() {
   std::transform(m_text.begin(), m_text.end(), m_text.begin(),
@@ -89,7 +105,9 @@ void CString::MakeLower() {
                  [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
 }
 
-int CString::CompareNoCase(const char* text) const { return strcasecmp(m_text.c_str(), text == nullptr ? "" : text); }
+int CString::CompareNoCase(const char* text) const {
+  return strcasecmp(m_text.c_str(), text == nullptr ? "" : text);
+}
 
 char* CString::GetBuffer(int minLength) {
   m_text.resize(std::max(m_text.size(), static_cast<std::size_t>(std::max(minLength, 0))));
@@ -97,5 +115,6 @@ char* CString::GetBuffer(int minLength) {
 }
 
 void CString::ReleaseBuffer(int length) {
-  m_text.resize(length < 0 ? std::strlen(m_text.c_str()) : std::min(static_cast<std::size_t>(length), m_text.size()));
+  m_text.resize(length < 0 ? std::strlen(m_text.c_str())
+                           : std::min(static_cast<std::size_t>(length), m_text.size()));
 }

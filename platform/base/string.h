@@ -10,10 +10,14 @@
 class PLATFORM_API CString {
  public:
   CString() = default;
-  CString(const char* text) : m_text(text == nullptr ? "" : text) {}  // NOLINT: converts like the text it holds
+  CString(const char* text)
+      : m_text(text == nullptr ? "" : text) {}  // NOLINT: converts like the text it holds
   CString(const char* text, int length) : m_text(text, static_cast<std::size_t>(length)) {}
   explicit CString(char c, int repeat = 1) : m_text(repeat > 0 ? static_cast<std::size_t>(repeat) : 0, c) {}
-  CString& operator=(const char* text) { m_text = text == nullptr ? "" : text; return *this; }
+  CString& operator=(const char* text) {
+    m_text = text == nullptr ? "" : text;
+    return *this;
+  }
 
   operator const char*() const { return m_text.c_str(); }  // NOLINT: passed wherever a text is wanted
   int GetLength() const { return static_cast<int>(m_text.size()); }
@@ -23,9 +27,18 @@ class PLATFORM_API CString {
   char GetAt(int index) const;
   void SetAt(int index, char c);
 
-  CString& operator+=(const CString& text) { m_text += text.m_text; return *this; }
-  CString& operator+=(const char* text) { if (text != nullptr) m_text += text; return *this; }
-  CString& operator+=(char c) { m_text += c; return *this; }
+  CString& operator+=(const CString& text) {
+    m_text += text.m_text;
+    return *this;
+  }
+  CString& operator+=(const char* text) {
+    if (text != nullptr) m_text += text;
+    return *this;
+  }
+  CString& operator+=(char c) {
+    m_text += c;
+    return *this;
+  }
 
   /// printf-style. The result replaces the text, also when the text itself is an argument.
   void Format(const char* format, ...) __attribute__((format(printf, 2, 3)));
@@ -58,10 +71,26 @@ class PLATFORM_API CString {
   /// Loads the string resource with this number. FALSE, and an empty text, if no module has it.
   BOOL LoadString(UINT id);
 
-  friend CString operator+(const CString& a, const CString& b) { CString r(a); r += b; return r; }
-  friend CString operator+(const CString& a, const char* b) { CString r(a); r += b; return r; }
-  friend CString operator+(const char* a, const CString& b) { CString r(a); r += b; return r; }
-  friend CString operator+(const CString& a, char b) { CString r(a); r += b; return r; }
+  friend CString operator+(const CString& a, const CString& b) {
+    CString r(a);
+    r += b;
+    return r;
+  }
+  friend CString operator+(const CString& a, const char* b) {
+    CString r(a);
+    r += b;
+    return r;
+  }
+  friend CString operator+(const char* a, const CString& b) {
+    CString r(a);
+    r += b;
+    return r;
+  }
+  friend CString operator+(const CString& a, char b) {
+    CString r(a);
+    r += b;
+    return r;
+  }
   friend bool operator==(const CString& a, const CString& b) { return a.m_text == b.m_text; }
   friend bool operator==(const CString& a, const char* b) { return a.Compare(b) == 0; }
   friend bool operator<(const CString& a, const CString& b) { return a.m_text < b.m_text; }

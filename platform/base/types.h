@@ -91,19 +91,39 @@ using RGBQUAD = tagRGBQUAD;
 constexpr COLORREF RGB(int red, int green, int blue) {
   return static_cast<COLORREF>((red & 0xff) | (green & 0xff) << 8 | (blue & 0xff) << 16);
 }
-constexpr BYTE GetRValue(COLORREF color) { return static_cast<BYTE>(color); }
-constexpr BYTE GetGValue(COLORREF color) { return static_cast<BYTE>(color >> 8); }
-constexpr BYTE GetBValue(COLORREF color) { return static_cast<BYTE>(color >> 16); }
+constexpr BYTE GetRValue(COLORREF color) {
+  return static_cast<BYTE>(color);
+}
+constexpr BYTE GetGValue(COLORREF color) {
+  return static_cast<BYTE>(color >> 8);
+}
+constexpr BYTE GetBValue(COLORREF color) {
+  return static_cast<BYTE>(color >> 16);
+}
 
-constexpr WORD LOWORD(std::uintptr_t value) { return static_cast<WORD>(value & 0xffff); }
-constexpr WORD HIWORD(std::uintptr_t value) { return static_cast<WORD>(value >> 16 & 0xffff); }
+constexpr WORD LOWORD(std::uintptr_t value) {
+  return static_cast<WORD>(value & 0xffff);
+}
+constexpr WORD HIWORD(std::uintptr_t value) {
+  return static_cast<WORD>(value >> 16 & 0xffff);
+}
 constexpr LONG MAKELONG(int low, int high) {
   return static_cast<LONG>(static_cast<DWORD>(low & 0xffff) | static_cast<DWORD>(high & 0xffff) << 16);
 }
-constexpr LPARAM MAKELPARAM(int low, int high) { return static_cast<DWORD>(MAKELONG(low, high)); }
-constexpr WPARAM MAKEWPARAM(int low, int high) { return static_cast<DWORD>(MAKELONG(low, high)); }
-constexpr int GET_X_LPARAM(LPARAM value) { return static_cast<std::int16_t>(LOWORD(static_cast<WPARAM>(value))); }
-constexpr int GET_Y_LPARAM(LPARAM value) { return static_cast<std::int16_t>(HIWORD(static_cast<WPARAM>(value))); }
+constexpr LPARAM MAKELPARAM(int low, int high) {
+  return static_cast<DWORD>(MAKELONG(low, high));
+}
+constexpr WPARAM MAKEWPARAM(int low, int high) {
+  return static_cast<DWORD>(MAKELONG(low, high));
+}
+constexpr int GET_X_LPARAM(LPARAM value) {
+  return static_cast<std::int16_t>(LOWORD(static_cast<WPARAM>(value)));
+}
+constexpr int GET_Y_LPARAM(LPARAM value) {
+  return static_cast<std::int16_t>(HIWORD(static_cast<WPARAM>(value)));
+}
 
 /// A resource number in place of a name.
-inline LPCSTR MAKEINTRESOURCE(unsigned id) { return reinterpret_cast<LPCSTR>(static_cast<std::uintptr_t>(id & 0xffff)); }
+inline LPCSTR MAKEINTRESOURCE(unsigned id) {
+  return reinterpret_cast<LPCSTR>(static_cast<std::uintptr_t>(id & 0xffff));
+}

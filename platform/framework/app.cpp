@@ -15,7 +15,9 @@ namespace platform {
 int ShowMessageBox(const char* title, const char* text, UINT type);  // message_box.cpp
 }
 
-CWinApp::CWinApp(LPCTSTR name) : m_pszAppName(name == nullptr ? "Tessarel12" : name) { g_app = this; }
+CWinApp::CWinApp(LPCTSTR name) : m_pszAppName(name == nullptr ? "Tessarel12" : name) {
+  g_app = this;
+}
 
 void CWinApp::DoWaitCursor(int change) {
   m_waitCount = change == 0 ? m_waitCount : m_waitCount + change;
@@ -29,11 +31,17 @@ void CWinApp::DoWaitCursor(int change) {
   }
 }
 
-int CWinApp::DoMessageBox(LPCTSTR text, UINT type, UINT) { return platform::ShowMessageBox(m_pszAppName, text, type); }
+int CWinApp::DoMessageBox(LPCTSTR text, UINT type, UINT) {
+  return platform::ShowMessageBox(m_pszAppName, text, type);
+}
 
-CWinApp* AfxGetApp() { return g_app; }
+CWinApp* AfxGetApp() {
+  return g_app;
+}
 
-LPCTSTR AfxGetAppName() { return g_app == nullptr ? "Tessarel12" : g_app->m_pszAppName; }
+LPCTSTR AfxGetAppName() {
+  return g_app == nullptr ? "Tessarel12" : g_app->m_pszAppName;
+}
 
 BOOL AfxWinInit(int& argc, char** argv) {
   platform::EnsureApplication(&argc, argv);

@@ -15,37 +15,37 @@ using AFX_PMSG = void (CCmdTarget::*)();
 /// The shape of a handler: how a message's words become its arguments.
 enum AfxSig : UINT {
   AfxSig_end = 0,
-  AfxSig_bD,       ///< BOOL (CDC*)
-  AfxSig_bWww,     ///< BOOL (CWnd*, UINT, UINT)
-  AfxSig_is,       ///< int (LPCREATESTRUCT)
-  AfxSig_lwl,      ///< LRESULT (WPARAM, LPARAM)
-  AfxSig_vv,       ///< void ()
-  AfxSig_vw,       ///< void (UINT)
-  AfxSig_vb,       ///< void (BOOL)
-  AfxSig_vbw,      ///< void (BOOL, UINT)
-  AfxSig_vtimer,   ///< void (UINT_PTR)
-  AfxSig_vwww,     ///< void (UINT, UINT, UINT), of key messages
-  AfxSig_vwp,      ///< void (UINT, CPoint), of mouse messages
-  AfxSig_vwii,     ///< void (UINT, int, int)
-  AfxSig_vii,      ///< void (int, int)
-  AfxSig_vscroll,  ///< void (UINT, UINT, CScrollBar*)
-  AfxSig_vW,       ///< void (CWnd*), the window in wParam
-  AfxSig_vWl,      ///< void (CWnd*), the window in lParam
-  AfxSig_vWp,      ///< void (CWnd*, CPoint)
+  AfxSig_bD,         ///< BOOL (CDC*)
+  AfxSig_bWww,       ///< BOOL (CWnd*, UINT, UINT)
+  AfxSig_is,         ///< int (LPCREATESTRUCT)
+  AfxSig_lwl,        ///< LRESULT (WPARAM, LPARAM)
+  AfxSig_vv,         ///< void ()
+  AfxSig_vw,         ///< void (UINT)
+  AfxSig_vb,         ///< void (BOOL)
+  AfxSig_vbw,        ///< void (BOOL, UINT)
+  AfxSig_vtimer,     ///< void (UINT_PTR)
+  AfxSig_vwww,       ///< void (UINT, UINT, UINT), of key messages
+  AfxSig_vwp,        ///< void (UINT, CPoint), of mouse messages
+  AfxSig_vwii,       ///< void (UINT, int, int)
+  AfxSig_vii,        ///< void (int, int)
+  AfxSig_vscroll,    ///< void (UINT, UINT, CScrollBar*)
+  AfxSig_vW,         ///< void (CWnd*), the window in wParam
+  AfxSig_vWl,        ///< void (CWnd*), the window in lParam
+  AfxSig_vWp,        ///< void (CWnd*, CPoint)
   AfxSig_vactivate,  ///< void (UINT, CWnd*, BOOL)
-  AfxSig_bwheel,   ///< BOOL (UINT, short, CPoint)
-  AfxSig_vdrop,    ///< void (HDROP)
-  AfxSig_cmd,      ///< void ()
-  AfxSig_cmdid,    ///< void (UINT id)
-  AfxSig_cmdui,    ///< void (CCmdUI*)
+  AfxSig_bwheel,     ///< BOOL (UINT, short, CPoint)
+  AfxSig_vdrop,      ///< void (HDROP)
+  AfxSig_cmd,        ///< void ()
+  AfxSig_cmdid,      ///< void (UINT id)
+  AfxSig_cmdui,      ///< void (CCmdUI*)
 };
 
 struct AFX_MSGMAP_ENTRY {
   UINT nMessage;
-  UINT nCode;    ///< of WM_COMMAND the notification, or CN_...
+  UINT nCode;  ///< of WM_COMMAND the notification, or CN_...
   UINT nID;
   UINT nLastID;
-  UINT nSig;     ///< AfxSig_end closes a map
+  UINT nSig;  ///< AfxSig_end closes a map
   AFX_PMSG pfn;
 };
 
@@ -61,8 +61,9 @@ enum : int { CN_COMMAND = 0, CN_UPDATE_COMMAND_UI = -1 };
 class PLATFORM_API CCmdTarget : public CObject {
   DECLARE_DYNAMIC(CCmdTarget)
  public:
-  /// Routes a command (CN_COMMAND or a control's code) or asks for its state (CN_UPDATE_COMMAND_UI, extra is the
-  /// CCmdUI). TRUE if this target, or one that it asks, has a handler; with handlerInfo it is only looked for.
+  /// Routes a command (CN_COMMAND or a control's code) or asks for its state (CN_UPDATE_COMMAND_UI, extra is
+  /// the CCmdUI). TRUE if this target, or one that it asks, has a handler; with handlerInfo it is only looked
+  /// for.
   virtual BOOL OnCmdMsg(UINT id, int code, void* extra, void* handlerInfo);
   static const AFX_MSGMAP* GetThisMessageMap();
 
@@ -72,26 +73,30 @@ class PLATFORM_API CCmdTarget : public CObject {
 };
 
 /// Looks through a map and its bases. Null if there is no entry.
-PLATFORM_API const AFX_MSGMAP_ENTRY* AfxFindMessageEntry(const AFX_MSGMAP* map, UINT message, UINT code, UINT id);
+PLATFORM_API const AFX_MSGMAP_ENTRY* AfxFindMessageEntry(const AFX_MSGMAP* map, UINT message, UINT code,
+                                                         UINT id);
 
-#define DECLARE_MESSAGE_MAP()                             \
- public:                                                  \
-  static const AFX_MSGMAP* GetThisMessageMap();           \
-                                                          \
- protected:                                               \
+#define DECLARE_MESSAGE_MAP()                   \
+ public:                                        \
+  static const AFX_MSGMAP* GetThisMessageMap(); \
+                                                \
+ protected:                                     \
   const AFX_MSGMAP* GetMessageMap() const override;
 
-#define BEGIN_MESSAGE_MAP(theClass, baseClass)                                        \
-  const AFX_MSGMAP* theClass::GetMessageMap() const { return GetThisMessageMap(); }   \
-  const AFX_MSGMAP* theClass::GetThisMessageMap() {                                   \
-    using ThisClass = theClass;                                                       \
-    using TheBaseClass = baseClass;                                                   \
+#define BEGIN_MESSAGE_MAP(theClass, baseClass)        \
+  const AFX_MSGMAP* theClass::GetMessageMap() const { \
+    return GetThisMessageMap();                       \
+  }                                                   \
+  const AFX_MSGMAP* theClass::GetThisMessageMap() {   \
+    using ThisClass = theClass;                       \
+    using TheBaseClass = baseClass;                   \
     static const AFX_MSGMAP_ENTRY entries[] = {
-
-#define END_MESSAGE_MAP()                                                       \
-      {0, 0, 0, 0, AfxSig_end, nullptr}};                                       \
-    static const AFX_MSGMAP map = {TheBaseClass::GetThisMessageMap(), entries}; \
-    return &map;                                                                \
+#define END_MESSAGE_MAP()                                                     \
+  { 0, 0, 0, 0, AfxSig_end, nullptr }                                         \
+  }                                                                           \
+  ;                                                                           \
+  static const AFX_MSGMAP map = {TheBaseClass::GetThisMessageMap(), entries}; \
+  return &map;                                                                \
   }
 
 /// A handler in the form in which a message map keeps it.
@@ -108,18 +113,23 @@ Result AfxCallHandler(CCmdTarget* target, AFX_PMSG handler, Args... args) {
 // The cast checks the handler's shape.
 #define PLATFORM_HANDLER(type, handler) AfxEraseHandler(static_cast<type>(&ThisClass::handler))
 
-#define ON_COMMAND(id, handler) \
-  {WM_COMMAND, static_cast<UINT>(CN_COMMAND), id, id, AfxSig_cmd, PLATFORM_HANDLER(void (ThisClass::*)(), handler)},
-#define ON_COMMAND_RANGE(id, lastId, handler)                       \
-  {WM_COMMAND, static_cast<UINT>(CN_COMMAND), id, lastId, AfxSig_cmdid, \
-   PLATFORM_HANDLER(void (ThisClass::*)(UINT), handler)},
-#define ON_UPDATE_COMMAND_UI(id, handler)                                        \
-  {WM_COMMAND, static_cast<UINT>(CN_UPDATE_COMMAND_UI), id, id, AfxSig_cmdui, \
-   PLATFORM_HANDLER(void (ThisClass::*)(CCmdUI*), handler)},
-#define ON_UPDATE_COMMAND_UI_RANGE(id, lastId, handler)                              \
-  {WM_COMMAND, static_cast<UINT>(CN_UPDATE_COMMAND_UI), id, lastId, AfxSig_cmdui, \
-   PLATFORM_HANDLER(void (ThisClass::*)(CCmdUI*), handler)},
+#define ON_COMMAND(id, handler)               \
+  {WM_COMMAND, static_cast<UINT>(CN_COMMAND), \
+   id,         id,                            \
+   AfxSig_cmd, PLATFORM_HANDLER(void(ThisClass::*)(), handler)},
+#define ON_COMMAND_RANGE(id, lastId, handler)   \
+  {WM_COMMAND,   static_cast<UINT>(CN_COMMAND), \
+   id,           lastId,                        \
+   AfxSig_cmdid, PLATFORM_HANDLER(void(ThisClass::*)(UINT), handler)},
+#define ON_UPDATE_COMMAND_UI(id, handler)                 \
+  {WM_COMMAND,   static_cast<UINT>(CN_UPDATE_COMMAND_UI), \
+   id,           id,                                      \
+   AfxSig_cmdui, PLATFORM_HANDLER(void(ThisClass::*)(CCmdUI*), handler)},
+#define ON_UPDATE_COMMAND_UI_RANGE(id, lastId, handler)   \
+  {WM_COMMAND,   static_cast<UINT>(CN_UPDATE_COMMAND_UI), \
+   id,           lastId,                                  \
+   AfxSig_cmdui, PLATFORM_HANDLER(void(ThisClass::*)(CCmdUI*), handler)},
 #define ON_CONTROL(code, id, handler) \
-  {WM_COMMAND, static_cast<UINT>(code), id, id, AfxSig_cmd, PLATFORM_HANDLER(void (ThisClass::*)(), handler)},
+  {WM_COMMAND, static_cast<UINT>(code), id, id, AfxSig_cmd, PLATFORM_HANDLER(void(ThisClass::*)(), handler)},
 #define ON_MESSAGE(message, handler) \
-  {message, 0, 0, 0, AfxSig_lwl, PLATFORM_HANDLER(LRESULT (ThisClass::*)(WPARAM, LPARAM), handler)},
+  {message, 0, 0, 0, AfxSig_lwl, PLATFORM_HANDLER(LRESULT(ThisClass::*)(WPARAM, LPARAM), handler)},

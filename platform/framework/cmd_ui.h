@@ -5,8 +5,8 @@
 class CMenu;
 class CWnd;
 
-/// The state of one user-interface item, asked for by its number. A menu, a bar or a dialog derives from this to
-/// apply the answers to its own kind of item.
+/// The state of one user-interface item, asked for by its number. A menu, a bar or a dialog derives from this
+/// to apply the answers to its own kind of item.
 class PLATFORM_API CCmdUI {
  public:
   CCmdUI() = default;
@@ -20,7 +20,10 @@ class PLATFORM_API CCmdUI {
   CWnd* m_pOther = nullptr;  ///< the window whose item it is
   CMenu* m_pMenu = nullptr;
 
-  virtual void Enable(BOOL on = TRUE) { m_bEnableChanged = true; m_bEnabled = on; }
+  virtual void Enable(BOOL on = TRUE) {
+    m_bEnableChanged = true;
+    m_bEnabled = on;
+  }
   virtual void SetCheck(int check = 1) { m_nCheck = check; }
   virtual void SetRadio(BOOL on = TRUE) { SetCheck(on != 0 ? 1 : 0); }
   virtual void SetText(LPCTSTR) {}

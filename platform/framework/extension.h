@@ -17,7 +17,8 @@ PLATFORM_API BOOL AfxInitExtensionModule(AFX_EXTENSION_MODULE& module, HMODULE i
 /// Takes the library out of the list in force.
 PLATFORM_API void AfxTermExtensionModule(AFX_EXTENSION_MODULE& module, BOOL all = FALSE);
 
-/// The library's place in the list of those whose resources and classes are found. The framework owns the object.
+/// The library's place in the list of those whose resources and classes are found. The framework owns the
+/// object.
 class PLATFORM_API CDynLinkLibrary {
  public:
   explicit CDynLinkLibrary(AFX_EXTENSION_MODULE& module, BOOL system = FALSE);

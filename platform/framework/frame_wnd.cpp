@@ -17,14 +17,16 @@ END_MESSAGE_MAP()
 BOOL CFrameWnd::Create(LPCTSTR className, LPCTSTR title, DWORD style, const RECT& rect, CWnd* parent, LPCTSTR,
                        DWORD exStyle, CCreateContext* context) {
   const bool anywhere = rect.left == CW_USEDEFAULT;
-  return CreateEx(exStyle, className, title, style, rect.left, rect.top, anywhere ? CW_USEDEFAULT : rect.right - rect.left,
-                  anywhere ? CW_USEDEFAULT : rect.bottom - rect.top, parent == nullptr ? nullptr : parent->m_hWnd, nullptr,
-                  context);
+  return CreateEx(exStyle, className, title, style, rect.left, rect.top,
+                  anywhere ? CW_USEDEFAULT : rect.right - rect.left,
+                  anywhere ? CW_USEDEFAULT : rect.bottom - rect.top,
+                  parent == nullptr ? nullptr : parent->m_hWnd, nullptr, context);
 }
 
 BOOL CFrameWnd::PreCreateWindow(CREATESTRUCT& cs) {
   if (cs.lpszClass == nullptr)
-    cs.lpszClass = AfxRegisterWndClass(CS_DBLCLKS, LoadCursor(nullptr, IDC_ARROW), GetSysColorBrush(COLOR_APPWORKSPACE));
+    cs.lpszClass =
+        AfxRegisterWndClass(CS_DBLCLKS, LoadCursor(nullptr, IDC_ARROW), GetSysColorBrush(COLOR_APPWORKSPACE));
   return CWnd::PreCreateWindow(cs);
 }
 
@@ -35,7 +37,9 @@ int CFrameWnd::OnCreate(LPCREATESTRUCT cs) {
   return 0;
 }
 
-BOOL CFrameWnd::OnCreateClient(LPCREATESTRUCT, CCreateContext*) { return TRUE; }
+BOOL CFrameWnd::OnCreateClient(LPCREATESTRUCT, CCreateContext*) {
+  return TRUE;
+}
 
 void CFrameWnd::RecalcLayout(BOOL) {
   const CWnd* pane = GetDlgItem(AFX_IDW_PANE_FIRST);
@@ -59,7 +63,9 @@ void CFrameWnd::OnSetFocus(CWnd*) {
   }
 }
 
-void CFrameWnd::OnClose() { DestroyWindow(); }
+void CFrameWnd::OnClose() {
+  DestroyWindow();
+}
 
 BOOL CFrameWnd::OnEraseBkgnd(CDC*) {
   // The pane covers everything.

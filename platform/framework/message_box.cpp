@@ -28,28 +28,41 @@ constexpr BoxButton kNo = {IDNO, QMessageBox::No, "No"};
 
 std::vector<BoxButton> ButtonsOf(UINT type) {
   switch (type & MB_TYPEMASK) {
-    case MB_OKCANCEL: return {kOk, kCancel};
-    case MB_ABORTRETRYIGNORE: return {kAbort, kRetry, kIgnore};
-    case MB_YESNOCANCEL: return {kYes, kNo, kCancel};
-    case MB_YESNO: return {kYes, kNo};
-    case MB_RETRYCANCEL: return {kRetry, kCancel};
-    default: return {kOk};
+    case MB_OKCANCEL:
+      return {kOk, kCancel};
+    case MB_ABORTRETRYIGNORE:
+      return {kAbort, kRetry, kIgnore};
+    case MB_YESNOCANCEL:
+      return {kYes, kNo, kCancel};
+    case MB_YESNO:
+      return {kYes, kNo};
+    case MB_RETRYCANCEL:
+      return {kRetry, kCancel};
+    default:
+      return {kOk};
   }
 }
 
 QMessageBox::Icon IconOf(UINT type) {
   switch (type & MB_ICONMASK) {
-    case MB_ICONERROR: return QMessageBox::Critical;
-    case MB_ICONQUESTION: return QMessageBox::Question;
-    case MB_ICONEXCLAMATION: return QMessageBox::Warning;
-    case MB_ICONINFORMATION: return QMessageBox::Information;
-    default: return QMessageBox::NoIcon;
+    case MB_ICONERROR:
+      return QMessageBox::Critical;
+    case MB_ICONQUESTION:
+      return QMessageBox::Question;
+    case MB_ICONEXCLAMATION:
+      return QMessageBox::Warning;
+    case MB_ICONINFORMATION:
+      return QMessageBox::Information;
+    default:
+      return QMessageBox::NoIcon;
   }
 }
 
 }  // namespace
 
-void platform::testing::SetMessageBoxAnswer(MessageBoxAnswer answer) { g_answer = answer; }
+void platform::testing::SetMessageBoxAnswer(MessageBoxAnswer answer) {
+  g_answer = answer;
+}
 
 namespace platform {
 
@@ -60,7 +73,8 @@ int ShowMessageBox(const char* title, const char* text, UINT type) {
                   QApplication::activeWindow());
   box.setTextFormat(Qt::PlainText);  // a file name may look like markup
   const std::vector<BoxButton> buttons = ButtonsOf(type);
-  for (const BoxButton& button : buttons) box.addButton(button.button)->setText(QString::fromUtf8(button.text));
+  for (const BoxButton& button : buttons)
+    box.addButton(button.button)->setText(QString::fromUtf8(button.text));
   const auto preset = static_cast<std::size_t>((type & MB_DEFMASK) >> 8);
   box.setDefaultButton(buttons[std::min(preset, buttons.size() - 1)].button);
   const int pressed = box.exec();

@@ -12,7 +12,9 @@ namespace {
 
 CWinThread* g_thread = nullptr;
 
-bool PreTranslate(MSG* message) { return AfxGetThread()->PreTranslateMessage(message) != 0; }
+bool PreTranslate(MSG* message) {
+  return AfxGetThread()->PreTranslateMessage(message) != 0;
+}
 
 }  // namespace
 
@@ -26,13 +28,18 @@ CWinThread::~CWinThread() {
 }
 
 CWinThread* AfxGetThread() {
-  if (g_thread == nullptr) new CWinThread;  // NOLINT: registers itself; for hosts without an application object
+  if (g_thread == nullptr)
+    new CWinThread;  // NOLINT: registers itself; for hosts without an application object
   return g_thread;
 }
 
-CWnd* AfxGetMainWnd() { return AfxGetThread()->m_pMainWnd; }
+CWnd* AfxGetMainWnd() {
+  return AfxGetThread()->m_pMainWnd;
+}
 
-void AfxPostQuitMessage(int exitCode) { PostQuitMessage(exitCode); }
+void AfxPostQuitMessage(int exitCode) {
+  PostQuitMessage(exitCode);
+}
 
 int CWinThread::Run() {
   for (;;) {

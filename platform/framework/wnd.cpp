@@ -24,7 +24,8 @@ CWnd::~CWnd() {
   if (m_hWnd != nullptr && FromHandlePermanent(m_hWnd) == this) {
     // Too late for handlers of derived classes; the window still has to go.
     const HWND window = m_hWnd;
-    SetWindowLong(window, GWL_WNDPROC, reinterpret_cast<std::intptr_t>(m_pfnSuper != nullptr ? m_pfnSuper : &::DefWindowProc));
+    SetWindowLong(window, GWL_WNDPROC,
+                  reinterpret_cast<std::intptr_t>(m_pfnSuper != nullptr ? m_pfnSuper : &::DefWindowProc));
     Detach();
     ::DestroyWindow(window);
   }
@@ -38,21 +39,23 @@ BOOL CWnd::SubclassWindow(HWND window) {
   return TRUE;
 }
 
-BOOL CWnd::Create(LPCTSTR className, LPCTSTR title, DWORD style, const RECT& rect, CWnd* parent, UINT id, void* context) {
+BOOL CWnd::Create(LPCTSTR className, LPCTSTR title, DWORD style, const RECT& rect, CWnd* parent, UINT id,
+                  void* context) {
   return CreateEx(0, className, title, style | WS_CHILD, rect, parent, id, context);
 }
 
-BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR title, DWORD style, const RECT& rect, CWnd* parent,
-                    UINT id, LPVOID params) {
-  return CreateEx(exStyle, className, title, style, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
-                  parent == nullptr ? nullptr : parent->m_hWnd, reinterpret_cast<HMENU>(static_cast<std::uintptr_t>(id)),
-                  params);
+BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR title, DWORD style, const RECT& rect,
+                    CWnd* parent, UINT id, LPVOID params) {
+  return CreateEx(exStyle, className, title, style, rect.left, rect.top, rect.right - rect.left,
+                  rect.bottom - rect.top, parent == nullptr ? nullptr : parent->m_hWnd,
+                  reinterpret_cast<HMENU>(static_cast<std::uintptr_t>(id)), params);
 }
 
-BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR title, DWORD style, int x, int y, int width, int height,
-                    HWND parent, HMENU menuOrId, LPVOID params) {
+BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR title, DWORD style, int x, int y, int width,
+                    int height, HWND parent, HMENU menuOrId, LPVOID params) {
   if (m_hWnd != nullptr) return FALSE;
-  CREATESTRUCT cs = {params, nullptr, menuOrId, parent, height, width, y, x, style, title, className, exStyle};
+  CREATESTRUCT cs = {params, nullptr, menuOrId, parent, height,    width,
+                     y,      x,       style,    title,  className, exStyle};
   if (PreCreateWindow(cs) == 0) {
     PostNcDestroy();
     return FALSE;
@@ -60,8 +63,8 @@ BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR title, DWORD style
   if (cs.lpszClass == nullptr) cs.lpszClass = AfxRegisterWndClass(CS_DBLCLKS, LoadCursor(nullptr, IDC_ARROW));
   platform::SetCreateHook(&AttachNewWindow);
   CWnd* outer = std::exchange(g_creating, this);
-  const HWND window = CreateWindowEx(cs.dwExStyle, cs.lpszClass, cs.lpszName, cs.style, cs.x, cs.y, cs.cx, cs.cy,
-                                     cs.hwndParent, cs.hMenu, cs.hInstance, cs.lpCreateParams);
+  const HWND window = CreateWindowEx(cs.dwExStyle, cs.lpszClass, cs.lpszName, cs.style, cs.x, cs.y, cs.cx,
+                                     cs.cy, cs.hwndParent, cs.hMenu, cs.hInstance, cs.lpCreateParams);
   const bool neverMade = g_creating == this;
   g_creating = outer;
   if (neverMade) PostNcDestroy();  // of a window that was made, WM_NCDESTROY has called it
@@ -90,9 +93,13 @@ void CWnd::OnNcDestroy() {
   PostNcDestroy();
 }
 
-BOOL CWnd::PreCreateWindow(CREATESTRUCT&) { return TRUE; }
+BOOL CWnd::PreCreateWindow(CREATESTRUCT&) {
+  return TRUE;
+}
 
-BOOL CWnd::PreTranslateMessage(MSG*) { return FALSE; }
+BOOL CWnd::PreTranslateMessage(MSG*) {
+  return FALSE;
+}
 
 namespace {
 
@@ -102,13 +109,16 @@ BOOL Modify(HWND window, int index, DWORD remove, DWORD add, UINT flags) {
   if (style == former || IsWindow(window) == 0) return FALSE;
   SetWindowLong(window, index, static_cast<std::intptr_t>(style));
   if (flags != 0)
-    SetWindowPos(window, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | flags);
+    SetWindowPos(window, nullptr, 0, 0, 0, 0,
+                 SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | flags);
   return TRUE;
 }
 
 }  // namespace
 
-BOOL CWnd::ModifyStyle(DWORD remove, DWORD add, UINT flags) { return Modify(m_hWnd, GWL_STYLE, remove, add, flags); }
+BOOL CWnd::ModifyStyle(DWORD remove, DWORD add, UINT flags) {
+  return Modify(m_hWnd, GWL_STYLE, remove, add, flags);
+}
 
 BOOL CWnd::ModifyStyleEx(DWORD remove, DWORD add, UINT flags) {
   return Modify(m_hWnd, GWL_EXSTYLE, remove, add, flags);
@@ -121,7 +131,8 @@ CFrameWnd* CWnd::GetParentFrame() const {
 }
 
 CFrameWnd* CWnd::GetTopLevelFrame() const {
-  auto* frame = IsKindOf(RUNTIME_CLASS(CFrameWnd)) != 0 ? static_cast<CFrameWnd*>(const_cast<CWnd*>(this)) : GetParentFrame();
+  auto* frame = IsKindOf(RUNTIME_CLASS(CFrameWnd)) != 0 ? static_cast<CFrameWnd*>(const_cast<CWnd*>(this))
+                                                        : GetParentFrame();
   while (frame != nullptr) {
     CFrameWnd* outer = frame->GetParentFrame();
     if (outer == nullptr) break;
@@ -151,7 +162,8 @@ LPCTSTR AfxRegisterWndClass(UINT style, HCURSOR cursor, HBRUSH background, HICON
               reinterpret_cast<std::uintptr_t>(background), reinterpret_cast<std::uintptr_t>(icon));
   const auto [entry, added] = names.emplace(name);
   if (added) {
-    const WNDCLASS windowClass = {style, &::DefWindowProc, 0, 0, nullptr, icon, cursor, background, nullptr, entry->c_str()};
+    const WNDCLASS windowClass = {style, &::DefWindowProc, 0,          0,       nullptr,
+                                  icon,  cursor,           background, nullptr, entry->c_str()};
     RegisterClassA(&windowClass);
   }
   return entry->c_str();

@@ -8,8 +8,9 @@
 class CFrameWnd;
 class CScrollBar;
 
-/// A window as an object. The object and its window are tied by Create or Attach; destroying the object destroys
-/// the window. Handlers of the message map carry the fixed names below; each default calls Default().
+/// A window as an object. The object and its window are tied by Create or Attach; destroying the object
+/// destroys the window. Handlers of the message map carry the fixed names below; each default calls
+/// Default().
 class PLATFORM_API CWnd : public CCmdTarget {
   DECLARE_DYNCREATE(CWnd)
  public:
@@ -35,10 +36,10 @@ class PLATFORM_API CWnd : public CCmdTarget {
   /// A child window. Calls PreCreateWindow, then WM_CREATE runs.
   virtual BOOL Create(LPCTSTR className, LPCTSTR title, DWORD style, const RECT& rect, CWnd* parent, UINT id,
                       void* context = nullptr);
-  BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR title, DWORD style, const RECT& rect, CWnd* parent, UINT id,
-                LPVOID params = nullptr);
-  BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR title, DWORD style, int x, int y, int width, int height,
-                HWND parent, HMENU menuOrId, LPVOID params = nullptr);
+  BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR title, DWORD style, const RECT& rect, CWnd* parent,
+                UINT id, LPVOID params = nullptr);
+  BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR title, DWORD style, int x, int y, int width,
+                int height, HWND parent, HMENU menuOrId, LPVOID params = nullptr);
   virtual BOOL DestroyWindow();
   /// Changes the record before the window is made. FALSE: it isn't made.
   virtual BOOL PreCreateWindow(CREATESTRUCT& cs);
@@ -53,7 +54,8 @@ class PLATFORM_API CWnd : public CCmdTarget {
   }
   DWORD GetStyle() const { return static_cast<DWORD>(GetWindowLong(m_hWnd, GWL_STYLE)); }
   DWORD GetExStyle() const { return static_cast<DWORD>(GetWindowLong(m_hWnd, GWL_EXSTYLE)); }
-  /// flags other than 0: also SetWindowPos with them and SWP_NOSIZE, SWP_NOMOVE, SWP_NOZORDER. FALSE: no change.
+  /// flags other than 0: also SetWindowPos with them and SWP_NOSIZE, SWP_NOMOVE, SWP_NOZORDER. FALSE: no
+  /// change.
   BOOL ModifyStyle(DWORD remove, DWORD add, UINT flags = 0);
   BOOL ModifyStyleEx(DWORD remove, DWORD add, UINT flags = 0);
   void SetWindowText(LPCTSTR text) { ::SetWindowText(m_hWnd, text); }
@@ -98,7 +100,9 @@ class PLATFORM_API CWnd : public CCmdTarget {
 
   BOOL SetScrollInfo(int bar, LPSCROLLINFO info, BOOL redraw = TRUE);
   BOOL GetScrollInfo(int bar, LPSCROLLINFO info, UINT mask = SIF_ALL);
-  int SetScrollPos(int bar, int position, BOOL redraw = TRUE) { return ::SetScrollPos(m_hWnd, bar, position, redraw); }
+  int SetScrollPos(int bar, int position, BOOL redraw = TRUE) {
+    return ::SetScrollPos(m_hWnd, bar, position, redraw);
+  }
   int GetScrollPos(int bar) const { return ::GetScrollPos(m_hWnd, bar); }
   void SetScrollRange(int bar, int low, int high, BOOL redraw = TRUE) {
     ::SetScrollRange(m_hWnd, bar, low, high, redraw);

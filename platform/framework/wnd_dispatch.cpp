@@ -26,9 +26,13 @@ Result Call(CWnd* window, AFX_PMSG handler, Args... args) {
   return AfxCallHandler<Result, Args...>(window, handler, args...);
 }
 
-CWnd* WindowOf(WPARAM handle) { return CWnd::FromHandle(reinterpret_cast<HWND>(handle)); }
+CWnd* WindowOf(WPARAM handle) {
+  return CWnd::FromHandle(reinterpret_cast<HWND>(handle));
+}
 
-CPoint PointOf(LPARAM words) { return {GET_X_LPARAM(words), GET_Y_LPARAM(words)}; }
+CPoint PointOf(LPARAM words) {
+  return {GET_X_LPARAM(words), GET_Y_LPARAM(words)};
+}
 
 /// Unpacks the words as the handler's arguments. False for a handler that isn't one of a window message.
 bool Invoke(CWnd* w, const AFX_MSGMAP_ENTRY& entry, WPARAM wParam, LPARAM lParam, LRESULT& result) {
@@ -38,35 +42,68 @@ bool Invoke(CWnd* w, const AFX_MSGMAP_ENTRY& entry, WPARAM wParam, LPARAM lParam
   const auto words = static_cast<WPARAM>(lParam);
   result = 0;
   switch (entry.nSig) {
-    case AfxSig_bD: result = Call<BOOL>(w, pfn, CDC::FromHandle(reinterpret_cast<HDC>(wParam))); break;
+    case AfxSig_bD:
+      result = Call<BOOL>(w, pfn, CDC::FromHandle(reinterpret_cast<HDC>(wParam)));
+      break;
     case AfxSig_bWww:
       result = Call<BOOL, CWnd*, UINT, UINT>(w, pfn, WindowOf(wParam), LOWORD(words), HIWORD(words));
       break;
-    case AfxSig_is: result = Call<int>(w, pfn, reinterpret_cast<LPCREATESTRUCT>(lParam)); break;
-    case AfxSig_lwl: result = Call<LRESULT>(w, pfn, wParam, lParam); break;
-    case AfxSig_vv: Call<void>(w, pfn); break;
-    case AfxSig_vw: Call<void>(w, pfn, static_cast<UINT>(wParam)); break;
-    case AfxSig_vb: Call<void>(w, pfn, static_cast<BOOL>(wParam)); break;
-    case AfxSig_vbw: Call<void>(w, pfn, static_cast<BOOL>(wParam), static_cast<UINT>(lParam)); break;
-    case AfxSig_vtimer: Call<void>(w, pfn, static_cast<std::uintptr_t>(wParam)); break;
+    case AfxSig_is:
+      result = Call<int>(w, pfn, reinterpret_cast<LPCREATESTRUCT>(lParam));
+      break;
+    case AfxSig_lwl:
+      result = Call<LRESULT>(w, pfn, wParam, lParam);
+      break;
+    case AfxSig_vv:
+      Call<void>(w, pfn);
+      break;
+    case AfxSig_vw:
+      Call<void>(w, pfn, static_cast<UINT>(wParam));
+      break;
+    case AfxSig_vb:
+      Call<void>(w, pfn, static_cast<BOOL>(wParam));
+      break;
+    case AfxSig_vbw:
+      Call<void>(w, pfn, static_cast<BOOL>(wParam), static_cast<UINT>(lParam));
+      break;
+    case AfxSig_vtimer:
+      Call<void>(w, pfn, static_cast<std::uintptr_t>(wParam));
+      break;
     case AfxSig_vwww:
       Call<void, UINT, UINT, UINT>(w, pfn, static_cast<UINT>(wParam), LOWORD(words), HIWORD(words));
       break;
-    case AfxSig_vwp: Call<void>(w, pfn, static_cast<UINT>(wParam), PointOf(lParam)); break;
+    case AfxSig_vwp:
+      Call<void>(w, pfn, static_cast<UINT>(wParam), PointOf(lParam));
+      break;
     case AfxSig_vwii:
       Call<void, UINT, int, int>(w, pfn, static_cast<UINT>(wParam), LOWORD(words), HIWORD(words));
       break;
-    case AfxSig_vii: Call<void, int, int>(w, pfn, GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)); break;
-    case AfxSig_vscroll: Call<void, UINT, UINT, CScrollBar*>(w, pfn, low, high, nullptr); break;
-    case AfxSig_vW: Call<void>(w, pfn, WindowOf(wParam)); break;
-    case AfxSig_vWl: Call<void>(w, pfn, WindowOf(words)); break;
-    case AfxSig_vWp: Call<void>(w, pfn, WindowOf(wParam), PointOf(lParam)); break;
-    case AfxSig_vactivate: Call<void, UINT, CWnd*, BOOL>(w, pfn, low, WindowOf(words), high != 0); break;
+    case AfxSig_vii:
+      Call<void, int, int>(w, pfn, GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam));
+      break;
+    case AfxSig_vscroll:
+      Call<void, UINT, UINT, CScrollBar*>(w, pfn, low, high, nullptr);
+      break;
+    case AfxSig_vW:
+      Call<void>(w, pfn, WindowOf(wParam));
+      break;
+    case AfxSig_vWl:
+      Call<void>(w, pfn, WindowOf(words));
+      break;
+    case AfxSig_vWp:
+      Call<void>(w, pfn, WindowOf(wParam), PointOf(lParam));
+      break;
+    case AfxSig_vactivate:
+      Call<void, UINT, CWnd*, BOOL>(w, pfn, low, WindowOf(words), high != 0);
+      break;
     case AfxSig_bwheel:
       result = Call<BOOL, UINT, short, CPoint>(w, pfn, low, static_cast<short>(high), PointOf(lParam));
       break;
-    case AfxSig_vdrop: Call<void>(w, pfn, reinterpret_cast<HDROP>(wParam)); break;
-    default: return false;
+    case AfxSig_vdrop:
+      Call<void>(w, pfn, reinterpret_cast<HDROP>(wParam));
+      break;
+    default:
+      return false;
   }
   return true;
 }
@@ -102,7 +139,9 @@ BOOL CWnd::OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result)
   return entry != nullptr && Invoke(this, *entry, wParam, lParam, *result);
 }
 
-LRESULT CWnd::Default() { return DefWindowProc(g_current.message, g_current.wParam, g_current.lParam); }
+LRESULT CWnd::Default() {
+  return DefWindowProc(g_current.message, g_current.wParam, g_current.lParam);
+}
 
 LRESULT CWnd::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
   return m_pfnSuper != nullptr ? m_pfnSuper(m_hWnd, message, wParam, lParam)

@@ -44,7 +44,9 @@ CWnd* CWnd::FromHandle(HWND window) {
   return temporary.get();
 }
 
-void CWnd::DeleteTempMap() { TemporaryMap().clear(); }
+void CWnd::DeleteTempMap() {
+  TemporaryMap().clear();
+}
 
 BOOL CWnd::Attach(HWND window) {
   if (window == nullptr || m_hWnd != nullptr || FromHandlePermanent(window) != nullptr) return FALSE;

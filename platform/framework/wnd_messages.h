@@ -15,7 +15,8 @@
 #define ON_WM_SETFOCUS() PLATFORM_ON_WM(WM_SETFOCUS, AfxSig_vW, void (ThisClass::*)(CWnd*), OnSetFocus)
 #define ON_WM_KILLFOCUS() PLATFORM_ON_WM(WM_KILLFOCUS, AfxSig_vW, void (ThisClass::*)(CWnd*), OnKillFocus)
 #define ON_WM_ENABLE() PLATFORM_ON_WM(WM_ENABLE, AfxSig_vb, void (ThisClass::*)(BOOL), OnEnable)
-#define ON_WM_SHOWWINDOW() PLATFORM_ON_WM(WM_SHOWWINDOW, AfxSig_vbw, void (ThisClass::*)(BOOL, UINT), OnShowWindow)
+#define ON_WM_SHOWWINDOW() \
+  PLATFORM_ON_WM(WM_SHOWWINDOW, AfxSig_vbw, void (ThisClass::*)(BOOL, UINT), OnShowWindow)
 #define ON_WM_PAINT() PLATFORM_ON_WM(WM_PAINT, AfxSig_vv, void (ThisClass::*)(), OnPaint)
 #define ON_WM_ERASEBKGND() PLATFORM_ON_WM(WM_ERASEBKGND, AfxSig_bD, BOOL (ThisClass::*)(CDC*), OnEraseBkgnd)
 #define ON_WM_CLOSE() PLATFORM_ON_WM(WM_CLOSE, AfxSig_vv, void (ThisClass::*)(), OnClose)
@@ -23,7 +24,8 @@
   PLATFORM_ON_WM(WM_SETCURSOR, AfxSig_bWww, BOOL (ThisClass::*)(CWnd*, UINT, UINT), OnSetCursor)
 #define ON_WM_CONTEXTMENU() \
   PLATFORM_ON_WM(WM_CONTEXTMENU, AfxSig_vWp, void (ThisClass::*)(CWnd*, CPoint), OnContextMenu)
-#define ON_WM_KEYDOWN() PLATFORM_ON_WM(WM_KEYDOWN, AfxSig_vwww, void (ThisClass::*)(UINT, UINT, UINT), OnKeyDown)
+#define ON_WM_KEYDOWN() \
+  PLATFORM_ON_WM(WM_KEYDOWN, AfxSig_vwww, void (ThisClass::*)(UINT, UINT, UINT), OnKeyDown)
 #define ON_WM_KEYUP() PLATFORM_ON_WM(WM_KEYUP, AfxSig_vwww, void (ThisClass::*)(UINT, UINT, UINT), OnKeyUp)
 #define ON_WM_CHAR() PLATFORM_ON_WM(WM_CHAR, AfxSig_vwww, void (ThisClass::*)(UINT, UINT, UINT), OnChar)
 #define ON_WM_TIMER() PLATFORM_ON_WM(WM_TIMER, AfxSig_vtimer, void (ThisClass::*)(std::uintptr_t), OnTimer)
@@ -31,15 +33,18 @@
   PLATFORM_ON_WM(WM_HSCROLL, AfxSig_vscroll, void (ThisClass::*)(UINT, UINT, CScrollBar*), OnHScroll)
 #define ON_WM_VSCROLL() \
   PLATFORM_ON_WM(WM_VSCROLL, AfxSig_vscroll, void (ThisClass::*)(UINT, UINT, CScrollBar*), OnVScroll)
-#define ON_WM_MOUSEMOVE() PLATFORM_ON_WM(WM_MOUSEMOVE, AfxSig_vwp, void (ThisClass::*)(UINT, CPoint), OnMouseMove)
+#define ON_WM_MOUSEMOVE() \
+  PLATFORM_ON_WM(WM_MOUSEMOVE, AfxSig_vwp, void (ThisClass::*)(UINT, CPoint), OnMouseMove)
 #define ON_WM_LBUTTONDOWN() \
   PLATFORM_ON_WM(WM_LBUTTONDOWN, AfxSig_vwp, void (ThisClass::*)(UINT, CPoint), OnLButtonDown)
-#define ON_WM_LBUTTONUP() PLATFORM_ON_WM(WM_LBUTTONUP, AfxSig_vwp, void (ThisClass::*)(UINT, CPoint), OnLButtonUp)
+#define ON_WM_LBUTTONUP() \
+  PLATFORM_ON_WM(WM_LBUTTONUP, AfxSig_vwp, void (ThisClass::*)(UINT, CPoint), OnLButtonUp)
 #define ON_WM_LBUTTONDBLCLK() \
   PLATFORM_ON_WM(WM_LBUTTONDBLCLK, AfxSig_vwp, void (ThisClass::*)(UINT, CPoint), OnLButtonDblClk)
 #define ON_WM_RBUTTONDOWN() \
   PLATFORM_ON_WM(WM_RBUTTONDOWN, AfxSig_vwp, void (ThisClass::*)(UINT, CPoint), OnRButtonDown)
-#define ON_WM_RBUTTONUP() PLATFORM_ON_WM(WM_RBUTTONUP, AfxSig_vwp, void (ThisClass::*)(UINT, CPoint), OnRButtonUp)
+#define ON_WM_RBUTTONUP() \
+  PLATFORM_ON_WM(WM_RBUTTONUP, AfxSig_vwp, void (ThisClass::*)(UINT, CPoint), OnRButtonUp)
 #define ON_WM_MOUSEWHEEL() \
   PLATFORM_ON_WM(WM_MOUSEWHEEL, AfxSig_bwheel, BOOL (ThisClass::*)(UINT, short, CPoint), OnMouseWheel)
 #define ON_WM_CAPTURECHANGED() \

@@ -21,7 +21,8 @@ class QuitFilter : public QObject {
 };
 
 std::unique_ptr<QApplication>& Owned() {
-  static auto* application = new std::unique_ptr<QApplication>;  // ended by EndApplication, not by static teardown
+  static auto* application =
+      new std::unique_ptr<QApplication>;  // ended by EndApplication, not by static teardown
   return *application;
 }
 

@@ -17,9 +17,11 @@ platform::HandleTable<QCursor, HCURSOR>& Cursors() {
 HCURSOR g_cursor = nullptr;
 
 HCURSOR SystemCursor(std::uintptr_t id) {
-  static const std::map<std::uintptr_t, Qt::CursorShape> shapes = {
-      {32512, Qt::ArrowCursor}, {32513, Qt::IBeamCursor},  {32514, Qt::WaitCursor},
-      {32515, Qt::CrossCursor}, {32644, Qt::SizeHorCursor}};
+  static const std::map<std::uintptr_t, Qt::CursorShape> shapes = {{32512, Qt::ArrowCursor},
+                                                                   {32513, Qt::IBeamCursor},
+                                                                   {32514, Qt::WaitCursor},
+                                                                   {32515, Qt::CrossCursor},
+                                                                   {32644, Qt::SizeHorCursor}};
   static std::map<std::uintptr_t, HCURSOR> loaded;
   const auto shape = shapes.find(id);
   if (shape == shapes.end()) return nullptr;
@@ -47,4 +49,6 @@ HCURSOR SetCursor(HCURSOR cursor) {
   return former;
 }
 
-HCURSOR GetCursor() { return g_cursor; }
+HCURSOR GetCursor() {
+  return g_cursor;
+}

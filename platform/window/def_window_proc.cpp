@@ -37,7 +37,8 @@ LRESULT EraseBackground(HWND handle, const WindowRecord& window, HDC dc) {
 
 LRESULT SetClassCursor(HWND handle, const WindowRecord& window, WPARAM under, LPARAM hit) {
   // A parent may set the cursor for its children; the class's own cursor comes last.
-  if (window.IsChild() && window.parent != nullptr && SendMessage(window.parent, WM_SETCURSOR, under, hit) != 0)
+  if (window.IsChild() && window.parent != nullptr &&
+      SendMessage(window.parent, WM_SETCURSOR, under, hit) != 0)
     return TRUE;
   if (reinterpret_cast<HWND>(under) != handle) return FALSE;
   const WindowRecord* alive = FindWindowRecord(handle);
@@ -58,12 +59,19 @@ LRESULT DefWindowProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   WindowRecord* window = FindWindowRecord(handle);
   if (window == nullptr) return 0;
   switch (message) {
-    case WM_NCCREATE: return TRUE;
-    case WM_SETTEXT: return SetText(*window, lParam);
-    case WM_GETTEXT: return GetText(*window, wParam, lParam);
-    case WM_GETTEXTLENGTH: return static_cast<LRESULT>(window->text.size());
-    case WM_CLOSE: DestroyWindow(handle); return 0;
-    case WM_ERASEBKGND: return EraseBackground(handle, *window, reinterpret_cast<HDC>(wParam));
+    case WM_NCCREATE:
+      return TRUE;
+    case WM_SETTEXT:
+      return SetText(*window, lParam);
+    case WM_GETTEXT:
+      return GetText(*window, wParam, lParam);
+    case WM_GETTEXTLENGTH:
+      return static_cast<LRESULT>(window->text.size());
+    case WM_CLOSE:
+      DestroyWindow(handle);
+      return 0;
+    case WM_ERASEBKGND:
+      return EraseBackground(handle, *window, reinterpret_cast<HDC>(wParam));
     case WM_PAINT: {
       PAINTSTRUCT paint;
       BeginPaint(handle, &paint);
@@ -74,18 +82,24 @@ LRESULT DefWindowProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
       // The keyboard goes to the window itself unless something in it had it before.
       if (wParam != 0 && window->frame && window->frame->focusWidget() == nullptr) SetFocus(handle);
       return 0;
-    case WM_SETCURSOR: return SetClassCursor(handle, *window, wParam, lParam);
+    case WM_SETCURSOR:
+      return SetClassCursor(handle, *window, wParam, lParam);
     case WM_RBUTTONUP: {
       POINT point = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
       ClientToScreen(handle, &point);
-      return SendMessage(handle, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(handle), MAKELPARAM(point.x, point.y));
+      return SendMessage(handle, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(handle),
+                         MAKELPARAM(point.x, point.y));
     }
-    case WM_CONTEXTMENU: return ContextMenuFor(handle, wParam, lParam);
+    case WM_CONTEXTMENU:
+      return ContextMenuFor(handle, wParam, lParam);
     case WM_MOUSEWHEEL:
-      return window->IsChild() && window->parent != nullptr ? SendMessage(window->parent, message, wParam, lParam) : 0;
+      return window->IsChild() && window->parent != nullptr
+                 ? SendMessage(window->parent, message, wParam, lParam)
+                 : 0;
     case WM_CANCELMODE:
       if (GetCapture() == handle) ReleaseCapture();
       return 0;
-    default: return 0;
+    default:
+      return 0;
   }
 }

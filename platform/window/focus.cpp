@@ -10,7 +10,7 @@ using platform::WindowRecord;
 
 namespace {
 
-HWND g_focus = nullptr;    // the program's idea of it, which Qt follows when the window is active
+HWND g_focus = nullptr;  // the program's idea of it, which Qt follows when the window is active
 HWND g_capture = nullptr;
 
 /// Moves the focus and tells both windows.
@@ -26,7 +26,9 @@ void MoveFocus(HWND window) {
 
 namespace platform {
 
-void FocusGained(HWND window) { MoveFocus(window); }
+void FocusGained(HWND window) {
+  MoveFocus(window);
+}
 
 void FocusLost(HWND window) {
   if (g_focus == window) MoveFocus(nullptr);
@@ -37,7 +39,9 @@ void ForgetInputWindow(HWND window) {
   if (g_capture == window) g_capture = nullptr;
 }
 
-void CaptureLost() { ReleaseCapture(); }
+void CaptureLost() {
+  ReleaseCapture();
+}
 
 }  // namespace platform
 
@@ -47,11 +51,14 @@ HWND SetFocus(HWND handle) {
   if (handle != nullptr && (window == nullptr || !platform::IsEnabledChain(handle))) return nullptr;
   MoveFocus(handle);
   window = FindWindowRecord(handle);
-  if (g_focus == handle && window != nullptr && window->client) window->client->setFocus(Qt::OtherFocusReason);
+  if (g_focus == handle && window != nullptr && window->client)
+    window->client->setFocus(Qt::OtherFocusReason);
   return former;
 }
 
-HWND GetFocus() { return g_focus; }
+HWND GetFocus() {
+  return g_focus;
+}
 
 HWND SetCapture(HWND handle) {
   WindowRecord* window = FindWindowRecord(handle);
@@ -72,4 +79,6 @@ BOOL ReleaseCapture() {
   return TRUE;
 }
 
-HWND GetCapture() { return g_capture; }
+HWND GetCapture() {
+  return g_capture;
+}

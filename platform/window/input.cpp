@@ -40,7 +40,9 @@ DWORD TypedCharacter(const QKeyEvent& event) {
 
 }  // namespace
 
-bool TakesInput(HWND window) { return FindWindowRecord(window) != nullptr && IsEnabledChain(window); }
+bool TakesInput(HWND window) {
+  return FindWindowRecord(window) != nullptr && IsEnabledChain(window);
+}
 
 bool QueueKey(HWND window, const QKeyEvent& event) {
   const HWND target = KeyTarget(window);
@@ -52,8 +54,8 @@ bool QueueKey(HWND window, const QKeyEvent& event) {
   const UINT message = down ? (system ? WM_SYSKEYDOWN : WM_KEYDOWN) : (system ? WM_SYSKEYUP : WM_KEYUP);
   // Bits 0 to 15 the repeat count, 30 down before, 31 being let go.
   const DWORD flags = 1U | (event.isAutoRepeat() ? 1U << 30 : 0) | (down ? 0 : 3U << 30);
-  Queue::Instance().PostInput({target, message, static_cast<WPARAM>(key), static_cast<LPARAM>(flags), MessageTime(),
-                               PointerPosition(), down ? typed : 0});
+  Queue::Instance().PostInput({target, message, static_cast<WPARAM>(key), static_cast<LPARAM>(flags),
+                               MessageTime(), PointerPosition(), down ? typed : 0});
   return true;
 }
 
@@ -74,8 +76,12 @@ void QueueMouse(HWND window, const QMouseEvent& event, UINT message, const QWidg
                 MAKELPARAM(HTCLIENT, static_cast<int>(message)));
   if (!TakesInput(target)) return;
   const QPoint global = event.globalPosition().toPoint();
-  Queue::Instance().PostInput({target, message, MouseFlags(event.buttons(), event.modifiers()),
-                               MAKELPARAM(point.x(), point.y()), MessageTime(), {global.x(), global.y()},
+  Queue::Instance().PostInput({target,
+                               message,
+                               MouseFlags(event.buttons(), event.modifiers()),
+                               MAKELPARAM(point.x(), point.y()),
+                               MessageTime(),
+                               {global.x(), global.y()},
                                AltState(event.modifiers())});
 }
 
@@ -87,8 +93,12 @@ void QueueWheel(HWND window, const QWheelEvent& event) {
   if (turn == 0 || !TakesInput(target)) return;
   const QPoint global = event.globalPosition().toPoint();
   const UINT flags = MouseFlags(event.buttons(), event.modifiers());
-  Queue::Instance().PostInput({target, WM_MOUSEWHEEL, MAKEWPARAM(static_cast<int>(flags), turn),
-                               MAKELPARAM(global.x(), global.y()), MessageTime(), {global.x(), global.y()},
+  Queue::Instance().PostInput({target,
+                               WM_MOUSEWHEEL,
+                               MAKEWPARAM(static_cast<int>(flags), turn),
+                               MAKELPARAM(global.x(), global.y()),
+                               MessageTime(),
+                               {global.x(), global.y()},
                                AltState(event.modifiers())});
 }
 

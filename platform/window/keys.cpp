@@ -18,15 +18,33 @@ struct KeyPair {
 };
 
 constexpr KeyPair kKeys[] = {
-    {Qt::Key_Backspace, VK_BACK}, {Qt::Key_Tab, VK_TAB},         {Qt::Key_Backtab, VK_TAB},
-    {Qt::Key_Return, VK_RETURN},  {Qt::Key_Enter, VK_RETURN},    {Qt::Key_Shift, VK_SHIFT},
-    {Qt::Key_Control, VK_CONTROL}, {Qt::Key_Alt, VK_MENU},       {Qt::Key_AltGr, VK_MENU},
-    {Qt::Key_Pause, VK_PAUSE},    {Qt::Key_CapsLock, VK_CAPITAL}, {Qt::Key_Escape, VK_ESCAPE},
-    {Qt::Key_Space, VK_SPACE},    {Qt::Key_PageUp, VK_PRIOR},    {Qt::Key_PageDown, VK_NEXT},
-    {Qt::Key_End, VK_END},        {Qt::Key_Home, VK_HOME},       {Qt::Key_Left, VK_LEFT},
-    {Qt::Key_Up, VK_UP},          {Qt::Key_Right, VK_RIGHT},     {Qt::Key_Down, VK_DOWN},
-    {Qt::Key_Insert, VK_INSERT},  {Qt::Key_Delete, VK_DELETE},   {Qt::Key_Menu, VK_APPS},
-    {Qt::Key_Plus, VK_OEM_PLUS},  {Qt::Key_Comma, VK_OEM_COMMA}, {Qt::Key_Minus, VK_OEM_MINUS},
+    {Qt::Key_Backspace, VK_BACK},
+    {Qt::Key_Tab, VK_TAB},
+    {Qt::Key_Backtab, VK_TAB},
+    {Qt::Key_Return, VK_RETURN},
+    {Qt::Key_Enter, VK_RETURN},
+    {Qt::Key_Shift, VK_SHIFT},
+    {Qt::Key_Control, VK_CONTROL},
+    {Qt::Key_Alt, VK_MENU},
+    {Qt::Key_AltGr, VK_MENU},
+    {Qt::Key_Pause, VK_PAUSE},
+    {Qt::Key_CapsLock, VK_CAPITAL},
+    {Qt::Key_Escape, VK_ESCAPE},
+    {Qt::Key_Space, VK_SPACE},
+    {Qt::Key_PageUp, VK_PRIOR},
+    {Qt::Key_PageDown, VK_NEXT},
+    {Qt::Key_End, VK_END},
+    {Qt::Key_Home, VK_HOME},
+    {Qt::Key_Left, VK_LEFT},
+    {Qt::Key_Up, VK_UP},
+    {Qt::Key_Right, VK_RIGHT},
+    {Qt::Key_Down, VK_DOWN},
+    {Qt::Key_Insert, VK_INSERT},
+    {Qt::Key_Delete, VK_DELETE},
+    {Qt::Key_Menu, VK_APPS},
+    {Qt::Key_Plus, VK_OEM_PLUS},
+    {Qt::Key_Comma, VK_OEM_COMMA},
+    {Qt::Key_Minus, VK_OEM_MINUS},
     {Qt::Key_Period, VK_OEM_PERIOD},
 };
 
@@ -54,10 +72,15 @@ int platform::VirtualKeyOf(const QKeyEvent& event) {
 void platform::TrackKeyState(const MSG& message) {
   switch (message.message) {
     case WM_KEYDOWN:
-    case WM_SYSKEYDOWN: SetDown(message.wParam, true); return;
+    case WM_SYSKEYDOWN:
+      SetDown(message.wParam, true);
+      return;
     case WM_KEYUP:
-    case WM_SYSKEYUP: SetDown(message.wParam, false); return;
-    default: break;
+    case WM_SYSKEYUP:
+      SetDown(message.wParam, false);
+      return;
+    default:
+      break;
   }
   if (message.message < WM_MOUSEFIRST || message.message > WM_MOUSELAST) return;
   // Mouse messages carry the truth about buttons and two of the modifiers; a key let go in another program's
@@ -72,6 +95,7 @@ void platform::TrackKeyState(const MSG& message) {
 }
 
 short GetKeyState(int key) {
-  const bool down = key >= 0 && key < static_cast<int>(g_down.size()) && g_down[static_cast<std::size_t>(key)];
+  const bool down =
+      key >= 0 && key < static_cast<int>(g_down.size()) && g_down[static_cast<std::size_t>(key)];
   return down ? static_cast<short>(0xff80) : static_cast<short>(0);
 }

@@ -73,10 +73,14 @@ enum : UINT { SIZE_RESTORED = 0, SIZE_MINIMIZED = 1, SIZE_MAXIMIZED = 2 };
 
 /// Scroll codes in the low word of WM_HSCROLL and WM_VSCROLL.
 enum : int {
-  SB_LINEUP = 0, SB_LINELEFT = 0,
-  SB_LINEDOWN = 1, SB_LINERIGHT = 1,
-  SB_PAGEUP = 2, SB_PAGELEFT = 2,
-  SB_PAGEDOWN = 3, SB_PAGERIGHT = 3,
+  SB_LINEUP = 0,
+  SB_LINELEFT = 0,
+  SB_LINEDOWN = 1,
+  SB_LINERIGHT = 1,
+  SB_PAGEUP = 2,
+  SB_PAGELEFT = 2,
+  SB_PAGEDOWN = 3,
+  SB_PAGERIGHT = 3,
   SB_THUMBPOSITION = 4,
   SB_THUMBTRACK = 5,
   SB_TOP = 6,
@@ -119,16 +123,43 @@ enum : int { HTNOWHERE = 0, HTCLIENT = 1, HTCAPTION = 2, HTHSCROLL = 6, HTVSCROL
 
 /// Virtual keys; letters and digits are their upper-case ASCII codes.
 enum : int {
-  VK_LBUTTON = 0x01, VK_RBUTTON = 0x02, VK_CANCEL = 0x03, VK_MBUTTON = 0x04,
-  VK_BACK = 0x08, VK_TAB = 0x09, VK_RETURN = 0x0D,
-  VK_SHIFT = 0x10, VK_CONTROL = 0x11, VK_MENU = 0x12, VK_PAUSE = 0x13, VK_CAPITAL = 0x14,
-  VK_ESCAPE = 0x1B, VK_SPACE = 0x20,
-  VK_PRIOR = 0x21, VK_NEXT = 0x22, VK_END = 0x23, VK_HOME = 0x24,
-  VK_LEFT = 0x25, VK_UP = 0x26, VK_RIGHT = 0x27, VK_DOWN = 0x28,
-  VK_INSERT = 0x2D, VK_DELETE = 0x2E, VK_APPS = 0x5D,
-  VK_NUMPAD0 = 0x60, VK_MULTIPLY = 0x6A, VK_ADD = 0x6B, VK_SUBTRACT = 0x6D, VK_DECIMAL = 0x6E, VK_DIVIDE = 0x6F,
-  VK_F1 = 0x70, VK_F24 = 0x87,
-  VK_OEM_PLUS = 0xBB, VK_OEM_COMMA = 0xBC, VK_OEM_MINUS = 0xBD, VK_OEM_PERIOD = 0xBE,
+  VK_LBUTTON = 0x01,
+  VK_RBUTTON = 0x02,
+  VK_CANCEL = 0x03,
+  VK_MBUTTON = 0x04,
+  VK_BACK = 0x08,
+  VK_TAB = 0x09,
+  VK_RETURN = 0x0D,
+  VK_SHIFT = 0x10,
+  VK_CONTROL = 0x11,
+  VK_MENU = 0x12,
+  VK_PAUSE = 0x13,
+  VK_CAPITAL = 0x14,
+  VK_ESCAPE = 0x1B,
+  VK_SPACE = 0x20,
+  VK_PRIOR = 0x21,
+  VK_NEXT = 0x22,
+  VK_END = 0x23,
+  VK_HOME = 0x24,
+  VK_LEFT = 0x25,
+  VK_UP = 0x26,
+  VK_RIGHT = 0x27,
+  VK_DOWN = 0x28,
+  VK_INSERT = 0x2D,
+  VK_DELETE = 0x2E,
+  VK_APPS = 0x5D,
+  VK_NUMPAD0 = 0x60,
+  VK_MULTIPLY = 0x6A,
+  VK_ADD = 0x6B,
+  VK_SUBTRACT = 0x6D,
+  VK_DECIMAL = 0x6E,
+  VK_DIVIDE = 0x6F,
+  VK_F1 = 0x70,
+  VK_F24 = 0x87,
+  VK_OEM_PLUS = 0xBB,
+  VK_OEM_COMMA = 0xBC,
+  VK_OEM_MINUS = 0xBD,
+  VK_OEM_PERIOD = 0xBE,
 };
 
 struct tagMSG {
@@ -136,9 +167,9 @@ struct tagMSG {
   UINT message;
   WPARAM wParam;
   LPARAM lParam;
-  DWORD time;         ///< milliseconds
-  POINT pt;           ///< pointer in screen coordinates
-  DWORD lPrivate;     ///< of a key message: the character that it types, 0 none
+  DWORD time;      ///< milliseconds
+  POINT pt;        ///< pointer in screen coordinates
+  DWORD lPrivate;  ///< of a key message: the character that it types, 0 none
 };
 using MSG = tagMSG;
 using LPMSG = MSG*;

@@ -1,5 +1,5 @@
-#include <QPainter>
 #include <QPaintEvent>
+#include <QPainter>
 #include <cmath>
 #include <map>
 
@@ -21,12 +21,12 @@ std::map<HDC, HWND>& WindowDCs() {
 HDC OpenWindowDC(WindowRecord& window, const QRegion& clip) {
   const HWND handle = window.handle;
   QImage* image = window.surface.isNull() ? nullptr : &window.surface;
-  const HDC dc = platform::CreateWindowSurfaceDC(image, window.surface.devicePixelRatio(), clip,
-                                                 [handle](const QRect& drawn) {
-    const WindowRecord* record = FindWindowRecord(handle);
-    // Inside Qt's own painting the surface is shown right after.
-    if (record != nullptr && record->client && !record->inQtPaint) record->client->update(drawn);
-  });
+  const HDC dc = platform::CreateWindowSurfaceDC(
+      image, window.surface.devicePixelRatio(), clip, [handle](const QRect& drawn) {
+        const WindowRecord* record = FindWindowRecord(handle);
+        // Inside Qt's own painting the surface is shown right after.
+        if (record != nullptr && record->client && !record->inQtPaint) record->client->update(drawn);
+      });
   if (dc != nullptr) WindowDCs()[dc] = handle;
   return dc;
 }
@@ -35,9 +35,13 @@ void CloseWindowDC(HDC dc) {
   if (WindowDCs().erase(dc) != 0) platform::DestroySurfaceDC(dc);
 }
 
-QRect ToQRect(const RECT& rect) { return {rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top}; }
+QRect ToQRect(const RECT& rect) {
+  return {rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top};
+}
 
-RECT ToRect(const QRect& rect) { return {rect.left(), rect.top(), rect.right() + 1, rect.bottom() + 1}; }
+RECT ToRect(const QRect& rect) {
+  return {rect.left(), rect.top(), rect.right() + 1, rect.bottom() + 1};
+}
 
 }  // namespace
 
@@ -98,7 +102,8 @@ void ForgetWindowDCs(HWND window) {
 void ClientWidget::paintEvent(QPaintEvent* event) {
   WindowRecord* window = FindWindowRecord(m_window);
   if (window == nullptr) return;
-  if (window->surface.devicePixelRatio() != devicePixelRatioF()) ResizeSurface(*window);  // moved to another screen
+  if (window->surface.devicePixelRatio() != devicePixelRatioF())
+    ResizeSurface(*window);  // moved to another screen
   const QRegion painted = window->invalid;
   if (!painted.isEmpty() && window->paintDepth == 0) {
     window->inQtPaint = true;
@@ -151,7 +156,8 @@ BOOL UpdateWindow(HWND handle) {
 }
 
 BOOL RedrawWindow(HWND handle, const RECT* rect, HRGN, UINT flags) {
-  if ((flags & RDW_INVALIDATE) != 0 && InvalidateRect(handle, rect, (flags & RDW_ERASE) != 0) == 0) return FALSE;
+  if ((flags & RDW_INVALIDATE) != 0 && InvalidateRect(handle, rect, (flags & RDW_ERASE) != 0) == 0)
+    return FALSE;
   if ((flags & RDW_ALLCHILDREN) != 0) {
     const WindowRecord* window = FindWindowRecord(handle);
     const std::vector<HWND> children = window == nullptr ? std::vector<HWND>() : window->children;

@@ -3,13 +3,14 @@
 #include "platform/base/export.h"
 #include "platform/window/messages.h"
 
-// The message queue of the user-interface thread. Taken in this order: posted messages, input, WM_QUIT, timers.
+// The message queue of the user-interface thread. Taken in this order: posted messages, input, WM_QUIT,
+// timers.
 
 enum : UINT { PM_NOREMOVE = 0, PM_REMOVE = 1 };
 
-/// Looks for a message, optionally of one window (null: all) and of a range of numbers (0, 0: all). Never waits,
-/// except that a loop which polls with PM_NOREMOVE is held for a few milliseconds, so that it doesn't burn the
-/// processor. Nothing is dispatched, apart from painting, sizes and focus.
+/// Looks for a message, optionally of one window (null: all) and of a range of numbers (0, 0: all). Never
+/// waits, except that a loop which polls with PM_NOREMOVE is held for a few milliseconds, so that it doesn't
+/// burn the processor. Nothing is dispatched, apart from painting, sizes and focus.
 PLATFORM_API BOOL PeekMessage(MSG* message, HWND window, UINT first, UINT last, UINT remove);
 inline BOOL PeekMessageA(MSG* message, HWND window, UINT first, UINT last, UINT remove) {
   return PeekMessage(message, window, first, last, remove);
@@ -30,7 +31,8 @@ PLATFORM_API void SetPreTranslateHook(PreTranslateHook hook);
 using CreateHook = void (*)(HWND window);
 PLATFORM_API void SetCreateHook(CreateHook hook);
 
-/// Makes the application object of the user interface if the host has none yet. The arguments must outlive it.
+/// Makes the application object of the user interface if the host has none yet. The arguments must outlive
+/// it.
 PLATFORM_API void EnsureApplication(int* argc = nullptr, char** argv = nullptr);
 /// True on the platform without a display, whose windows are pictures in memory.
 PLATFORM_API bool IsOffscreen();

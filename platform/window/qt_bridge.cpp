@@ -17,7 +17,9 @@ constexpr const char* kHostClass = "TessarelQtHost";
 /// Keeps the window as large as the host's widget.
 class FillFilter : public QObject {
  public:
-  FillFilter(QWidget* host, HWND window) : QObject(host), m_host(host), m_window(window) { host->installEventFilter(this); }
+  FillFilter(QWidget* host, HWND window) : QObject(host), m_host(host), m_window(window) {
+    host->installEventFilter(this);
+  }
 
   bool eventFilter(QObject* object, QEvent* event) override {
     if (object == m_host && event->type() == QEvent::Resize)
@@ -34,8 +36,8 @@ class FillFilter : public QObject {
 LRESULT HostProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   const HWND child = GetWindow(window, GW_CHILD);
   if (message == WM_SIZE && child != nullptr)
-    SetWindowPos(child, nullptr, 0, 0, LOWORD(static_cast<WPARAM>(lParam)), HIWORD(static_cast<WPARAM>(lParam)),
-                 SWP_NOZORDER | SWP_NOACTIVATE);
+    SetWindowPos(child, nullptr, 0, 0, LOWORD(static_cast<WPARAM>(lParam)),
+                 HIWORD(static_cast<WPARAM>(lParam)), SWP_NOZORDER | SWP_NOACTIVATE);
   if (message == WM_SETFOCUS && child != nullptr) SetFocus(child);
   return DefWindowProc(window, message, wParam, lParam);
 }
@@ -55,9 +57,10 @@ HWND AfxWindowInWidget(QWidget* host) {
     windowClass.lpszClassName = kHostClass;
     RegisterClassA(&windowClass);
   }
-  const HWND window = platform::CreateWindowIn({nullptr, nullptr, nullptr, nullptr, host->height(), host->width(), 0, 0,
-                                                WS_CHILD | WS_VISIBLE, "", kHostClass, 0},
-                                               host);
+  const HWND window =
+      platform::CreateWindowIn({nullptr, nullptr, nullptr, nullptr, host->height(), host->width(), 0, 0,
+                                WS_CHILD | WS_VISIBLE, "", kHostClass, 0},
+                               host);
   if (window != nullptr) new FillFilter(host, window);  // NOLINT: the host's widget owns it
   return window;
 }

@@ -16,7 +16,8 @@ namespace {
 
 PreTranslateHook g_preTranslate = nullptr;
 
-// Longest wait inside an empty polling peek: short enough that WM_ENTERIDLE still comes a hundred times a second.
+// Longest wait inside an empty polling peek: short enough that WM_ENTERIDLE still comes a hundred times a
+// second.
 constexpr int kPollWaitMs = 10;
 // Two empty peeks closer together than this belong to a polling loop.
 constexpr qint64 kPollGapNs = 200'000;
@@ -38,9 +39,13 @@ POINT PointerPosition() {
   return {position.x(), position.y()};
 }
 
-void SetPreTranslateHook(PreTranslateHook hook) { g_preTranslate = hook; }
+void SetPreTranslateHook(PreTranslateHook hook) {
+  g_preTranslate = hook;
+}
 
-bool PreTranslateByHook(MSG* message) { return g_preTranslate != nullptr && g_preTranslate(message); }
+bool PreTranslateByHook(MSG* message) {
+  return g_preTranslate != nullptr && g_preTranslate(message);
+}
 
 Queue& Queue::Instance() {
   static Queue queue;
@@ -55,7 +60,8 @@ void Queue::Kick() {
 
 void Queue::Post(const MSG& message) {
   if (QThread::currentThread() != thread()) {
-    QMetaObject::invokeMethod(this, [this, message] { Post(message); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this, message] { Post(message); }, Qt::QueuedConnection);
     return;
   }
   m_posted.push_back(message);
@@ -93,8 +99,8 @@ bool Queue::Fits(const MSG& message, HWND window, UINT first, UINT last) {
 }
 
 bool Queue::TakeFrom(std::deque<MSG>& queue, MSG* message, HWND window, UINT first, UINT last, bool remove) {
-  const auto found = std::find_if(queue.begin(), queue.end(),
-                                  [&](const MSG& m) { return Fits(m, window, first, last); });
+  const auto found =
+      std::find_if(queue.begin(), queue.end(), [&](const MSG& m) { return Fits(m, window, first, last); });
   if (found == queue.end()) return false;
   *message = *found;
   if (remove) {
@@ -104,13 +110,15 @@ bool Queue::TakeFrom(std::deque<MSG>& queue, MSG* message, HWND window, UINT fir
   return true;
 }
 
-void Queue::Taken(const MSG& message) { TrackKeyState(message); }
+void Queue::Taken(const MSG& message) {
+  TrackKeyState(message);
+}
 
 bool Queue::TakeTimer(MSG* message, HWND window, UINT first, UINT last, bool remove) {
   for (std::size_t i = 0; i < m_timers.size(); ++i) {
     Timer& timer = m_timers[i];
     if (!timer.due) continue;
-    const MSG due = {timer.window, WM_TIMER, timer.id, reinterpret_cast<LPARAM>(timer.procedure),
+    const MSG due = {timer.window,  WM_TIMER,          timer.id, reinterpret_cast<LPARAM>(timer.procedure),
                      MessageTime(), PointerPosition(), 0};
     if (!Fits(due, window, first, last)) continue;
     *message = due;
@@ -173,7 +181,8 @@ void Queue::RethrowKept() {
 bool Queue::event(QEvent* event) {
   if (event->type() != QEvent::User) return QObject::event(event);
   m_kickPosted = false;  // first, since a handler may start a loop of its own
-  // While our own Pull lets Qt work it takes the messages itself; a deeper loop level is a foreign loop inside.
+  // While our own Pull lets Qt work it takes the messages itself; a deeper loop level is a foreign loop
+  // inside.
   const bool pulledByUs = m_pullLevel >= 0 && QThread::currentThread()->loopLevel() <= m_pullLevel;
   if (!pulledByUs && !m_held) Drain();
   return true;
@@ -207,7 +216,8 @@ void Queue::AddTimer(HWND window, std::uintptr_t id, UINT milliseconds, TIMERPRO
   RemoveTimer(window, id);
   constexpr UINT kShortest = 10;  // as the classic timers
   const UINT period = std::max(milliseconds, kShortest);
-  m_timers.push_back({startTimer(static_cast<int>(std::min(period, 0x7fffffffU))), window, id, period, 0, procedure, false});
+  m_timers.push_back(
+      {startTimer(static_cast<int>(std::min(period, 0x7fffffffU))), window, id, period, 0, procedure, false});
 }
 
 bool Queue::RemoveTimer(HWND window, std::uintptr_t id) {
@@ -285,10 +295,14 @@ LRESULT DispatchMessage(const MSG* message) {
     if (procedure != nullptr) procedure(message->hwnd, WM_TIMER, message->wParam, message->time);
     return 0;
   }
-  return message->hwnd == nullptr ? 0 : SendMessage(message->hwnd, message->message, message->wParam, message->lParam);
+  return message->hwnd == nullptr
+             ? 0
+             : SendMessage(message->hwnd, message->message, message->wParam, message->lParam);
 }
 
-void PostQuitMessage(int exitCode) { Queue::Instance().PostQuit(exitCode); }
+void PostQuitMessage(int exitCode) {
+  Queue::Instance().PostQuit(exitCode);
+}
 
 BOOL PostMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   // The window table belongs to the user-interface thread; from elsewhere the message goes unchecked.
@@ -306,4 +320,6 @@ std::uintptr_t SetTimer(HWND window, std::uintptr_t id, UINT milliseconds, TIMER
   return id == 0 ? 1 : id;
 }
 
-BOOL KillTimer(HWND window, std::uintptr_t id) { return Queue::Instance().RemoveTimer(window, id); }
+BOOL KillTimer(HWND window, std::uintptr_t id) {
+  return Queue::Instance().RemoveTimer(window, id);
+}

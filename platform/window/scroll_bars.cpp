@@ -14,7 +14,9 @@ using platform::WindowRecord;
 namespace platform {
 namespace {
 
-DWORD StyleOf(int bar) { return bar == SB_HORZ ? WS_HSCROLL : WS_VSCROLL; }
+DWORD StyleOf(int bar) {
+  return bar == SB_HORZ ? WS_HSCROLL : WS_VSCROLL;
+}
 
 /// Highest position at which the page still lies in the range.
 int LastPosition(const ScrollBarState& state) {
@@ -92,14 +94,29 @@ void WindowScrollBar::OnAction(int action) {
   const int position = sliderPosition();
   int code = -1;
   switch (action) {
-    case SliderSingleStepAdd: code = SB_LINEDOWN; break;
-    case SliderSingleStepSub: code = SB_LINEUP; break;
-    case SliderPageStepAdd: code = SB_PAGEDOWN; break;
-    case SliderPageStepSub: code = SB_PAGEUP; break;
-    case SliderToMinimum: code = SB_TOP; break;
-    case SliderToMaximum: code = SB_BOTTOM; break;
-    case SliderMove: code = SB_THUMBTRACK; break;
-    default: return;
+    case SliderSingleStepAdd:
+      code = SB_LINEDOWN;
+      break;
+    case SliderSingleStepSub:
+      code = SB_LINEUP;
+      break;
+    case SliderPageStepAdd:
+      code = SB_PAGEDOWN;
+      break;
+    case SliderPageStepSub:
+      code = SB_PAGEUP;
+      break;
+    case SliderToMinimum:
+      code = SB_TOP;
+      break;
+    case SliderToMaximum:
+      code = SB_BOTTOM;
+      break;
+    case SliderMove:
+      code = SB_THUMBTRACK;
+      break;
+    default:
+      return;
   }
   if (code == SB_THUMBTRACK) {
     state.track = position;

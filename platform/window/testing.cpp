@@ -45,16 +45,20 @@ void SendKey(QEvent::Type type, HWND window, int virtualKey, Qt::KeyboardModifie
   const bool letter = virtualKey >= 'A' && virtualKey <= 'Z';
   const bool digit = virtualKey >= '0' && virtualKey <= '9';
   QString text;
-  if (letter || digit) text = QChar(letter && !modifiers.testFlag(Qt::ShiftModifier) ? virtualKey + 32 : virtualKey);
+  if (letter || digit)
+    text = QChar(letter && !modifiers.testFlag(Qt::ShiftModifier) ? virtualKey + 32 : virtualKey);
   QKeyEvent event(type, QtKeyOf(virtualKey), modifiers, text);
   QApplication::sendEvent(client, &event);
 }
 
 Qt::MouseButton QtButton(Button button) {
   switch (button) {
-    case Button::Right: return Qt::RightButton;
-    case Button::Middle: return Qt::MiddleButton;
-    default: return Qt::LeftButton;
+    case Button::Right:
+      return Qt::RightButton;
+    case Button::Middle:
+      return Qt::MiddleButton;
+    default:
+      return Qt::LeftButton;
   }
 }
 
@@ -80,9 +84,13 @@ QImage Grab(HWND window) {
 
 }  // namespace
 
-void AdvanceTimers(UINT milliseconds) { Queue::Instance().AdvanceTimers(milliseconds); }
+void AdvanceTimers(UINT milliseconds) {
+  Queue::Instance().AdvanceTimers(milliseconds);
+}
 
-void HoldQueue(bool hold) { Queue::Instance().HoldKick(hold); }
+void HoldQueue(bool hold) {
+  Queue::Instance().HoldKick(hold);
+}
 
 void PumpUntilIdle(int milliseconds) {
   QElapsedTimer limit;
@@ -114,7 +122,8 @@ void ReleaseKey(HWND window, int virtualKey, bool shift, bool control, bool alt)
 }
 
 void PressMouse(HWND window, POINT point, Button button, bool shift) {
-  SendMouse(QEvent::MouseButtonPress, window, point, QtButton(button), QtButton(button), Modifiers(shift, false, false));
+  SendMouse(QEvent::MouseButtonPress, window, point, QtButton(button), QtButton(button),
+            Modifiers(shift, false, false));
 }
 
 void ReleaseMouse(HWND window, POINT point, Button button) {
@@ -122,7 +131,8 @@ void ReleaseMouse(HWND window, POINT point, Button button) {
 }
 
 void MoveMouse(HWND window, POINT point, bool leftDown) {
-  SendMouse(QEvent::MouseMove, window, point, Qt::NoButton, leftDown ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+  SendMouse(QEvent::MouseMove, window, point, Qt::NoButton, leftDown ? Qt::LeftButton : Qt::NoButton,
+            Qt::NoModifier);
 }
 
 void TurnWheel(HWND window, POINT point, int delta, bool shift, bool control, bool alt) {
@@ -149,12 +159,14 @@ void ClickScrollBar(HWND window, int bar, bool forward, bool page) {
   if (page)
     widget->triggerAction(forward ? QAbstractSlider::SliderPageStepAdd : QAbstractSlider::SliderPageStepSub);
   else
-    widget->triggerAction(forward ? QAbstractSlider::SliderSingleStepAdd : QAbstractSlider::SliderSingleStepSub);
+    widget->triggerAction(forward ? QAbstractSlider::SliderSingleStepAdd
+                                  : QAbstractSlider::SliderSingleStepSub);
 }
 
 bool SaveWindowPicture(HWND window, const char* path) {
   const QImage picture = Grab(window);
-  return !picture.isNull() && picture.convertToFormat(QImage::Format_RGB32).save(QString::fromUtf8(path), "PNG");
+  return !picture.isNull() &&
+         picture.convertToFormat(QImage::Format_RGB32).save(QString::fromUtf8(path), "PNG");
 }
 
 std::uint32_t WindowPixel(HWND window, int x, int y) {

@@ -19,10 +19,14 @@ namespace {
 
 UINT ButtonMessage(Qt::MouseButton button, UINT ofLeft) {
   switch (button) {
-    case Qt::LeftButton: return ofLeft;
-    case Qt::RightButton: return ofLeft + 3;
-    case Qt::MiddleButton: return ofLeft + 6;
-    default: return WM_NULL;
+    case Qt::LeftButton:
+      return ofLeft;
+    case Qt::RightButton:
+      return ofLeft + 3;
+    case Qt::MiddleButton:
+      return ofLeft + 6;
+    default:
+      return WM_NULL;
   }
 }
 
@@ -99,9 +103,13 @@ void FrameWidget::keyReleaseEvent(QKeyEvent* event) {
   if (m_window == nullptr || !QueueKey(m_window, *event)) event->ignore();
 }
 
-void FrameWidget::focusInEvent(QFocusEvent*) { FocusGained(m_window); }
+void FrameWidget::focusInEvent(QFocusEvent*) {
+  FocusGained(m_window);
+}
 
-void FrameWidget::focusOutEvent(QFocusEvent*) { FocusLost(m_window); }
+void FrameWidget::focusOutEvent(QFocusEvent*) {
+  FocusLost(m_window);
+}
 
 // ClientWidget
 
@@ -156,7 +164,9 @@ void ClientWidget::inputMethodEvent(QInputMethodEvent* event) {
   for (const char32_t c : event->commitString().toUcs4()) PostMessage(m_window, WM_CHAR, c, 1);
 }
 
-void ClientWidget::focusInEvent(QFocusEvent*) { FocusGained(m_window); }
+void ClientWidget::focusInEvent(QFocusEvent*) {
+  FocusGained(m_window);
+}
 
 void ClientWidget::focusOutEvent(QFocusEvent* event) {
   if (event->reason() != Qt::PopupFocusReason) FocusLost(m_window);

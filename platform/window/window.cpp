@@ -141,7 +141,9 @@ bool TellCreated(HWND handle, CREATESTRUCT& wanted) {
 
 }  // namespace
 
-void SetCreateHook(CreateHook hook) { g_createHook = hook; }
+void SetCreateHook(CreateHook hook) {
+  g_createHook = hook;
+}
 
 HandleTable<WindowRecord, HWND>& Windows() {
   static auto* table = new HandleTable<WindowRecord, HWND>;  // never torn down: widgets may outlive statics
@@ -172,8 +174,8 @@ void FrameWidgetGone(HWND window) {
 
 }  // namespace platform
 
-HWND CreateWindowEx(DWORD exStyle, LPCSTR className, LPCSTR text, DWORD style, int x, int y, int width, int height,
-                    HWND parent, HMENU menuOrId, HINSTANCE instance, LPVOID params) {
+HWND CreateWindowEx(DWORD exStyle, LPCSTR className, LPCSTR text, DWORD style, int x, int y, int width,
+                    int height, HWND parent, HMENU menuOrId, HINSTANCE instance, LPVOID params) {
   return platform::CreateWindowIn(
       {params, instance, menuOrId, parent, height, width, y, x, style, text, className, exStyle}, nullptr);
 }
@@ -211,7 +213,9 @@ BOOL DestroyWindow(HWND handle) {
   return TRUE;
 }
 
-BOOL IsWindow(HWND window) { return FindWindowRecord(window) != nullptr; }
+BOOL IsWindow(HWND window) {
+  return FindWindowRecord(window) != nullptr;
+}
 
 LRESULT SendMessage(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   const WindowRecord* window = FindWindowRecord(handle);
@@ -233,12 +237,18 @@ std::intptr_t GetWindowLong(HWND handle, int index) {
   const WindowRecord* window = FindWindowRecord(handle);
   if (window == nullptr) return 0;
   switch (index) {
-    case GWL_WNDPROC: return reinterpret_cast<std::intptr_t>(window->procedure);
-    case GWL_ID: return window->id;
-    case GWL_STYLE: return static_cast<std::intptr_t>(window->style);
-    case GWL_EXSTYLE: return static_cast<std::intptr_t>(window->exStyle);
-    case GWL_USERDATA: return window->userData;
-    default: return 0;
+    case GWL_WNDPROC:
+      return reinterpret_cast<std::intptr_t>(window->procedure);
+    case GWL_ID:
+      return window->id;
+    case GWL_STYLE:
+      return static_cast<std::intptr_t>(window->style);
+    case GWL_EXSTYLE:
+      return static_cast<std::intptr_t>(window->exStyle);
+    case GWL_USERDATA:
+      return window->userData;
+    default:
+      return 0;
   }
 }
 
@@ -247,12 +257,23 @@ std::intptr_t SetWindowLong(HWND handle, int index, std::intptr_t value) {
   if (window == nullptr) return 0;
   const std::intptr_t former = GetWindowLong(handle, index);
   switch (index) {
-    case GWL_WNDPROC: window->procedure = reinterpret_cast<WNDPROC>(value); break;
-    case GWL_ID: window->id = value; break;
-    case GWL_STYLE: window->style = static_cast<DWORD>(value); break;
-    case GWL_EXSTYLE: window->exStyle = static_cast<DWORD>(value); break;
-    case GWL_USERDATA: window->userData = value; break;
-    default: break;
+    case GWL_WNDPROC:
+      window->procedure = reinterpret_cast<WNDPROC>(value);
+      break;
+    case GWL_ID:
+      window->id = value;
+      break;
+    case GWL_STYLE:
+      window->style = static_cast<DWORD>(value);
+      break;
+    case GWL_EXSTYLE:
+      window->exStyle = static_cast<DWORD>(value);
+      break;
+    case GWL_USERDATA:
+      window->userData = value;
+      break;
+    default:
+      break;
   }
   return former;
 }
@@ -271,7 +292,9 @@ CString GetWindowText(HWND handle) {
   return text;
 }
 
-int GetDlgCtrlID(HWND window) { return static_cast<int>(GetWindowLong(window, GWL_ID)); }
+int GetDlgCtrlID(HWND window) {
+  return static_cast<int>(GetWindowLong(window, GWL_ID));
+}
 
 HWND GetDlgItem(HWND parent, int id) {
   const WindowRecord* window = FindWindowRecord(parent);
@@ -308,11 +331,16 @@ HWND GetWindow(HWND handle, UINT which) {
   const std::vector<HWND>& siblings = platform::SiblingsOf(*window);
   const auto at = std::find(siblings.begin(), siblings.end(), handle);
   switch (which) {
-    case GW_HWNDFIRST: return siblings.front();
-    case GW_HWNDLAST: return siblings.back();
-    case GW_HWNDNEXT: return at == siblings.end() || at + 1 == siblings.end() ? nullptr : *(at + 1);
-    case GW_HWNDPREV: return at == siblings.end() || at == siblings.begin() ? nullptr : *(at - 1);
-    default: return nullptr;
+    case GW_HWNDFIRST:
+      return siblings.front();
+    case GW_HWNDLAST:
+      return siblings.back();
+    case GW_HWNDNEXT:
+      return at == siblings.end() || at + 1 == siblings.end() ? nullptr : *(at + 1);
+    case GW_HWNDPREV:
+      return at == siblings.end() || at == siblings.begin() ? nullptr : *(at - 1);
+    default:
+      return nullptr;
   }
 }
 

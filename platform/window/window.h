@@ -6,9 +6,9 @@
 #include "platform/base/types.h"
 #include "platform/window/messages.h"
 
-// The window system: windows behind handles, each with a class, a procedure, a style and a place. All calls come
-// from the user-interface thread, except PostMessage. A dead or null handle makes every function fail softly.
-// Coordinates are logical, 96 to the inch, whatever the scale of the display.
+// The window system: windows behind handles, each with a class, a procedure, a style and a place. All calls
+// come from the user-interface thread, except PostMessage. A dead or null handle makes every function fail
+// softly. Coordinates are logical, 96 to the inch, whatever the scale of the display.
 
 /// Window styles.
 enum : DWORD {
@@ -40,14 +40,34 @@ enum : DWORD { WS_EX_CLIENTEDGE = 0x00000200, WS_EX_ACCEPTFILES = 0x00000010 };
 enum : UINT { CS_VREDRAW = 1, CS_HREDRAW = 2, CS_DBLCLKS = 8, CS_BYTEALIGNCLIENT = 0x1000 };
 
 enum : int { CW_USEDEFAULT = static_cast<int>(0x80000000U) };
-enum : int { SW_HIDE = 0, SW_SHOWNORMAL = 1, SW_SHOWMINIMIZED = 2, SW_SHOWMAXIMIZED = 3, SW_SHOW = 5, SW_RESTORE = 9 };
+enum : int {
+  SW_HIDE = 0,
+  SW_SHOWNORMAL = 1,
+  SW_SHOWMINIMIZED = 2,
+  SW_SHOWMAXIMIZED = 3,
+  SW_SHOW = 5,
+  SW_RESTORE = 9
+};
 enum : UINT {
-  SWP_NOSIZE = 1, SWP_NOMOVE = 2, SWP_NOZORDER = 4, SWP_NOREDRAW = 8, SWP_NOACTIVATE = 16,
-  SWP_FRAMECHANGED = 32, SWP_SHOWWINDOW = 64, SWP_HIDEWINDOW = 128,
+  SWP_NOSIZE = 1,
+  SWP_NOMOVE = 2,
+  SWP_NOZORDER = 4,
+  SWP_NOREDRAW = 8,
+  SWP_NOACTIVATE = 16,
+  SWP_FRAMECHANGED = 32,
+  SWP_SHOWWINDOW = 64,
+  SWP_HIDEWINDOW = 128,
 };
 enum : int { GWL_WNDPROC = -4, GWL_ID = -12, GWL_STYLE = -16, GWL_EXSTYLE = -20, GWL_USERDATA = -21 };
 enum : int { GCL_HBRBACKGROUND = -10, GCL_HCURSOR = -12, GCL_STYLE = -26 };
-enum : UINT { GW_HWNDFIRST = 0, GW_HWNDLAST = 1, GW_HWNDNEXT = 2, GW_HWNDPREV = 3, GW_OWNER = 4, GW_CHILD = 5 };
+enum : UINT {
+  GW_HWNDFIRST = 0,
+  GW_HWNDLAST = 1,
+  GW_HWNDNEXT = 2,
+  GW_HWNDPREV = 3,
+  GW_OWNER = 4,
+  GW_CHILD = 5
+};
 enum : UINT { RDW_INVALIDATE = 1, RDW_ERASE = 4, RDW_ALLCHILDREN = 0x80, RDW_UPDATENOW = 0x100 };
 
 struct tagWNDCLASS {
@@ -100,8 +120,9 @@ PLATFORM_API std::intptr_t GetClassLong(HWND window, int index);
 // Life
 
 /// Null if the class is unknown, the parent dead, or WM_NCCREATE or WM_CREATE refused.
-PLATFORM_API HWND CreateWindowEx(DWORD exStyle, LPCSTR className, LPCSTR text, DWORD style, int x, int y, int width,
-                                 int height, HWND parent, HMENU menuOrId, HINSTANCE instance, LPVOID params);
+PLATFORM_API HWND CreateWindowEx(DWORD exStyle, LPCSTR className, LPCSTR text, DWORD style, int x, int y,
+                                 int width, int height, HWND parent, HMENU menuOrId, HINSTANCE instance,
+                                 LPVOID params);
 PLATFORM_API BOOL DestroyWindow(HWND window);
 PLATFORM_API BOOL IsWindow(HWND window);
 
@@ -111,7 +132,8 @@ PLATFORM_API LRESULT SendMessage(HWND window, UINT message, WPARAM wParam = 0, L
 /// Queues. May be called from any thread.
 PLATFORM_API BOOL PostMessage(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
 PLATFORM_API LRESULT DefWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-PLATFORM_API LRESULT CallWindowProc(WNDPROC procedure, HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+PLATFORM_API LRESULT CallWindowProc(WNDPROC procedure, HWND window, UINT message, WPARAM wParam,
+                                    LPARAM lParam);
 /// The same number for the same text in the process; 0 for none.
 PLATFORM_API UINT RegisterWindowMessageA(LPCSTR text);
 
@@ -160,8 +182,9 @@ PLATFORM_API BOOL EndPaint(HWND window, const PAINTSTRUCT* paint);
 PLATFORM_API HDC GetDC(HWND window);
 PLATFORM_API int ReleaseDC(HWND window, HDC dc);
 
-// Scroll bars of a window. A bar is hidden while nPage covers its range; a change without redraw is only stored,
-// and the bar appears or goes at the next call with redraw, which may change the client size and send WM_SIZE.
+// Scroll bars of a window. A bar is hidden while nPage covers its range; a change without redraw is only
+// stored, and the bar appears or goes at the next call with redraw, which may change the client size and send
+// WM_SIZE.
 
 PLATFORM_API int SetScrollInfo(HWND window, int bar, const SCROLLINFO* info, BOOL redraw);
 PLATFORM_API BOOL GetScrollInfo(HWND window, int bar, SCROLLINFO* info);
@@ -185,7 +208,8 @@ PLATFORM_API BOOL GetCursorPos(POINT* point);
 // Cursors
 
 PLATFORM_API HCURSOR LoadCursor(HINSTANCE instance, LPCSTR name);
-/// Shows the cursor over the window that holds the capture or lies under the pointer; the former one is returned.
+/// Shows the cursor over the window that holds the capture or lies under the pointer; the former one is
+/// returned.
 PLATFORM_API HCURSOR SetCursor(HCURSOR cursor);
 PLATFORM_API HCURSOR GetCursor();
 #define IDC_ARROW MAKEINTRESOURCE(32512)
@@ -202,9 +226,24 @@ PLATFORM_API BOOL KillTimer(HWND window, std::uintptr_t id);
 // Metrics
 
 enum : int {
-  SM_CXSCREEN = 0, SM_CYSCREEN = 1, SM_CXVSCROLL = 2, SM_CYHSCROLL = 3, SM_CYCAPTION = 4, SM_CXBORDER = 5,
-  SM_CYBORDER = 6, SM_CXICON = 11, SM_CYICON = 12, SM_CYMENU = 15, SM_CXDOUBLECLK = 36, SM_CXEDGE = 45,
-  SM_CYEDGE = 46, SM_CXSMICON = 49, SM_CYSMICON = 50, SM_CXDRAG = 68, SM_CYDRAG = 69, SM_MOUSEWHEELPRESENT = 75,
+  SM_CXSCREEN = 0,
+  SM_CYSCREEN = 1,
+  SM_CXVSCROLL = 2,
+  SM_CYHSCROLL = 3,
+  SM_CYCAPTION = 4,
+  SM_CXBORDER = 5,
+  SM_CYBORDER = 6,
+  SM_CXICON = 11,
+  SM_CYICON = 12,
+  SM_CYMENU = 15,
+  SM_CXDOUBLECLK = 36,
+  SM_CXEDGE = 45,
+  SM_CYEDGE = 46,
+  SM_CXSMICON = 49,
+  SM_CYSMICON = 50,
+  SM_CXDRAG = 68,
+  SM_CYDRAG = 69,
+  SM_MOUSEWHEELPRESENT = 75,
 };
 PLATFORM_API int GetSystemMetrics(int index);
 enum : UINT { SPI_GETWHEELSCROLLLINES = 104 };

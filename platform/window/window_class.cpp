@@ -30,7 +30,8 @@ WindowClass* platform::FindWindowClass(const char* name) {
 }
 
 ATOM RegisterClassA(const WNDCLASS* windowClass) {
-  if (windowClass == nullptr || windowClass->lpszClassName == nullptr || windowClass->lpfnWndProc == nullptr) return 0;
+  if (windowClass == nullptr || windowClass->lpszClassName == nullptr || windowClass->lpfnWndProc == nullptr)
+    return 0;
   if (platform::FindWindowClass(windowClass->lpszClassName) != nullptr) return 0;
   auto& classes = Classes().classes;
   classes.push_back(std::make_unique<WindowClass>(WindowClass{
@@ -42,8 +43,9 @@ ATOM RegisterClassA(const WNDCLASS* windowClass) {
 BOOL GetClassInfoA(HINSTANCE, LPCSTR className, WNDCLASS* windowClass) {
   const WindowClass* found = platform::FindWindowClass(className);
   if (found == nullptr || windowClass == nullptr) return FALSE;
-  *windowClass = {found->style, found->procedure, 0, 0, found->instance, found->icon, found->cursor,
-                  found->background, nullptr, found->name.c_str()};
+  *windowClass = {
+      found->style, found->procedure,   0, 0, found->instance, found->icon, found->cursor, found->background,
+      nullptr,      found->name.c_str()};
   return TRUE;
 }
 
@@ -61,10 +63,14 @@ std::intptr_t GetClassLong(HWND window, int index) {
   const platform::WindowRecord* record = platform::FindWindowRecord(window);
   if (record == nullptr) return 0;
   switch (index) {
-    case GCL_HCURSOR: return reinterpret_cast<std::intptr_t>(record->windowClass->cursor);
-    case GCL_HBRBACKGROUND: return reinterpret_cast<std::intptr_t>(record->windowClass->background);
-    case GCL_STYLE: return static_cast<std::intptr_t>(record->windowClass->style);
-    default: return 0;
+    case GCL_HCURSOR:
+      return reinterpret_cast<std::intptr_t>(record->windowClass->cursor);
+    case GCL_HBRBACKGROUND:
+      return reinterpret_cast<std::intptr_t>(record->windowClass->background);
+    case GCL_STYLE:
+      return static_cast<std::intptr_t>(record->windowClass->style);
+    default:
+      return 0;
   }
 }
 
@@ -73,10 +79,17 @@ std::intptr_t SetClassLong(HWND window, int index, std::intptr_t value) {
   if (record == nullptr) return 0;
   const std::intptr_t former = GetClassLong(window, index);
   switch (index) {
-    case GCL_HCURSOR: record->windowClass->cursor = reinterpret_cast<HCURSOR>(value); break;
-    case GCL_HBRBACKGROUND: record->windowClass->background = reinterpret_cast<HBRUSH>(value); break;
-    case GCL_STYLE: record->windowClass->style = static_cast<UINT>(value); break;
-    default: break;
+    case GCL_HCURSOR:
+      record->windowClass->cursor = reinterpret_cast<HCURSOR>(value);
+      break;
+    case GCL_HBRBACKGROUND:
+      record->windowClass->background = reinterpret_cast<HBRUSH>(value);
+      break;
+    case GCL_STYLE:
+      record->windowClass->style = static_cast<UINT>(value);
+      break;
+    default:
+      break;
   }
   return former;
 }

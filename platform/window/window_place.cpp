@@ -95,12 +95,22 @@ BOOL ShowWindow(HWND handle, int command) {
   window->style = show ? window->style | WS_VISIBLE : window->style & ~static_cast<DWORD>(WS_VISIBLE);
   const QPointer<platform::FrameWidget> frame = window->frame;
   switch (command) {
-    case SW_HIDE: frame->hide(); break;
-    case SW_SHOWMAXIMIZED: frame->showMaximized(); break;
-    case SW_SHOWMINIMIZED: frame->showMinimized(); break;
+    case SW_HIDE:
+      frame->hide();
+      break;
+    case SW_SHOWMAXIMIZED:
+      frame->showMaximized();
+      break;
+    case SW_SHOWMINIMIZED:
+      frame->showMinimized();
+      break;
     case SW_RESTORE:
-    case SW_SHOWNORMAL: frame->showNormal(); break;
-    default: frame->show(); break;
+    case SW_SHOWNORMAL:
+      frame->showNormal();
+      break;
+    default:
+      frame->show();
+      break;
   }
   if (show && frame && frame->isWindow() && command != SW_SHOWMINIMIZED) platform::BringToFront(*frame);
   return wasVisible;
@@ -170,7 +180,8 @@ BOOL ScreenToClient(HWND handle, POINT* point) {
 }
 
 HWND WindowFromPoint(POINT point) {
-  for (QWidget* widget = QApplication::widgetAt(point.x, point.y); widget != nullptr; widget = widget->parentWidget()) {
+  for (QWidget* widget = QApplication::widgetAt(point.x, point.y); widget != nullptr;
+       widget = widget->parentWidget()) {
     if (const auto* client = dynamic_cast<platform::ClientWidget*>(widget)) return client->Window();
     if (const auto* frame = dynamic_cast<platform::FrameWidget*>(widget)) return frame->Window();
   }

@@ -14,7 +14,13 @@ namespace {
 
 std::string g_trace;
 
-enum : UINT { kCommand = 40001, kFrameCommand = 40002, kAppCommand = 40003, kRangeFirst = 40010, kRangeLast = 40012 };
+enum : UINT {
+  kCommand = 40001,
+  kFrameCommand = 40002,
+  kAppCommand = 40003,
+  kRangeFirst = 40010,
+  kRangeLast = 40012
+};
 
 class TestApp : public CWinApp {
  public:
@@ -121,9 +127,9 @@ TEST_F(Routing, CommandsGoUpToWhoHandlesThem) {
     UINT id;
     const char* trace;
     LRESULT handled;
-  } cases[] = {{&frame->m_pane, kCommand, "P", 1}, {&frame->m_pane, kRangeLast, "R2", 1},
+  } cases[] = {{&frame->m_pane, kCommand, "P", 1},     {&frame->m_pane, kRangeLast, "R2", 1},
                {&frame->m_pane, kFrameCommand, "", 0}, {frame, kFrameCommand, "F", 1},
-               {frame, kAppCommand, "A", 1}, {frame, kCommand, "", 0}};
+               {frame, kAppCommand, "A", 1},           {frame, kCommand, "", 0}};
   for (const auto& c : cases) {
     g_trace.clear();
     EXPECT_EQ(c.to->SendMessage(WM_COMMAND, c.id, 0), c.handled) << c.id;

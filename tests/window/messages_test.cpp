@@ -19,19 +19,44 @@ std::string g_trace;
 
 LRESULT Trace(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
-    case WM_KEYDOWN: g_trace += "K" + std::string(1, static_cast<char>(wParam)); break;
-    case WM_CHAR: g_trace += "C" + std::string(1, static_cast<char>(wParam)); break;
-    case WM_APP: g_trace += "U" + std::to_string(wParam); break;
-    case WM_TIMER: g_trace += "T"; break;
-    case WM_LBUTTONDOWN: g_trace += "L" + std::to_string(GET_X_LPARAM(lParam)); break;
-    case WM_MOUSEMOVE: g_trace += "M" + std::to_string(GET_X_LPARAM(lParam)); break;
-    case WM_MOUSEWHEEL: g_trace += "W" + std::to_string(static_cast<short>(HIWORD(wParam))); break;
-    case WM_SETFOCUS: g_trace += "F"; break;
-    case WM_KILLFOCUS: g_trace += "f"; break;
-    case WM_CAPTURECHANGED: g_trace += "c"; break;
-    case WM_DESTROY: g_trace += "d"; break;
-    case WM_NCDESTROY: g_trace += "n"; break;
-    default: break;
+    case WM_KEYDOWN:
+      g_trace += "K" + std::string(1, static_cast<char>(wParam));
+      break;
+    case WM_CHAR:
+      g_trace += "C" + std::string(1, static_cast<char>(wParam));
+      break;
+    case WM_APP:
+      g_trace += "U" + std::to_string(wParam);
+      break;
+    case WM_TIMER:
+      g_trace += "T";
+      break;
+    case WM_LBUTTONDOWN:
+      g_trace += "L" + std::to_string(GET_X_LPARAM(lParam));
+      break;
+    case WM_MOUSEMOVE:
+      g_trace += "M" + std::to_string(GET_X_LPARAM(lParam));
+      break;
+    case WM_MOUSEWHEEL:
+      g_trace += "W" + std::to_string(static_cast<short>(HIWORD(wParam)));
+      break;
+    case WM_SETFOCUS:
+      g_trace += "F";
+      break;
+    case WM_KILLFOCUS:
+      g_trace += "f";
+      break;
+    case WM_CAPTURECHANGED:
+      g_trace += "c";
+      break;
+    case WM_DESTROY:
+      g_trace += "d";
+      break;
+    case WM_NCDESTROY:
+      g_trace += "n";
+      break;
+    default:
+      break;
   }
   return DefWindowProc(window, message, wParam, lParam);
 }
@@ -165,7 +190,8 @@ TEST_F(Messages, APollingLoopLeavesTheProcessorAlone) {
   const std::clock_t before = std::clock();
   MSG message;
   int polls = 0;
-  for (; polls < 40; ++polls) PeekMessage(&message, nullptr, 0, 0, PM_NOREMOVE);  // about 0.4 seconds of waiting
+  for (; polls < 40; ++polls)
+    PeekMessage(&message, nullptr, 0, 0, PM_NOREMOVE);  // about 0.4 seconds of waiting
   const double seconds = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
   EXPECT_LT(seconds, 0.1);
 }

@@ -40,10 +40,12 @@ LRESULT PaintRed(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
 class Painting : public ::testing::Test {
  protected:
   void SetUp() override {
-    const WNDCLASS windowClass = {0, &PaintRed, 0, 0, nullptr, nullptr, nullptr,
-                                  static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)), nullptr, "painter"};
+    const WNDCLASS windowClass = {
+        0,       &PaintRed, 0, 0, nullptr, nullptr, nullptr, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)),
+        nullptr, "painter"};
     RegisterClassA(&windowClass);
-    window = CreateWindowEx(0, "painter", "", WS_OVERLAPPEDWINDOW, 0, 0, 100, 100, nullptr, nullptr, nullptr, nullptr);
+    window = CreateWindowEx(0, "painter", "", WS_OVERLAPPEDWINDOW, 0, 0, 100, 100, nullptr, nullptr, nullptr,
+                            nullptr);
     ShowWindow(window, SW_SHOW);
     PumpUntilIdle();
     g_painted.clear();

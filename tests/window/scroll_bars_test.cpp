@@ -33,7 +33,8 @@ class ScrollBars : public ::testing::Test {
   void SetUp() override {
     const WNDCLASS windowClass = {0, &Record, 0, 0, nullptr, nullptr, nullptr, nullptr, nullptr, "recorder"};
     RegisterClassA(&windowClass);
-    window = CreateWindowEx(0, "recorder", "", WS_OVERLAPPEDWINDOW, 0, 0, 500, 400, nullptr, nullptr, nullptr, nullptr);
+    window = CreateWindowEx(0, "recorder", "", WS_OVERLAPPEDWINDOW, 0, 0, 500, 400, nullptr, nullptr, nullptr,
+                            nullptr);
     ASSERT_NE(window, nullptr);
     g_scrolls.clear();
     g_sizes.clear();
@@ -62,7 +63,8 @@ TEST_F(ScrollBars, ABarShowsUnlessItsPageCoversItsRange) {
     int maximum;
     UINT page;
     bool shows;
-  } cases[] = {{0, 0, false}, {500, 500, true}, {499, 500, false}, {1000, 500, true}, {500, 501, false}, {1, 0, true}};
+  } cases[] = {{0, 0, false},     {500, 500, true},  {499, 500, false},
+               {1000, 500, true}, {500, 501, false}, {1, 0, true}};
   for (const auto& c : cases) {
     Set(SB_VERT, c.maximum, c.page, 0, TRUE);
     EXPECT_EQ(Shows(SB_VERT), c.shows) << "range 0.." << c.maximum << " page " << c.page;
@@ -111,7 +113,7 @@ TEST_F(ScrollBars, ClicksAndTheThumbSendTheirCodes) {
   const struct {
     int code;
     int track;
-  } expected[] = {{SB_LINEDOWN, 40000}, {SB_ENDSCROLL, 40000}, {SB_PAGEUP, 40000}, {SB_ENDSCROLL, 40000},
+  } expected[] = {{SB_LINEDOWN, 40000},   {SB_ENDSCROLL, 40000},    {SB_PAGEUP, 40000}, {SB_ENDSCROLL, 40000},
                   {SB_THUMBTRACK, 70000}, {SB_THUMBPOSITION, 70000}};  // more than 16 bits of track position
   ASSERT_GE(g_scrolls.size(), std::size(expected));
   for (std::size_t i = 0; i < std::size(expected); ++i) {

@@ -1,5 +1,5 @@
-// Draws the sample fax that the viewer opens by default: three pages of 1728 columns at 204 by 98 dots per inch,
-// text, a table and a drawing, compressed as faxes are.
+// Draws the sample fax that the viewer opens by default: three pages of 1728 columns at 204 by 98 dots per
+// inch, text, a table and a drawing, compressed as faxes are.
 //
 //   make_sample_fax OUT.tif
 
@@ -62,7 +62,8 @@ class Sheet {
     for (int y = 0; y < kRows; ++y)
       for (int x = 0; x < kColumns; ++x)
         if (IsDark(x, 2 * y) || IsDark(x, 2 * y + 1))
-          rows[static_cast<std::size_t>(y * (kColumns / 8) + x / 8)] |= static_cast<std::uint8_t>(0x80 >> x % 8);
+          rows[static_cast<std::size_t>(y * (kColumns / 8) + x / 8)] |=
+              static_cast<std::uint8_t>(0x80 >> x % 8);
     return rows;
   }
 
@@ -76,7 +77,9 @@ class Sheet {
 };
 
 void Header(Sheet& sheet, int page) {
-  sheet.Text(60, 20, 26, "24-11-2026  09:41   DA: +39 045 555 0142   A: UFFICIO TECNICO   PAG. " + std::to_string(page) + "/3");
+  sheet.Text(
+      60, 20, 26,
+      "24-11-2026  09:41   DA: +39 045 555 0142   A: UFFICIO TECNICO   PAG. " + std::to_string(page) + "/3");
   sheet.Dc().PatBlt(60, 62, kColumns - 120, 3, BLACKNESS);
 }
 
@@ -112,15 +115,16 @@ void DrawLetter(Sheet& sheet) {
 void DrawTable(Sheet& sheet) {
   Header(sheet, 2);
   sheet.Text(120, 120, 56, "Prezzi unitari", true);
-  const std::array<std::array<const char*, 4>, 9> cells = {{{"Codice", "Descrizione", "Quantità", "Prezzo"},
-                                                            {"ST-120", "Staffa zincata 120 mm", "120", "3,40"},
-                                                            {"ST-160", "Staffa zincata 160 mm", "80", "4,15"},
-                                                            {"ST-200", "Staffa zincata 200 mm", "40", "5,05"},
-                                                            {"PF-080", "Piastra forata 80 x 80", "30", "2,90"},
-                                                            {"PF-100", "Piastra forata 100 x 100", "20", "3,75"},
-                                                            {"PF-150", "Piastra forata 150 x 150", "10", "6,20"},
-                                                            {"VT-M8", "Vite M8 x 30 con dado", "500", "0,18"},
-                                                            {"RD-M8", "Rondella M8", "500", "0,04"}}};
+  const std::array<std::array<const char*, 4>, 9> cells = {
+      {{"Codice", "Descrizione", "Quantità", "Prezzo"},
+       {"ST-120", "Staffa zincata 120 mm", "120", "3,40"},
+       {"ST-160", "Staffa zincata 160 mm", "80", "4,15"},
+       {"ST-200", "Staffa zincata 200 mm", "40", "5,05"},
+       {"PF-080", "Piastra forata 80 x 80", "30", "2,90"},
+       {"PF-100", "Piastra forata 100 x 100", "20", "3,75"},
+       {"PF-150", "Piastra forata 150 x 150", "10", "6,20"},
+       {"VT-M8", "Vite M8 x 30 con dado", "500", "0,18"},
+       {"RD-M8", "Rondella M8", "500", "0,04"}}};
   constexpr std::array<int, 5> columns = {120, 380, 1060, 1340, 1600};
   int y = 250;
   for (const auto& row : cells) {
@@ -152,8 +156,10 @@ void DrawPlan(Sheet& sheet) {
   const CPoint middle = plate.CenterPoint();
   for (int i = 0; i < 24; ++i) {
     const double angle = i * 3.14159265358979 / 12;
-    dc.MoveTo(middle.x + static_cast<int>(180 * std::cos(angle)), middle.y + static_cast<int>(180 * std::sin(angle)));
-    dc.LineTo(middle.x + static_cast<int>(300 * std::cos(angle)), middle.y + static_cast<int>(300 * std::sin(angle)));
+    dc.MoveTo(middle.x + static_cast<int>(180 * std::cos(angle)),
+              middle.y + static_cast<int>(180 * std::sin(angle)));
+    dc.LineTo(middle.x + static_cast<int>(300 * std::cos(angle)),
+              middle.y + static_cast<int>(300 * std::sin(angle)));
   }
   dc.Ellipse(CRect(middle.x - 180, middle.y - 180, middle.x + 180, middle.y + 180));
   dc.MoveTo(plate.left, 1580);

@@ -49,9 +49,9 @@ struct WindowRecord {
   std::intptr_t id = 0;
   std::intptr_t userData = 0;
   HINSTANCE instance = nullptr;
-  HWND parent = nullptr;        ///< of a child
-  HWND owner = nullptr;         ///< of a top-level window
-  std::vector<HWND> children;   ///< top of the z-order first
+  HWND parent = nullptr;       ///< of a child
+  HWND owner = nullptr;        ///< of a top-level window
+  std::vector<HWND> children;  ///< top of the z-order first
   std::string text;
   bool destroying = false;
 
@@ -60,10 +60,10 @@ struct WindowRecord {
   std::array<QPointer<WindowScrollBar>, 2> bars;  ///< by SB_HORZ, SB_VERT
   std::array<ScrollBarState, 2> scroll;
 
-  QImage surface;        ///< what the client area shows, in device pixels
-  QRegion invalid;       ///< client coordinates
+  QImage surface;   ///< what the client area shows, in device pixels
+  QRegion invalid;  ///< client coordinates
   bool eraseInvalid = false;
-  int paintDepth = 0;    ///< inside BeginPaint
+  int paintDepth = 0;  ///< inside BeginPaint
   bool paintBegun = false;
   bool inQtPaint = false;
   QSize sentClientSize{-1, -1};
@@ -73,7 +73,9 @@ struct WindowRecord {
 
 HandleTable<WindowRecord, HWND>& Windows();
 /// Null for a dead handle.
-inline WindowRecord* FindWindowRecord(HWND window) { return Windows().Get(window); }
+inline WindowRecord* FindWindowRecord(HWND window) {
+  return Windows().Get(window);
+}
 
 /// By name; null if it isn't registered.
 WindowClass* FindWindowClass(const char* name);
@@ -102,8 +104,8 @@ void RefreshScrollBar(WindowRecord& window, int bar);
 
 // Focus and capture (focus.cpp)
 
-void FocusGained(HWND window);    ///< the desktop gave it the keyboard
-void FocusLost(HWND window);      ///< the desktop took it away
+void FocusGained(HWND window);  ///< the desktop gave it the keyboard
+void FocusLost(HWND window);    ///< the desktop took it away
 void ForgetInputWindow(HWND window);
 void CaptureLost();
 

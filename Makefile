@@ -1,0 +1,41 @@
+# Thin wrappers; CMakePresets.json has the configurations, tools/setup the packages.
+PREFIX ?= /usr/local
+JOBS ?= $(shell nproc)
+
+.PHONY: run test bench lint sanitize install setup
+
+build:
+	@mkdir -p build
+
+setup:
+	@tools/setup
+
+# Opens the viewer on FILE, by default the sample fax; without a display it writes the window as a picture.
+run: setup | build
+	@cmake --preset release > build/configure.log 2>&1 || { cat build/configure.log; exit 1; }
+	@cmake --build build/release --target viewer sample_fax -- -j$(JOBS) --quiet
+	@tools/run_viewer build/release $(FILE)
+
+test: setup
+	cmake --preset release
+	cmake --build build/release -- -j$(JOBS)
+	ctest --preset release -j$(JOBS)
+
+bench: setup
+	cmake --preset release
+	cmake --build build/release -- -j$(JOBS)
+	tools/bench build/release
+
+lint: setup
+	cmake --preset debug
+	tools/lint build/debug
+
+sanitize: setup
+	cmake --preset sanitize
+	cmake --build build/sanitize -- -j$(JOBS)
+	ctest --preset sanitize -j$(JOBS)
+
+install: setup
+	cmake --preset release
+	cmake --build build/release -- -j$(JOBS)
+	cmake --install build/release --prefix $(PREFIX)

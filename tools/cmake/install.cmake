@@ -1,0 +1,28 @@
+# What a host gets: the libraries, the public headers below include/tessarel12, a CMake package, a pkg-config file.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS TessarelPlatform LTWrap12 Tessarel12 EXPORT Tessarel12Targets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+
+set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/tessarel12)
+foreach(folder platform library imagewindow)
+  install(DIRECTORY ${folder} DESTINATION ${include_dir} FILES_MATCHING
+    PATTERN "*.h"
+    PATTERN "detail" EXCLUDE
+    PATTERN "*_internal.h" EXCLUDE)
+endforeach()
+install(FILES imaging/exception.h imaging/export.h imaging/ltwrap.h imaging/records.h DESTINATION ${include_dir}/imaging)
+install(FILES tessarel12.h DESTINATION ${include_dir})
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Tessarel12)
+install(EXPORT Tessarel12Targets NAMESPACE Tessarel12:: DESTINATION ${package_dir})
+configure_package_config_file(tools/cmake/Tessarel12Config.cmake.in ${PROJECT_BINARY_DIR}/Tessarel12Config.cmake
+  INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/Tessarel12ConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/Tessarel12Config.cmake ${PROJECT_BINARY_DIR}/Tessarel12ConfigVersion.cmake
+  DESTINATION ${package_dir})
+
+# The prefix is found from the file's own place, so that an installed tree can be moved.
+file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+configure_file(tools/cmake/tessarel12.pc.in ${PROJECT_BINARY_DIR}/tessarel12.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/tessarel12.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
