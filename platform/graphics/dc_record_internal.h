@@ -89,6 +89,8 @@ std::uint32_t ResolveColor(const DcRecord& dc, COLORREF color);
 std::optional<std::uint32_t> BrushPixel(const DcRecord& dc, HGDIOBJ brush);
 /// Fills with a truth table that doesn't use the source.
 bool FillUnits(DcRecord& dc, const QRect& units, unsigned table, std::uint32_t brush);
+/// The same without telling the window, for shapes of many parts.
+bool FillUntold(DcRecord& dc, const QRect& units, unsigned table, std::uint32_t brush);
 /// Lets Qt draw within a rectangle in units, clipped, with units as the painter's coordinates. False if there
 /// is nothing to draw on.
 bool PaintWithQt(DcRecord& dc, const QRect& units, const std::function<void(QPainter&)>& draw);

@@ -36,12 +36,17 @@ void FillRaster(const Raster& target, const QRect& part, unsigned table, std::ui
 
 }  // namespace
 
-bool FillUnits(DcRecord& dc, const QRect& units, unsigned table, std::uint32_t brush) {
+bool FillUntold(DcRecord& dc, const QRect& units, unsigned table, std::uint32_t brush) {
   if (dc.kind == DcKind::Painter) return FillPainter(dc, units, table, brush);
   const auto target = TargetOf(dc);
   if (!target) return false;
   for (const QRect& part : ClippedPixels(dc, *target, PixelsOf(dc, units)))
     FillRaster(*target, part, table, brush);
+  return true;
+}
+
+bool FillUnits(DcRecord& dc, const QRect& units, unsigned table, std::uint32_t brush) {
+  if (!FillUntold(dc, units, table, brush)) return false;
   Drawn(dc, units);
   return true;
 }

@@ -52,11 +52,39 @@ bool FillAlongAxis(DcRecord& dc, const PenRecord& pen, QPoint from, QPoint to) {
                              platform::ResolveColor(dc, pen.color));
 }
 
+// One unit a step along the longer axis, each worked out by itself, so that only the steps inside the clip
+// count.
+bool FillSlanted(DcRecord& dc, const PenRecord& pen, QPoint from, QPoint to) {
+  const QRect clip = platform::ClipOf(dc).boundingRect();
+  const bool wide = std::abs(to.x() - from.x()) >= std::abs(to.y() - from.y());
+  const int start = wide ? from.x() : from.y();
+  const int steps = wide ? to.x() - from.x() : to.y() - from.y();
+  const std::int64_t count = std::abs(steps);
+  const std::int64_t rise = wide ? to.y() - from.y() : to.x() - from.x();
+  const int low = wide ? clip.left() : clip.top();
+  const int high = wide ? clip.right() : clip.bottom();
+  const std::int64_t first = std::max<std::int64_t>(0, steps > 0 ? low - start : start - high);
+  const std::int64_t last = std::min<std::int64_t>(count - 1, steps > 0 ? high - start : start - low);
+  const unsigned table = platform::TableOfRop2(dc.state.rop2);
+  const std::uint32_t color = platform::ResolveColor(dc, pen.color);
+  bool done = platform::TargetOf(dc).has_value();
+  for (std::int64_t i = first; i <= last && done; ++i) {
+    const auto across =
+        static_cast<int>((2 * i * std::abs(rise) + count) / (2 * count)) * (rise < 0 ? -1 : 1);
+    const auto along = static_cast<int>(steps > 0 ? i : -i);
+    const QPoint at = from + (wide ? QPoint(along, across) : QPoint(across, along));
+    done = platform::FillUntold(dc, QRect(at, QSize(1, 1)), table, color);
+  }
+  platform::Drawn(dc, QRect(from, to).normalized());
+  return done;
+}
+
 bool DrawLine(DcRecord& dc, QPoint from, QPoint to) {
   const PenRecord* pen = VisiblePen(dc);
   if (pen == nullptr || from == to) return true;
   if (IsThinSolid(*pen) && (from.x() == to.x() || from.y() == to.y()))
     return FillAlongAxis(dc, *pen, from, to);
+  if (IsThinSolid(*pen) && dc.kind != platform::DcKind::Painter) return FillSlanted(dc, *pen, from, to);
   const int reach = WidthOf(*pen) + 1;
   const QRect units = QRect(from, to).normalized().adjusted(-reach, -reach, reach, reach);
   const QPen line = ToQPen(dc, *pen);
