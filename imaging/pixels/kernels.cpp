@@ -52,10 +52,15 @@ void ExpandBits(std::uint8_t* out, const std::uint8_t* row, std::size_t firstBit
   }
 }
 
+void GrayToPixels(std::uint32_t* out, const std::uint8_t* grays, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) out[i] = 0xff000000U | grays[i] * 0x010101U;
+}
+
 }  // namespace
 
 const Kernels& PlainKernels() {
-  static constexpr Kernels kernels{AddRow, CombineRows, BoxGray, BoxColor<3>, BoxColor<4>, ExpandBits};
+  static constexpr Kernels kernels{AddRow,      CombineRows, BoxGray,     BoxColor<3>,
+                                   BoxColor<4>, ExpandBits,  GrayToPixels};
   return kernels;
 }
 

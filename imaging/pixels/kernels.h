@@ -43,12 +43,18 @@ struct Kernels {
                     int fraction, BoxDivisor divisor);
   void (*boxColor4)(std::uint32_t* out, const std::uint16_t* row, const BoxSpan* spans, std::size_t count,
                     int fraction, BoxDivisor divisor);
-  /// A byte for each of count bits beginning with the given one: zero or one.
+  /// A byte for each of count bits beginning with the given one: zero or one. Reads up to 8 bytes past the
+  /// last.
   void (*expandBits)(std::uint8_t* out, const std::uint8_t* row, std::size_t firstBit, std::size_t count,
                      std::uint8_t zero, std::uint8_t one);
+  /// 0xffRRGGBB from grey.
+  void (*grayToPixels)(std::uint32_t* out, const std::uint8_t* grays, std::size_t count);
 };
 
 LTWRAP_API const Kernels& PlainKernels();
+#if defined(__x86_64__)
+const Kernels& Avx2Kernels();
+#endif
 /// Those for this processor.
 LTWRAP_API const Kernels& FastKernels();
 

@@ -8,6 +8,7 @@
 #include "imaging/exception.h"
 #include "imaging/limits.h"
 #include "imaging/pixels/scaler.h"
+#include "imaging/pixels/view_cache.h"
 
 namespace imaging {
 namespace {
@@ -91,17 +92,11 @@ unsigned RasterCode(std::uint32_t rasterOperation) {
   return code & 15;
 }
 
-struct Picture {
-  const PixelStorage& pixels;
-  int order;
-  Scaling scaling;
-};
-
 /// part: in pixels of the scaled picture; out: where its first pixel goes.
 void PaintPart(const Picture& picture, const RECT& part, std::uint32_t* out, std::ptrdiff_t stride,
                std::uint32_t rasterOperation) {
   if (rasterOperation == kSourceCopy) {
-    RenderScaled(picture.pixels, picture.order, picture.scaling, part, out, stride);
+    ViewCache::Instance().Draw(picture, part, out, stride);
     return;
   }
   const unsigned code = RasterCode(rasterOperation);

@@ -120,13 +120,9 @@ std::uint32_t ExchangeRedBlue(std::uint32_t pixel) {
   return (pixel & 0xff00ff00U) | (pixel & 0xff) << 16 | (pixel >> 16 & 0xff);
 }
 
-void GrayToPixels(std::uint32_t* out, const std::uint8_t* grays, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) out[i] = 0xff000000U | grays[i] * 0x010101U;
-}
-
 /// Bytes of a reader's channels as pixels for the screen.
 void ToPixels(std::uint32_t* out, const std::uint8_t* bytes, std::size_t count, int channels, bool redFirst) {
-  if (channels == 1) return GrayToPixels(out, bytes, count);
+  if (channels == 1) return FastKernels().grayToPixels(out, bytes, count);
   const std::size_t red = redFirst ? 0 : 2;
   const auto step = static_cast<std::size_t>(channels);
   for (std::size_t i = 0; i < count; ++i, bytes += step)
@@ -141,7 +137,7 @@ void RenderReduced(const RowReader& reader, bool redFirst, const Scaling& scalin
   for (int y = part.top; y < part.bottom; ++y, out += stride) {
     if (reader.Channels() == 1) {
       scaler.GrayRow(y, grays.data());
-      GrayToPixels(out, grays.data(), static_cast<std::size_t>(columns));
+      kernels.grayToPixels(out, grays.data(), static_cast<std::size_t>(columns));
       continue;
     }
     scaler.ColorRow(y, out);

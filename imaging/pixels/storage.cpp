@@ -8,6 +8,7 @@
 
 #include "imaging/exception.h"
 #include "imaging/limits.h"
+#include "imaging/pixels/view_cache.h"
 
 namespace imaging {
 namespace {
@@ -132,6 +133,7 @@ bool PixelStorage::IsLive(const PixelStorage* storage) {
 
 PixelStorage::~PixelStorage() {
   Live().erase(this);
+  ViewCache::Instance().Drop(m_serial);
   if (m_pixels != nullptr) Pool().Give(m_pixels, m_capacity);
 }
 

@@ -1,6 +1,7 @@
 #include <cmath>
 
 #include "imaging/pixels/paint.h"
+#include "imaging/pixels/view_cache.h"
 #include "tests/imaging/pixel_support.h"
 
 using imaging::PaintOnSurface;
@@ -227,6 +228,64 @@ TEST(PaintOperation, CombinesWithTheSurface) {
               canvas.Paint(bitmap, {0, 0, 1, 1}, nullptr, kMergeCopy);
             }),
             imaging::kErrorUnsupported);
+}
+
+/// Counts what a piece of work had to scale anew.
+template <typename Work>
+std::uint64_t Rendered(Work work) {
+  const std::uint64_t before = imaging::ViewCache::Instance().RenderedPixels();
+  work();
+  return imaging::ViewCache::Instance().RenderedPixels() - before;
+}
+
+TEST(PaintAgain, ScalesTheNewlyExposedOnly) {
+  OwnedBitmap bitmap(600, 900, 8);
+  pixel_test::FillNoise(*bitmap.pStorage, 41);
+  Canvas canvas(200, 150);
+  const auto paint = [&](int x, int y) { canvas.Paint(bitmap, {-x, -y, 301 - x, 451 - y}); };
+  EXPECT_EQ(Rendered([&] { paint(0, 0); }), 200U * 150);
+  EXPECT_EQ(Rendered([&] { paint(0, 0); }), 0U);
+  EXPECT_EQ(Rendered([&] { paint(0, 40); }), 200U * 40);
+  EXPECT_EQ(Rendered([&] { paint(30, 40); }), 30U * 150);
+  EXPECT_EQ(Rendered([&] { paint(20, 45); }), 200U * 5) << "columns just passed are still there";
+  EXPECT_EQ(Rendered([&] { paint(90, 55); }), 200U * 150 - 130 * 140) << "both ways at once";
+  EXPECT_EQ(Rendered([&] { paint(101, 301); }), 200U * 150);
+  pixel_test::SetPixel(*bitmap.pStorage, 300, 700, 0);
+  EXPECT_EQ(Rendered([&] { paint(101, 301); }), 200U * 150) << "changed pixels";
+}
+
+// A random walk by scrolling, jumps, zoom steps and partial repaints must never show a pixel from elsewhere.
+TEST(PaintAgain, AlwaysEqualsAFreshPaint) {
+  OwnedBitmap bitmap(700, 800, 8);
+  pixel_test::FillNoise(*bitmap.pStorage, 42);
+  std::mt19937 random(43);
+  Canvas canvas(160, 140);
+  int x = 0;
+  int y = 0;
+  int width = 400;
+  for (int step = 0; step < 400; ++step) {
+    const auto pick = [&](int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); };
+    if (step % 40 == 39) width = 180 + pick(600);
+    x = std::clamp(step % 13 == 0 ? pick(400) : x + pick(61) - 30, -20, width - 100);
+    y = std::clamp(step % 17 == 0 ? pick(400) : y + pick(61) - 30, -20, width - 100);
+    if (step % 50 == 7) pixel_test::SetPixel(*bitmap.pStorage, pick(700), pick(800), 0);
+    const RECT place{-x, -y, width - x, width - y};
+    const RECT part{pick(80), pick(70), 80 + pick(81), 70 + pick(71)};
+    const RECT* clip = step % 3 == 0 ? &part : nullptr;
+    std::fill(canvas.pixels.begin(), canvas.pixels.end(), kUntouched);
+    canvas.Paint(bitmap, place, clip);
+    OwnedBitmap copy;
+    LEADTOOLS::CopyBitmap(&copy, &bitmap);
+    Canvas fresh(160, 140);
+    fresh.Paint(copy, place, clip);
+    for (int row = 0; row < 140; ++row)
+      for (int column = 0; column < 160; ++column)
+        if (clip == nullptr ||
+            (column >= clip->left && column < clip->right && row >= clip->top && row < clip->bottom)) {
+          ASSERT_EQ(canvas.At(column, row), fresh.At(column, row))
+              << "step " << step << " at " << column << ", " << row;
+        }
+  }
 }
 
 TEST(PaintFailure, IsToldAndHarmless) {
