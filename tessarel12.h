@@ -1,12 +1,6 @@
 #pragma once
 
-// Everything that a host needs of the image-viewing component.
+// All that a host uses of the library.
 
 #include "imagewindow/image_window.h"
-#include "imaging/ltwrap.h"
-#include "library/report_error.h"
 #include "library/tessarel_ext.h"
-#include "platform/framework/app.h"
-#include "platform/framework/frame_wnd.h"
-#include "platform/framework/message_box.h"
-#include "platform/framework/wnd.h"

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "library/export.h"
+
+// The library's plain functions. The library registers itself with the framework when it is loaded; a host
+// needs neither call to show images.
+
+extern "C" {
+
+/// Non-zero: the frames of the document/view stack may open and export files. They may not before the first
+/// call.
+TESSAREL_API void EnableFilesOpening(int bEnable);
+
+/// Registers the library anew with the module state in force at the call, so that whoever runs under that
+/// state finds the library's resources and classes. For hosts that are libraries themselves.
+TESSAREL_API void InitTessarelExtDLL();
+}
