@@ -1,0 +1,121 @@
+#include <limits>
+
+#include "imagewindow/image_window.h"
+#include "imagewindow/square_pixels.h"
+#include "imagewindow/zoom_steps.h"
+
+namespace {
+
+constexpr unsigned kCountPages = 1;
+constexpr int kBilevelDepthInMemory = 8;  // what the grey reduction works on
+
+}  // namespace
+
+void CImageWindow::FreeBitmaps() {
+  for (struct_LEAD_Bitmap* bitmap : {&m_Bitmap, &m_SmartBitmap})
+    if ((bitmap->Flags & leadtools12::kAllocated) != 0) LEADTOOLS::FreeBitmap(bitmap);
+}
+
+void CImageWindow::Initialize() {
+  m_bMultiLevel = false;
+  m_nCurrPage = 0;
+  m_nRotation = 0;
+  m_nMaxPage = 0;
+  FreeBitmaps();
+  m_strFilePath.Empty();
+  m_pFileBuf = nullptr;
+  m_nFileBufSize = 0;
+}
+
+bool CImageWindow::OpenImageFile(const char* path) {
+  const CString copy(path);  // the caller's text may be the field that is emptied next
+  Initialize();
+  struct_file_information info{};
+  try {
+    LEADTOOLS::FileInfo(copy, &info, kCountPages, nullptr);
+  } catch (CLeadtoolsException* exception) {
+    Report(exception);
+    return false;
+  }
+  m_nMaxPage = info.TotalPages;
+  m_nCurrPage = 1;
+  m_strFilePath = copy;
+  SetMouseMode(MouseModeNone);
+  return true;
+}
+
+bool CImageWindow::OpenImageMemory(void* block, unsigned long size) {
+  Initialize();
+  struct_file_information info{};
+  try {
+    // The window's own record of the size is an int.
+    if (size > static_cast<unsigned long>(std::numeric_limits<int>::max()))
+      throw new CLeadtoolsException(imaging::kErrorLimit);
+    LEADTOOLS::FileInfoMemory(static_cast<char*>(block), &info, static_cast<long>(size), kCountPages,
+                              nullptr);
+  } catch (CLeadtoolsException* exception) {
+    Report(exception);
+    return false;
+  }
+  m_nCurrPage = 1;
+  m_nMaxPage = info.TotalPages;
+  m_pFileBuf = static_cast<char*>(block);
+  m_nFileBufSize = static_cast<int>(size);
+  SetMouseMode(MouseModeNone);
+  return true;
+}
+
+void CImageWindow::Decode(int page) {
+  _LOADFILEOPTION options{};
+  LEADTOOLS::GetDefaultLoadFileOption(&options);
+  options.PageNumber = page;
+  const bool fromFile = m_strFilePath.IsEmpty() == FALSE;
+  struct_file_information info{};
+  if (fromFile)
+    LEADTOOLS::FileInfo(m_strFilePath, &info, 0, &options);
+  else
+    LEADTOOLS::FileInfoMemory(m_pFileBuf, &info, m_nFileBufSize, kCountPages, &options);
+  m_bMultiLevel = info.BitsPerPixel != 1;
+  const int bits = m_bMultiLevel ? info.BitsPerPixel : kBilevelDepthInMemory;
+  const int order = m_bMultiLevel ? 1 : 0;
+  if (fromFile)
+    LEADTOOLS::LoadBitmapA(m_strFilePath, &m_Bitmap, bits, order, &options, nullptr);
+  else
+    LEADTOOLS::LoadBitmapMemory(m_pFileBuf, &m_Bitmap, bits, order, m_nFileBufSize, &options, nullptr);
+  if (m_Bitmap.ViewPerspective != 0) LEADTOOLS::ChangeBitmapViewPerspective(nullptr, &m_Bitmap, 0);
+}
+
+void CImageWindow::MakePixelsSquare() {
+  CDC screen;
+  screen.CreateCompatibleDC(nullptr);
+  const square_pixels::Correction correction =
+      square_pixels::WholeFactor({m_Bitmap.XResolution, m_Bitmap.YResolution},
+                                 {screen.GetDeviceCaps(LOGPIXELSX), screen.GetDeviceCaps(LOGPIXELSY)});
+  if (!correction.known) return;
+  const CSize size = square_pixels::StretchedSize(PageSize(), correction.stretch);
+  LEADTOOLS::SizeBitmap(&m_Bitmap, size.cx, size.cy);
+}
+
+bool CImageWindow::LoadPage(int page) {
+  if (page > m_nMaxPage || page < 1) return false;
+  FreeBitmaps();
+  try {
+    Decode(page);
+    MakePixelsSquare();
+  } catch (CLeadtoolsException* exception) {
+    FreeBitmaps();
+    Report(exception);
+    m_nCurrPage = page;
+    return false;
+  }
+  m_nCurrPage = page;
+  if (NeedsSmartBitmap()) DoSmartResizing();
+  if (!zoom::IsLegalWholePercent(m_dScaleFactor)) ZoomToScaleFactor(1.0);
+  UpdateScroll();
+  SetScrollPos(CPoint(0, 0), TRUE);
+  if (!HasPage())
+    SetMouseMode(MouseModeNone);
+  else if (m_nMouseMode == MouseModeNone)
+    SetMouseMode(MouseModeDrag);
+  return true;
+}

@@ -1,0 +1,100 @@
+#include "imagewindow/image_window.h"
+
+#include <memory>
+
+#include "library/settings.h"
+#include "platform/base/path.h"
+
+IMPLEMENT_DYNCREATE(CImageWindow, CWnd)
+
+BEGIN_MESSAGE_MAP(CImageWindow, CWnd)
+ON_WM_CREATE()
+ON_WM_PAINT()
+ON_WM_SIZE()
+ON_WM_HSCROLL()
+ON_WM_VSCROLL()
+END_MESSAGE_MAP()
+
+namespace {
+
+constexpr int kClassBackground = 5;  // the window class names its brush by a colour number plus 1
+
+std::array<RGBQUAD, 256> LinearGray() {
+  std::array<RGBQUAD, 256> palette{};
+  for (std::size_t i = 0; i < palette.size(); ++i) {
+    const auto level = static_cast<BYTE>(i);
+    palette[i] = {level, level, level, 0};
+  }
+  return palette;
+}
+
+}  // namespace
+
+CImageWindow::CImageWindow()
+    : m_dScaleFactor(SettingsReadInt("", "Scale", 100) * 0.01), m_GrayPalette(LinearGray()) {
+  // The settings are taken as they are; the first page load replaces a scale that isn't legal.
+  try {
+    LEADTOOLS::InitBitmap(&m_Bitmap, 0, 0, 1);
+    LEADTOOLS::InitBitmap(&m_SmartBitmap, 0, 0, 1);
+  } catch (CLeadtoolsException* exception) {
+    Report(exception);
+  }
+}
+
+CImageWindow::~CImageWindow() {
+  FreeBitmaps();
+}
+
+void CImageWindow::Report(CLeadtoolsException* exception) {
+  struct Deleter {
+    void operator()(CLeadtoolsException* ended) const { ended->Delete(); }
+  };
+  const std::unique_ptr<CLeadtoolsException, Deleter> owner(
+      exception);  // ends it even if the callback throws
+  const CString text = CLeadtoolsException::GetErrorMessage(exception->m_nError);
+  m_pfnReportError(exception->GetLastError(), text);
+}
+
+void CImageWindow::ReportErrorDefault(int code, CString text) {
+  ShowErrorBox(code, text);
+}
+
+void CImageWindow::SetReportErrorCallBack(ReportErrorFunction function) {
+  m_pfnReportError = function != nullptr ? function : &CImageWindow::ReportErrorDefault;
+}
+
+CString CImageWindow::GetFileName() const {
+  return platform::SplitPath(static_cast<const char*>(m_strFilePath)).name.c_str();
+}
+
+void CImageWindow::GetFileBuf(char** block, int* size) const {
+  *block = m_pFileBuf;
+  *size = m_nFileBufSize;
+}
+
+BOOL CImageWindow::PreCreateWindow(CREATESTRUCT& cs) {
+  if (CWnd::PreCreateWindow(cs) == FALSE) return FALSE;
+  cs.dwExStyle |= WS_EX_CLIENTEDGE;
+  cs.style &= ~static_cast<DWORD>(WS_BORDER);
+  cs.lpszClass = AfxRegisterWndClass(CS_BYTEALIGNCLIENT, nullptr,
+                                     reinterpret_cast<HBRUSH>(std::intptr_t{kClassBackground}), nullptr);
+  return TRUE;
+}
+
+int CImageWindow::OnCreate(LPCREATESTRUCT cs) {
+  if (CWnd::OnCreate(cs) == -1) return -1;
+  SetClassLong(m_hWnd, GCL_HCURSOR, 0);  // the window alone decides on its cursor
+  ModifyStyle(0, WS_HSCROLL | WS_VSCROLL);
+  ShowScrollBar(SB_BOTH, FALSE);
+  SCROLLINFO nothing{};
+  nothing.cbSize = sizeof nothing;
+  nothing.fMask = SIF_ALL;
+  SetScrollInfo(SB_HORZ, &nothing, FALSE);
+  SetScrollInfo(SB_VERT, &nothing, FALSE);
+  return 0;
+}
+
+void CImageWindow::SetMouseMode(int mode) {
+  m_nMouseMode = mode;
+  if (mode == MouseModeNone) SetCursor(LoadCursor(nullptr, IDC_ARROW));
+}

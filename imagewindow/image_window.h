@@ -1,0 +1,156 @@
+#pragma once
+
+#include <array>
+
+#include "imaging/ltwrap.h"
+#include "library/export.h"
+#include "library/report_error.h"
+#include "platform/framework/wnd.h"
+
+/// Fit modes. Any other value is kept and does nothing.
+enum : int { FitModeNone = 0, FitModeWidth = 1, FitModeHeight = 2, FitModeBest = 3 };
+
+/// Mouse modes. Any other value is kept and does nothing.
+enum : int { MouseModeNone = 0, MouseModeDrag = 1, MouseModeZoomIn = 2, MouseModeZoomOut = 3 };
+
+/// A window that shows one page at a time of an image file or of an image in memory, scaled and scrolled.
+///
+/// Opening only learns how many pages there are; LoadPage decodes one, anew each time. Pages are counted
+/// from 1. A failure of the imaging service is told once, to the report-error callback, and the operation
+/// gives false. Everything runs on the window's thread.
+class TESSAREL_API CImageWindow : public CWnd {
+  DECLARE_DYNCREATE(CImageWindow)
+ public:
+  /// Starts at the scale of the user's settings. Shows nothing until Create and an open.
+  CImageWindow();
+  CImageWindow(const CImageWindow&) = delete;
+  CImageWindow& operator=(const CImageWindow&) = delete;
+  ~CImageWindow() override;
+
+  /// Closes what was open, then opens a file, but decodes nothing and keeps the scale. False: nothing is
+  /// open.
+  bool OpenImageFile(const char* path);
+  /// The same for a file image in memory. The block stays the caller's and must live as long as it is shown.
+  bool OpenImageMemory(void* block, unsigned long size);
+  /// The scale that is asked for, 0.01 to 10.0, 1.0 being one page pixel per screen pixel; a page so small
+  /// that a side would be below 5 pixels gets a larger one. Shows the page's top left corner. False if the
+  /// factor is refused.
+  virtual bool ZoomToScaleFactor(double factor);
+  /// Shows a page from its top left corner. False if there is no such page, which changes nothing, or if it
+  /// can't be decoded, which leaves the window without a picture.
+  virtual bool LoadPage(int page);
+
+  /// 0 while nothing is open.
+  int GetCurrPage() const { return m_nCurrPage; }
+  int GetMaxPage() const { return m_nMaxPage; }
+  /// Empty for an image in memory.
+  CString GetFilePath() const { return m_strFilePath; }
+  /// The path's part behind its last separator.
+  CString GetFileName() const;
+  /// Gives back what OpenImageMemory got; null and 0 for a file.
+  void GetFileBuf(char** block, int* size) const;
+  /// Null brings the default back, a message box.
+  void SetReportErrorCallBack(ReportErrorFunction function);
+
+  /// Multiplies the scale, but not beyond the highest; the multiplier that was used.
+  double MultiplyScaleFactor(double multiplier);
+  double GetScaleFactor() const { return m_dScaleFactor; }
+  int GetScalePercent() const;
+  /// One step of the chain 1:64 ... 1:4, 1:2, 1:1, 2:1, 3:1 ... 10:1. Nothing at its ends.
+  void ZoomIn();
+  void ZoomOut();
+  bool ZoomInPossible() const;
+  bool ZoomOutPossible() const;
+  /// Scale once; a later change of the window's size doesn't fit again.
+  void FitToWidth();
+  void FitToHeight();
+  void BestFit();
+  /// Keeps the mode and, if it is another one than before, fits once.
+  void SetFitMode(int mode);
+  int GetFitMode() const { return m_nFitMode; }
+  void SetMouseMode(int mode);
+  int GetMouseMode() const { return m_nMouseMode; }
+
+  // State, for hosts to read.
+
+  CPoint m_ptScroll;           ///< the pixel of the scaled page at the client area's top left corner
+  CPoint m_ptScrollMax;        ///< the largest such position
+  CSize m_szClient;            ///< client area, pixels
+  CSize m_szScaled;            ///< page at the current scale, pixels
+  char* m_pFileBuf = nullptr;  ///< image in memory, the caller's
+  int m_nFileBufSize = 0;
+  int m_nFitMode = FitModeNone;
+  CString m_strFilePath;                   ///< empty: the source is the memory block
+  double m_dScaleFactor;                   ///< all drawing and scrolling goes by this
+  bool m_bMultiLevel = false;              ///< false: the page has 1 bit per pixel in its file
+  std::array<RGBQUAD, 256> m_GrayPalette;  ///< from black to white; colours of m_SmartBitmap
+  int m_nCurrPage = 0;
+  int m_nMaxPage = 0;
+  int m_nRotation = 0;     ///< degrees
+  int m_nZoomDivisor = 1;  ///< the zoom step last snapped to: above 0 a reduction 1 : n, below an enlargement
+  CPoint m_ptSelStart;     ///< zoom selection, client coordinates
+  CPoint m_ptSelEnd;
+  int m_nMouseMode = MouseModeNone;
+  bool m_bZoomSelect = false;
+  bool m_bShiftDown = false;
+  CPoint m_ptDragLast;
+  struct_LEAD_Bitmap m_Bitmap{};       ///< the page at full size, its pixels square
+  struct_LEAD_Bitmap m_SmartBitmap{};  ///< a bilevel page reduced to grey by the divisor; empty unless needed
+  ReportErrorFunction m_pfnReportError = &CImageWindow::ReportErrorDefault;
+  int m_nPrintFormat = 0;
+
+ protected:
+  BOOL PreCreateWindow(CREATESTRUCT& cs) override;
+
+  /// Back to nothing open; scale, modes, callback and scroll position stay.
+  void Initialize();
+  /// Shows a message box, for every code but that of a job ended by the user.
+  static void ReportErrorDefault(int code, CString text);
+
+  /// Sets the factor from the divisor.
+  void CalcScaleFactor();
+  void ZoomToFitMode();
+  /// To the nearest whole number; exactly half goes down.
+  static int RoundDouble(double value);
+
+  /// False if nothing was painted.
+  bool DoDraw(CPaintDC* dc);
+  /// Makes m_SmartBitmap anew for the current page and divisor.
+  void DoSmartResizing();
+  /// Reduces an 8-bit bitmap of two levels in a global block by the divisor, to the share of light pixels.
+  /// The new block is the caller's; null if the page is smaller than the divisor, isn't of that kind, or
+  /// memory is short.
+  void* SmartResize(void* sourceBlock);
+  /// Bytes of a row of so many bits, padded to 4 bytes.
+  static int GetWidthBytes(int bits);
+
+  /// Goes to a position, within the limits, and repaints. erase: the background too.
+  void SetScrollPos(CPoint position, int erase);
+  /// Takes scaled size and scroll bars from page and scale, and goes to the top left corner.
+  void UpdateScroll();
+  void MoveScrollPos(CSize offset);
+
+  int OnCreate(LPCREATESTRUCT cs);
+  void OnPaint();
+  void OnSize(UINT type, int cx, int cy);
+  void OnHScroll(UINT code, UINT position, CScrollBar* bar);
+  void OnVScroll(UINT code, UINT position, CScrollBar* bar);
+
+ private:
+  bool HasPage() const { return (m_Bitmap.Flags & leadtools12::kAllocated) != 0; }
+  /// Full size of the page; 0 by 0 without one.
+  CSize PageSize() const;
+  /// True while the page is shown by its reduced grey copy.
+  bool NeedsSmartBitmap() const { return m_nZoomDivisor > 1 && !m_bMultiLevel && HasPage(); }
+  void FreeBitmaps();
+  /// Tells the callback and ends the exception.
+  void Report(CLeadtoolsException* exception);
+  /// Decodes a page of the source into m_Bitmap; throws.
+  void Decode(int page);
+  /// Repeats rows or columns of m_Bitmap until its pixels are square on the screen; throws.
+  void MakePixelsSquare();
+  void StepTo(int divisor, CPoint position);
+  void ScrollBy(int bar, UINT code, UINT* position);
+
+  DECLARE_MESSAGE_MAP()
+};

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+#include "imagewindow/zoom_steps.h"
+#include "platform/base/geometry.h"
+#include "platform/window/messages.h"
+
+// The part of the scaled page that a window shows. Positions are pixels of the scaled page: the one shown at
+// the client area's top left corner. Pure arithmetic, shared by every window that shows pages.
+namespace viewport {
+
+inline constexpr int kLineStep = 15;
+
+/// Three quarters of what is seen.
+inline int PageStep(int client) {
+  return client - client / 4;
+}
+
+inline CSize ScaledSize(SIZE page, double factor) {
+  return {zoom::TruncateToInt(page.cx * factor), zoom::TruncateToInt(page.cy * factor)};
+}
+
+/// Largest position; 0 where all of the page is seen.
+inline CPoint LargestPosition(SIZE scaled, SIZE client) {
+  return {std::max(scaled.cx - client.cx, 0), std::max(scaled.cy - client.cy, 0)};
+}
+
+inline int Limit(std::int64_t position, int largest) {
+  return static_cast<int>(std::clamp<std::int64_t>(position, 0, largest));
+}
+
+inline CPoint Limit(POINT position, POINT largest) {
+  return {Limit(position.x, largest.x), Limit(position.y, largest.y)};
+}
+
+inline CPoint Moved(POINT position, SIZE offset, POINT largest) {
+  return {Limit(std::int64_t{position.x} + offset.cx, largest.x),
+          Limit(std::int64_t{position.y} + offset.cy, largest.y)};
+}
+
+/// Where a position stays after the client area has grown or shrunk to `client`.
+inline int AfterResize(int position, int client, int scaled, int largest) {
+  return std::int64_t{client} + position > scaled ? largest : position;
+}
+
+/// One axis of the window, as a scroll bar event finds it.
+struct Axis {
+  int position;
+  int largest;
+  int client;
+};
+
+/// How far a line or page event moves the view, before the limits; 0 for every other code and at the end of
+/// the way.
+inline int StepOf(int code, const Axis& axis) {
+  switch (code) {
+    case SB_LINEUP:
+      return axis.position > 0 ? -kLineStep : 0;
+    case SB_PAGEUP:
+      return axis.position > 0 ? -PageStep(axis.client) : 0;
+    case SB_LINEDOWN:
+      return axis.position < axis.largest ? kLineStep : 0;
+    case SB_PAGEDOWN:
+      return axis.position < axis.largest ? PageStep(axis.client) : 0;
+    default:
+      return 0;
+  }
+}
+
+/// True for the codes that carry the thumb's place.
+inline bool IsThumb(int code) {
+  return code == SB_THUMBPOSITION || code == SB_THUMBTRACK;
+}
+
+/// Where the whole scaled page lies, in client coordinates.
+inline CRect PageRect(POINT position, SIZE scaled) {
+  return {-position.x, -position.y, scaled.cx - position.x, scaled.cy - position.y};
+}
+
+}  // namespace viewport
