@@ -102,7 +102,8 @@ bool TiffBands::ReadPiece(std::uint32_t index, std::uint8_t* target, std::size_t
   const tmsize_t got = m_layout.tiled ? TIFFReadEncodedTile(m_tiff.Get(), index, target, size)
                                       : TIFFReadEncodedStrip(m_tiff.Get(), index, target, size);
   bool decoded = got == size || Salvage(index, target, bytes, rowBytes);
-  if (m_layout.FaxCoded() && m_tiff.ErrorCount() != errors) decoded = decoded && !IsPaper({target, bytes});
+  const bool damaged = got != size || m_tiff.ErrorCount() != errors;
+  if (m_layout.FaxCoded() && damaged) decoded = decoded && !IsPaper({target, bytes});
   m_anythingDecoded = m_anythingDecoded || decoded;
   return decoded;
 }
