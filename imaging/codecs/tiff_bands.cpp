@@ -46,17 +46,27 @@ TiffBands::TiffBands(const TiffHandle& tiff, const TiffLayout& layout)
          tiff.Page(), layout.bandHeight);
   m_rowBytes = static_cast<std::size_t>(rowBytes);
   m_planeBytes = m_rowBytes * static_cast<std::size_t>(planeRows);
-  m_buffer.resize(m_planeBytes * static_cast<std::size_t>(m_planes));
-  if (layout.tiled) m_tile.resize(m_tileRowBytes * static_cast<std::size_t>(layout.bandHeight));
+}
+
+int TiffBands::NextEndRow() const {
+  return std::min(m_layout.height - m_endRow, m_layout.bandHeight) + m_endRow;
+}
+
+void TiffBands::Skip() {
+  m_firstRow = m_endRow;
+  m_endRow = NextEndRow();
+  m_anythingDecoded = true;
 }
 
 bool TiffBands::Next() {
-  m_firstRow = m_endRow;
-  if (m_firstRow >= m_layout.height) {
+  if (AtEnd()) {
     RequireSomething();
     return false;
   }
-  m_endRow = std::min(m_layout.height - m_firstRow, m_layout.bandHeight) + m_firstRow;
+  m_buffer.resize(m_planeBytes * static_cast<std::size_t>(m_planes));
+  if (m_layout.tiled) m_tile.resize(m_tileRowBytes * static_cast<std::size_t>(m_layout.bandHeight));
+  m_firstRow = m_endRow;
+  m_endRow = NextEndRow();
   for (int plane = 0; plane < m_planes; ++plane) {
     if (m_layout.tiled)
       ReadTiles(plane);
