@@ -5,13 +5,14 @@
 #include <vector>
 
 #include "imaging/codecs/fax_codes.h"
+#include "imaging/export.h"
 
 namespace imaging {
 
 /// Decodes group 4 fax coding (ITU-T T.6) row by row. A row is kept as the list of its changing elements, so
 /// a row or a stretch of it that equals the row above costs a copy, whatever its number of pixels. Made for
 /// sound streams: at the first code that can't be it stops, and a more forgiving decoder may follow.
-class FaxG4Decoder {
+class LTWRAP_API FaxG4Decoder {
  public:
   explicit FaxG4Decoder(int width);
 
