@@ -36,6 +36,7 @@ class TiffBands {
   void ReadTiles(int plane);
   bool ReadPiece(std::uint32_t index, std::uint8_t* target, std::size_t bytes, std::size_t rowBytes);
   bool Salvage(std::uint32_t index, std::uint8_t* target, std::size_t bytes, std::size_t rowBytes);
+  void AddFirstEndOfLine(std::vector<std::uint8_t>& coded) const;
   bool IsPaper(std::span<const std::uint8_t> pixels) const;
   void RequireSomething() const;
 

@@ -65,7 +65,8 @@ std::vector<Bytes> RandomRows(int width, int count, unsigned seed) {
       if (next(20) != 0) moved.push_back(std::clamp(edge + (y % 3 == 0 ? 0 : next(9) - 4), 0, width));
     std::sort(moved.begin(), moved.end());
     Bytes row(static_cast<std::size_t>(width + 7) / 8);
-    for (const int edge : moved) Toggle(row, edge, width);
+    for (std::size_t i = 0; i < moved.size(); i += 2)
+      Toggle(row, moved[i], i + 1 < moved.size() ? moved[i + 1] : width);
     rows.push_back(row);
   }
   return rows;
