@@ -138,6 +138,10 @@ class BmpReader final : public Reader {
       decoded.order = inner.order;
       return decoded;
     }
+    // A file that is cut off may lack most of its rows; a run is 255 pixels in two bytes, and a line may be
+    // skipped.
+    const bool plain = m_header.coding == BmpCoding::kNone || m_header.coding == BmpCoding::kBitFields;
+    CheckPlausible(m_source, m_header.width * m_header.height * m_header.bits / 8, plain ? 64 : 1000);
     decoded.order = 1;
     decoded.pixels = PixelStorage::Create(static_cast<int>(m_header.width), static_cast<int>(m_header.height),
                                           MemoryBits());

@@ -22,6 +22,15 @@ std::uint8_t PaperByte(const TiffLayout& layout) {
 
 }  // namespace
 
+/// The library wants the end-of-line code in front of the first row of group 3 strips too (T.4, 4.1.2), which
+/// some writers leave out.
+void TiffBands::AddFirstEndOfLine(std::vector<std::uint8_t>& coded) const {
+  const bool twoDimensional = (m_tiff.Long(TIFFTAG_GROUP3OPTIONS, 0) & GROUP3OPT_2DENCODING) != 0;
+  if (twoDimensional || coded.empty() || coded[0] == 0) return;  // already there, or with a mode bit
+  const bool reversed = m_tiff.Short(TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_LSB2MSB;
+  coded.insert(coded.begin(), {std::uint8_t{0}, static_cast<std::uint8_t>(reversed ? 0x80 : 0x01)});
+}
+
 TiffBands::TiffBands(const TiffHandle& tiff, const TiffLayout& layout)
     : m_tiff(tiff),
       m_layout(layout),
@@ -46,17 +55,27 @@ TiffBands::TiffBands(const TiffHandle& tiff, const TiffLayout& layout)
          tiff.Page(), layout.bandHeight);
   m_rowBytes = static_cast<std::size_t>(rowBytes);
   m_planeBytes = m_rowBytes * static_cast<std::size_t>(planeRows);
-  m_buffer.resize(m_planeBytes * static_cast<std::size_t>(m_planes));
-  if (layout.tiled) m_tile.resize(m_tileRowBytes * static_cast<std::size_t>(layout.bandHeight));
+}
+
+int TiffBands::NextEndRow() const {
+  return std::min(m_layout.height - m_endRow, m_layout.bandHeight) + m_endRow;
+}
+
+void TiffBands::Skip() {
+  m_firstRow = m_endRow;
+  m_endRow = NextEndRow();
+  m_anythingDecoded = true;
 }
 
 bool TiffBands::Next() {
-  m_firstRow = m_endRow;
-  if (m_firstRow >= m_layout.height) {
+  if (AtEnd()) {
     RequireSomething();
     return false;
   }
-  m_endRow = std::min(m_layout.height - m_firstRow, m_layout.bandHeight) + m_firstRow;
+  m_buffer.resize(m_planeBytes * static_cast<std::size_t>(m_planes));
+  if (m_layout.tiled) m_tile.resize(m_tileRowBytes * static_cast<std::size_t>(m_layout.bandHeight));
+  m_firstRow = m_endRow;
+  m_endRow = NextEndRow();
   for (int plane = 0; plane < m_planes; ++plane) {
     if (m_layout.tiled)
       ReadTiles(plane);
@@ -122,6 +141,7 @@ bool TiffBands::Salvage(std::uint32_t index, std::uint8_t* target, std::size_t b
     const std::uint64_t there = std::min({count, fileSize - offset, std::uint64_t{limits::kMaxCodecBytes}});
     std::vector<std::uint8_t> coded(static_cast<std::size_t>(there));
     coded.resize(m_tiff.File().ReadAt(static_cast<std::int64_t>(offset), coded));
+    if (m_layout.compression == COMPRESSION_CCITTFAX3) AddFirstEndOfLine(coded);
     if (!coded.empty())
       TIFFReadFromUserBuffer(m_tiff.Get(), index, coded.data(), static_cast<tmsize_t>(coded.size()), target,
                              static_cast<tmsize_t>(bytes));
@@ -139,8 +159,7 @@ bool TiffBands::Salvage(std::uint32_t index, std::uint8_t* target, std::size_t b
 
 void TiffBands::RequireSomething() const {
   if (m_anythingDecoded) return;
-  Fail(kErrorCorrupt, "%s, page %d: nothing of the page can be decoded (%s)", m_tiff.File().Name().c_str(),
-       m_tiff.Page(), m_tiff.FirstError().c_str());
+  m_tiff.FailDecoding();
 }
 
 }  // namespace imaging
