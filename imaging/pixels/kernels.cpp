@@ -65,7 +65,12 @@ const Kernels& PlainKernels() {
 }
 
 const Kernels& FastKernels() {
+#if defined(__x86_64__)
+  static const Kernels& kernels = __builtin_cpu_supports("avx2") ? Avx2Kernels() : PlainKernels();
+  return kernels;
+#else
   return PlainKernels();
+#endif
 }
 
 }  // namespace imaging
