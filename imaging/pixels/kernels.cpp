@@ -6,16 +6,14 @@
 namespace imaging {
 namespace {
 
-void AddRow(std::uint16_t* sums, const std::uint8_t* row, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) sums[i] = static_cast<std::uint16_t>(sums[i] + row[i]);
-}
-
-void CombineRows(std::uint16_t* out, const std::uint16_t* sums, const std::uint8_t* first,
-                 const std::uint8_t* last, const RowWeights& weights, std::size_t count) {
+void SumRows(std::uint16_t* out, const std::uint8_t* rows, std::ptrdiff_t pitch, int full,
+             const RowWeights& weights, std::size_t count) {
+  const std::uint8_t* last = weights.last == 0 ? rows : rows + (full + 1) * pitch;
   for (std::size_t i = 0; i < count; ++i) {
-    const std::uint32_t full = sums == nullptr ? 0 : std::uint32_t{sums[i]} << weights.fraction;
-    out[i] = static_cast<std::uint16_t>((full + first[i] * weights.first + last[i] * weights.last) >>
-                                        weights.shift);
+    std::uint32_t sum = 0;
+    for (int k = 1; k <= full; ++k) sum += rows[k * pitch + static_cast<std::ptrdiff_t>(i)];
+    sum = (sum << weights.fraction) + rows[i] * weights.first + last[i] * weights.last;
+    out[i] = static_cast<std::uint16_t>(sum >> weights.shift);
   }
 }
 
@@ -59,8 +57,7 @@ void GrayToPixels(std::uint32_t* out, const std::uint8_t* grays, std::size_t cou
 }  // namespace
 
 const Kernels& PlainKernels() {
-  static constexpr Kernels kernels{AddRow,      CombineRows, BoxGray,     BoxColor<3>,
-                                   BoxColor<4>, ExpandBits,  GrayToPixels};
+  static constexpr Kernels kernels{SumRows, BoxGray, BoxColor<3>, BoxColor<4>, ExpandBits, GrayToPixels};
   return kernels;
 }
 

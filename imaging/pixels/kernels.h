@@ -28,12 +28,11 @@ struct BoxDivisor {
 
 /// The inner loops of scaling. Both sets give the same bytes.
 struct Kernels {
-  /// sums[i] += row[i]; at most 257 rows fit.
-  void (*addRow)(std::uint16_t* sums, const std::uint8_t* row, std::size_t count);
-  /// out = ((sums << fraction) + first row * weight + last row * weight) >> shift. Sums may be null for
-  /// zeros.
-  void (*combineRows)(std::uint16_t* out, const std::uint16_t* sums, const std::uint8_t* first,
-                      const std::uint8_t* last, const RowWeights& weights, std::size_t count);
+  /// out = ((sum of full rows << fraction) + first row * weight + last row * weight) >> shift. The rows stand
+  /// pitch bytes apart: the first, then full of them (at most 257), then the last, which isn't read if its
+  /// weight is 0.
+  void (*sumRows)(std::uint16_t* out, const std::uint8_t* rows, std::ptrdiff_t pitch, int full,
+                  const RowWeights& weights, std::size_t count);
   /// Averages along a row of grey sums. The spans count from the row's begin. Reads up to 8 sums past the
   /// end.
   void (*boxGray)(std::uint8_t* out, const std::uint16_t* row, const BoxSpan* spans, std::size_t count,

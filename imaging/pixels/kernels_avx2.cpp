@@ -13,43 +13,50 @@
 namespace imaging {
 namespace {
 
-TARGET_AVX2 void AddRow(std::uint16_t* sums, const std::uint8_t* row, std::size_t count) {
-  std::size_t i = 0;
-  for (; i + 32 <= count; i += 32) {
-    auto* low = reinterpret_cast<__m256i*>(sums + i);
-    auto* high = reinterpret_cast<__m256i*>(sums + i + 16);
-    const __m256i a = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row + i)));
-    const __m256i b = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row + i + 16)));
-    _mm256_storeu_si256(low, _mm256_add_epi16(_mm256_loadu_si256(low), a));
-    _mm256_storeu_si256(high, _mm256_add_epi16(_mm256_loadu_si256(high), b));
-  }
-  PlainKernels().addRow(sums + i, row + i, count - i);
+TARGET_AVX2 inline __m256i Load16(const std::uint8_t* bytes) {
+  return _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes)));
 }
 
-/// 16 pixels of the first and last row, weighed and added in pairs.
-TARGET_AVX2 void CombineRows(std::uint16_t* out, const std::uint16_t* sums, const std::uint8_t* first,
-                             const std::uint8_t* last, const RowWeights& weights, std::size_t count) {
-  const __m256i pair = _mm256_set1_epi32(static_cast<int>(weights.first | weights.last << 16));
-  const __m128i left = _mm_cvtsi32_si128(weights.fraction);
-  const __m128i right = _mm_cvtsi32_si128(weights.shift);
+struct VectorWeights {
+  __m256i pair;  ///< of the first and the last row, side by side
+  __m128i fraction;
+  __m128i shift;
+};
+
+/// 16 sums of full rows with the first and last row, weighed and added in pairs. Unpacking and packing both
+/// work within half a register, so the order comes back.
+TARGET_AVX2 inline __m256i WeighRows(__m256i full, __m256i first, __m256i last,
+                                     const VectorWeights& weights) {
   const __m256i zero = _mm256_setzero_si256();
+  const __m256i low = _mm256_add_epi32(_mm256_madd_epi16(_mm256_unpacklo_epi16(first, last), weights.pair),
+                                       _mm256_sll_epi32(_mm256_unpacklo_epi16(full, zero), weights.fraction));
+  const __m256i high =
+      _mm256_add_epi32(_mm256_madd_epi16(_mm256_unpackhi_epi16(first, last), weights.pair),
+                       _mm256_sll_epi32(_mm256_unpackhi_epi16(full, zero), weights.fraction));
+  return _mm256_packus_epi32(_mm256_srl_epi32(low, weights.shift), _mm256_srl_epi32(high, weights.shift));
+}
+
+/// All rows of a block of columns at once: each byte is read once and no sum leaves the registers.
+TARGET_AVX2 void SumRows(std::uint16_t* out, const std::uint8_t* rows, std::ptrdiff_t pitch, int full,
+                         const RowWeights& weights, std::size_t count) {
+  const std::uint8_t* last = weights.last == 0 ? rows : rows + (full + 1) * pitch;
+  const VectorWeights by{_mm256_set1_epi32(static_cast<int>(weights.first | weights.last << 16)),
+                         _mm_cvtsi32_si128(weights.fraction), _mm_cvtsi32_si128(weights.shift)};
   std::size_t i = 0;
-  for (; i + 16 <= count; i += 16) {
-    const __m256i a = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(first + i)));
-    const __m256i b = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(last + i)));
-    __m256i low = _mm256_madd_epi16(_mm256_unpacklo_epi16(a, b), pair);
-    __m256i high = _mm256_madd_epi16(_mm256_unpackhi_epi16(a, b), pair);
-    if (sums != nullptr) {
-      const __m256i full = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(sums + i));
-      low = _mm256_add_epi32(low, _mm256_sll_epi32(_mm256_unpacklo_epi16(full, zero), left));
-      high = _mm256_add_epi32(high, _mm256_sll_epi32(_mm256_unpackhi_epi16(full, zero), left));
+  for (; i + 32 <= count; i += 32) {
+    __m256i low = _mm256_setzero_si256();
+    __m256i high = low;
+    const std::uint8_t* row = rows + i;
+    for (int k = 0; k < full; ++k) {
+      row += pitch;
+      low = _mm256_add_epi16(low, Load16(row));
+      high = _mm256_add_epi16(high, Load16(row + 16));
     }
-    // Unpacking and packing both work within half a register, so the order comes back.
-    const __m256i packed = _mm256_packus_epi32(_mm256_srl_epi32(low, right), _mm256_srl_epi32(high, right));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + i), packed);
+    auto* to = reinterpret_cast<__m256i*>(out + i);
+    _mm256_storeu_si256(to, WeighRows(low, Load16(rows + i), Load16(last + i), by));
+    _mm256_storeu_si256(to + 1, WeighRows(high, Load16(rows + i + 16), Load16(last + i + 16), by));
   }
-  PlainKernels().combineRows(out + i, sums == nullptr ? nullptr : sums + i, first + i, last + i, weights,
-                             count - i);
+  PlainKernels().sumRows(out + i, rows + i, pitch, full, weights, count - i);
 }
 
 struct VectorDivisor {
@@ -173,8 +180,7 @@ TARGET_AVX2 void GrayToPixels(std::uint32_t* out, const std::uint8_t* grays, std
 }  // namespace
 
 const Kernels& Avx2Kernels() {
-  static constexpr Kernels kernels{AddRow,      CombineRows, BoxGray,     BoxColor<3>,
-                                   BoxColor<4>, ExpandBits,  GrayToPixels};
+  static constexpr Kernels kernels{SumRows, BoxGray, BoxColor<3>, BoxColor<4>, ExpandBits, GrayToPixels};
   return kernels;
 }
 

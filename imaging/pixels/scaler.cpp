@@ -8,8 +8,9 @@
 namespace imaging {
 namespace {
 
-// Sums of this many bytes of a row, and the row itself, stay in the first-level cache.
-constexpr int kChunkBytes = 8192;
+// Rows that must be expanded are expanded together into this much memory, which stays in the first-level
+// cache.
+constexpr int kScratchBytes = 16384;
 constexpr int kMaxRowsInSums = 256;
 constexpr std::size_t kSlack = 32;  // kernels read whole vectors
 
@@ -47,9 +48,7 @@ BoxScaler::BoxScaler(const RowReader& reader, const Scaling& scaling, int firstC
   m_divisor.factor = static_cast<std::uint32_t>(std::llround(std::ldexp(1.0, m_divisor.shift) / divisor));
   const auto bytes = static_cast<std::size_t>(m_sourceCount) * static_cast<std::size_t>(reader.Channels());
   m_sums.resize(bytes + kSlack);
-  m_full.resize(kChunkBytes + kSlack);
-  m_scratch.resize(kChunkBytes + kSlack);
-  m_lastScratch.resize(kChunkBytes + kSlack);
+  m_scratch.resize(kScratchBytes + kSlack);
 }
 
 void BoxScaler::GrayRow(int y, std::uint8_t* out) {
@@ -63,39 +62,42 @@ void BoxScaler::ColorRow(int y, std::uint32_t* out) {
   box(out, m_sums.data(), m_spans.data(), m_spans.size(), m_columns.Fraction(), m_divisor);
 }
 
-const std::uint8_t* BoxScaler::Read(int row, int first, int count, std::vector<std::uint8_t>& scratch) const {
+const std::uint8_t* BoxScaler::Read(int row, int first, int count, std::uint8_t* scratch) const {
   return m_reader.Read(m_scaling.sourceTop + row, m_scaling.sourceLeft + m_firstSource + first, count,
-                       scratch.data());
+                       scratch);
 }
 
 void BoxScaler::SumRows(int y) {
   const BoxSpan span = m_rows.At(y);
-  const int step = kChunkBytes / 4;  // pixels
-  for (int first = 0; first < m_sourceCount; first += step) {
-    const int count = std::min(step, m_sourceCount - first);
-    if (span.full > kMaxRowsInSums)
-      SumManyRows(span, first, count);
-    else
-      SumChunk(span, first, count);
-  }
-}
-
-void BoxScaler::SumChunk(const BoxSpan& span, int first, int count) {
-  const auto channels = static_cast<std::size_t>(m_reader.Channels());
-  const std::size_t bytes = static_cast<std::size_t>(count) * channels;
-  if (span.full > 0) {
-    std::memset(m_full.data(), 0, bytes * sizeof m_full[0]);
-    for (int i = 1; i <= span.full; ++i)
-      m_kernels.addRow(m_full.data(), Read(span.first + i, first, count, m_scratch), bytes);
+  const int channels = m_reader.Channels();
+  if (span.full > kMaxRowsInSums) {
+    const int step = kScratchBytes / 4;
+    for (int first = 0; first < m_sourceCount; first += step)
+      SumManyRows(span, first, std::min(step, m_sourceCount - first));
+    return;
   }
   RowWeights weights = m_weights;
   weights.first = span.firstWeight;
   weights.last = span.lastWeight;
-  const std::uint8_t* top = Read(span.first, first, count, m_scratch);
-  const std::uint8_t* bottom =
-      span.lastWeight == 0 ? top : Read(span.first + span.full + 1, first, count, m_lastScratch);
-  m_kernels.combineRows(m_sums.data() + static_cast<std::size_t>(first) * channels,
-                        span.full > 0 ? m_full.data() : nullptr, top, bottom, weights, bytes);
+  const int rows = span.full + (span.lastWeight != 0 ? 2 : 1);
+  const int step = m_reader.IsDirect() ? m_sourceCount : kScratchBytes / (rows * channels);
+  for (int first = 0; first < m_sourceCount; first += step) {
+    const int count = std::min(step, m_sourceCount - first);
+    const std::uint8_t* bytes = m_scratch.data();
+    std::ptrdiff_t pitch = static_cast<std::ptrdiff_t>(step) * channels;
+    if (m_reader.IsDirect()) {
+      bytes = Read(span.first, first, count, nullptr);
+      pitch = m_reader.Pitch();
+    } else {
+      for (int i = 0; i < rows; ++i) {
+        std::uint8_t* scratch = m_scratch.data() + i * pitch;
+        const std::uint8_t* row = Read(span.first + i, first, count, scratch);
+        if (row != scratch) std::memcpy(scratch, row, static_cast<std::size_t>(count * channels));
+      }
+    }
+    m_kernels.sumRows(m_sums.data() + static_cast<std::ptrdiff_t>(first) * channels, bytes, pitch, span.full,
+                      weights, static_cast<std::size_t>(count * channels));
+  }
 }
 
 /// More rows than 16-bit sums hold.
@@ -104,7 +106,7 @@ void BoxScaler::SumManyRows(const BoxSpan& span, int first, int count) {
   const std::size_t bytes = static_cast<std::size_t>(count) * channels;
   std::vector<std::uint32_t> sums(bytes);
   const auto add = [&](int row, std::uint32_t weight) {
-    const std::uint8_t* pixels = Read(row, first, count, m_scratch);
+    const std::uint8_t* pixels = Read(row, first, count, m_scratch.data());
     for (std::size_t i = 0; i < bytes; ++i) sums[i] += pixels[i] * weight;
   };
   for (int i = 1; i <= span.full; ++i) add(span.first + i, 1U << m_weights.fraction);

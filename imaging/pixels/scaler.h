@@ -38,9 +38,8 @@ class BoxScaler {
 
  private:
   void SumRows(int y);
-  void SumChunk(const BoxSpan& span, int first, int count);
   void SumManyRows(const BoxSpan& span, int first, int count);
-  const std::uint8_t* Read(int row, int first, int count, std::vector<std::uint8_t>& scratch) const;
+  const std::uint8_t* Read(int row, int first, int count, std::uint8_t* scratch) const;
 
   const RowReader& m_reader;
   const Kernels& m_kernels;
@@ -53,9 +52,7 @@ class BoxScaler {
   int m_sourceCount = 0;
   std::vector<BoxSpan> m_spans;
   std::vector<std::uint16_t> m_sums;  ///< of the current result row, for each channel of each source column
-  std::vector<std::uint16_t> m_full;
   std::vector<std::uint8_t> m_scratch;
-  std::vector<std::uint8_t> m_lastScratch;
 };
 
 /// Renders the pixels of a rectangle of the scaled picture as 0xffRRGGBB; alpha lies on white.
