@@ -100,11 +100,15 @@ void PaintPart(const Picture& picture, const RECT& part, std::uint32_t* out, std
     return;
   }
   const unsigned code = RasterCode(rasterOperation);
-  std::vector<std::uint32_t> row(static_cast<std::size_t>(part.right - part.left));
-  for (LONG y = part.top; y < part.bottom; ++y, out += stride) {
-    RenderScaled(picture.pixels, picture.order, picture.scaling, {part.left, y, part.right, y + 1},
-                 row.data(), 0);
-    for (std::size_t x = 0; x < row.size(); ++x) out[x] = Combine(code, row[x], out[x]);
+  const auto width = static_cast<std::size_t>(part.right - part.left);
+  std::vector<std::uint32_t> rows(width * BoxScaler::kRows);
+  for (LONG top = part.top; top < part.bottom; top += BoxScaler::kRows) {
+    const RECT band{part.left, top, part.right, std::min<LONG>(part.bottom, top + BoxScaler::kRows)};
+    RenderScaled(picture.pixels, picture.order, picture.scaling, band, rows.data(),
+                 static_cast<std::ptrdiff_t>(width));
+    const std::uint32_t* source = rows.data();
+    for (LONG y = band.top; y < band.bottom; ++y, out += stride, source += width)
+      for (std::size_t x = 0; x < width; ++x) out[x] = Combine(code, source[x], out[x]);
   }
 }
 

@@ -111,6 +111,9 @@ TEST(GrayScale, WeighsTheColorsOfAllDepths) {
 
 // The kernels chosen for the processor must give the plain ones' bytes.
 TEST(Kernels, FastEqualPlain) {
+#if defined(__x86_64__)
+  ASSERT_EQ(__builtin_cpu_supports("avx2") == 0, &imaging::FastKernels() == &imaging::PlainKernels());
+#endif
   for (const int bits : {1, 8, 24, 32}) {
     auto pixels = imaging::PixelStorage::Create(1201, 403, bits);
     pixel_test::FillNoise(*pixels, 31);
