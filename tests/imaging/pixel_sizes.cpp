@@ -1,5 +1,6 @@
 #include <functional>
 
+#include "imaging/pixels/axis.h"
 #include "imaging/pixels/kernels.h"
 #include "imaging/pixels/scaler.h"
 #include "tests/imaging/pixel_support.h"
@@ -107,6 +108,25 @@ TEST(GrayScale, WeighsTheColorsOfAllDepths) {
   pixel_test::SetPixel(*bilevel.pStorage, 0, 0, 1);
   LEADTOOLS::GrayScaleBitmap(&bilevel, 8);
   EXPECT_EQ(AllPixels(bilevel), (std::vector<std::uint32_t>{255, 0}));
+}
+
+// Weights that don't add up darken or lighten; a span past the end reads memory of something else.
+TEST(BoxAxis, SpansCoverTheSourceAndNoMore) {
+  for (int length = 2; length < 60; ++length)
+    for (int size = 1; size < length; ++size)
+      for (const int fraction : {0, 3, 8, 14}) {
+        const imaging::BoxAxis axis(length, size, fraction);
+        for (int i = 0; i < size; ++i) {
+          const imaging::BoxSpan span = axis.At(i);
+          const std::uint32_t full = static_cast<std::uint32_t>(span.full) << fraction;
+          ASSERT_EQ(span.firstWeight + full + span.lastWeight, axis.Sum()) << length << " to " << size;
+          ASSERT_LE(span.firstWeight, (1U << fraction) + 1);
+          ASSERT_LE(span.lastWeight, (1U << fraction) + 1);
+          ASSERT_EQ(span.first, i * length / size);
+          const int end = span.first + span.full + (span.lastWeight != 0 ? 2 : 1);
+          ASSERT_LE(end, length) << length << " to " << size << " at " << i;
+        }
+      }
 }
 
 // The kernels chosen for the processor must give the plain ones' bytes.
