@@ -1,4 +1,4 @@
-#include <functional>
+#include <cstring>
 
 #include "imaging/pixels/axis.h"
 #include "imaging/pixels/kernels.h"
@@ -67,6 +67,23 @@ TEST(SizeAveraged, DepthsAndValues) {
     EXPECT_EQ(AllPixels(bitmap), std::vector<std::uint32_t>(6, row.average)) << row.bits;
     EXPECT_EQ(bitmap.Order, row.bits >= 24 ? 0 : 1);
   }
+}
+
+// The longest sides the limits allow must not overflow the sums: white stays white, half stays half.
+TEST(SizeAveraged, ExtremeReductions) {
+  const struct {
+    int width, height, toWidth, toHeight;
+  } rows[] = {
+      {200'000, 3, 1, 1}, {3, 200'000, 2, 1}, {200'000, 2, 7, 2}, {2, 200'000, 2, 300}, {2000, 2000, 1, 1}};
+  for (const auto& row : rows)
+    for (const std::uint32_t level : {255U, 128U}) {
+      OwnedBitmap bitmap(row.width, row.height, 8);
+      for (int y = 0; y < row.height; ++y)
+        std::memset(bitmap.pStorage->Row(y), static_cast<int>(level), bitmap.pStorage->RowBytes());
+      LEADTOOLS::SizeBitmapExt(&bitmap, row.toWidth, row.toHeight, 2);
+      for (const std::uint32_t pixel : AllPixels(bitmap))
+        ASSERT_EQ(pixel, level) << row.width << " x " << row.height;
+    }
 }
 
 TEST(Resize, WritesTheTargetsDepthAndOrder) {
