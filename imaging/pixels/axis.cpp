@@ -24,13 +24,10 @@ BoxSpan BoxAxis::At(int position) const {
   const std::int64_t end = begin + m_length;
   const std::int64_t first = begin / m_size;
   const std::int64_t count = end / m_size - first - 1;
-  std::int64_t firstWeight = ((m_size - begin % m_size) * full + m_size / 2) / m_size;
-  std::int64_t lastWeight = m_sum - firstWeight - count * full;
-  // Rounding may leave a unit too much or too little where the interval has no last part to take it.
-  if (end % m_size == 0 || lastWeight < 0) {
-    firstWeight += lastWeight;
-    lastWeight = 0;
-  }
+  const std::int64_t firstWeight = ((m_size - begin % m_size) * full + m_size / 2) / m_size;
+  // All roundings are to the nearest, so what the sum leaves is never below 0, and 0 where the interval ends
+  // with a whole pixel.
+  const std::int64_t lastWeight = m_sum - firstWeight - count * full;
   return {static_cast<std::int32_t>(first), static_cast<std::int32_t>(count),
           static_cast<std::uint32_t>(firstWeight), static_cast<std::uint32_t>(lastWeight)};
 }

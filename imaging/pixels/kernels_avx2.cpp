@@ -194,15 +194,19 @@ TARGET_AVX2 void GrayToPixels(std::uint32_t* out, const std::uint8_t* grays, std
   PlainKernels().grayToPixels(out + i, grays + i, count - i);
 }
 
+/// The places of blue, green and red of a pixel that begins at a byte of a register; the fourth byte becomes
+/// 0.
+int ColorPlaces(int at, bool redFirst) {
+  const unsigned begin = static_cast<unsigned>(at);
+  const unsigned red = redFirst ? 0 : 2;
+  return static_cast<int>(0x80000000U | (begin + red) << 16 | (begin + 1) << 8 | (begin + 2 - red));
+}
+
 TARGET_AVX2 void ColorsToPixels(std::uint32_t* out, const std::uint8_t* bytes, std::size_t count,
                                 int channels, bool redFirst) {
   const int s = channels;
-  const int red = redFirst ? 0 : 2;
-  // For each pixel of a register the places of blue, green and red; the fourth byte becomes 0.
-  const auto place = [red](int at) {
-    return static_cast<int>(0x80000000U) | (at + red) << 16 | (at + 1) << 8 | (at + 2 - red);
-  };
-  const __m128i order = _mm_set_epi32(place(3 * s), place(2 * s), place(s), place(0));
+  const __m128i order = _mm_set_epi32(ColorPlaces(3 * s, redFirst), ColorPlaces(2 * s, redFirst),
+                                      ColorPlaces(s, redFirst), ColorPlaces(0, redFirst));
   const __m128i opaque = _mm_set1_epi32(static_cast<int>(0xff000000));
   std::size_t i = 0;
   // Of three channels a register holds four pixels and four bytes more, which must be pixels still.

@@ -94,9 +94,12 @@ unsigned RasterCode(std::uint32_t rasterOperation) {
 
 /// part: in pixels of the scaled picture; out: where its first pixel goes.
 void PaintPart(const Picture& picture, const RECT& part, std::uint32_t* out, std::ptrdiff_t stride,
-               std::uint32_t rasterOperation) {
+               std::uint32_t rasterOperation, PaintUse use) {
   if (rasterOperation == kSourceCopy) {
-    ViewCache::Instance().Draw(picture, part, out, stride);
+    if (use == PaintUse::Again)
+      ViewCache::Instance().Draw(picture, part, out, stride);
+    else
+      RenderScaled(picture.pixels, picture.order, picture.scaling, part, out, stride);
     return;
   }
   const unsigned code = RasterCode(rasterOperation);
@@ -115,7 +118,7 @@ void PaintPart(const Picture& picture, const RECT& part, std::uint32_t* out, std
 }  // namespace
 
 void PaintOnSurface(const platform::SurfaceView& view, Bitmap* bitmap, const PaintRects& rects,
-                    std::uint32_t rasterOperation) {
+                    std::uint32_t rasterOperation, PaintUse use) {
   const PixelStorage& pixels = RequirePixels(bitmap, "paint");
   if (rects.destination == nullptr) Fail(kErrorInvalidParameter, "The rectangle to paint into is missing");
   RasterCode(rasterOperation);
@@ -141,7 +144,7 @@ void PaintOnSurface(const platform::SurfaceView& view, Bitmap* bitmap, const Pai
     PaintPart(
         {pixels, bitmap->Order, scaling},
         {part.left - place.left, part.top - place.top, part.right - place.left, part.bottom - place.top},
-        view.pixels + part.top * view.stride + part.left, view.stride, rasterOperation);
+        view.pixels + part.top * view.stride + part.left, view.stride, rasterOperation, use);
   }
 }
 

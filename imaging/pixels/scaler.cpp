@@ -71,7 +71,7 @@ const std::uint8_t* BoxScaler::Read(int row, int first, int count, std::uint8_t*
 
 void BoxScaler::SumRows(int y, std::uint16_t* sums) {
   const BoxSpan span = m_rows.At(y);
-  const int channels = m_reader.Channels();
+  const std::ptrdiff_t channels = m_reader.Channels();
   if (span.full > kMaxRowsInSums) {
     const int step = kScratchBytes / 4;
     for (int first = 0; first < m_sourceCount; first += step)
@@ -82,24 +82,25 @@ void BoxScaler::SumRows(int y, std::uint16_t* sums) {
   weights.first = span.firstWeight;
   weights.last = span.lastWeight;
   const int rows = span.full + (span.lastWeight != 0 ? 2 : 1);
-  const int step = m_reader.IsDirect() ? m_sourceCount : kScratchBytes / (rows * channels);
+  const int step = m_reader.IsDirect() ? m_sourceCount : kScratchBytes / (rows * m_reader.Channels());
   for (int first = 0; first < m_sourceCount; first += step) {
     const int count = std::min(step, m_sourceCount - first);
-    const std::uint8_t* bytes = m_scratch.data();
-    std::ptrdiff_t pitch = static_cast<std::ptrdiff_t>(step) * channels;
-    if (m_reader.IsDirect()) {
-      bytes = Read(span.first, first, count, nullptr);
-      pitch = m_reader.Pitch();
-    } else {
-      for (int i = 0; i < rows; ++i) {
-        std::uint8_t* scratch = m_scratch.data() + i * pitch;
-        const std::uint8_t* row = Read(span.first + i, first, count, scratch);
-        if (row != scratch) std::memcpy(scratch, row, static_cast<std::size_t>(count * channels));
-      }
-    }
-    m_kernels.sumRows(sums + static_cast<std::ptrdiff_t>(first) * channels, bytes, pitch, span.full, weights,
+    const RowBlock block = ReadRows(span.first, rows, first, count);
+    m_kernels.sumRows(sums + first * channels, block.bytes, block.pitch, span.full, weights,
                       static_cast<std::size_t>(count * channels));
   }
+}
+
+/// Rows of a block of columns, at an even distance: in place where they stand as they are read.
+BoxScaler::RowBlock BoxScaler::ReadRows(int row, int rows, int first, int count) {
+  if (m_reader.IsDirect()) return {Read(row, first, count, nullptr), m_reader.Pitch()};
+  const std::ptrdiff_t pitch = count * static_cast<std::ptrdiff_t>(m_reader.Channels());
+  for (int i = 0; i < rows; ++i) {
+    std::uint8_t* scratch = m_scratch.data() + i * pitch;
+    const std::uint8_t* bytes = Read(row + i, first, count, scratch);
+    if (bytes != scratch) std::memcpy(scratch, bytes, static_cast<std::size_t>(pitch));
+  }
+  return {m_scratch.data(), pitch};
 }
 
 /// More rows than 16-bit sums hold.

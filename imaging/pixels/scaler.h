@@ -38,6 +38,11 @@ class BoxScaler {
 
  private:
   void SumRows(int y, std::uint16_t* sums);
+  struct RowBlock {
+    const std::uint8_t* bytes;
+    std::ptrdiff_t pitch;
+  };
+  RowBlock ReadRows(int row, int rows, int first, int count);
   void SumManyRows(const BoxSpan& span, int first, int count, std::uint16_t* sums);
   const std::uint8_t* Read(int row, int first, int count, std::uint8_t* scratch) const;
 
