@@ -54,7 +54,7 @@ std::uint64_t LoadBigEndian(const std::uint8_t* bytes) {
 
 }  // namespace
 
-FaxG4Decoder::FaxG4Decoder(int width)
+FaxDecoder::FaxDecoder(int width)
     : m_white(WhiteRuns()),
       m_black(BlackRuns()),
       m_width(width),
@@ -62,7 +62,7 @@ FaxG4Decoder::FaxG4Decoder(int width)
       m_current(static_cast<std::size_t>(width) + 1 + kSlack),
       m_words((static_cast<std::size_t>(width) + 63) / 64) {}
 
-void FaxG4Decoder::Start(std::span<const std::uint8_t> coded) {
+void FaxDecoder::Start(std::span<const std::uint8_t> coded) {
   m_coded = coded;
   m_next = coded.data();
   m_bits = 0;
@@ -71,7 +71,7 @@ void FaxG4Decoder::Start(std::span<const std::uint8_t> coded) {
   std::fill_n(m_current.begin(), kSlack, m_width);
 }
 
-void FaxG4Decoder::Refill() {
+void FaxDecoder::Refill() {
   // Past the end only zeros follow, which are no code, so the reader stays within the padding.
   if (m_next > m_coded.data() + m_coded.size() + kPadding - 8) return;
   m_bits |= LoadBigEndian(m_next) >> m_have;
@@ -79,11 +79,11 @@ void FaxG4Decoder::Refill() {
   m_have |= kRefilled;
 }
 
-bool FaxG4Decoder::WithinData() const {
+bool FaxDecoder::WithinData() const {
   return (m_next - m_coded.data()) * 8 - m_have <= std::ssize(m_coded) * 8;
 }
 
-FaxG4Decoder::Row FaxG4Decoder::Next() {
+FaxDecoder::Row FaxDecoder::Next() {
   std::swap(m_above, m_current);
   m_aboveCount = m_currentCount;
   const Row row = DecodeRow();
@@ -94,7 +94,7 @@ FaxG4Decoder::Row FaxG4Decoder::Next() {
 
 /// The names a0, b1 and b2 are those of T.6, 2.2.1. The colour of a0 is white while an even number of changes
 /// is known, and b1 is the first change above to the right of a0 with an index as even as that number.
-FaxG4Decoder::Row FaxG4Decoder::DecodeRow() {
+FaxDecoder::Row FaxDecoder::DecodeRow() {
   const std::int32_t* above = m_above.data();
   std::int32_t* current = m_current.data();
   int count = 0;
@@ -153,7 +153,7 @@ FaxG4Decoder::Row FaxG4Decoder::DecodeRow() {
 }
 
 /// Two runs from a0 on (T.6, 2.2.3). Only the first run of a row may be empty, or the last.
-bool FaxG4Decoder::DecodeHorizontal(int& position, int& count) {
+bool FaxDecoder::DecodeHorizontal(int& position, int& count) {
   const bool black = count % 2 != 0;
   const int first = ReadRun(black ? m_black : m_white);
   const int second = ReadRun(black ? m_white : m_black);
@@ -169,7 +169,7 @@ bool FaxG4Decoder::DecodeHorizontal(int& position, int& count) {
 }
 
 /// Make-up codes and the terminating code; -1 for what is none or longer than a row.
-int FaxG4Decoder::ReadRun(const FaxRunTable& table) {
+int FaxDecoder::ReadRun(const FaxRunTable& table) {
   constexpr int kFirstMakeUp = 64;
   int total = 0;
   while (total <= m_width) {
@@ -183,8 +183,38 @@ int FaxG4Decoder::ReadRun(const FaxRunTable& table) {
   return -1;
 }
 
+/// An end-of-line code is at least eleven zeros and a one. False if the stream ends instead.
+bool FaxDecoder::SkipEndsOfLine() {
+  constexpr int kZeros = kEndOfLineBits - 1;
+  Refill();
+  while (m_bits >> (64 - kZeros) == 0) {
+    while (std::countl_zero(m_bits) >= m_have) {
+      if (m_next >= m_coded.data() + m_coded.size()) return false;
+      Consume(m_have);
+      Refill();
+    }
+    Consume(std::countl_zero(m_bits) + 1);
+    Refill();
+  }
+  return true;
+}
+
+FaxDecoder::Row FaxDecoder::NextOneDimensional() {
+  if (!SkipEndsOfLine()) return Row::kEndOfBlock;
+  int position = 0;
+  int count = 0;
+  for (bool black = false; position < m_width; black = !black) {
+    const int run = ReadRun(black ? m_black : m_white);
+    if (run < 0 || run > m_width - position || count > m_width) return Row::kDamaged;
+    position += run;
+    if (position < m_width) m_current[static_cast<std::size_t>(count++)] = position;
+  }
+  m_currentCount = count;
+  return WithinData() ? Row::kDecoded : Row::kDamaged;
+}
+
 /// Sets one bit for each change; each pixel is then the sum of the bits up to it.
-void FaxG4Decoder::Paint(std::uint8_t* row, std::uint8_t white) {
+void FaxDecoder::Paint(std::uint8_t* row, std::uint8_t white) {
   if (m_currentCount == 0) {
     std::memset(row, white, m_words.size() * 8);
     return;
@@ -192,7 +222,7 @@ void FaxG4Decoder::Paint(std::uint8_t* row, std::uint8_t white) {
   std::fill(m_words.begin(), m_words.end(), 0);
   for (int i = 0; i < m_currentCount; ++i) {
     const auto column = static_cast<unsigned>(m_current[static_cast<std::size_t>(i)]);
-    m_words[column / 64] |= std::uint64_t{1} << (63 - column % 64);
+    m_words[column / 64] ^= std::uint64_t{1} << (63 - column % 64);
   }
   std::uint64_t carry = white != 0 ? ~std::uint64_t{0} : 0;
   for (const std::uint64_t changes : m_words) {

@@ -9,12 +9,13 @@
 
 namespace imaging {
 
-/// Decodes group 4 fax coding (ITU-T T.6) row by row. A row is kept as the list of its changing elements, so
-/// a row or a stretch of it that equals the row above costs a copy, whatever its number of pixels. Made for
-/// sound streams: at the first code that can't be it stops, and a more forgiving decoder may follow.
-class LTWRAP_API FaxG4Decoder {
+/// Decodes fax coding row by row: group 4 (ITU-T T.6) and the one-dimensional coding of T.4. A row is kept as
+/// the list of its changing elements, so in group 4 a row or a stretch of it that equals the row above costs
+/// a copy, whatever its number of pixels. Made for sound streams: at the first code that can't be it stops,
+/// and a more forgiving decoder may follow.
+class LTWRAP_API FaxDecoder {
  public:
-  explicit FaxG4Decoder(int width);
+  explicit FaxDecoder(int width);
 
   /// Begins a strip; most significant bit first. The bytes must be followed by kPadding zero bytes and stay
   /// until the strip is done.
@@ -27,7 +28,10 @@ class LTWRAP_API FaxG4Decoder {
     kEndOfBlock,  ///< no row: the strip ends here by its own account
     kDamaged,
   };
+  /// The next row of group 4 coding.
   Row Next();
+  /// The next row of one-dimensional coding, with end-of-line codes (T.4, 4.1.2) and filling or without.
+  Row NextOneDimensional();
   /// Whether what was decoded lies within the strip.
   bool WithinData() const;
 
@@ -44,6 +48,7 @@ class LTWRAP_API FaxG4Decoder {
   int ReadRun(const FaxRunTable& table);
   bool DecodeHorizontal(int& position, int& count);
   Row DecodeRow();
+  bool SkipEndsOfLine();
 
   const FaxRunTable& m_white;
   const FaxRunTable& m_black;

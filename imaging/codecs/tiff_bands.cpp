@@ -4,6 +4,7 @@
 #include <cstring>
 #include <span>
 
+#include "imaging/codecs/fax.h"
 #include "imaging/exception.h"
 #include "imaging/limits.h"
 
@@ -21,15 +22,6 @@ std::uint8_t PaperByte(const TiffLayout& layout) {
 }
 
 }  // namespace
-
-/// The library wants the end-of-line code in front of the first row of group 3 strips too (T.4, 4.1.2), which
-/// some writers leave out.
-void TiffBands::AddFirstEndOfLine(std::vector<std::uint8_t>& coded) const {
-  const bool twoDimensional = (m_tiff.Long(TIFFTAG_GROUP3OPTIONS, 0) & GROUP3OPT_2DENCODING) != 0;
-  if (twoDimensional || coded.empty() || coded[0] == 0) return;  // already there, or with a mode bit
-  const bool reversed = m_tiff.Short(TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_LSB2MSB;
-  coded.insert(coded.begin(), {std::uint8_t{0}, static_cast<std::uint8_t>(reversed ? 0x80 : 0x01)});
-}
 
 TiffBands::TiffBands(const TiffHandle& tiff, const TiffLayout& layout)
     : m_tiff(tiff),
@@ -141,7 +133,7 @@ bool TiffBands::Salvage(std::uint32_t index, std::uint8_t* target, std::size_t b
     const std::uint64_t there = std::min({count, fileSize - offset, std::uint64_t{limits::kMaxCodecBytes}});
     std::vector<std::uint8_t> coded(static_cast<std::size_t>(there));
     coded.resize(m_tiff.File().ReadAt(static_cast<std::int64_t>(offset), coded));
-    if (m_layout.compression == COMPRESSION_CCITTFAX3) AddFirstEndOfLine(coded);
+    if (ReadWithoutEndsOfLine(coded, target, bytes, rowBytes)) return true;
     if (!coded.empty())
       TIFFReadFromUserBuffer(m_tiff.Get(), index, coded.data(), static_cast<tmsize_t>(coded.size()), target,
                              static_cast<tmsize_t>(bytes));
@@ -155,6 +147,27 @@ bool TiffBands::Salvage(std::uint32_t index, std::uint8_t* target, std::size_t b
     reached -= rowBytes;
   }
   return reached > 0;
+}
+
+/// The library wants an end-of-line code in front of each row of group 3 coding (T.4, 4.1.2), but some
+/// writers leave them out. Only a strip that is whole in that reading is taken for one of theirs.
+bool TiffBands::ReadWithoutEndsOfLine(std::span<const std::uint8_t> coded, std::uint8_t* target,
+                                      std::size_t bytes, std::size_t rowBytes) const {
+  const bool twoDimensional = (m_tiff.Long(TIFFTAG_GROUP3OPTIONS, 0) & GROUP3OPT_2DENCODING) != 0;
+  if (m_layout.compression != COMPRESSION_CCITTFAX3 || twoDimensional || m_layout.tiled) return false;
+  std::vector<std::uint8_t> padded(coded.begin(), coded.end());
+  padded.resize(coded.size() + FaxDecoder::kPadding);
+  if (m_tiff.Short(TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_LSB2MSB)
+    TIFFReverseBits(padded.data(), static_cast<tmsize_t>(coded.size()));
+  FaxDecoder decoder(m_layout.width);
+  decoder.Start(std::span(padded).first(coded.size()));
+  std::vector<std::uint8_t> row((rowBytes + 7) / 8 * 8);
+  for (std::size_t at = 0; at < bytes; at += rowBytes) {
+    if (decoder.NextOneDimensional() != FaxDecoder::Row::kDecoded) return false;
+    decoder.Paint(row.data(), 0);
+    std::memcpy(target + at, row.data(), rowBytes);
+  }
+  return true;
 }
 
 void TiffBands::RequireSomething() const {

@@ -36,7 +36,8 @@ class TiffBands {
   void ReadTiles(int plane);
   bool ReadPiece(std::uint32_t index, std::uint8_t* target, std::size_t bytes, std::size_t rowBytes);
   bool Salvage(std::uint32_t index, std::uint8_t* target, std::size_t bytes, std::size_t rowBytes);
-  void AddFirstEndOfLine(std::vector<std::uint8_t>& coded) const;
+  bool ReadWithoutEndsOfLine(std::span<const std::uint8_t> coded, std::uint8_t* target, std::size_t bytes,
+                             std::size_t rowBytes) const;
   bool IsPaper(std::span<const std::uint8_t> pixels) const;
   void RequireSomething() const;
 

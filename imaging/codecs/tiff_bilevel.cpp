@@ -56,12 +56,12 @@ class G4Strips {
   /// False if the strip isn't sound; what was stored of it is then to be overwritten.
   bool Decode(int firstRow, int endRow, BilevelPage& page) {
     if (!m_usable || !ReadStrip(firstRow)) return false;
-    m_decoder.Start(std::span(m_coded).first(m_coded.size() - FaxG4Decoder::kPadding));
+    m_decoder.Start(std::span(m_coded).first(m_coded.size() - FaxDecoder::kPadding));
     for (int y = firstRow; y < endRow; ++y) {
-      const FaxG4Decoder::Row row = m_decoder.Next();
-      if (row == FaxG4Decoder::Row::kDamaged) return false;
-      if (row == FaxG4Decoder::Row::kEndOfBlock) return y > firstRow && FillRest(y, endRow, page);
-      if (row == FaxG4Decoder::Row::kSameAsAbove && y > firstRow)
+      const FaxDecoder::Row row = m_decoder.Next();
+      if (row == FaxDecoder::Row::kDamaged) return false;
+      if (row == FaxDecoder::Row::kEndOfBlock) return y > firstRow && FillRest(y, endRow, page);
+      if (row == FaxDecoder::Row::kSameAsAbove && y > firstRow)
         page.Repeat(y);
       else
         StoreRow(y, page);
@@ -78,7 +78,7 @@ class G4Strips {
     if (offset == 0 || count == 0 || offset > fileSize || count > fileSize - offset ||
         count > static_cast<std::uint64_t>(limits::kMaxCodecBytes))
       return false;
-    m_coded.assign(static_cast<std::size_t>(count) + FaxG4Decoder::kPadding, 0);
+    m_coded.assign(static_cast<std::size_t>(count) + FaxDecoder::kPadding, 0);
     const auto target = std::span(m_coded).first(static_cast<std::size_t>(count));
     if (!m_tiff.File().ReadExactly(static_cast<std::int64_t>(offset), target)) return false;
     if (m_reversed) TIFFReverseBits(m_coded.data(), static_cast<tmsize_t>(count));
@@ -105,7 +105,7 @@ class G4Strips {
   std::uint8_t m_white;
   bool m_reversed;
   bool m_usable;
-  FaxG4Decoder m_decoder;
+  FaxDecoder m_decoder;
   std::vector<std::uint8_t> m_row;
   std::vector<std::uint8_t> m_coded;
 };
