@@ -92,17 +92,24 @@ void TiffBands::ReadTiles(int plane) {
   }
 }
 
-/// The usual way writes nothing but pixels into the buffer. The fax decoder stops in silence at a premature
-/// end of block and leaves the rest as it was: white.
+/// The fax decoder goes on over bad codes and stops in silence at a premature end of block, which leaves the
+/// rest as it was: white. So white rows together with errors are no decoded rows.
 bool TiffBands::ReadPiece(std::uint32_t index, std::uint8_t* target, std::size_t bytes,
                           std::size_t rowBytes) {
+  const int errors = m_tiff.ErrorCount();
   if (m_layout.FaxCoded()) std::memset(target, m_paper, bytes);
   const auto size = static_cast<tmsize_t>(bytes);
   const tmsize_t got = m_layout.tiled ? TIFFReadEncodedTile(m_tiff.Get(), index, target, size)
                                       : TIFFReadEncodedStrip(m_tiff.Get(), index, target, size);
-  const bool decoded = got == size || Salvage(index, target, bytes, rowBytes);
+  bool decoded = got == size || Salvage(index, target, bytes, rowBytes);
+  const bool damaged = got != size || m_tiff.ErrorCount() != errors;
+  if (m_layout.FaxCoded() && damaged) decoded = decoded && !IsPaper({target, bytes});
   m_anythingDecoded = m_anythingDecoded || decoded;
   return decoded;
+}
+
+bool TiffBands::IsPaper(std::span<const std::uint8_t> pixels) const {
+  return std::all_of(pixels.begin(), pixels.end(), [this](std::uint8_t byte) { return byte == m_paper; });
 }
 
 /// Decodes what the file still holds of a strip or tile that the library refuses as a whole.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "imaging/codecs/tiff_layout.h"
@@ -31,6 +32,7 @@ class TiffBands {
   void ReadTiles(int plane);
   bool ReadPiece(std::uint32_t index, std::uint8_t* target, std::size_t bytes, std::size_t rowBytes);
   bool Salvage(std::uint32_t index, std::uint8_t* target, std::size_t bytes, std::size_t rowBytes);
+  bool IsPaper(std::span<const std::uint8_t> pixels) const;
   void RequireSomething() const;
 
   const TiffHandle& m_tiff;

@@ -78,12 +78,23 @@ int DirectBits(const TiffLayout& layout) {
   return layout.samples == 4 && layout.alpha == TiffAlpha::kStraight ? 32 : 0;
 }
 
+/// Lets the library write each row where it belongs; false at the first fault. Uncompressed strips are read
+/// faster as a whole.
+bool ReadRowsInPlace(const TiffHandle& tiff, const TiffLayout& layout, PixelStorage& pixels) {
+  if (layout.tiled || layout.MinIsWhite() || layout.compression == COMPRESSION_NONE) return false;
+  if (static_cast<std::size_t>(TIFFScanlineSize(tiff.Get())) != pixels.RowBytes()) return false;
+  for (int y = 0; y < layout.height; ++y)
+    if (TIFFReadScanline(tiff.Get(), pixels.Row(y), static_cast<std::uint32_t>(y), 0) != 1) return false;
+  return true;
+}
+
 std::unique_ptr<PixelStorage> DecodeDirect(const TiffHandle& tiff, const TiffLayout& layout, int bits) {
   std::vector<RGBQUAD> colors;
   if (layout.Palette()) colors = ReadColors(tiff, layout);
   TiffBands bands(tiff, layout);
   auto pixels = PixelStorage::Create(layout.width, layout.height, bits);
   SetPalette(*pixels, colors);
+  if (ReadRowsInPlace(tiff, layout, *pixels)) return pixels;
   const std::uint8_t flip = layout.MinIsWhite() ? 0xff : 0;
   while (bands.Next())
     for (int y = bands.FirstRow(); y < bands.EndRow(); ++y)

@@ -93,30 +93,29 @@ bool TiffDirectories::ReadHeader(std::uint64_t& first) {
   return true;
 }
 
-bool TiffDirectories::ReadNext(std::uint64_t directory, std::uint64_t& next) const {
-  const int countSize = m_bigTiff ? 8 : 2;
-  const int entrySize = m_bigTiff ? 20 : 12;
-  const int offsetSize = m_bigTiff ? 8 : 4;
-  if (directory >= static_cast<std::uint64_t>(m_source.Size())) return false;
-
-  // Room for 40 entries: a second read is needed for unusual directories only.
-  std::array<std::uint8_t, 512> block;
-  const auto start = static_cast<std::int64_t>(directory);
-  const std::size_t size = m_source.ReadAt(start, block);
-  if (size < static_cast<std::size_t>(countSize)) return false;
-  const std::uint64_t count = Number(block.data(), countSize);
+bool TiffDirectories::ReadNext(std::uint64_t directory, std::uint64_t& next) {
   constexpr std::uint64_t kMostEntries = 65535;
-  if (count == 0 || count > kMostEntries) return false;
+  const int countSize = m_bigTiff ? 8 : 2;
+  const unsigned entrySize = m_bigTiff ? 20 : 12;
+  std::uint64_t count = 0;
+  if (!ReadNumber(directory, countSize, count) || count == 0 || count > kMostEntries) return false;
+  const std::uint64_t end = directory + static_cast<unsigned>(countSize) + count * entrySize;
+  if (!ReadNumber(end, m_bigTiff ? 8 : 4, next)) next = 0;  // a file cut off here still has this page
+  return true;
+}
 
-  const auto end = static_cast<std::size_t>(countSize) + count * static_cast<std::size_t>(entrySize);
-  if (end + static_cast<std::size_t>(offsetSize) <= size) {
-    next = Number(block.data() + end, offsetSize);
-    return true;
+bool TiffDirectories::ReadNumber(std::uint64_t offset, int size, std::uint64_t& value) {
+  const auto bytes = static_cast<std::size_t>(size);
+  const auto inWindow = [&] {
+    return offset >= m_windowStart && offset - m_windowStart + bytes <= m_windowSize;
+  };
+  if (!inWindow()) {
+    if (offset >= static_cast<std::uint64_t>(m_source.Size())) return false;
+    m_windowStart = offset;
+    m_windowSize = m_source.ReadAt(static_cast<std::int64_t>(offset), m_window);
+    if (!inWindow()) return false;
   }
-  std::array<std::uint8_t, 8> tail{};
-  const auto target = std::span(tail).first(static_cast<std::size_t>(offsetSize));
-  const bool whole = m_source.ReadExactly(start + static_cast<std::int64_t>(end), target);
-  next = whole ? Number(tail.data(), offsetSize) : 0;  // a file cut here still has this page
+  value = Number(m_window.data() + (offset - m_windowStart), size);
   return true;
 }
 

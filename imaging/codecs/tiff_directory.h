@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -29,7 +30,9 @@ class TiffDirectories {
 
  private:
   void Advance();
-  bool ReadNext(std::uint64_t directory, std::uint64_t& next) const;
+  bool ReadNext(std::uint64_t directory, std::uint64_t& next);
+  /// A field of the file, by way of the window; false if the file ends before it.
+  bool ReadNumber(std::uint64_t offset, int size, std::uint64_t& value);
   bool ReadHeader(std::uint64_t& first);
   std::uint64_t Number(const std::uint8_t* bytes, int size) const;
 
@@ -37,6 +40,11 @@ class TiffDirectories {
   bool m_bigEndian = false;
   bool m_bigTiff = false;
   std::shared_ptr<Chain> m_chain;
+  // A stretch of the file from a directory on. One read brings a page's count and next offset, and those of
+  // the pages after it if they are small.
+  std::array<std::uint8_t, 2048> m_window{};
+  std::uint64_t m_windowStart = 0;
+  std::size_t m_windowSize = 0;
 };
 
 }  // namespace imaging

@@ -27,7 +27,7 @@ int DropWarning(TIFF* /*tiff*/, void* /*client*/, const char* /*module*/, const 
 }  // namespace
 
 TiffHandle::TiffHandle(const Source& source, std::uint64_t directory, int page)
-    : m_client{source, 0, {}}, m_page(page) {
+    : m_client{source, 0, {}, 0}, m_page(page) {
   Open();
   if (m_tiff != nullptr && TIFFSetSubDirectory(m_tiff, directory) != 0) return;
   if (m_tiff != nullptr) TIFFClose(m_tiff);
@@ -89,7 +89,7 @@ toff_t TiffHandle::Size(thandle_t client) {
 int TiffHandle::KeepError(TIFF* /*tiff*/, void* client, const char* /*module*/, const char* format,
                           va_list args) {
   auto& self = *static_cast<Client*>(client);
-  if (!self.firstError.empty()) return 1;
+  if (self.errors++ != 0) return 1;
   char text[256];
   std::vsnprintf(text, sizeof text, format, args);
   self.firstError = text;

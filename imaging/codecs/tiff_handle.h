@@ -24,6 +24,7 @@ class TiffHandle {
   const Source& File() const { return m_client.source; }
   int Page() const { return m_page; }
   const std::string& FirstError() const { return m_client.firstError; }
+  int ErrorCount() const { return m_client.errors; }
 
   /// The value of a tag; a fallback, or what the standard gives as its default, if it is absent.
   std::uint16_t Short(std::uint32_t tag, std::uint16_t fallback) const;
@@ -35,6 +36,7 @@ class TiffHandle {
     const Source& source;
     std::int64_t position;
     std::string firstError;
+    int errors = 0;
   };
   static tmsize_t Read(thandle_t client, void* target, tmsize_t size);
   static toff_t Seek(thandle_t client, toff_t offset, int whence);

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QPointer>
 #include <memory>
 
 #include "platform/window/detail/queue.h"
@@ -15,10 +16,21 @@ namespace {
 class QuitFilter : public QObject {
  public:
   bool eventFilter(QObject* object, QEvent* event) override {
-    if (event->type() == QEvent::Quit && object == QCoreApplication::instance()) PostQuitMessage(0);
+    const bool quits = event->type() == QEvent::Quit && object == QCoreApplication::instance();
+    // A host's own loop ends by itself; only a loop of ours has to be told.
+    if (quits && platform::Queue::Instance().InPump()) PostQuitMessage(0);
     return false;
   }
 };
+
+/// Follows the application object, the host's or ours, whichever there is.
+void WatchForQuit() {
+  static auto* filter = new QuitFilter;  // outlives every application object
+  static QPointer<QCoreApplication> watched;
+  if (watched == QCoreApplication::instance()) return;
+  watched = QCoreApplication::instance();
+  watched->installEventFilter(filter);
+}
 
 std::unique_ptr<QApplication>& Owned() {
   static auto* application =
@@ -46,7 +58,10 @@ bool platform::IsOffscreen() {
 }
 
 void platform::EnsureApplication(int* argc, char** argv) {
-  if (QCoreApplication::instance() != nullptr) return;
+  if (QCoreApplication::instance() != nullptr) {
+    WatchForQuit();
+    return;
+  }
   ProvideRuntimeFolder();
   static int noArguments = 1;
   static char name[] = "tessarel12";
@@ -54,8 +69,7 @@ void platform::EnsureApplication(int* argc, char** argv) {
   Owned() = argc == nullptr ? std::make_unique<QApplication>(noArguments, arguments)
                             : std::make_unique<QApplication>(*argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
-  static QuitFilter filter;
-  Owned()->installEventFilter(&filter);
+  WatchForQuit();
 }
 
 void platform::EndApplication() {

@@ -257,6 +257,7 @@ using platform::Queue;
 
 BOOL PeekMessage(MSG* message, HWND window, UINT first, UINT last, UINT remove) {
   platform::EnsureApplication();
+  Queue::PumpScope pump;
   const bool take = (remove & PM_REMOVE) != 0;
   Queue& queue = Queue::Instance();
   if (queue.Pull(message, window, first, last, take)) return TRUE;

@@ -42,6 +42,7 @@ bool WantsDoubleClicks(HWND window) {
 FrameWidget::FrameWidget(HWND window, QWidget* parent, Qt::WindowFlags flags)
     : QWidget(parent, flags), m_window(window) {
   setFocusPolicy(Qt::NoFocus);
+  setAutoFillBackground(true);  // edge and corner between the bars
 }
 
 FrameWidget::~FrameWidget() {

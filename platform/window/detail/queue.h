@@ -42,7 +42,9 @@ class Queue : public QObject {
   /// While it lives, foreign event loops leave the queue alone.
   void HoldKick(bool hold) { m_held = hold; }
 
-  /// A loop of ours is on the stack.
+  bool InPump() const { return m_pumpDepth > 0; }
+
+  /// While it lives, a loop of ours is waiting or looking for messages.
   class PumpScope {
    public:
     PumpScope() { ++Instance().m_pumpDepth; }

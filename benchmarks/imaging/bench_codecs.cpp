@@ -1,0 +1,209 @@
+#include <tiffio.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "imaging/ltwrap.h"
+#include "imaging/pixels/storage.h"
+
+// Loading through the service against the codec library alone, on pages of A4 at 300 dots per inch. Both
+// sides are run in turns and their shortest times compared, so that a busy machine slows neither side only.
+namespace {
+
+constexpr int kWidth = 2480;
+constexpr int kHeight = 3508;
+constexpr int kRepeats = 41;
+
+using Action = std::function<void()>;
+
+double Milliseconds(const Action& action) {
+  const auto start = std::chrono::steady_clock::now();
+  action();
+  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+}
+
+void Ratio(
+    const char* name, double target, const Action& ours, const Action& peer, const Action& prepare = [] {}) {
+  double oursBest = 1e9;
+  double peerBest = 1e9;
+  for (int i = 0; i < kRepeats; ++i) {
+    prepare();
+    oursBest = std::min(oursBest, Milliseconds(ours));
+    peerBest = std::min(peerBest, Milliseconds(peer));
+  }
+  std::printf("RATIO %s %.3f %.2f\n", name, oursBest / peerBest, target);
+  std::printf("      %s: %.3f ms against %.3f ms\n", name, oursBest, peerBest);
+}
+
+/// A page of text-like black strokes in lines and words; 1 is black.
+std::vector<std::uint8_t> TextPage() {
+  const std::size_t rowBytes = kWidth / 8;
+  std::vector<std::uint8_t> page(rowBytes * kHeight);
+  unsigned seed = 1;
+  const auto next = [&seed](unsigned limit) {
+    seed = seed * 1664525U + 1013904223U;
+    return (seed >> 8) % limit;
+  };
+  for (int top = 200; top < kHeight - 200; top += 60)
+    for (int left = 200; left < kWidth - 200; left += 26) {
+      if (next(6) == 0) continue;  // a gap between words
+      for (int stroke = 0; stroke < 3; ++stroke) {
+        const int x0 = left + static_cast<int>(next(16));
+        const int slant = static_cast<int>(next(5)) - 2;
+        const int length = 12 + static_cast<int>(next(24));
+        for (int dy = 0; dy < length; ++dy)
+          for (int dx = 0; dx < 4; ++dx) {
+            const int x = x0 + dx + slant * dy / 8;
+            page[static_cast<std::size_t>(top + dy) * rowBytes + static_cast<std::size_t>(x / 8)] |=
+                static_cast<std::uint8_t>(0x80U >> x % 8);
+          }
+      }
+    }
+  return page;
+}
+
+/// A colour picture with soft areas and some noise.
+std::vector<std::uint8_t> ColorPage() {
+  std::vector<std::uint8_t> page(static_cast<std::size_t>(kWidth) * kHeight * 3);
+  unsigned seed = 7;
+  for (int y = 0; y < kHeight; ++y)
+    for (int x = 0; x < kWidth; ++x) {
+      seed = seed * 1664525U + 1013904223U;
+      const int noise = (seed >> 24) < 16 ? static_cast<int>(seed >> 20 & 7) : 0;
+      std::uint8_t* pixel = &page[(static_cast<std::size_t>(y) * kWidth + static_cast<std::size_t>(x)) * 3];
+      pixel[0] = static_cast<std::uint8_t>(std::min(255, x / 16 + noise));
+      pixel[1] = static_cast<std::uint8_t>(std::min(255, y / 20 + noise));
+      pixel[2] = static_cast<std::uint8_t>((x / 64 + y / 64) % 2 * 90 + noise);
+    }
+  return page;
+}
+
+void SetCommon(TIFF* tiff, int width, int height, int bits, int samples, int compression, int photometric) {
+  TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, width);
+  TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, height);
+  TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, bits);
+  TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, samples);
+  TIFFSetField(tiff, TIFFTAG_COMPRESSION, compression);
+  TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, photometric);
+  TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+}
+
+/// The rows are not const because the library may work in them.
+void WriteRows(TIFF* tiff, std::vector<std::uint8_t>& rows, std::size_t rowBytes, int height) {
+  for (int y = 0; y < height; ++y)
+    TIFFWriteScanline(tiff, rows.data() + static_cast<std::size_t>(y) * rowBytes,
+                      static_cast<std::uint32_t>(y), 0);
+}
+
+void WriteFax(const std::string& path, int rowsPerStrip) {
+  TIFF* tiff = TIFFOpen(path.c_str(), "w");
+  SetCommon(tiff, kWidth, kHeight, 1, 1, COMPRESSION_CCITTFAX4, PHOTOMETRIC_MINISWHITE);
+  TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, rowsPerStrip);
+  auto text = TextPage();
+  WriteRows(tiff, text, kWidth / 8, kHeight);
+  TIFFClose(tiff);
+}
+
+void WriteColor(const std::string& path, int compression) {
+  TIFF* tiff = TIFFOpen(path.c_str(), "w");
+  const bool jpeg = compression == COMPRESSION_JPEG;
+  SetCommon(tiff, kWidth, kHeight, 8, 3, compression, jpeg ? PHOTOMETRIC_YCBCR : PHOTOMETRIC_RGB);
+  if (jpeg) TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+  if (!jpeg) TIFFSetField(tiff, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
+  TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, 16);
+  auto colors = ColorPage();
+  WriteRows(tiff, colors, static_cast<std::size_t>(kWidth) * 3, kHeight);
+  TIFFClose(tiff);
+}
+
+void WriteMany(const std::string& path, int pages, int height) {
+  TIFF* tiff = TIFFOpen(path.c_str(), "w");
+  auto text = TextPage();
+  for (int page = 0; page < pages; ++page) {
+    SetCommon(tiff, kWidth, height, 1, 1, COMPRESSION_CCITTFAX4, PHOTOMETRIC_MINISWHITE);
+    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, height);
+    WriteRows(tiff, text, kWidth / 8, height);
+    TIFFWriteDirectory(tiff);
+  }
+  TIFFClose(tiff);
+}
+
+void Load(const std::string& path, int page, int bits) {
+  _LOADFILEOPTION options{};
+  LEADTOOLS::GetDefaultLoadFileOption(&options);
+  options.PageNumber = page;
+  struct_LEAD_Bitmap bitmap{};
+  LEADTOOLS::LoadBitmapA(path.c_str(), &bitmap, bits, 0, &options, nullptr);
+  delete bitmap.pStorage;  // as FreeBitmap does
+}
+
+/// The library's fastest way: each strip at once into memory that was touched before.
+void ReadStrips(const std::string& path, std::vector<std::uint8_t>& target, bool jpegToRgb) {
+  TIFF* tiff = TIFFOpen(path.c_str(), "r");
+  if (jpegToRgb) TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+  std::uint8_t* at = target.data();
+  const std::uint32_t strips = TIFFNumberOfStrips(tiff);
+  for (std::uint32_t strip = 0; strip < strips; ++strip) at += TIFFReadEncodedStrip(tiff, strip, at, -1);
+  TIFFClose(tiff);
+}
+
+void CountDirectories(const std::string& path) {
+  TIFF* tiff = TIFFOpen(path.c_str(), "r");
+  if (TIFFNumberOfDirectories(tiff) == 0) std::abort();
+  TIFFClose(tiff);
+}
+
+void CountPages(const std::string& path) {
+  struct_file_information info{};
+  LEADTOOLS::FileInfo(path.c_str(), &info, 1, nullptr);
+  if (info.TotalPages == 0) std::abort();
+}
+
+}  // namespace
+
+int main() {
+  const auto folder =
+      std::filesystem::temp_directory_path() / ("bench_codecs_" + std::to_string(std::rand()));
+  std::filesystem::create_directories(folder);
+  const auto path = [&folder](const char* name) { return (folder / name).string(); };
+  WriteFax(path("one.tif"), kHeight);
+  WriteFax(path("strips.tif"), 128);
+  WriteColor(path("lzw.tif"), COMPRESSION_LZW);
+  WriteColor(path("jpeg.tif"), COMPRESSION_JPEG);
+  WriteMany(path("100.tif"), 100, 1000);
+  WriteMany(path("1000.tif"), 1000, 300);
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));  // files that just changed aren't remembered
+
+  std::vector<std::uint8_t> page(static_cast<std::size_t>(kWidth) * kHeight * 3);
+  const auto bench = [&](const char* name, double target, const char* file, int bits, bool jpeg) {
+    const std::string full = path(file);
+    Ratio(
+        name, target, [&] { Load(full, 1, bits); }, [&] { ReadStrips(full, page, jpeg); });
+  };
+  bench("g4_to_1_bit", 1.1, "one.tif", 1, false);
+  bench("g4_strips_to_1_bit", 1.1, "strips.tif", 1, false);
+  bench("g4_to_8_bits_vs_libtiff_1_bit", 1.4, "one.tif", 8, false);
+  bench("lzw_strips", 1.1, "lzw.tif", 24, false);
+  bench("jpeg_strips", 1.1, "jpeg.tif", 24, true);
+
+  const std::string hundred = path("100.tif");
+  Ratio(
+      "count_100_pages_remembered", 1.2, [&] { CountPages(hundred); }, [&] { CountDirectories(hundred); });
+  // What is known of a file counts no more once the file was changed.
+  Ratio(
+      "count_100_pages_fresh", 1.2, [&] { CountPages(hundred); }, [&] { CountDirectories(hundred); },
+      [&] { std::filesystem::last_write_time(hundred, std::filesystem::file_time_type::clock::now()); });
+  const std::string thousand = path("1000.tif");
+  CountPages(thousand);
+  Ratio(
+      "jump_to_page_900_vs_2", 1.1, [&] { Load(thousand, 900, 1); }, [&] { Load(thousand, 2, 1); });
+  std::filesystem::remove_all(folder);
+}
