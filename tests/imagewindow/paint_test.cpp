@@ -31,8 +31,8 @@ class Painting : public ImageWindowTest {
   void ShowAt(const Page& page, double factor, CPoint position = CPoint(0, 0)) {
     Show({page});
     ASSERT_TRUE(window->ZoomToScaleFactor(factor));
-    window->SetScrollPos(position, 1);
     SetClient(100, 80);
+    window->SetScrollPos(position, 1);
     Settle();
     ASSERT_EQ(window->m_ptScroll, position);
   }

@@ -83,7 +83,8 @@ class ImageWindowTest : public testing::Test {
       window->GetWindowRect(outer);
       CRect client;
       window->GetClientRect(client);
-      window->MoveWindow(0, 0, outer.Width() + width - client.right, outer.Height() + height - client.bottom);
+      window->MoveWindow(0, 0, outer.Width() + width - client.right, outer.Height() + height - client.bottom,
+                         FALSE);
     }
     CRect client;
     window->GetClientRect(client);
