@@ -1,0 +1,189 @@
+// The rules of scale, fit, scrolling and square pixels, without a window.
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <vector>
+
+#include "imagewindow/fit.h"
+#include "imagewindow/square_pixels.h"
+#include "imagewindow/viewport.h"
+#include "imagewindow/zoom_steps.h"
+
+namespace {
+
+const double kNaN = std::nan("");
+const double kInfinity = HUGE_VAL;
+
+TEST(ZoomSteps, RoundingSendsHalvesDown) {
+  const struct {
+    double value;
+    int rounded;
+  } cases[] = {{12.5, 12},
+               {12.51, 13},
+               {0.5, 0},
+               {0.75, 1},
+               {3, 3},
+               {1.0 / 3 * 100, 33},
+               {1e300, INT_MAX},
+               {-1e300, INT_MIN},
+               {kInfinity, INT_MAX},
+               {kNaN, 0}};
+  for (const auto& c : cases) EXPECT_EQ(zoom::RoundHalfDown(c.value), c.rounded) << c.value;
+}
+
+TEST(ZoomSteps, LimitsAreLegalAndNothingBeyondThem) {
+  const struct {
+    double factor;
+    bool legal, wholePercent;
+  } cases[] = {{0.01, true, true},         {10.0, true, true},    {0.0099, false, false},
+               {10.01, false, false},      {10.005, false, true}, {0, false, false},
+               {-1, false, false},         {kNaN, false, false},  {kInfinity, false, false},
+               {-kInfinity, false, false}, {1e300, false, false}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(zoom::IsLegalFactor(c.factor), c.legal) << c.factor;
+    EXPECT_EQ(zoom::IsLegalWholePercent(c.factor), c.wholePercent) << c.factor;
+  }
+}
+
+TEST(ZoomSteps, DivisorNearestToAFactor) {
+  const struct {
+    double factor;
+    int divisor;
+  } cases[] = {{0.75, 1},     {2.0 / 3, 1}, {0.6, 2},  {0.4, 2},  {0.37, 3}, {1, 1},      {1.5, 1},
+               {1.50001, -2}, {1.6, -2},    {2.5, -2}, {2.6, -3}, {10, -10}, {0.01, 100}, {0.05, 20}};
+  for (const auto& c : cases) EXPECT_EQ(zoom::DivisorOfFactor(c.factor), c.divisor) << c.factor;
+}
+
+TEST(ZoomSteps, SmallestSidePullsUpWidthFirst) {
+  const struct {
+    SIZE page;
+    double asked, got;
+  } cases[] = {{{100, 3000}, 0.01, 0.05},
+               {{3000, 100}, 0.01, 0.05},
+               {{500, 500}, 0.01, 0.01},
+               {{50, 20}, 0.05, 0.25},
+               {{1, 1}, 1, 5},
+               {{1000, 1000}, 2, 2}};
+  for (const auto& c : cases) EXPECT_DOUBLE_EQ(zoom::KeepSmallestSide(c.asked, c.page), c.got) << c.page.cx;
+}
+
+std::vector<int> Chain(int divisor, int (*next)(int), bool (*possible)(int)) {
+  std::vector<int> chain = {divisor};
+  while (possible(chain.back()) && chain.size() < 50) chain.push_back(next(chain.back()));
+  return chain;
+}
+
+TEST(ZoomSteps, ChainsOfSteps) {
+  const std::vector<std::vector<int>> in = {{64, 32, 16, 8, 4, 2, 1, -2, -3, -4, -5, -6, -7, -8, -9, -10},
+                                            {5, 2, 1, -2, -3, -4, -5, -6, -7, -8, -9, -10},
+                                            {-1, -2, -3, -4, -5, -6, -7, -8, -9, -10}};
+  const std::vector<std::vector<int>> out = {{-10, -9, -8, -7, -6, -5, -4, -3, -2, -1, 2, 4, 8, 16, 32, 64},
+                                             {1, 2, 4, 8, 16, 32, 64},
+                                             {3, 6, 12, 24, 48, 96},
+                                             {50, 100},
+                                             {51}};
+  for (const auto& chain : in) EXPECT_EQ(Chain(chain[0], zoom::NextDivisorIn, zoom::CanStepIn), chain);
+  for (const auto& chain : out) EXPECT_EQ(Chain(chain[0], zoom::NextDivisorOut, zoom::CanStepOut), chain);
+  EXPECT_EQ(zoom::FactorOfDivisor(-1), 1.0);
+  EXPECT_EQ(zoom::FactorOfDivisor(-7), 7.0);
+  EXPECT_EQ(zoom::FactorOfDivisor(4), 0.25);
+}
+
+TEST(Fit, LeavesRoomForTheBarThatTheFittedPageNeeds) {
+  constexpr int kBar = 17;
+  const struct {
+    const char* name;
+    fit::Situation at;
+    double width, height;
+  } cases[] = {
+      // 799 / 1700 would be 1034 high: the vertical bar comes.
+      {"no bar yet, one needed", {{800, 600}, {100, 100}, {1700, 2200}}, 782.0 / 1700, 599.0 / 2200},
+      {"bars up already", {{783, 583}, {1700, 2200}, {1700, 2200}}, 782.0 / 1700, 599.0 / 2200},
+      {"bars up, not needed after",
+       {{783, 583}, {3000, 2000}, {3000, 300}},
+       799.0 / 3000,
+       (599.0 - 17) / 300},
+      {"bar from equal size on", {{783, 600}, {100, 600}, {2000, 100}}, 799.0 / 2000, (599.0 - 17) / 100},
+  };
+  for (const auto& c : cases) {
+    EXPECT_DOUBLE_EQ(fit::ToWidth(c.at, kBar), c.width) << c.name;
+    EXPECT_DOUBLE_EQ(fit::ToHeight(c.at, kBar), c.height) << c.name;
+  }
+  // Exactly as high as the window is too high.
+  EXPECT_DOUBLE_EQ(fit::ToWidth({{101, 50}, {0, 0}, {100, 50}}, kBar), 83.0 / 100);
+  EXPECT_DOUBLE_EQ(fit::ToWidth({{101, 51}, {0, 0}, {100, 50}}, kBar), 1.0);
+}
+
+TEST(Fit, BestTakesTheSideThatLimitsAndWidthOnATie) {
+  EXPECT_EQ(fit::Best({{800, 600}, {}, {1700, 2200}}), fit::Side::Height);
+  EXPECT_EQ(fit::Best({{800, 600}, {}, {2200, 1000}}), fit::Side::Width);
+  EXPECT_EQ(fit::Best({{800, 600}, {}, {400, 300}}), fit::Side::Width);
+}
+
+TEST(Fit, WithoutAPageOrWindowNoLegalFactorComesOut) {
+  for (SIZE client : {SIZE{800, 600}, SIZE{0, 0}, SIZE{1, 1}}) {
+    EXPECT_FALSE(zoom::IsLegalFactor(fit::ToWidth({client, {0, 0}, {0, 0}}, 17)));
+    EXPECT_FALSE(zoom::IsLegalFactor(fit::ToHeight({client, {0, 0}, {0, 0}}, 17)));
+  }
+  EXPECT_FALSE(zoom::IsLegalFactor(fit::ToWidth({{0, 0}, {0, 0}, {100, 100}}, 0)));
+}
+
+TEST(Viewport, SizesAndLimits) {
+  EXPECT_EQ(viewport::ScaledSize({100, 33}, 0.37), CSize(37, 12));
+  EXPECT_EQ(viewport::ScaledSize({INT_MAX, 1}, 10), CSize(INT_MAX, 10));
+  EXPECT_EQ(viewport::LargestPosition({500, 100}, {200, 300}), CPoint(300, 0));
+  EXPECT_EQ(viewport::Limit(CPoint(-5, 999), CPoint(10, 20)), CPoint(0, 20));
+  EXPECT_EQ(viewport::Moved({5, 5}, {INT_MAX, INT_MIN}, {30, 30}), CPoint(30, 0));
+  EXPECT_EQ(viewport::PageStep(402), 302);
+  EXPECT_EQ(viewport::PageStep(3), 3);
+  EXPECT_EQ(viewport::AfterResize(100, 400, 500, 100), 100);
+  EXPECT_EQ(viewport::AfterResize(100, 401, 500, 99), 99);
+}
+
+TEST(Viewport, StepsOfScrollCodes) {
+  const struct {
+    int code;
+    viewport::Axis at;
+    int step;
+  } cases[] = {{SB_LINEUP, {10, 300, 402}, -15},   {SB_LINEUP, {0, 300, 402}, 0},
+               {SB_LINEDOWN, {299, 300, 402}, 15}, {SB_LINEDOWN, {300, 300, 402}, 0},
+               {SB_PAGEUP, {1, 300, 402}, -302},   {SB_PAGEUP, {0, 300, 402}, 0},
+               {SB_PAGEDOWN, {0, 300, 402}, 302},  {SB_PAGEDOWN, {300, 300, 402}, 0},
+               {SB_TOP, {10, 300, 402}, 0},        {SB_BOTTOM, {10, 300, 402}, 0},
+               {SB_ENDSCROLL, {10, 300, 402}, 0}};
+  for (const auto& c : cases) EXPECT_EQ(viewport::StepOf(c.code, c.at), c.step) << "code " << c.code;
+}
+
+TEST(SquarePixels, WholeFactorInOneDirection) {
+  const struct {
+    square_pixels::Resolution page;
+    bool known;
+    int across, down;
+  } cases[] = {{{204, 98}, true, 1, 2},
+               {{98, 204}, true, 2, 1},
+               {{300, 200}, true, 1, 1},
+               {{200, 200}, true, 1, 1},
+               {{0, 200}, false, 1, 1},
+               {{200, 0}, false, 1, 1},
+               {{204, 51}, true, 1, 4},
+               {{-200, 100}, false, 1, 1},
+               {{-100, -200}, false, 1, 1},
+               // 2^31 / 96 and more leave the 32-bit word and come out negative or as nothing.
+               {{22369622, 200}, false, 1, 1},
+               {{1 << 27, 200}, false, 1, 1}};
+  for (const auto& c : cases) {
+    const auto got = square_pixels::WholeFactor(c.page, {96, 96});
+    EXPECT_EQ(got.known, c.known) << c.page.x << " x " << c.page.y;
+    EXPECT_EQ(got.stretch.across, c.across) << c.page.x << " x " << c.page.y;
+    EXPECT_EQ(got.stretch.down, c.down) << c.page.x << " x " << c.page.y;
+  }
+}
+
+TEST(SquarePixels, AStretchThatNoIntHoldsIsTheLargest) {
+  EXPECT_EQ(square_pixels::StretchedSize({100, 50}, {1, 2}), CSize(100, 100));
+  EXPECT_EQ(square_pixels::StretchedSize({100, 50}, {2'000'000'000, 1}), CSize(INT_MAX, 50));
+}
+
+}  // namespace
