@@ -16,7 +16,7 @@ constexpr std::size_t kSlack = 32;  // kernels read whole vectors
 
 /// Sums of one column must leave the columns' weights room in 32 bits.
 int SumBits(const Scaling& scaling) {
-  const unsigned columns = BoxAxis::Reduces(scaling.sourceWidth, scaling.width)
+  const unsigned columns = BoxAxis::Averages(scaling.sourceWidth, scaling.width)
                                ? static_cast<unsigned>(scaling.sourceWidth / scaling.width) + 2
                                : 2;
   return std::min(16, 32 - static_cast<int>(std::bit_width(columns)));
@@ -130,7 +130,7 @@ void ToPixels(std::uint32_t* out, const std::uint8_t* bytes, std::size_t count, 
     kernels.colorsToPixels(out, bytes, count, channels, redFirst);
 }
 
-void RenderReduced(const RowReader& reader, bool redFirst, const Scaling& scaling, const RECT& part,
+void RenderAveraged(const RowReader& reader, bool redFirst, const Scaling& scaling, const RECT& part,
                    std::uint32_t* out, std::ptrdiff_t stride, const Kernels& kernels) {
   const auto columns = static_cast<std::size_t>(part.right - part.left);
   const std::size_t rowBytes = columns * static_cast<std::size_t>(reader.Channels());
@@ -181,8 +181,8 @@ void RenderScaled(const PixelStorage& storage, int order, const Scaling& scaling
   if (part.left >= part.right || part.top >= part.bottom) return;
   const RowReader reader(storage, Alpha::FlattenOnWhite);
   const bool redFirst = reader.HasRecordOrder() && order == 0;
-  if (scaling.Reduces())
-    RenderReduced(reader, redFirst, scaling, part, out, stride, kernels);
+  if (scaling.Averages())
+    RenderAveraged(reader, redFirst, scaling, part, out, stride, kernels);
   else
     RenderRepeated(reader, redFirst, scaling, part, out, stride, kernels);
 }

@@ -20,8 +20,8 @@ struct Scaling {
   int width = 0;
   int height = 0;
   bool operator==(const Scaling&) const = default;
-  bool Reduces() const {
-    return BoxAxis::Reduces(sourceWidth, width) || BoxAxis::Reduces(sourceHeight, height);
+  bool Averages() const {
+    return BoxAxis::Averages(sourceWidth, width) || BoxAxis::Averages(sourceHeight, height);
   }
 };
 
