@@ -1,6 +1,6 @@
 #include "platform/framework/message_box.h"
 
-#include <QAbstractButton>
+#include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
 

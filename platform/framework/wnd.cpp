@@ -2,6 +2,7 @@
 
 #include <set>
 #include <string>
+#include <utility>
 
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/thread.h"

@@ -1,5 +1,6 @@
 #include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "platform/framework/wnd.h"

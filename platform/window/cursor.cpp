@@ -1,6 +1,7 @@
 #include <QCursor>
 #include <map>
 #include <memory>
+#include <utility>
 
 #include "platform/base/handle_table.h"
 #include "platform/window/detail/widgets.h"

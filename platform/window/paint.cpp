@@ -2,6 +2,7 @@
 #include <QPainter>
 #include <cmath>
 #include <map>
+#include <utility>
 
 #include "platform/graphics/dc_internal.h"
 #include "platform/window/detail/widgets.h"

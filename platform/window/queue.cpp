@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <QTimerEvent>
 #include <algorithm>
+#include <utility>
 
 #include "platform/window/window.h"
 

@@ -223,9 +223,8 @@ BOOL SetScrollRange(HWND handle, int bar, int minimum, int maximum, BOOL redraw)
 BOOL ShowScrollBar(HWND handle, int bar, BOOL show) {
   WindowRecord* window = FindWindowRecord(handle);
   if (window == nullptr || bar < SB_HORZ || bar > SB_BOTH || bar == SB_CTL) return FALSE;
-  bool changed = false;
-  if (bar != SB_VERT) changed = platform::ShowBar(*window, SB_HORZ, show != 0);
-  if (bar != SB_HORZ) changed = platform::ShowBar(*window, SB_VERT, show != 0) || changed;
+  if (bar != SB_VERT) platform::ShowBar(*window, SB_HORZ, show != 0);
+  if (bar != SB_HORZ) platform::ShowBar(*window, SB_VERT, show != 0);
   platform::LayoutWindow(*window);
   if (WindowRecord* alive = FindWindowRecord(handle)) {
     platform::UpdateWidget(*alive, SB_HORZ);
