@@ -2,6 +2,7 @@
 
 #include "platform/framework/message_box.h"
 #include "platform/framework/wnd.h"
+#include "platform/window/message_box_internal.h"
 
 IMPLEMENT_DYNAMIC(CWinApp, CWinThread)
 
@@ -10,10 +11,6 @@ namespace {
 CWinApp* g_app = nullptr;
 
 }  // namespace
-
-namespace platform {
-int ShowMessageBox(const char* title, const char* text, UINT type);  // message_box.cpp
-}
 
 CWinApp::CWinApp(LPCTSTR name) : m_pszAppName(name == nullptr ? "Tessarel12" : name) {
   g_app = this;

@@ -1,89 +1,18 @@
 #include "platform/framework/message_box.h"
 
-#include <QApplication>
-#include <QMessageBox>
-#include <QPushButton>
-
 #include "platform/framework/app.h"
 #include "platform/testing.h"
-#include "platform/window/window.h"
+#include "platform/window/message_box_internal.h"
 
 namespace {
 
 platform::testing::MessageBoxAnswer g_answer = nullptr;
-
-struct BoxButton {
-  int result;
-  QMessageBox::StandardButton button;
-  const char* text;  // the product's language; Qt's own texts are English
-};
-
-constexpr BoxButton kOk = {IDOK, QMessageBox::Ok, "OK"};
-constexpr BoxButton kCancel = {IDCANCEL, QMessageBox::Cancel, "Annulla"};
-constexpr BoxButton kAbort = {IDABORT, QMessageBox::Abort, "Interrompi"};
-constexpr BoxButton kRetry = {IDRETRY, QMessageBox::Retry, "Riprova"};
-constexpr BoxButton kIgnore = {IDIGNORE, QMessageBox::Ignore, "Ignora"};
-constexpr BoxButton kYes = {IDYES, QMessageBox::Yes, "Sì"};
-constexpr BoxButton kNo = {IDNO, QMessageBox::No, "No"};
-
-std::vector<BoxButton> ButtonsOf(UINT type) {
-  switch (type & MB_TYPEMASK) {
-    case MB_OKCANCEL:
-      return {kOk, kCancel};
-    case MB_ABORTRETRYIGNORE:
-      return {kAbort, kRetry, kIgnore};
-    case MB_YESNOCANCEL:
-      return {kYes, kNo, kCancel};
-    case MB_YESNO:
-      return {kYes, kNo};
-    case MB_RETRYCANCEL:
-      return {kRetry, kCancel};
-    default:
-      return {kOk};
-  }
-}
-
-QMessageBox::Icon IconOf(UINT type) {
-  switch (type & MB_ICONMASK) {
-    case MB_ICONERROR:
-      return QMessageBox::Critical;
-    case MB_ICONQUESTION:
-      return QMessageBox::Question;
-    case MB_ICONEXCLAMATION:
-      return QMessageBox::Warning;
-    case MB_ICONINFORMATION:
-      return QMessageBox::Information;
-    default:
-      return QMessageBox::NoIcon;
-  }
-}
 
 }  // namespace
 
 void platform::testing::SetMessageBoxAnswer(MessageBoxAnswer answer) {
   g_answer = answer;
 }
-
-namespace platform {
-
-int ShowMessageBox(const char* title, const char* text, UINT type) {
-  EnsureApplication();
-  ReleaseCapture();
-  QMessageBox box(IconOf(type), QString::fromUtf8(title), QString::fromUtf8(text), QMessageBox::NoButton,
-                  QApplication::activeWindow());
-  box.setTextFormat(Qt::PlainText);  // a file name may look like markup
-  const std::vector<BoxButton> buttons = ButtonsOf(type);
-  for (const BoxButton& button : buttons)
-    box.addButton(button.button)->setText(QString::fromUtf8(button.text));
-  const auto preset = static_cast<std::size_t>((type & MB_DEFMASK) >> 8);
-  box.setDefaultButton(buttons[std::min(preset, buttons.size() - 1)].button);
-  const int pressed = box.exec();
-  for (const BoxButton& button : buttons)
-    if (button.button == pressed) return button.result;
-  return buttons.size() == 1 ? buttons.front().result : IDCANCEL;
-}
-
-}  // namespace platform
 
 int AfxMessageBox(LPCTSTR text, UINT type, UINT helpId) {
   if (g_answer != nullptr) return g_answer(CString(text), type);

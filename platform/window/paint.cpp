@@ -13,6 +13,9 @@ using platform::WindowRecord;
 
 namespace {
 
+/// Paint cycles that Qt has begun and not ended.
+int g_qtPaints = 0;
+
 /// Device contexts handed out for windows, so that they end with the window if the program forgets them.
 std::map<HDC, HWND>& WindowDCs() {
   static auto* dcs = new std::map<HDC, HWND>;  // widgets may outlive statics
@@ -47,6 +50,10 @@ RECT ToRect(const QRect& rect) {
 }  // namespace
 
 namespace platform {
+
+bool InsideQtPaint() {
+  return g_qtPaints > 0;
+}
 
 void ResizeSurface(WindowRecord& window) {
   const double scale = window.client->devicePixelRatioF();
@@ -108,7 +115,9 @@ void ClientWidget::paintEvent(QPaintEvent* event) {
   const QRegion painted = window->invalid;
   if (!painted.isEmpty() && window->paintDepth == 0) {
     window->inQtPaint = true;
+    ++g_qtPaints;
     PaintInvalid(m_window);
+    --g_qtPaints;
     window = FindWindowRecord(m_window);
     if (window == nullptr) return;
     window->inQtPaint = false;

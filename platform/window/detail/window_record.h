@@ -96,6 +96,8 @@ void ResizeSurface(WindowRecord& window);
 void PaintInvalid(HWND window);
 void InvalidateRegion(WindowRecord& window, const QRegion& region, bool erase);
 void ForgetWindowDCs(HWND window);
+/// True while a WM_PAINT runs inside Qt's own painting, where no event loop may run.
+bool InsideQtPaint();
 
 // Scroll bars (scroll_bars.cpp)
 
