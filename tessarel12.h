@@ -1,6 +1,12 @@
 #pragma once
 
-// All that a host uses of the library.
+// Everything that a host needs of the image-viewing component.
 
 #include "imagewindow/image_window.h"
+#include "imaging/ltwrap.h"
+#include "library/report_error.h"
 #include "library/tessarel_ext.h"
+#include "platform/framework/app.h"
+#include "platform/framework/frame_wnd.h"
+#include "platform/framework/message_box.h"
+#include "platform/framework/wnd.h"

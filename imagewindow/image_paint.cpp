@@ -5,6 +5,7 @@
 #include "imagewindow/viewport.h"
 #include "platform/base/bitmapinfo.h"
 #include "platform/base/global_memory.h"
+#include "platform/graphics/surface.h"
 
 namespace {
 
@@ -62,7 +63,10 @@ void CImageWindow::OnPaint() {
 bool CImageWindow::DoDraw(CPaintDC* dc) {
   // Without pixels the failure has been told already, when the page was loaded.
   if (m_nCurrPage < 1 || !HasPage()) return false;
-  const bool reduced = NeedsSmartBitmap() && (m_SmartBitmap.Flags & leadtools12::kAllocated) != 0;
+  // On a scaled display the copy has fewer pixels than the screen; the page itself is then scaled straight to
+  // the screen's pixels.
+  const bool reduced = NeedsSmartBitmap() && (m_SmartBitmap.Flags & leadtools12::kAllocated) != 0 &&
+                       platform::DeviceScale(dc->m_hDC) <= 1.0;
   struct_LEAD_Bitmap* bitmap = reduced ? &m_SmartBitmap : &m_Bitmap;
   try {
     const PaintPalette palette(dc->m_hDC, bitmap);

@@ -53,7 +53,7 @@ void PaintBand(HDC dc, struct_LEAD_Bitmap* bitmap, const PaintRects& rects, cons
   view.originY = -static_cast<double>(band.top);
   view.clip = {&whole, 1};
   constexpr DWORD kSourceCopy = 0x00cc0020;
-  imaging::PaintOnSurface(view, bitmap, rects, kSourceCopy);
+  imaging::PaintOnSurface(view, bitmap, rects, kSourceCopy, imaging::PaintUse::Once);
   BITMAPINFO info{};
   info.bmiHeader = {sizeof info.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
   if (StretchDIBits(dc, band.left, band.top, width, height, 0, 0, width, height, pixels.data(), &info, 0,

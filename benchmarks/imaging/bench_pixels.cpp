@@ -143,12 +143,12 @@ void BenchZoomStep(int bits) {
 }
 
 /// The loop that anyone writes first.
-template <int Size>
 void TurnPlain(const imaging::PixelStorage& from, imaging::PixelStorage& to) {
+  const std::uint8_t* source = from.Row(0);
+  std::uint8_t* target = to.Row(0);
   for (int y = 0; y < from.Height(); ++y)
     for (int x = 0; x < from.Width(); ++x)
-      std::memcpy(to.Row(x) + static_cast<std::ptrdiff_t>(from.Height() - 1 - y) * Size,
-                  from.Row(y) + x * Size, Size);
+      target[x * to.Pitch() + from.Height() - 1 - y] = source[y * from.Pitch() + x];
 }
 
 void BenchTurns() {
@@ -159,7 +159,7 @@ void BenchTurns() {
   std::memcpy(still->Row(0), source.Row(0), static_cast<std::size_t>(source.Pitch()) * kPageHeight);
   Ratio(
       "quarter_turn_8bit_vs_plain_loop", 0.4, [&] { LEADTOOLS::RotateBitmap(&gray, 9000, 5, 0); },
-      [&] { TurnPlain<1>(*still, *target); });
+      [&] { TurnPlain(*still, *target); });
   const QTransform turn = QTransform().rotate(90);
   Page color(kPageWidth, kPageHeight, 24);
   const QImage colorPeer = ToQt(color, QImage::Format_RGB888);
@@ -169,7 +169,7 @@ void BenchTurns() {
   Page bilevel(kPageWidth, kPageHeight, 1);
   const QImage bilevelPeer = ToQt(bilevel, QImage::Format_Mono);
   Ratio(
-      "quarter_turn_1bit_vs_qt", 0.1, [&] { LEADTOOLS::RotateBitmap(&bilevel, 9000, 5, 0); },
+      "quarter_turn_1bit_vs_qt", 0.02, [&] { LEADTOOLS::RotateBitmap(&bilevel, 9000, 5, 0); },
       [&] { (void)bilevelPeer.transformed(turn); });
 }
 

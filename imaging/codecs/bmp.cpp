@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <bit>
 #include <cstring>
 #include <vector>
@@ -5,8 +6,10 @@
 #include "imaging/codecs/bmp_header.h"
 #include "imaging/codecs/bmp_rle.h"
 #include "imaging/codecs/codec.h"
+#include "imaging/codecs/fax.h"
 #include "imaging/codecs/rows.h"
 #include "imaging/exception.h"
+#include "imaging/limits.h"
 
 namespace imaging {
 namespace {
@@ -138,6 +141,10 @@ class BmpReader final : public Reader {
       decoded.order = inner.order;
       return decoded;
     }
+    // A file that is cut off may lack most of its rows; a run is 255 pixels in two bytes, and a line may be
+    // skipped.
+    const bool plain = m_header.coding == BmpCoding::kNone || m_header.coding == BmpCoding::kBitFields;
+    CheckPlausible(m_source, m_header.width * m_header.height * m_header.bits / 8, plain ? 64 : 1000);
     decoded.order = 1;
     decoded.pixels = PixelStorage::Create(static_cast<int>(m_header.width), static_cast<int>(m_header.height),
                                           MemoryBits());
@@ -150,8 +157,6 @@ class BmpReader final : public Reader {
 
  private:
   void RequireShowable() const {
-    if (m_header.coding == BmpCoding::kHuffman)
-      Fail(kErrorUnsupported, "%s: Huffman coded bitmaps can't be decoded", m_source.Name().c_str());
     CheckPageSize(m_source, m_header.width, m_header.height);
     if (m_header.dataOffset >= m_source.Size())
       Fail(kErrorCorrupt, "%s: the bitmap ends before its pixels", m_source.Name().c_str());
@@ -171,9 +176,29 @@ class BmpReader final : public Reader {
         return DecodeBmpRle(m_source, m_header.dataOffset, BmpRle::kRle8, m_header.topDown, pixels);
       case BmpCoding::kRle24:
         return DecodeBmpRle(m_source, m_header.dataOffset, BmpRle::kRle24, m_header.topDown, pixels);
+      case BmpCoding::kHuffman:
+        return ReadFaxRows(pixels);
       default:
         return ReadRows(pixels);
     }
+  }
+
+  /// OS/2's Huffman coding is the one-dimensional one of fax machines. Rows that it doesn't reach are white.
+  bool ReadFaxRows(PixelStorage& pixels) const {
+    const std::int64_t size = std::min(m_source.Size() - m_header.dataOffset, limits::kMaxCodecBytes);
+    std::vector<std::uint8_t> coded(static_cast<std::size_t>(size));
+    coded.resize(m_source.ReadAt(m_header.dataOffset, coded));
+    const std::size_t there = coded.size();
+    coded.resize(there + FaxDecoder::kPadding);
+    FaxDecoder decoder(pixels.Width());
+    decoder.Start(std::span(coded).first(there));
+    int line = 0;
+    const auto row = [&] { return pixels.Row(m_header.topDown ? line : pixels.Height() - 1 - line); };
+    for (; line < pixels.Height() && decoder.NextOneDimensional() == FaxDecoder::Row::kDecoded; ++line)
+      decoder.Paint(row(), 0);
+    const bool any = line > 0;
+    for (; line < pixels.Height(); ++line) std::memset(row(), 0, pixels.RowBytes());
+    return any;
   }
 
   /// Rows that a file that is cut off doesn't have are white, or of the first colour.

@@ -34,6 +34,13 @@ void CheckPageSize(const Source& source, std::int64_t width, std::int64_t height
          static_cast<long long>(width), static_cast<long long>(height));
 }
 
+void CheckPlausible(const Source& source, std::int64_t bytes, int expansion) {
+  constexpr std::int64_t kHarmless = 64'000'000;
+  if (bytes <= kHarmless || bytes / expansion <= source.Size()) return;
+  Fail(kErrorLimit, "%s claims a page of %lld bytes, which its %lld bytes can't hold", source.Name().c_str(),
+       static_cast<long long>(bytes), static_cast<long long>(source.Size()));
+}
+
 void RequirePage(const Source& source, int page, int pages) {
   if (page < 1 || page > pages) Fail(kErrorPageNotFound, "%s has no page %d", source.Name().c_str(), page);
 }

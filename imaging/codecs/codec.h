@@ -100,6 +100,10 @@ std::unique_ptr<Reader> OpenReader(const Source& source);
 /// Throws unless the size is above zero and within the limits. Called before anything is allocated by it.
 void CheckPageSize(const Source& source, std::int64_t width, std::int64_t height);
 
+/// Throws if a large page can't come out of a file of that size: bytes is what it unpacks to, expansion how
+/// many bytes the coding makes of one at most. Keeps a file of a few bytes from taking gigabytes.
+void CheckPlausible(const Source& source, std::int64_t bytes, int expansion);
+
 /// For families with one page.
 void RequirePage(const Source& source, int page, int pages);
 

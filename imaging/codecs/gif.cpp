@@ -261,6 +261,8 @@ class GifReader final : public Reader {
     info.bits = 8;
     info.compression = "LZW";
     CheckPageSize(m_source, info.width, info.height);
+    constexpr int kLzwExpansion = 3000;
+    CheckPlausible(m_source, std::int64_t{info.width} * info.height, kLzwExpansion);
     return info;
   }
 

@@ -215,6 +215,8 @@ class JpegReader final : public Reader {
   DecodedPage Decode(int page, const DecodeWish& wish) override {
     DecodedPage decoded;
     decoded.info = Describe(page);
+    constexpr int kDctExpansion = 2000;
+    CheckPlausible(m_source, std::int64_t{m_header.width} * m_header.height, kDctExpansion);
     JpegDecoder decoder(m_source, m_header);
     if (!decoder.ReadHeader()) FailDecoding(decoder);
     jpeg_decompress_struct& jpeg = decoder.Info();

@@ -171,6 +171,9 @@ class PngReader final : public Reader {
     decoded.info = Describe(decoder);
     PngHeader header = ReadHeader(decoder);
     if (header.Bilevel()) FlattenColors(header);
+    constexpr int kDeflateExpansion = 1040;
+    CheckPlausible(m_source, std::int64_t{header.height} * header.width * decoded.info.bits / 8,
+                   kDeflateExpansion);
     decoded.order = wish.order == 1 ? 1 : 0;
     decoded.pixels = PixelStorage::Create(header.width, header.height, header.Bits());
     if (header.Bits() <= 8) SetPalette(*decoded.pixels, header.colors);

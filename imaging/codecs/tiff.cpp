@@ -37,6 +37,11 @@ class TiffReader final : public Reader {
     const TiffLayout layout = ReadTiffLayout(tiff);
     DecodedPage decoded;
     decoded.info = DescribeTiffPage(tiff, layout);
+    // Fax coding has no bound: a white row is a bit. The others stay below LZMA's.
+    constexpr int kMostExpansion = 10000;
+    const std::int64_t bytes = std::int64_t{layout.width} * layout.height * decoded.info.bits / 8;
+    if (!layout.FaxCoded())
+      CheckPlausible(m_source, bytes, layout.compression == COMPRESSION_NONE ? 64 : kMostExpansion);
     if (NeedsTiffColorConversion(layout)) {
       decoded.pixels = ConvertTiffPage(tiff, layout);
       return decoded;

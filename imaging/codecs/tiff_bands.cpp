@@ -4,6 +4,7 @@
 #include <cstring>
 #include <span>
 
+#include "imaging/codecs/fax.h"
 #include "imaging/exception.h"
 #include "imaging/limits.h"
 
@@ -46,17 +47,27 @@ TiffBands::TiffBands(const TiffHandle& tiff, const TiffLayout& layout)
          tiff.Page(), layout.bandHeight);
   m_rowBytes = static_cast<std::size_t>(rowBytes);
   m_planeBytes = m_rowBytes * static_cast<std::size_t>(planeRows);
-  m_buffer.resize(m_planeBytes * static_cast<std::size_t>(m_planes));
-  if (layout.tiled) m_tile.resize(m_tileRowBytes * static_cast<std::size_t>(layout.bandHeight));
+}
+
+int TiffBands::NextEndRow() const {
+  return std::min(m_layout.height - m_endRow, m_layout.bandHeight) + m_endRow;
+}
+
+void TiffBands::Skip() {
+  m_firstRow = m_endRow;
+  m_endRow = NextEndRow();
+  m_anythingDecoded = true;
 }
 
 bool TiffBands::Next() {
-  m_firstRow = m_endRow;
-  if (m_firstRow >= m_layout.height) {
+  if (AtEnd()) {
     RequireSomething();
     return false;
   }
-  m_endRow = std::min(m_layout.height - m_firstRow, m_layout.bandHeight) + m_firstRow;
+  m_buffer.resize(m_planeBytes * static_cast<std::size_t>(m_planes));
+  if (m_layout.tiled) m_tile.resize(m_tileRowBytes * static_cast<std::size_t>(m_layout.bandHeight));
+  m_firstRow = m_endRow;
+  m_endRow = NextEndRow();
   for (int plane = 0; plane < m_planes; ++plane) {
     if (m_layout.tiled)
       ReadTiles(plane);
@@ -122,6 +133,7 @@ bool TiffBands::Salvage(std::uint32_t index, std::uint8_t* target, std::size_t b
     const std::uint64_t there = std::min({count, fileSize - offset, std::uint64_t{limits::kMaxCodecBytes}});
     std::vector<std::uint8_t> coded(static_cast<std::size_t>(there));
     coded.resize(m_tiff.File().ReadAt(static_cast<std::int64_t>(offset), coded));
+    if (ReadWithoutEndsOfLine(coded, target, bytes, rowBytes)) return true;
     if (!coded.empty())
       TIFFReadFromUserBuffer(m_tiff.Get(), index, coded.data(), static_cast<tmsize_t>(coded.size()), target,
                              static_cast<tmsize_t>(bytes));
@@ -137,10 +149,30 @@ bool TiffBands::Salvage(std::uint32_t index, std::uint8_t* target, std::size_t b
   return reached > 0;
 }
 
+/// The library wants an end-of-line code in front of each row of group 3 coding (T.4, 4.1.2), but some
+/// writers leave them out. Only a strip that is whole in that reading is taken for one of theirs.
+bool TiffBands::ReadWithoutEndsOfLine(std::span<const std::uint8_t> coded, std::uint8_t* target,
+                                      std::size_t bytes, std::size_t rowBytes) const {
+  const bool twoDimensional = (m_tiff.Long(TIFFTAG_GROUP3OPTIONS, 0) & GROUP3OPT_2DENCODING) != 0;
+  if (m_layout.compression != COMPRESSION_CCITTFAX3 || twoDimensional || m_layout.tiled) return false;
+  std::vector<std::uint8_t> padded(coded.begin(), coded.end());
+  padded.resize(coded.size() + FaxDecoder::kPadding);
+  if (m_tiff.Short(TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_LSB2MSB)
+    TIFFReverseBits(padded.data(), static_cast<tmsize_t>(coded.size()));
+  FaxDecoder decoder(m_layout.width);
+  decoder.Start(std::span(padded).first(coded.size()));
+  std::vector<std::uint8_t> row((rowBytes + 7) / 8 * 8);
+  for (std::size_t at = 0; at < bytes; at += rowBytes) {
+    if (decoder.NextOneDimensional() != FaxDecoder::Row::kDecoded) return false;
+    decoder.Paint(row.data(), 0);
+    std::memcpy(target + at, row.data(), rowBytes);
+  }
+  return true;
+}
+
 void TiffBands::RequireSomething() const {
   if (m_anythingDecoded) return;
-  Fail(kErrorCorrupt, "%s, page %d: nothing of the page can be decoded (%s)", m_tiff.File().Name().c_str(),
-       m_tiff.Page(), m_tiff.FirstError().c_str());
+  m_tiff.FailDecoding();
 }
 
 }  // namespace imaging

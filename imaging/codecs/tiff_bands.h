@@ -24,6 +24,10 @@ class TiffBands {
     return m_buffer.data() + static_cast<std::size_t>(plane) * m_planeBytes +
            static_cast<std::size_t>(y - m_firstRow) * m_rowBytes;
   }
+  /// For a caller that decodes a band in another way: its rows are [EndRow, NextEndRow) before it is skipped.
+  bool AtEnd() const { return m_endRow >= m_layout.height; }
+  int NextEndRow() const;
+  void Skip();
   /// Back to the first band, for a page that is read twice.
   void Rewind();
 
@@ -32,6 +36,8 @@ class TiffBands {
   void ReadTiles(int plane);
   bool ReadPiece(std::uint32_t index, std::uint8_t* target, std::size_t bytes, std::size_t rowBytes);
   bool Salvage(std::uint32_t index, std::uint8_t* target, std::size_t bytes, std::size_t rowBytes);
+  bool ReadWithoutEndsOfLine(std::span<const std::uint8_t> coded, std::uint8_t* target, std::size_t bytes,
+                             std::size_t rowBytes) const;
   bool IsPaper(std::span<const std::uint8_t> pixels) const;
   void RequireSomething() const;
 

@@ -92,9 +92,7 @@ std::unique_ptr<PixelStorage> ConvertTiffPage(const TiffHandle& tiff, const Tiff
         std::memset(pixels->Row(first + row), 0xff, pixels->RowBytes());
     }
   }
-  if (!anything)
-    Fail(kErrorCorrupt, "%s, page %d: nothing of the page can be decoded (%s)", tiff.File().Name().c_str(),
-         tiff.Page(), tiff.FirstError().c_str());
+  if (!anything) tiff.FailDecoding();
   return pixels;
 }
 

@@ -16,54 +16,6 @@ namespace {
 using Row = std::uint8_t*;
 using Packed = const std::uint8_t*;
 
-// Reading the colour table
-
-/// The colours of a palette page, one for each index; empty if the table is missing.
-std::vector<RGBQUAD> ReadColors(const TiffHandle& tiff, const TiffLayout& layout) {
-  std::uint16_t* red = nullptr;
-  std::uint16_t* green = nullptr;
-  std::uint16_t* blue = nullptr;
-  if (layout.bitsPerSample > 16 || TIFFGetField(tiff.Get(), TIFFTAG_COLORMAP, &red, &green, &blue) == 0)
-    Fail(kErrorCorrupt, "%s, page %d: palette image without colour table", tiff.File().Name().c_str(),
-         tiff.Page());
-  const std::size_t count = std::size_t{1} << layout.bitsPerSample;
-  // Some writers put 8-bit values into the 16-bit table.
-  std::uint16_t most = 0;
-  for (std::size_t i = 0; i < count; ++i) most = std::max({most, red[i], green[i], blue[i]});
-  const int shift = most > 255 ? 8 : 0;
-  std::vector<RGBQUAD> colors(count);
-  for (std::size_t i = 0; i < count; ++i)
-    colors[i] = {static_cast<BYTE>(blue[i] >> shift), static_cast<BYTE>(green[i] >> shift),
-                 static_cast<BYTE>(red[i] >> shift), 0};
-  return colors;
-}
-
-// One bit
-
-/// A bilevel page without colours is held as 0 = black, 1 = white whichever way the file counts.
-std::unique_ptr<PixelStorage> DecodeBilevel(const TiffHandle& tiff, const TiffLayout& layout, int bits) {
-  BilevelColors colors{{0, 0, 0, 0}, {255, 255, 255, 0}};
-  if (layout.Palette()) {
-    const auto table = ReadColors(tiff, layout);
-    colors = {table[0], table[1]};
-  }
-  const std::uint8_t flip = layout.MinIsWhite() ? 0xff : 0;
-  const std::uint8_t zero = flip != 0 ? colors.ByteOfOne() : colors.ByteOfZero();
-  const std::uint8_t one = flip != 0 ? colors.ByteOfZero() : colors.ByteOfOne();
-
-  TiffBands bands(tiff, layout);
-  auto pixels = PixelStorage::Create(layout.width, layout.height, bits);
-  colors.SetPalette(*pixels);
-  while (bands.Next())
-    for (int y = bands.FirstRow(); y < bands.EndRow(); ++y) {
-      if (bits == 1)
-        CopyBits(bands.Row(y), pixels->Row(y), pixels->RowBytes(), flip);
-      else
-        ExpandBits(bands.Row(y), pixels->Row(y), layout.width, zero, one);
-    }
-  return pixels;
-}
-
 // Rows that are held as they are stored
 
 /// Depth in memory of a page whose packed rows need no conversion, 0 if they do.
@@ -90,7 +42,7 @@ bool ReadRowsInPlace(const TiffHandle& tiff, const TiffLayout& layout, PixelStor
 
 std::unique_ptr<PixelStorage> DecodeDirect(const TiffHandle& tiff, const TiffLayout& layout, int bits) {
   std::vector<RGBQUAD> colors;
-  if (layout.Palette()) colors = ReadColors(tiff, layout);
+  if (layout.Palette()) colors = ReadTiffColors(tiff, layout);
   TiffBands bands(tiff, layout);
   auto pixels = PixelStorage::Create(layout.width, layout.height, bits);
   SetPalette(*pixels, colors);
@@ -193,7 +145,7 @@ void Interleave(const TiffBands& bands, int y, const TiffLayout& layout, const T
 
 std::unique_ptr<PixelStorage> DecodeConverted(const TiffHandle& tiff, const TiffLayout& layout) {
   Conversion conversion{layout, {}};
-  if (layout.Palette()) conversion.colors = ReadColors(tiff, layout);
+  if (layout.Palette()) conversion.colors = ReadTiffColors(tiff, layout);
   TiffSamples samples(layout);
   TiffBands bands(tiff, layout);
   if (samples.Floats() && !layout.Palette()) samples.SetRange(MeasureRange(bands, layout, samples));
@@ -218,9 +170,28 @@ std::unique_ptr<PixelStorage> DecodeConverted(const TiffHandle& tiff, const Tiff
 
 }  // namespace
 
+std::vector<RGBQUAD> ReadTiffColors(const TiffHandle& tiff, const TiffLayout& layout) {
+  std::uint16_t* red = nullptr;
+  std::uint16_t* green = nullptr;
+  std::uint16_t* blue = nullptr;
+  if (layout.bitsPerSample > 16 || TIFFGetField(tiff.Get(), TIFFTAG_COLORMAP, &red, &green, &blue) == 0)
+    Fail(kErrorCorrupt, "%s, page %d: palette image without colour table", tiff.File().Name().c_str(),
+         tiff.Page());
+  const std::size_t count = std::size_t{1} << layout.bitsPerSample;
+  // Some writers put 8-bit values into the 16-bit table.
+  std::uint16_t most = 0;
+  for (std::size_t i = 0; i < count; ++i) most = std::max({most, red[i], green[i], blue[i]});
+  const int shift = most > 255 ? 8 : 0;
+  std::vector<RGBQUAD> colors(count);
+  for (std::size_t i = 0; i < count; ++i)
+    colors[i] = {static_cast<BYTE>(blue[i] >> shift), static_cast<BYTE>(green[i] >> shift),
+                 static_cast<BYTE>(red[i] >> shift), 0};
+  return colors;
+}
+
 std::unique_ptr<PixelStorage> DecodeTiffPage(const TiffHandle& tiff, const TiffLayout& layout,
                                              const DecodeWish& wish) {
-  if (layout.Bilevel()) return DecodeBilevel(tiff, layout, wish.bits == 8 ? 8 : 1);
+  if (layout.Bilevel()) return DecodeBilevelTiff(tiff, layout, wish.bits == 8 ? 8 : 1);
   const int direct = DirectBits(layout);
   return direct != 0 ? DecodeDirect(tiff, layout, direct) : DecodeConverted(tiff, layout);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "imaging/codecs/tiff_layout.h"
 #include "imaging/pixels/storage.h"
@@ -10,6 +11,13 @@ namespace imaging {
 /// Decodes a page whose samples are levels, indices or amounts of RGB and ink. 24 and 32 bits come red first.
 std::unique_ptr<PixelStorage> DecodeTiffPage(const TiffHandle& tiff, const TiffLayout& layout,
                                              const DecodeWish& wish);
+
+/// A page of one bit a pixel, held with 1 or 8 bits. Without colours of its own it is held as 0 = black, 1 =
+/// white whichever way the file counts.
+std::unique_ptr<PixelStorage> DecodeBilevelTiff(const TiffHandle& tiff, const TiffLayout& layout, int bits);
+
+/// The colours of a palette page, one for each index. Throws if the table is missing.
+std::vector<RGBQUAD> ReadTiffColors(const TiffHandle& tiff, const TiffLayout& layout);
 
 /// The colour spaces that need the library's own conversion (subsampled YCbCr, Lab, log luminance).
 bool NeedsTiffColorConversion(const TiffLayout& layout);

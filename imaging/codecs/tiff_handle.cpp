@@ -51,6 +51,11 @@ void TiffHandle::Open() {
                              KeepOpen, Size, RefuseMap, IgnoreUnmap, options.get());
 }
 
+void TiffHandle::FailDecoding() const {
+  Fail(kErrorCorrupt, "%s, page %d: nothing of the page can be decoded%s%s", File().Name().c_str(), m_page,
+       FirstError().empty() ? "" : ": ", FirstError().c_str());
+}
+
 std::uint16_t TiffHandle::Short(std::uint32_t tag, std::uint16_t fallback) const {
   std::uint16_t value = 0;
   return TIFFGetFieldDefaulted(m_tiff, tag, &value) != 0 ? value : fallback;

@@ -24,6 +24,8 @@ class TiffHandle {
   const Source& File() const { return m_client.source; }
   int Page() const { return m_page; }
   const std::string& FirstError() const { return m_client.firstError; }
+  /// Throws for a page of which nothing could be decoded.
+  [[noreturn]] void FailDecoding() const;
   int ErrorCount() const { return m_client.errors; }
 
   /// The value of a tag; a fallback, or what the standard gives as its default, if it is absent.

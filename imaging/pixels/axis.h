@@ -16,13 +16,16 @@ struct BoxSpan {
 };
 
 /// How source pixels (length of them) lie on result pixels (size of them) along one axis. A reduction
-/// averages the source interval below each result pixel, its ends weighted by the part covered; otherwise a
-/// result pixel takes the source pixel below its centre.
+/// averages the source interval below each result pixel, its ends weighted by the part covered. So does an
+/// enlargement by less than half: with pixels repeated here and not there, strokes of one width would come out
+/// in two. Otherwise a result pixel takes the source pixel below its centre.
 class LTWRAP_API BoxAxis {
  public:
   /// fraction: bits of a full pixel's weight.
   BoxAxis(int length, int size, int fraction);
-  static bool Reduces(int length, int size) { return size < length; }
+  static bool Averages(int length, int size) {
+    return size < length || (size > length && std::int64_t{2} * size < std::int64_t{3} * length);
+  }
   /// The most weight bits, up to 14, with which total bits hold all sums of weights.
   static int FractionFor(int length, int size, int totalBits);
   /// The source pixel below the centre of a result pixel.

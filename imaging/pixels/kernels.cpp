@@ -6,42 +6,43 @@
 namespace imaging {
 namespace {
 
-void AddRow(std::uint16_t* sums, const std::uint8_t* row, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) sums[i] = static_cast<std::uint16_t>(sums[i] + row[i]);
-}
-
-void CombineRows(std::uint16_t* out, const std::uint16_t* sums, const std::uint8_t* first,
-                 const std::uint8_t* last, const RowWeights& weights, std::size_t count) {
+void SumRows(std::uint16_t* out, const std::uint8_t* rows, std::ptrdiff_t pitch, int full,
+             const RowWeights& weights, std::size_t count) {
+  const std::uint8_t* last = weights.last == 0 ? rows : rows + (full + 1) * pitch;
   for (std::size_t i = 0; i < count; ++i) {
-    const std::uint32_t full = sums == nullptr ? 0 : std::uint32_t{sums[i]} << weights.fraction;
-    out[i] = static_cast<std::uint16_t>((full + first[i] * weights.first + last[i] * weights.last) >>
-                                        weights.shift);
+    std::uint32_t sum = 0;
+    for (int k = 1; k <= full; ++k) sum += rows[k * pitch + static_cast<std::ptrdiff_t>(i)];
+    sum = (sum << weights.fraction) + rows[i] * weights.first + last[i] * weights.last;
+    out[i] = static_cast<std::uint16_t>(sum >> weights.shift);
   }
 }
 
-template <int Channels>
-std::uint32_t BoxSum(const std::uint16_t* row, const BoxSpan& span, int fraction) {
-  std::uint32_t full = 0;
-  for (int i = 1; i <= span.full; ++i) full += row[i * Channels];
-  return (full << fraction) + row[0] * span.firstWeight + row[(span.full + 1) * Channels] * span.lastWeight;
+constexpr int kRows = 8;
+
+void Interleave(std::uint16_t* out, const std::uint16_t* sums, std::ptrdiff_t stride, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i, ++sums)
+    for (int r = 0; r < kRows; ++r) *out++ = sums[r * stride];
 }
 
-void BoxGray(std::uint8_t* out, const std::uint16_t* row, const BoxSpan* spans, std::size_t count,
-             int fraction, BoxDivisor divisor) {
-  for (std::size_t i = 0; i < count; ++i)
-    out[i] = divisor.Apply(BoxSum<1>(row + spans[i].first, spans[i], fraction));
-}
-
-template <int Channels>
-void BoxColor(std::uint32_t* out, const std::uint16_t* row, const BoxSpan* spans, std::size_t count,
-              int fraction, BoxDivisor divisor) {
+void BoxEight(std::uint8_t* out, const std::uint16_t* sums, int channels, const BoxSpan* spans,
+              std::size_t count, int fraction, BoxDivisor divisor) {
+  const std::ptrdiff_t step = static_cast<std::ptrdiff_t>(channels) * kRows;
   for (std::size_t i = 0; i < count; ++i) {
-    std::uint32_t pixel = Channels == 3 ? 0xff000000U : 0;
-    const std::uint16_t* begin = row + static_cast<std::ptrdiff_t>(spans[i].first) * Channels;
-    for (int c = 0; c < Channels; ++c)
-      pixel |= std::uint32_t{divisor.Apply(BoxSum<Channels>(begin + c, spans[i], fraction))} << (8 * c);
-    out[i] = pixel;
+    const BoxSpan& span = spans[i];
+    const std::uint16_t* first = sums + span.first * step;
+    for (std::ptrdiff_t k = 0; k < step; ++k, ++first) {
+      std::uint32_t full = 0;
+      for (int x = 1; x <= span.full; ++x) full += first[x * step];
+      *out++ = divisor.Apply((full << fraction) + *first * span.firstWeight +
+                             first[(span.full + 1) * step] * span.lastWeight);
+    }
   }
+}
+
+void Deinterleave(std::uint8_t* out, std::ptrdiff_t stride, const std::uint8_t* bytes, std::size_t count,
+                  int rows) {
+  for (int r = 0; r < rows; ++r, out += stride)
+    for (std::size_t i = 0; i < count; ++i) out[i] = bytes[i * kRows + static_cast<std::size_t>(r)];
 }
 
 void ExpandBits(std::uint8_t* out, const std::uint8_t* row, std::size_t firstBit, std::size_t count,
@@ -56,16 +57,28 @@ void GrayToPixels(std::uint32_t* out, const std::uint8_t* grays, std::size_t cou
   for (std::size_t i = 0; i < count; ++i) out[i] = 0xff000000U | grays[i] * 0x010101U;
 }
 
+void ColorsToPixels(std::uint32_t* out, const std::uint8_t* bytes, std::size_t count, int channels,
+                    bool redFirst) {
+  const std::size_t red = redFirst ? 0 : 2;
+  for (std::size_t i = 0; i < count; ++i, bytes += channels)
+    out[i] = 0xff000000U | std::uint32_t{bytes[red]} << 16 | std::uint32_t{bytes[1]} << 8 | bytes[2 - red];
+}
+
 }  // namespace
 
 const Kernels& PlainKernels() {
-  static constexpr Kernels kernels{AddRow,      CombineRows, BoxGray,     BoxColor<3>,
-                                   BoxColor<4>, ExpandBits,  GrayToPixels};
+  static constexpr Kernels kernels{SumRows,    Interleave,   BoxEight,      Deinterleave,
+                                   ExpandBits, GrayToPixels, ColorsToPixels};
   return kernels;
 }
 
 const Kernels& FastKernels() {
+#if defined(__x86_64__)
+  static const Kernels& kernels = __builtin_cpu_supports("avx2") ? Avx2Kernels() : PlainKernels();
+  return kernels;
+#else
   return PlainKernels();
+#endif
 }
 
 }  // namespace imaging

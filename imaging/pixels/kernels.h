@@ -28,27 +28,29 @@ struct BoxDivisor {
 
 /// The inner loops of scaling. Both sets give the same bytes.
 struct Kernels {
-  /// sums[i] += row[i]; at most 257 rows fit.
-  void (*addRow)(std::uint16_t* sums, const std::uint8_t* row, std::size_t count);
-  /// out = ((sums << fraction) + first row * weight + last row * weight) >> shift. Sums may be null for
-  /// zeros.
-  void (*combineRows)(std::uint16_t* out, const std::uint16_t* sums, const std::uint8_t* first,
-                      const std::uint8_t* last, const RowWeights& weights, std::size_t count);
-  /// Averages along a row of grey sums. The spans count from the row's begin. Reads up to 8 sums past the
-  /// end.
-  void (*boxGray)(std::uint8_t* out, const std::uint16_t* row, const BoxSpan* spans, std::size_t count,
-                  int fraction, BoxDivisor divisor);
-  /// The same for pixels of 3 or 4 sums; writes 4 bytes each, of 3 the last is 255.
-  void (*boxColor3)(std::uint32_t* out, const std::uint16_t* row, const BoxSpan* spans, std::size_t count,
-                    int fraction, BoxDivisor divisor);
-  void (*boxColor4)(std::uint32_t* out, const std::uint16_t* row, const BoxSpan* spans, std::size_t count,
-                    int fraction, BoxDivisor divisor);
+  /// out = ((sum of full rows << fraction) + first row * weight + last row * weight) >> shift. The rows stand
+  /// pitch bytes apart: the first, then full of them (at most 257), then the last, which isn't read if its
+  /// weight is 0.
+  void (*sumRows)(std::uint16_t* out, const std::uint8_t* rows, std::ptrdiff_t pitch, int full,
+                  const RowWeights& weights, std::size_t count);
+  /// Eight rows of sums side by side: out[8 i + r] = row r [i]. stride: sums from row to row.
+  void (*interleave)(std::uint16_t* out, const std::uint16_t* sums, std::ptrdiff_t stride, std::size_t count);
+  /// Averages along eight rows of interleaved sums of 1 to 4 channels, which stay interleaved. The spans
+  /// count from the row's begin. Reads up to 8 * channels sums past the last span.
+  void (*boxEight)(std::uint8_t* out, const std::uint16_t* sums, int channels, const BoxSpan* spans,
+                   std::size_t count, int fraction, BoxDivisor divisor);
+  /// out row r [i] = bytes[8 i + r], of the first rows of eight.
+  void (*deinterleave)(std::uint8_t* out, std::ptrdiff_t stride, const std::uint8_t* bytes, std::size_t count,
+                       int rows);
   /// A byte for each of count bits beginning with the given one: zero or one. Reads up to 8 bytes past the
   /// last.
   void (*expandBits)(std::uint8_t* out, const std::uint8_t* row, std::size_t firstBit, std::size_t count,
                      std::uint8_t zero, std::uint8_t one);
   /// 0xffRRGGBB from grey.
   void (*grayToPixels)(std::uint32_t* out, const std::uint8_t* grays, std::size_t count);
+  /// 0xffRRGGBB from 3 or 4 bytes a pixel, whose red stands first or third.
+  void (*colorsToPixels)(std::uint32_t* out, const std::uint8_t* bytes, std::size_t count, int channels,
+                         bool redFirst);
 };
 
 LTWRAP_API const Kernels& PlainKernels();

@@ -13,43 +13,50 @@
 namespace imaging {
 namespace {
 
-TARGET_AVX2 void AddRow(std::uint16_t* sums, const std::uint8_t* row, std::size_t count) {
-  std::size_t i = 0;
-  for (; i + 32 <= count; i += 32) {
-    auto* low = reinterpret_cast<__m256i*>(sums + i);
-    auto* high = reinterpret_cast<__m256i*>(sums + i + 16);
-    const __m256i a = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row + i)));
-    const __m256i b = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row + i + 16)));
-    _mm256_storeu_si256(low, _mm256_add_epi16(_mm256_loadu_si256(low), a));
-    _mm256_storeu_si256(high, _mm256_add_epi16(_mm256_loadu_si256(high), b));
-  }
-  PlainKernels().addRow(sums + i, row + i, count - i);
+TARGET_AVX2 inline __m256i Load16(const std::uint8_t* bytes) {
+  return _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes)));
 }
 
-/// 16 pixels of the first and last row, weighed and added in pairs.
-TARGET_AVX2 void CombineRows(std::uint16_t* out, const std::uint16_t* sums, const std::uint8_t* first,
-                             const std::uint8_t* last, const RowWeights& weights, std::size_t count) {
-  const __m256i pair = _mm256_set1_epi32(static_cast<int>(weights.first | weights.last << 16));
-  const __m128i left = _mm_cvtsi32_si128(weights.fraction);
-  const __m128i right = _mm_cvtsi32_si128(weights.shift);
+struct VectorWeights {
+  __m256i pair;  ///< of the first and the last row, side by side
+  __m128i fraction;
+  __m128i shift;
+};
+
+/// 16 sums of full rows with the first and last row, weighed and added in pairs. Unpacking and packing both
+/// work within half a register, so the order comes back.
+TARGET_AVX2 inline __m256i WeighRows(__m256i full, __m256i first, __m256i last,
+                                     const VectorWeights& weights) {
   const __m256i zero = _mm256_setzero_si256();
+  const __m256i low = _mm256_add_epi32(_mm256_madd_epi16(_mm256_unpacklo_epi16(first, last), weights.pair),
+                                       _mm256_sll_epi32(_mm256_unpacklo_epi16(full, zero), weights.fraction));
+  const __m256i high =
+      _mm256_add_epi32(_mm256_madd_epi16(_mm256_unpackhi_epi16(first, last), weights.pair),
+                       _mm256_sll_epi32(_mm256_unpackhi_epi16(full, zero), weights.fraction));
+  return _mm256_packus_epi32(_mm256_srl_epi32(low, weights.shift), _mm256_srl_epi32(high, weights.shift));
+}
+
+/// All rows of a block of columns at once: each byte is read once and no sum leaves the registers.
+TARGET_AVX2 void SumRows(std::uint16_t* out, const std::uint8_t* rows, std::ptrdiff_t pitch, int full,
+                         const RowWeights& weights, std::size_t count) {
+  const std::uint8_t* last = weights.last == 0 ? rows : rows + (full + 1) * pitch;
+  const VectorWeights by{_mm256_set1_epi32(static_cast<int>(weights.first | weights.last << 16)),
+                         _mm_cvtsi32_si128(weights.fraction), _mm_cvtsi32_si128(weights.shift)};
   std::size_t i = 0;
-  for (; i + 16 <= count; i += 16) {
-    const __m256i a = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(first + i)));
-    const __m256i b = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(last + i)));
-    __m256i low = _mm256_madd_epi16(_mm256_unpacklo_epi16(a, b), pair);
-    __m256i high = _mm256_madd_epi16(_mm256_unpackhi_epi16(a, b), pair);
-    if (sums != nullptr) {
-      const __m256i full = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(sums + i));
-      low = _mm256_add_epi32(low, _mm256_sll_epi32(_mm256_unpacklo_epi16(full, zero), left));
-      high = _mm256_add_epi32(high, _mm256_sll_epi32(_mm256_unpackhi_epi16(full, zero), left));
+  for (; i + 32 <= count; i += 32) {
+    __m256i low = _mm256_setzero_si256();
+    __m256i high = low;
+    const std::uint8_t* row = rows + i;
+    for (int k = 0; k < full; ++k) {
+      row += pitch;
+      low = _mm256_add_epi16(low, Load16(row));
+      high = _mm256_add_epi16(high, Load16(row + 16));
     }
-    // Unpacking and packing both work within half a register, so the order comes back.
-    const __m256i packed = _mm256_packus_epi32(_mm256_srl_epi32(low, right), _mm256_srl_epi32(high, right));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + i), packed);
+    auto* to = reinterpret_cast<__m256i*>(out + i);
+    _mm256_storeu_si256(to, WeighRows(low, Load16(rows + i), Load16(last + i), by));
+    _mm256_storeu_si256(to + 1, WeighRows(high, Load16(rows + i + 16), Load16(last + i + 16), by));
   }
-  PlainKernels().combineRows(out + i, sums == nullptr ? nullptr : sums + i, first + i, last + i, weights,
-                             count - i);
+  PlainKernels().sumRows(out + i, rows + i, pitch, full, weights, count - i);
 }
 
 struct VectorDivisor {
@@ -72,68 +79,85 @@ TARGET_AVX2 inline __m256i Divide(__m256i sums, const VectorDivisor& divisor) {
                          _mm256_slli_epi64(_mm256_srl_epi64(odd, divisor.shift), 32));
 }
 
-TARGET_AVX2 inline __m128i LoadColor(const std::uint16_t* sums) {
-  return _mm_cvtepu16_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(sums)));
+/// Blocks of 8 by 8 sums are transposed by three rounds of interleaving neighbours.
+TARGET_AVX2 void Interleave(std::uint16_t* out, const std::uint16_t* sums, std::ptrdiff_t stride,
+                            std::size_t count) {
+  std::size_t i = 0;
+  for (; i + 8 <= count; i += 8) {
+    __m128i a[8];
+    __m128i b[8];
+    for (int r = 0; r < 8; ++r)
+      a[r] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(sums + i + r * stride));
+    for (int r = 0; r < 4; ++r) {
+      b[2 * r] = _mm_unpacklo_epi16(a[r], a[r + 4]);
+      b[2 * r + 1] = _mm_unpackhi_epi16(a[r], a[r + 4]);
+    }
+    for (int r = 0; r < 4; ++r) {
+      a[2 * r] = _mm_unpacklo_epi16(b[r], b[r + 4]);
+      a[2 * r + 1] = _mm_unpackhi_epi16(b[r], b[r + 4]);
+    }
+    auto* to = reinterpret_cast<__m128i*>(out + 8 * i);
+    for (int r = 0; r < 4; ++r) {
+      _mm_storeu_si128(to + 2 * r, _mm_unpacklo_epi16(a[r], a[r + 4]));
+      _mm_storeu_si128(to + 2 * r + 1, _mm_unpackhi_epi16(a[r], a[r + 4]));
+    }
+  }
+  PlainKernels().interleave(out + 8 * i, sums + i, stride, count - i);
 }
 
-template <int Channels>
-TARGET_AVX2 inline __m128i ColorSum(const std::uint16_t* row, const BoxSpan& span, __m128i fraction) {
-  const std::uint16_t* at = row + static_cast<std::ptrdiff_t>(span.first) * Channels;
-  const __m128i first = LoadColor(at);
-  __m128i full = _mm_setzero_si128();
-  at += Channels;
-  for (int i = 0; i < span.full; ++i, at += Channels) full = _mm_add_epi32(full, LoadColor(at));
-  const __m128i ends =
-      _mm_add_epi32(_mm_mullo_epi32(first, _mm_set1_epi32(static_cast<int>(span.firstWeight))),
-                    _mm_mullo_epi32(LoadColor(at), _mm_set1_epi32(static_cast<int>(span.lastWeight))));
-  return _mm_add_epi32(_mm_sll_epi32(full, fraction), ends);
+TARGET_AVX2 inline __m256i LoadSums(const std::uint16_t* sums) {
+  return _mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(sums)));
 }
 
-template <int Channels>
-TARGET_AVX2 void BoxColor(std::uint32_t* out, const std::uint16_t* row, const BoxSpan* spans,
+/// The rows are the lanes.
+TARGET_AVX2 void BoxEight(std::uint8_t* out, const std::uint16_t* sums, int channels, const BoxSpan* spans,
                           std::size_t count, int fraction, BoxDivisor divisor) {
   const VectorDivisor by = ToVector(divisor);
   const __m128i left = _mm_cvtsi32_si128(fraction);
-  // The lowest byte of each sum, of half a register each; three channels leave the fourth byte 0.
-  constexpr int kFourth = Channels == 3 ? 0x80000000 : 0x0c000000;
-  const __m256i gather = _mm256_set_epi32(-1, -1, -1, kFourth | 0x080400, -1, -1, -1, kFourth | 0x080400);
-  const std::uint32_t opaque = Channels == 3 ? 0xff000000U : 0;
-  std::size_t i = 0;
-  for (; i + 2 <= count; i += 2) {
-    const __m128i even = ColorSum<Channels>(row, spans[i], left);
-    const __m128i odd = ColorSum<Channels>(row, spans[i + 1], left);
-    const __m256i pixels = _mm256_shuffle_epi8(Divide(_mm256_set_m128i(odd, even), by), gather);
-    out[i] = static_cast<std::uint32_t>(_mm256_cvtsi256_si32(pixels)) | opaque;
-    out[i + 1] = static_cast<std::uint32_t>(_mm256_extract_epi32(pixels, 4)) | opaque;
+  const std::ptrdiff_t step = static_cast<std::ptrdiff_t>(channels) * 8;
+  for (std::size_t i = 0; i < count; ++i) {
+    const BoxSpan span = spans[i];
+    const __m256i firstWeight = _mm256_set1_epi32(static_cast<int>(span.firstWeight));
+    const __m256i lastWeight = _mm256_set1_epi32(static_cast<int>(span.lastWeight));
+    const std::uint16_t* channel = sums + span.first * step;
+    for (int c = 0; c < channels; ++c, channel += 8, out += 8) {
+      const std::uint16_t* at = channel;
+      const __m256i first = _mm256_mullo_epi32(LoadSums(at), firstWeight);
+      at += step;
+      __m256i full = _mm256_setzero_si256();
+      for (int x = 0; x < span.full; ++x, at += step) full = _mm256_add_epi32(full, LoadSums(at));
+      const __m256i last = _mm256_mullo_epi32(LoadSums(at), lastWeight);
+      const __m256i levels =
+          Divide(_mm256_add_epi32(_mm256_sll_epi32(full, left), _mm256_add_epi32(first, last)), by);
+      const __m128i words =
+          _mm_packus_epi32(_mm256_castsi256_si128(levels), _mm256_extracti128_si256(levels, 1));
+      _mm_storel_epi64(reinterpret_cast<__m128i*>(out), _mm_packus_epi16(words, words));
+    }
   }
-  const auto rest = Channels == 3 ? PlainKernels().boxColor3 : PlainKernels().boxColor4;
-  rest(out + i, row, spans + i, count - i, fraction, divisor);
 }
 
-inline std::uint32_t GraySum(const std::uint16_t* row, const BoxSpan& span, int fraction) {
-  const std::uint16_t* at = row + span.first;
-  std::uint32_t full = 0;
-  const std::uint32_t first = *at++ * span.firstWeight;
-  for (int i = 0; i < span.full; ++i) full += *at++;
-  return (full << fraction) + first + *at * span.lastWeight;
-}
-
-TARGET_AVX2 void BoxGray(std::uint8_t* out, const std::uint16_t* row, const BoxSpan* spans, std::size_t count,
-                         int fraction, BoxDivisor divisor) {
-  const VectorDivisor by = ToVector(divisor);
-  const __m256i gather = _mm256_set_epi32(-1, -1, -1, 0x0c080400, -1, -1, -1, 0x0c080400);
+/// Blocks of 16 by 8 bytes: four rounds of interleaving what stands half a block apart, which turn the index
+/// by four of its seven bits.
+TARGET_AVX2 void Deinterleave(std::uint8_t* out, std::ptrdiff_t stride, const std::uint8_t* bytes,
+                              std::size_t count, int rows) {
   std::size_t i = 0;
-  for (; i + 8 <= count; i += 8) {
-    alignas(32) std::uint32_t sums[8];
-    for (std::size_t k = 0; k < 8; ++k) sums[k] = GraySum(row, spans[i + k], fraction);
-    const __m256i grays =
-        _mm256_shuffle_epi8(Divide(_mm256_load_si256(reinterpret_cast<const __m256i*>(sums)), by), gather);
-    const int low = _mm256_cvtsi256_si32(grays);
-    const int high = _mm256_extract_epi32(grays, 4);
-    std::memcpy(out + i, &low, 4);
-    std::memcpy(out + i + 4, &high, 4);
+  for (; i + 16 <= count; i += 16) {
+    __m128i a[8];
+    __m128i b[8];
+    for (int k = 0; k < 8; ++k) a[k] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + 8 * i) + k);
+    for (int round = 0; round < 2; ++round) {
+      for (int k = 0; k < 4; ++k) {
+        b[2 * k] = _mm_unpacklo_epi8(a[k], a[k + 4]);
+        b[2 * k + 1] = _mm_unpackhi_epi8(a[k], a[k + 4]);
+      }
+      for (int k = 0; k < 4; ++k) {
+        a[2 * k] = _mm_unpacklo_epi8(b[k], b[k + 4]);
+        a[2 * k + 1] = _mm_unpackhi_epi8(b[k], b[k + 4]);
+      }
+    }
+    for (int r = 0; r < rows; ++r) _mm_storeu_si128(reinterpret_cast<__m128i*>(out + r * stride + i), a[r]);
   }
-  PlainKernels().boxGray(out + i, row, spans + i, count - i, fraction, divisor);
+  PlainKernels().deinterleave(out + i, stride, bytes + 8 * i, count - i, rows);
 }
 
 /// 32 bits to bytes: each byte of a register takes the source byte of its bit and tests that bit.
@@ -170,11 +194,37 @@ TARGET_AVX2 void GrayToPixels(std::uint32_t* out, const std::uint8_t* grays, std
   PlainKernels().grayToPixels(out + i, grays + i, count - i);
 }
 
+/// The places of blue, green and red of a pixel that begins at a byte of a register; the fourth byte becomes
+/// 0.
+int ColorPlaces(int at, bool redFirst) {
+  const unsigned begin = static_cast<unsigned>(at);
+  const unsigned red = redFirst ? 0 : 2;
+  return static_cast<int>(0x80000000U | (begin + red) << 16 | (begin + 1) << 8 | (begin + 2 - red));
+}
+
+TARGET_AVX2 void ColorsToPixels(std::uint32_t* out, const std::uint8_t* bytes, std::size_t count,
+                                int channels, bool redFirst) {
+  const int s = channels;
+  const __m128i order = _mm_set_epi32(ColorPlaces(3 * s, redFirst), ColorPlaces(2 * s, redFirst),
+                                      ColorPlaces(s, redFirst), ColorPlaces(0, redFirst));
+  const __m128i opaque = _mm_set1_epi32(static_cast<int>(0xff000000));
+  std::size_t i = 0;
+  // Of three channels a register holds four pixels and four bytes more, which must be pixels still.
+  for (; i + 6 <= count; i += 4) {
+    const __m128i four =
+        _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + i * static_cast<std::size_t>(s)));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i),
+                     _mm_or_si128(_mm_shuffle_epi8(four, order), opaque));
+  }
+  PlainKernels().colorsToPixels(out + i, bytes + i * static_cast<std::size_t>(s), count - i, channels,
+                                redFirst);
+}
+
 }  // namespace
 
 const Kernels& Avx2Kernels() {
-  static constexpr Kernels kernels{AddRow,      CombineRows, BoxGray,     BoxColor<3>,
-                                   BoxColor<4>, ExpandBits,  GrayToPixels};
+  static constexpr Kernels kernels{SumRows,    Interleave,   BoxEight,      Deinterleave,
+                                   ExpandBits, GrayToPixels, ColorsToPixels};
   return kernels;
 }
 

@@ -94,24 +94,31 @@ unsigned RasterCode(std::uint32_t rasterOperation) {
 
 /// part: in pixels of the scaled picture; out: where its first pixel goes.
 void PaintPart(const Picture& picture, const RECT& part, std::uint32_t* out, std::ptrdiff_t stride,
-               std::uint32_t rasterOperation) {
+               std::uint32_t rasterOperation, PaintUse use) {
   if (rasterOperation == kSourceCopy) {
-    ViewCache::Instance().Draw(picture, part, out, stride);
+    if (use == PaintUse::Again)
+      ViewCache::Instance().Draw(picture, part, out, stride);
+    else
+      RenderScaled(picture.pixels, picture.order, picture.scaling, part, out, stride);
     return;
   }
   const unsigned code = RasterCode(rasterOperation);
-  std::vector<std::uint32_t> row(static_cast<std::size_t>(part.right - part.left));
-  for (LONG y = part.top; y < part.bottom; ++y, out += stride) {
-    RenderScaled(picture.pixels, picture.order, picture.scaling, {part.left, y, part.right, y + 1},
-                 row.data(), 0);
-    for (std::size_t x = 0; x < row.size(); ++x) out[x] = Combine(code, row[x], out[x]);
+  const auto width = static_cast<std::size_t>(part.right - part.left);
+  std::vector<std::uint32_t> rows(width * BoxScaler::kRows);
+  for (LONG top = part.top; top < part.bottom; top += BoxScaler::kRows) {
+    const RECT band{part.left, top, part.right, std::min<LONG>(part.bottom, top + BoxScaler::kRows)};
+    RenderScaled(picture.pixels, picture.order, picture.scaling, band, rows.data(),
+                 static_cast<std::ptrdiff_t>(width));
+    const std::uint32_t* source = rows.data();
+    for (LONG y = band.top; y < band.bottom; ++y, out += stride, source += width)
+      for (std::size_t x = 0; x < width; ++x) out[x] = Combine(code, source[x], out[x]);
   }
 }
 
 }  // namespace
 
 void PaintOnSurface(const platform::SurfaceView& view, Bitmap* bitmap, const PaintRects& rects,
-                    std::uint32_t rasterOperation) {
+                    std::uint32_t rasterOperation, PaintUse use) {
   const PixelStorage& pixels = RequirePixels(bitmap, "paint");
   if (rects.destination == nullptr) Fail(kErrorInvalidParameter, "The rectangle to paint into is missing");
   RasterCode(rasterOperation);
@@ -137,7 +144,7 @@ void PaintOnSurface(const platform::SurfaceView& view, Bitmap* bitmap, const Pai
     PaintPart(
         {pixels, bitmap->Order, scaling},
         {part.left - place.left, part.top - place.top, part.right - place.left, part.bottom - place.top},
-        view.pixels + part.top * view.stride + part.left, view.stride, rasterOperation);
+        view.pixels + part.top * view.stride + part.left, view.stride, rasterOperation, use);
   }
 }
 

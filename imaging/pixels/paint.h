@@ -16,9 +16,12 @@ struct PaintRects {
   const RECT* destinationClip = nullptr;  ///< logical units
 };
 
+/// Whether the scaled pixels are kept for a repaint of the same surface.
+enum class PaintUse { Again, Once };
+
 /// Draws a bitmap on a surface, straight in device pixels. Throws if a rectangle is missing or lies outside
 /// the bitmap, or the operation needs a brush.
 LTWRAP_API void PaintOnSurface(const platform::SurfaceView& view, Bitmap* bitmap, const PaintRects& rects,
-                               std::uint32_t rasterOperation);
+                               std::uint32_t rasterOperation, PaintUse use = PaintUse::Again);
 
 }  // namespace imaging

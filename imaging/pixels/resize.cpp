@@ -87,15 +87,15 @@ void ToGray(std::uint8_t* out, const std::uint8_t* bytes, std::size_t count, std
     out[i] = Luminance(bytes[red], bytes[1], bytes[2 - red]);
 }
 
-/// Scaled rows of four bytes a pixel into a row of the target; exchange: the two orders differ.
-void WriteColors(std::uint8_t* out, const std::uint8_t* colors, std::size_t count, std::size_t step,
-                 bool exchange) {
+/// Pixels of three or four channels into a row of the target; exchange: the two orders differ.
+void WriteColors(std::uint8_t* out, const std::uint8_t* colors, std::size_t count, std::size_t channels,
+                 std::size_t step, bool exchange) {
   const std::size_t first = exchange ? 2 : 0;
-  for (std::size_t i = 0; i < count; ++i, colors += 4, out += step) {
+  for (std::size_t i = 0; i < count; ++i, colors += channels, out += step) {
     out[0] = colors[first];
     out[1] = colors[1];
     out[2] = colors[2 - first];
-    if (step == 4) out[3] = colors[3];
+    if (step == 4) out[3] = channels == 4 ? colors[3] : 255;
   }
 }
 
@@ -106,6 +106,26 @@ void GrayToColors(std::uint8_t* out, const std::uint8_t* grays, std::size_t coun
   }
 }
 
+/// The orders of a scaled row and of the target.
+struct Orders {
+  bool sourceRedFirst;
+  bool targetRedFirst;
+};
+
+void WriteRow(PixelStorage& target, int y, const std::uint8_t* levels, std::size_t channels, Orders orders) {
+  std::uint8_t* out = target.Row(y);
+  const auto width = static_cast<std::size_t>(target.Width());
+  const auto step = static_cast<std::size_t>(target.Bits() / 8);
+  if (channels == 1 && step == 1)
+    std::memcpy(out, levels, width);
+  else if (channels == 1)
+    GrayToColors(out, levels, width, step);
+  else if (step == 1)
+    ToGray(out, levels, width, channels, orders.sourceRedFirst ? 0 : 2);
+  else
+    WriteColors(out, levels, width, channels, step, orders.sourceRedFirst != orders.targetRedFirst);
+}
+
 bool RedFirst(const RowReader& reader, int order) {
   return reader.HasRecordOrder() && order == 0;
 }
@@ -114,26 +134,15 @@ void AverageInto(const PixelStorage& source, int sourceOrder, PixelStorage& targ
   const RowReader reader(source, target.Bits() == 32 ? Alpha::Keep : Alpha::FlattenOnWhite);
   const Scaling scaling{0, 0, source.Width(), source.Height(), target.Width(), target.Height()};
   BoxScaler scaler(reader, scaling, 0, target.Width(), FastKernels());
-  const auto width = static_cast<std::size_t>(target.Width());
-  std::vector<std::uint32_t> colors(width + 8);
-  const auto* bytes = reinterpret_cast<const std::uint8_t*>(colors.data());
-  const bool redFirst = RedFirst(reader, sourceOrder);
-  const auto step = static_cast<std::size_t>(target.Bits() / 8);
-  for (int y = 0; y < target.Height(); ++y) {
-    std::uint8_t* out = target.Row(y);
-    if (reader.Channels() == 1) {
-      scaler.GrayRow(y, reinterpret_cast<std::uint8_t*>(colors.data()));
-      if (target.Bits() == 8)
-        std::memcpy(out, bytes, width);
-      else
-        GrayToColors(out, bytes, width, step);
-      continue;
-    }
-    scaler.ColorRow(y, colors.data());
-    if (target.Bits() == 8)
-      ToGray(out, bytes, width, 4, redFirst ? 0 : 2);
-    else
-      WriteColors(out, bytes, width, step, redFirst != (targetOrder == 0));
+  const auto channels = static_cast<std::size_t>(reader.Channels());
+  const std::size_t rowBytes = static_cast<std::size_t>(target.Width()) * channels;
+  std::vector<std::uint8_t> levels(rowBytes * BoxScaler::kRows);
+  const Orders orders{RedFirst(reader, sourceOrder), targetOrder == 0};
+  for (int y = 0; y < target.Height(); y += BoxScaler::kRows) {
+    const int rows = std::min(BoxScaler::kRows, target.Height() - y);
+    scaler.Rows(y, rows, levels.data(), static_cast<std::ptrdiff_t>(rowBytes));
+    for (int r = 0; r < rows; ++r)
+      WriteRow(target, y + r, levels.data() + static_cast<std::size_t>(r) * rowBytes, channels, orders);
   }
 }
 

@@ -19,6 +19,9 @@ class RowReader {
   int Channels() const { return m_channels; }
   /// Whether the channels' order is the record's (24 and 32 bits), not blue first.
   bool HasRecordOrder() const { return m_storage.Bits() >= 24; }
+  /// Whether all rows stand as they are read, Pitch() bytes apart.
+  bool IsDirect() const { return m_direct && (m_channels < 4 || m_alpha == Alpha::Keep); }
+  std::ptrdiff_t Pitch() const { return m_storage.Pitch(); }
   /// Pixels first to first + count - 1 of a row; scratch holds Channels() bytes for each.
   const std::uint8_t* Read(int row, int first, int count, std::uint8_t* scratch) const;
 

@@ -8,14 +8,15 @@
 namespace imaging {
 namespace {
 
-// Sums of this many bytes of a row, and the row itself, stay in the first-level cache.
-constexpr int kChunkBytes = 8192;
+// Rows that must be expanded are expanded together into this much memory, which stays in the first-level
+// cache.
+constexpr int kScratchBytes = 16384;
 constexpr int kMaxRowsInSums = 256;
 constexpr std::size_t kSlack = 32;  // kernels read whole vectors
 
 /// Sums of one column must leave the columns' weights room in 32 bits.
 int SumBits(const Scaling& scaling) {
-  const unsigned columns = BoxAxis::Reduces(scaling.sourceWidth, scaling.width)
+  const unsigned columns = BoxAxis::Averages(scaling.sourceWidth, scaling.width)
                                ? static_cast<unsigned>(scaling.sourceWidth / scaling.width) + 2
                                : 2;
   return std::min(16, 32 - static_cast<int>(std::bit_width(columns)));
@@ -45,109 +46,107 @@ BoxScaler::BoxScaler(const RowReader& reader, const Scaling& scaling, int firstC
   const double divisor = static_cast<double>(m_columns.Sum()) * std::ldexp(m_rows.Sum(), -m_weights.shift);
   m_divisor.shift = 30 + std::ilogb(divisor);
   m_divisor.factor = static_cast<std::uint32_t>(std::llround(std::ldexp(1.0, m_divisor.shift) / divisor));
-  const auto bytes = static_cast<std::size_t>(m_sourceCount) * static_cast<std::size_t>(reader.Channels());
-  m_sums.resize(bytes + kSlack);
-  m_full.resize(kChunkBytes + kSlack);
-  m_scratch.resize(kChunkBytes + kSlack);
-  m_lastScratch.resize(kChunkBytes + kSlack);
+  const auto channels = static_cast<std::size_t>(reader.Channels());
+  const std::size_t sums = static_cast<std::size_t>(m_sourceCount) * channels;
+  m_sumStride = static_cast<std::ptrdiff_t>(sums);
+  m_sums.resize(sums * kRows);
+  m_interleaved.resize((sums + channels) * kRows);
+  m_levels.resize(static_cast<std::size_t>(columns) * channels * kRows);
+  m_scratch.resize(kScratchBytes + kSlack);
 }
 
-void BoxScaler::GrayRow(int y, std::uint8_t* out) {
-  SumRows(y);
-  m_kernels.boxGray(out, m_sums.data(), m_spans.data(), m_spans.size(), m_columns.Fraction(), m_divisor);
+void BoxScaler::Rows(int y, int rows, std::uint8_t* out, std::ptrdiff_t stride) {
+  for (int r = 0; r < rows; ++r) SumRows(y + r, m_sums.data() + r * m_sumStride);
+  m_kernels.interleave(m_interleaved.data(), m_sums.data(), m_sumStride,
+                       static_cast<std::size_t>(m_sumStride));
+  m_kernels.boxEight(m_levels.data(), m_interleaved.data(), m_reader.Channels(), m_spans.data(),
+                     m_spans.size(), m_columns.Fraction(), m_divisor);
+  m_kernels.deinterleave(out, stride, m_levels.data(), m_levels.size() / kRows, rows);
 }
 
-void BoxScaler::ColorRow(int y, std::uint32_t* out) {
-  SumRows(y);
-  const auto box = m_reader.Channels() == 3 ? m_kernels.boxColor3 : m_kernels.boxColor4;
-  box(out, m_sums.data(), m_spans.data(), m_spans.size(), m_columns.Fraction(), m_divisor);
-}
-
-const std::uint8_t* BoxScaler::Read(int row, int first, int count, std::vector<std::uint8_t>& scratch) const {
+const std::uint8_t* BoxScaler::Read(int row, int first, int count, std::uint8_t* scratch) const {
   return m_reader.Read(m_scaling.sourceTop + row, m_scaling.sourceLeft + m_firstSource + first, count,
-                       scratch.data());
+                       scratch);
 }
 
-void BoxScaler::SumRows(int y) {
+void BoxScaler::SumRows(int y, std::uint16_t* sums) {
   const BoxSpan span = m_rows.At(y);
-  const int step = kChunkBytes / 4;  // pixels
-  for (int first = 0; first < m_sourceCount; first += step) {
-    const int count = std::min(step, m_sourceCount - first);
-    if (span.full > kMaxRowsInSums)
-      SumManyRows(span, first, count);
-    else
-      SumChunk(span, first, count);
-  }
-}
-
-void BoxScaler::SumChunk(const BoxSpan& span, int first, int count) {
-  const auto channels = static_cast<std::size_t>(m_reader.Channels());
-  const std::size_t bytes = static_cast<std::size_t>(count) * channels;
-  if (span.full > 0) {
-    std::memset(m_full.data(), 0, bytes * sizeof m_full[0]);
-    for (int i = 1; i <= span.full; ++i)
-      m_kernels.addRow(m_full.data(), Read(span.first + i, first, count, m_scratch), bytes);
+  const std::ptrdiff_t channels = m_reader.Channels();
+  if (span.full > kMaxRowsInSums) {
+    const int step = kScratchBytes / 4;
+    for (int first = 0; first < m_sourceCount; first += step)
+      SumManyRows(span, first, std::min(step, m_sourceCount - first), sums);
+    return;
   }
   RowWeights weights = m_weights;
   weights.first = span.firstWeight;
   weights.last = span.lastWeight;
-  const std::uint8_t* top = Read(span.first, first, count, m_scratch);
-  const std::uint8_t* bottom =
-      span.lastWeight == 0 ? top : Read(span.first + span.full + 1, first, count, m_lastScratch);
-  m_kernels.combineRows(m_sums.data() + static_cast<std::size_t>(first) * channels,
-                        span.full > 0 ? m_full.data() : nullptr, top, bottom, weights, bytes);
+  const int rows = span.full + (span.lastWeight != 0 ? 2 : 1);
+  const int step = m_reader.IsDirect() ? m_sourceCount : kScratchBytes / (rows * m_reader.Channels());
+  for (int first = 0; first < m_sourceCount; first += step) {
+    const int count = std::min(step, m_sourceCount - first);
+    const RowBlock block = ReadRows(span.first, rows, first, count);
+    m_kernels.sumRows(sums + first * channels, block.bytes, block.pitch, span.full, weights,
+                      static_cast<std::size_t>(count * channels));
+  }
+}
+
+/// Rows of a block of columns, at an even distance: in place where they stand as they are read.
+BoxScaler::RowBlock BoxScaler::ReadRows(int row, int rows, int first, int count) {
+  if (m_reader.IsDirect()) return {Read(row, first, count, nullptr), m_reader.Pitch()};
+  const std::ptrdiff_t pitch = count * static_cast<std::ptrdiff_t>(m_reader.Channels());
+  for (int i = 0; i < rows; ++i) {
+    std::uint8_t* scratch = m_scratch.data() + i * pitch;
+    const std::uint8_t* bytes = Read(row + i, first, count, scratch);
+    if (bytes != scratch) std::memcpy(scratch, bytes, static_cast<std::size_t>(pitch));
+  }
+  return {m_scratch.data(), pitch};
 }
 
 /// More rows than 16-bit sums hold.
-void BoxScaler::SumManyRows(const BoxSpan& span, int first, int count) {
+void BoxScaler::SumManyRows(const BoxSpan& span, int first, int count, std::uint16_t* sums) {
   const auto channels = static_cast<std::size_t>(m_reader.Channels());
   const std::size_t bytes = static_cast<std::size_t>(count) * channels;
-  std::vector<std::uint32_t> sums(bytes);
+  std::vector<std::uint32_t> wide(bytes);
   const auto add = [&](int row, std::uint32_t weight) {
-    const std::uint8_t* pixels = Read(row, first, count, m_scratch);
-    for (std::size_t i = 0; i < bytes; ++i) sums[i] += pixels[i] * weight;
+    const std::uint8_t* pixels = Read(row, first, count, m_scratch.data());
+    for (std::size_t i = 0; i < bytes; ++i) wide[i] += pixels[i] * weight;
   };
   for (int i = 1; i <= span.full; ++i) add(span.first + i, 1U << m_weights.fraction);
   add(span.first, span.firstWeight);
   if (span.lastWeight != 0) add(span.first + span.full + 1, span.lastWeight);
-  std::uint16_t* out = m_sums.data() + static_cast<std::size_t>(first) * channels;
-  for (std::size_t i = 0; i < bytes; ++i) out[i] = static_cast<std::uint16_t>(sums[i] >> m_weights.shift);
+  std::uint16_t* out = sums + static_cast<std::size_t>(first) * channels;
+  for (std::size_t i = 0; i < bytes; ++i) out[i] = static_cast<std::uint16_t>(wide[i] >> m_weights.shift);
 }
 
 namespace {
 
-std::uint32_t ExchangeRedBlue(std::uint32_t pixel) {
-  return (pixel & 0xff00ff00U) | (pixel & 0xff) << 16 | (pixel >> 16 & 0xff);
-}
-
 /// Bytes of a reader's channels as pixels for the screen.
-void ToPixels(std::uint32_t* out, const std::uint8_t* bytes, std::size_t count, int channels, bool redFirst) {
-  if (channels == 1) return FastKernels().grayToPixels(out, bytes, count);
-  const std::size_t red = redFirst ? 0 : 2;
-  const auto step = static_cast<std::size_t>(channels);
-  for (std::size_t i = 0; i < count; ++i, bytes += step)
-    out[i] = 0xff000000U | std::uint32_t{bytes[red]} << 16 | std::uint32_t{bytes[1]} << 8 | bytes[2 - red];
+void ToPixels(std::uint32_t* out, const std::uint8_t* bytes, std::size_t count, int channels, bool redFirst,
+              const Kernels& kernels) {
+  if (channels == 1)
+    kernels.grayToPixels(out, bytes, count);
+  else
+    kernels.colorsToPixels(out, bytes, count, channels, redFirst);
 }
 
-void RenderReduced(const RowReader& reader, bool redFirst, const Scaling& scaling, const RECT& part,
+void RenderAveraged(const RowReader& reader, bool redFirst, const Scaling& scaling, const RECT& part,
                    std::uint32_t* out, std::ptrdiff_t stride, const Kernels& kernels) {
-  const int columns = part.right - part.left;
-  BoxScaler scaler(reader, scaling, part.left, columns, kernels);
-  std::vector<std::uint8_t> grays(static_cast<std::size_t>(columns) + kSlack);
-  for (int y = part.top; y < part.bottom; ++y, out += stride) {
-    if (reader.Channels() == 1) {
-      scaler.GrayRow(y, grays.data());
-      kernels.grayToPixels(out, grays.data(), static_cast<std::size_t>(columns));
-      continue;
-    }
-    scaler.ColorRow(y, out);
-    if (redFirst)
-      for (int x = 0; x < columns; ++x) out[x] = ExchangeRedBlue(out[x]);
+  const auto columns = static_cast<std::size_t>(part.right - part.left);
+  const std::size_t rowBytes = columns * static_cast<std::size_t>(reader.Channels());
+  BoxScaler scaler(reader, scaling, part.left, static_cast<int>(columns), kernels);
+  std::vector<std::uint8_t> levels(rowBytes * BoxScaler::kRows);
+  for (int y = part.top; y < part.bottom; y += BoxScaler::kRows) {
+    const int rows = std::min(BoxScaler::kRows, part.bottom - y);
+    scaler.Rows(y, rows, levels.data(), static_cast<std::ptrdiff_t>(rowBytes));
+    for (int r = 0; r < rows; ++r, out += stride)
+      ToPixels(out, levels.data() + static_cast<std::size_t>(r) * rowBytes, columns, reader.Channels(),
+               redFirst, kernels);
   }
 }
 
 void RenderRepeated(const RowReader& reader, bool redFirst, const Scaling& scaling, const RECT& part,
-                    std::uint32_t* out, std::ptrdiff_t stride) {
+                    std::uint32_t* out, std::ptrdiff_t stride, const Kernels& kernels) {
   const auto columns = static_cast<std::size_t>(part.right - part.left);
   std::vector<int> from(columns);
   for (std::size_t i = 0; i < columns; ++i)
@@ -167,10 +166,10 @@ void RenderRepeated(const RowReader& reader, bool redFirst, const Scaling& scali
     const std::uint8_t* bytes =
         reader.Read(scaling.sourceTop + row, scaling.sourceLeft + first, count, scratch.data());
     if (scaling.width == scaling.sourceWidth) {
-      ToPixels(out, bytes, columns, reader.Channels(), redFirst);
+      ToPixels(out, bytes, columns, reader.Channels(), redFirst, kernels);
       continue;
     }
-    ToPixels(pixels.data(), bytes, static_cast<std::size_t>(count), reader.Channels(), redFirst);
+    ToPixels(pixels.data(), bytes, static_cast<std::size_t>(count), reader.Channels(), redFirst, kernels);
     for (std::size_t i = 0; i < columns; ++i) out[i] = pixels[static_cast<std::size_t>(from[i] - first)];
   }
 }
@@ -182,10 +181,10 @@ void RenderScaled(const PixelStorage& storage, int order, const Scaling& scaling
   if (part.left >= part.right || part.top >= part.bottom) return;
   const RowReader reader(storage, Alpha::FlattenOnWhite);
   const bool redFirst = reader.HasRecordOrder() && order == 0;
-  if (scaling.Reduces())
-    RenderReduced(reader, redFirst, scaling, part, out, stride, kernels);
+  if (scaling.Averages())
+    RenderAveraged(reader, redFirst, scaling, part, out, stride, kernels);
   else
-    RenderRepeated(reader, redFirst, scaling, part, out, stride);
+    RenderRepeated(reader, redFirst, scaling, part, out, stride, kernels);
 }
 
 }  // namespace imaging

@@ -20,8 +20,8 @@ struct Scaling {
   int width = 0;
   int height = 0;
   bool operator==(const Scaling&) const = default;
-  bool Reduces() const {
-    return BoxAxis::Reduces(sourceWidth, width) || BoxAxis::Reduces(sourceHeight, height);
+  bool Averages() const {
+    return BoxAxis::Averages(sourceWidth, width) || BoxAxis::Averages(sourceHeight, height);
   }
 };
 
@@ -31,16 +31,20 @@ class BoxScaler {
  public:
   BoxScaler(const RowReader& reader, const Scaling& scaling, int firstColumn, int columns,
             const Kernels& kernels);
-  /// Result row y. One channel: a byte a pixel.
-  void GrayRow(int y, std::uint8_t* out);
-  /// Three or four channels: four bytes a pixel in the reader's order.
-  void ColorRow(int y, std::uint32_t* out);
+  static constexpr int kRows = 8;  ///< made at a time
+  /// Result rows y to y + rows - 1, at most kRows: the reader's channels for each column, stride bytes from
+  /// row to row.
+  void Rows(int y, int rows, std::uint8_t* out, std::ptrdiff_t stride);
 
  private:
-  void SumRows(int y);
-  void SumChunk(const BoxSpan& span, int first, int count);
-  void SumManyRows(const BoxSpan& span, int first, int count);
-  const std::uint8_t* Read(int row, int first, int count, std::vector<std::uint8_t>& scratch) const;
+  void SumRows(int y, std::uint16_t* sums);
+  struct RowBlock {
+    const std::uint8_t* bytes;
+    std::ptrdiff_t pitch;
+  };
+  RowBlock ReadRows(int row, int rows, int first, int count);
+  void SumManyRows(const BoxSpan& span, int first, int count, std::uint16_t* sums);
+  const std::uint8_t* Read(int row, int first, int count, std::uint8_t* scratch) const;
 
   const RowReader& m_reader;
   const Kernels& m_kernels;
@@ -52,10 +56,11 @@ class BoxScaler {
   int m_firstSource = 0;  ///< columns of the scaled part that are read
   int m_sourceCount = 0;
   std::vector<BoxSpan> m_spans;
-  std::vector<std::uint16_t> m_sums;  ///< of the current result row, for each channel of each source column
-  std::vector<std::uint16_t> m_full;
+  std::vector<std::uint16_t> m_sums;  ///< of kRows result rows, for each channel of each source column
+  std::ptrdiff_t m_sumStride = 0;
+  std::vector<std::uint16_t> m_interleaved;
+  std::vector<std::uint8_t> m_levels;
   std::vector<std::uint8_t> m_scratch;
-  std::vector<std::uint8_t> m_lastScratch;
 };
 
 /// Renders the pixels of a rectangle of the scaled picture as 0xffRRGGBB; alpha lies on white.

@@ -10,7 +10,7 @@
 namespace imaging {
 namespace {
 
-// Rows of a block of columns stay in the second-level cache until all of the block's columns are written.
+// Rows of a block's columns stay in the second-level cache until the neighbouring blocks have used them too.
 constexpr int kBlock = 16;
 
 template <int Size>
@@ -47,18 +47,38 @@ void TransposeBlock8(PixelPlane target, ConstPixelPlane source) {
 }
 #endif
 
+/// Whole pixels by four bytes at a time: the byte too much is the next pixel's, which is written later.
+void TransposeBlock24(PixelPlane target, ConstPixelPlane source) {
+  for (int c = 0; c < kBlock; ++c) {
+    std::uint8_t* out = target.pixels + c * target.stride;
+    const std::uint8_t* in = source.pixels + static_cast<std::ptrdiff_t>(c) * 3;
+    for (int r = 0; r + 1 < kBlock; ++r, out += 3, in += source.stride) std::memcpy(out, in, 4);
+    std::memcpy(out, in, 3);
+  }
+}
+
+template <int Size>
+void TransposeBlock(PixelPlane target, ConstPixelPlane source) {
+  if (Size == 1)
+    TransposeBlock8(target, source);
+  else if (Size == 3)
+    TransposeBlock24(target, source);
+  else
+    TransposeElements<Size>(target, source, kBlock, kBlock);
+}
+
 template <int Size>
 void TransposeBlocks(PixelPlane target, ConstPixelPlane source, int columns, int rows) {
   for (int c = 0; c < columns; c += kBlock) {
     for (int r = 0; r < rows; r += kBlock) {
-      const PixelPlane to{target.pixels + c * target.stride + r * Size, target.stride};
-      const ConstPixelPlane from{source.pixels + r * source.stride + c * Size, source.stride};
+      const PixelPlane to{target.pixels + c * target.stride + static_cast<std::ptrdiff_t>(r) * Size,
+                          target.stride};
+      const ConstPixelPlane from{source.pixels + r * source.stride + static_cast<std::ptrdiff_t>(c) * Size,
+                                 source.stride};
       const int width = std::min(kBlock, columns - c);
       const int height = std::min(kBlock, rows - r);
-      if (Size == 1 && width == kBlock && height == kBlock)
-        TransposeBlock8(to, from);
-      else if (width == kBlock && height == kBlock)
-        TransposeElements<Size>(to, from, kBlock, kBlock);
+      if (width == kBlock && height == kBlock)
+        TransposeBlock<Size>(to, from);
       else
         TransposeElements<Size>(to, from, width, height);
     }
@@ -75,7 +95,8 @@ std::uint64_t TransposeBits(std::uint64_t x) {
   return x ^ t ^ (t << 28);
 }
 
-void Transpose1(PixelPlane target, ConstPixelPlane source, int columns, int rows) {
+/// Bits of a rectangle whose corner stands at a byte's start, 8 by 8 at a time.
+void TransposeBitBlocks(PixelPlane target, ConstPixelPlane source, int columns, int rows) {
   for (int c = 0; c < columns; c += 8) {
     for (int r = 0; r < rows; r += 8) {
       const int height = std::min(8, rows - r);
@@ -88,6 +109,42 @@ void Transpose1(PixelPlane target, ConstPixelPlane source, int columns, int rows
         target.pixels[(c + i) * target.stride + r / 8] = static_cast<std::uint8_t>(block >> (56 - 8 * i));
     }
   }
+}
+
+#if defined(__SSE2__)
+/// 16 rows of 16 bytes, so 128 columns: the bytes are transposed, then the highest bits of the 16 rows of a
+/// column are taken at once. The last row comes first, since it must become the lowest bit.
+void TransposeBits16(PixelPlane target, ConstPixelPlane source) {
+  alignas(16) std::uint8_t columns[256];
+  TransposeBlock8({columns, 16}, {source.pixels + 15 * source.stride, -source.stride});
+  for (int byte = 0; byte < 16; ++byte) {
+    __m128i rows = _mm_load_si128(reinterpret_cast<const __m128i*>(columns + byte * 16));
+    for (int bit = 0; bit < 8; ++bit) {
+      const auto taken = static_cast<unsigned>(_mm_movemask_epi8(rows));
+      std::uint8_t* out = target.pixels + (byte * 8 + bit) * target.stride;
+      out[0] = static_cast<std::uint8_t>(taken >> 8);
+      out[1] = static_cast<std::uint8_t>(taken);
+      rows = _mm_add_epi8(rows, rows);
+    }
+  }
+}
+#endif
+
+void Transpose1(PixelPlane target, ConstPixelPlane source, int columns, int rows) {
+#if defined(__SSE2__)
+  const int wide = columns / 128 * 128;
+  const int high = rows / 16 * 16;
+  for (int c = 0; c < wide; c += 128)
+    for (int r = 0; r < high; r += 16)
+      TransposeBits16({target.pixels + c * target.stride + r / 8, target.stride},
+                      {source.pixels + r * source.stride + c / 8, source.stride});
+  TransposeBitBlocks({target.pixels + wide * target.stride, target.stride},
+                     {source.pixels + wide / 8, source.stride}, columns - wide, rows);
+  TransposeBitBlocks({target.pixels + high / 8, target.stride},
+                     {source.pixels + high * source.stride, source.stride}, wide, rows - high);
+#else
+  TransposeBitBlocks(target, source, columns, rows);
+#endif
 }
 
 void Transpose4(PixelPlane target, ConstPixelPlane source, int columns, int rows) {

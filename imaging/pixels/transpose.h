@@ -18,7 +18,7 @@ struct ConstPixelPlane {
 };
 
 /// Makes target row c of column c of the source, for all depths of PixelStorage. columns and rows are the
-/// source's.
+/// source's. Reads up to one byte past a source row's pixels.
 LTWRAP_API void Transpose(PixelPlane target, ConstPixelPlane source, int columns, int rows, int bits);
 /// The same, pixel by pixel: what the block-wise form must agree with.
 LTWRAP_API void TransposePlain(PixelPlane target, ConstPixelPlane source, int columns, int rows, int bits);

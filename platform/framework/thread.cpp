@@ -79,6 +79,7 @@ BOOL CWinThread::OnIdle(LONG count) {
   if (count == 0) return TRUE;
   CWnd::DeleteTempMap();
   CDC::DeleteTempMap();
+  CGdiObject::DeleteTempMap();
   return FALSE;
 }
 

@@ -71,6 +71,12 @@ class SourceRows {
   std::vector<std::uint32_t> m_whole;  ///< empty if the columns simply follow each other
 };
 
+// The common case: pixels follow each other and need no more than being read into their place.
+bool IsPlainCopy(const Raster& target, const BlitSource& source, const Axis& columns, unsigned table) {
+  return table == TruthTable(SRCCOPY) && target.IsPlain32() && columns.Steps() &&
+         source.raster.top != target.top;
+}
+
 void BlitPart(const Raster& target, const QRect& all, const QRect& part, const BlitSource& source,
               unsigned table, std::uint32_t brush) {
   const QRect& from = source.pixels;
@@ -79,6 +85,13 @@ void BlitPart(const Raster& target, const QRect& all, const QRect& part, const B
   const Axis rows = MapAxis(part.y(), part.height(), all.y(), all.height(), from.y(), from.height(),
                             source.mirrorY, source.raster.height);
   if (columns.sources.empty() || rows.sources.empty()) return;
+  if (IsPlainCopy(target, source, columns, table)) {
+    for (std::size_t i = 0; i < rows.sources.size(); ++i)
+      ReadRow(source.raster, columns.sources.front(), rows.sources[i],
+              static_cast<int>(columns.sources.size()),
+              reinterpret_cast<std::uint32_t*>(target.Row(rows.first + static_cast<int>(i))) + columns.first);
+    return;
+  }
   SourceRows reader(source, columns, target.bilevelDevice);
   RowWriter writer(target);
   const int count = static_cast<int>(columns.sources.size());

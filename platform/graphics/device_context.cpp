@@ -1,5 +1,6 @@
 #include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
+#include <cmath>
 #include <memory>
 
 #include "platform/graphics/dc_record_internal.h"
@@ -18,7 +19,7 @@ constexpr QSize kPlainScreen(1024, 768);
 constexpr int kDotsPerInch = 96;
 
 int Millimetres(int dots) {
-  return static_cast<int>(dots * 25.4 / kDotsPerInch + 0.5);
+  return static_cast<int>(std::lround(dots * 25.4 / kDotsPerInch));
 }
 
 int ScreenCaps(int index) {

@@ -9,7 +9,6 @@ using platform::FindDc;
 namespace platform {
 namespace {
 
-constexpr unsigned kTableBlack = 0x00;
 constexpr unsigned kTableWhite = 0xff;
 
 bool FillPainter(const DcRecord& dc, const QRect& units, unsigned table, std::uint32_t brush) {

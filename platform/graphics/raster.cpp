@@ -66,8 +66,12 @@ void ReadMasked(const Raster& raster, const BYTE* row, int x, int count, std::ui
 void ReadRow(const Raster& raster, int x, int y, int count, std::uint32_t* pixels) {
   const BYTE* row = raster.Row(y);
   if (raster.IsPlain32()) {
-    std::memcpy(pixels, row + static_cast<std::ptrdiff_t>(x) * 4, static_cast<std::size_t>(count) * 4);
-    for (int i = 0; i < count; ++i) pixels[i] |= kOpaque;
+    const BYTE* from = row + static_cast<std::ptrdiff_t>(x) * 4;
+    for (int i = 0; i < count; ++i) {
+      std::uint32_t pixel = 0;  // rows of blocks from files stand at any address
+      std::memcpy(&pixel, from + static_cast<std::ptrdiff_t>(i) * 4, sizeof pixel);
+      pixels[i] = pixel | kOpaque;
+    }
   } else if (raster.bits == 24) {
     const BYTE* from = row + static_cast<std::ptrdiff_t>(x) * 3;
     for (int i = 0; i < count; ++i, from += 3)

@@ -23,6 +23,11 @@ bool LockSurface(HDC dc, SurfaceView& view) {
   return true;
 }
 
+double DeviceScale(HDC dc) {
+  const DcRecord* record = FindDc(dc);
+  return record == nullptr ? 1.0 : ScaleOf(*record);
+}
+
 void UnlockSurface(HDC dc, const RECT& drawn) {
   DcRecord* record = FindDc(dc);
   if (record == nullptr) return;

@@ -27,6 +27,8 @@ struct SurfaceView {
 /// for any other (a bilevel bitmap, a printer, a dead handle). Valid until the next call on the device
 /// context.
 PLATFORM_API bool LockSurface(HDC dc, SurfaceView& view);
+/// Device pixels per logical unit of a device context; 1 for one without a surface.
+PLATFORM_API double DeviceScale(HDC dc);
 /// Tells that the given logical rectangle has been drawn, so that the screen is brought up to date.
 PLATFORM_API void UnlockSurface(HDC dc, const RECT& drawn);
 

@@ -155,7 +155,7 @@ LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, DWORD*, DWORD* type, BYTE* data,
   const DWORD room = std::exchange(*size, static_cast<DWORD>(value.data.size()));
   if (data == nullptr) return ERROR_SUCCESS;
   if (room < value.data.size()) return ERROR_MORE_DATA;
-  std::memcpy(data, value.data.data(), value.data.size());
+  std::memcpy(data, value.data.data(), value.data.size());  // NOLINT: bytes, a closing 0 is among them
   return ERROR_SUCCESS;
 }
 

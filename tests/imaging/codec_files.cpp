@@ -238,7 +238,8 @@ Bytes MakeBmp(int width, int height, int bits, unsigned compression, const Bytes
   put(static_cast<std::uint32_t>(pixels.size()), 4);
   put(3937, 4);
   put(7874, 4);
-  put(0, 8);
+  put(0, 4);
+  put(0, 4);
   bytes.insert(bytes.end(), tables.begin(), tables.end());
   bytes.insert(bytes.end(), pixels.begin(), pixels.end());
   return bytes;

@@ -179,13 +179,13 @@ TEST(PaintClip, SourceRectangleAndSourceClip) {
   Canvas canvas(8, 8);
   const RECT source{3, 2, 7, 6};
   const RECT sourceClip{4, 0, 6, 3};
-  const RECT destination{0, 0, 8, 8};
+  const RECT destination{0, 0, 8, 6};  // rows by one and a half
   PaintOnSurface(canvas.view, &bitmap, {&source, &sourceClip, &destination, nullptr}, kSourceCopy);
   for (int y = 0; y < 8; ++y)
     for (int x = 0; x < 8; ++x) {
       const int column = 3 + x / 2;
-      const int row = 2 + y / 2;
-      const bool drawn = column >= 4 && column < 6 && row < 3;
+      const int row = 2 + (2 * y + 1) / 3;
+      const bool drawn = column >= 4 && column < 6 && row < 3 && y < 6;
       const auto gray = static_cast<std::uint32_t>(10 * row + column);
       ASSERT_EQ(canvas.At(x, y), drawn ? 0xff000000U | gray * 0x010101U : kUntouched) << x << ", " << y;
     }
@@ -262,16 +262,27 @@ TEST(PaintAgain, AlwaysEqualsAFreshPaint) {
   Canvas canvas(160, 140);
   int x = 0;
   int y = 0;
-  int width = 400;
-  for (int step = 0; step < 400; ++step) {
+  int width = 600;
+  for (int step = 0; step < 480; ++step) {
     const auto pick = [&](int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); };
-    if (step % 40 == 39) width = 180 + pick(600);
-    x = std::clamp(step % 13 == 0 ? pick(400) : x + pick(61) - 30, -20, width - 100);
-    y = std::clamp(step % 17 == 0 ? pick(400) : y + pick(61) - 30, -20, width - 100);
-    if (step % 50 == 7) pixel_test::SetPixel(*bitmap.pStorage, pick(700), pick(800), 0);
+    if (step % 80 == 79) width = 480 + pick(300);
+    // Long ways along one axis, there, back and there again, and in between both axes at once.
+    const int way = step % 40 / 13 % 2 == 0 ? 23 : -21;
+    const bool jump = step % 80 == 0;
+    x = std::clamp(jump ? pick(400)
+                        : x + (step % 80 < 40  ? way
+                               : step % 9 == 0 ? pick(61) - 30
+                                               : 0),
+                   -20, width - 100);
+    y = std::clamp(jump ? pick(400)
+                        : y + (step % 80 >= 40 ? way
+                               : step % 9 == 0 ? pick(61) - 30
+                                               : 0),
+                   -20, width - 100);
+    if (step % 90 == 7) pixel_test::SetPixel(*bitmap.pStorage, pick(700), pick(800), 0);
     const RECT place{-x, -y, width - x, width - y};
     const RECT part{pick(80), pick(70), 80 + pick(81), 70 + pick(71)};
-    const RECT* clip = step % 3 == 0 ? &part : nullptr;
+    const RECT* clip = step % 7 == 0 ? &part : nullptr;
     std::fill(canvas.pixels.begin(), canvas.pixels.end(), kUntouched);
     canvas.Paint(bitmap, place, clip);
     OwnedBitmap copy;

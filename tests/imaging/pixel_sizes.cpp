@@ -1,5 +1,6 @@
-#include <functional>
+#include <cstring>
 
+#include "imaging/pixels/axis.h"
 #include "imaging/pixels/kernels.h"
 #include "imaging/pixels/scaler.h"
 #include "tests/imaging/pixel_support.h"
@@ -68,6 +69,23 @@ TEST(SizeAveraged, DepthsAndValues) {
   }
 }
 
+// The longest sides the limits allow must not overflow the sums: white stays white, half stays half.
+TEST(SizeAveraged, ExtremeReductions) {
+  const struct {
+    int width, height, toWidth, toHeight;
+  } rows[] = {
+      {200'000, 3, 1, 1}, {3, 200'000, 2, 1}, {200'000, 2, 7, 2}, {2, 200'000, 2, 300}, {2000, 2000, 1, 1}};
+  for (const auto& row : rows)
+    for (const std::uint32_t level : {255U, 128U}) {
+      OwnedBitmap bitmap(row.width, row.height, 8);
+      for (int y = 0; y < row.height; ++y)
+        std::memset(bitmap.pStorage->Row(y), static_cast<int>(level), bitmap.pStorage->RowBytes());
+      LEADTOOLS::SizeBitmapExt(&bitmap, row.toWidth, row.toHeight, 2);
+      for (const std::uint32_t pixel : AllPixels(bitmap))
+        ASSERT_EQ(pixel, level) << row.width << " x " << row.height;
+    }
+}
+
 TEST(Resize, WritesTheTargetsDepthAndOrder) {
   OwnedBitmap source(4, 4, 24);
   source.Order = 0;
@@ -109,8 +127,30 @@ TEST(GrayScale, WeighsTheColorsOfAllDepths) {
   EXPECT_EQ(AllPixels(bilevel), (std::vector<std::uint32_t>{255, 0}));
 }
 
+// Weights that don't add up darken or lighten; a span past the end reads memory of something else.
+TEST(BoxAxis, SpansCoverTheSourceAndNoMore) {
+  for (int length = 2; length < 60; ++length)
+    for (int size = 1; size < length; ++size)
+      for (const int fraction : {0, 3, 8, 14}) {
+        const imaging::BoxAxis axis(length, size, fraction);
+        for (int i = 0; i < size; ++i) {
+          const imaging::BoxSpan span = axis.At(i);
+          const std::uint32_t full = static_cast<std::uint32_t>(span.full) << fraction;
+          ASSERT_EQ(span.firstWeight + full + span.lastWeight, axis.Sum()) << length << " to " << size;
+          ASSERT_LE(span.firstWeight, (1U << fraction) + 1);
+          ASSERT_LE(span.lastWeight, (1U << fraction) + 1);
+          ASSERT_EQ(span.first, i * length / size);
+          const int end = span.first + span.full + (span.lastWeight != 0 ? 2 : 1);
+          ASSERT_LE(end, length) << length << " to " << size << " at " << i;
+        }
+      }
+}
+
 // The kernels chosen for the processor must give the plain ones' bytes.
 TEST(Kernels, FastEqualPlain) {
+#if defined(__x86_64__)
+  ASSERT_EQ(__builtin_cpu_supports("avx2") == 0, &imaging::FastKernels() == &imaging::PlainKernels());
+#endif
   for (const int bits : {1, 8, 24, 32}) {
     auto pixels = imaging::PixelStorage::Create(1201, 403, bits);
     pixel_test::FillNoise(*pixels, 31);

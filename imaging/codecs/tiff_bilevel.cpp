@@ -1,0 +1,138 @@
+#include <array>
+#include <cstring>
+#include <vector>
+
+#include "imaging/codecs/fax.h"
+#include "imaging/codecs/rows.h"
+#include "imaging/codecs/tiff_bands.h"
+#include "imaging/codecs/tiff_decode.h"
+#include "imaging/limits.h"
+
+namespace imaging {
+namespace {
+
+/// Puts packed rows of the file into the page, as they are or a byte a pixel.
+class BilevelPage {
+ public:
+  BilevelPage(const TiffLayout& layout, const BilevelColors& colors, int bits)
+      : m_pixels(PixelStorage::Create(layout.width, layout.height, bits)),
+        m_zero(colors.ByteOfZero()),
+        m_one(colors.ByteOfOne()) {
+    colors.SetPalette(*m_pixels);
+  }
+  bool Packed() const { return m_pixels->Bits() == 1; }
+  std::uint8_t* Row(int y) { return m_pixels->Row(y); }
+  void Expand(const std::uint8_t* packed, int y) {
+    ExpandBits(packed, m_pixels->Row(y), m_pixels->Width(), m_zero, m_one);
+  }
+  void Store(const std::uint8_t* packed, int y, std::uint8_t flip) {
+    if (Packed()) {
+      CopyBits(packed, Row(y), m_pixels->RowBytes(), flip);
+    } else {
+      ExpandBits(packed, Row(y), m_pixels->Width(), flip != 0 ? m_one : m_zero, flip != 0 ? m_zero : m_one);
+    }
+  }
+  void Repeat(int y) { std::memcpy(Row(y), Row(y - 1), m_pixels->RowBytes()); }
+  std::unique_ptr<PixelStorage> Take() { return std::move(m_pixels); }
+
+ private:
+  std::unique_ptr<PixelStorage> m_pixels;
+  std::uint8_t m_zero;
+  std::uint8_t m_one;
+};
+
+/// Group 4 strips by the decoder of our own, which takes half the library's time.
+class G4Strips {
+ public:
+  G4Strips(const TiffHandle& tiff, const TiffLayout& layout, std::uint8_t white)
+      : m_tiff(tiff),
+        m_white(white),
+        m_reversed(tiff.Short(TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_LSB2MSB),
+        m_usable(layout.compression == COMPRESSION_CCITTFAX4 && !layout.tiled &&
+                 tiff.Long(TIFFTAG_GROUP4OPTIONS, 0) == 0),  // no uncompressed stretches
+        m_decoder(m_usable ? layout.width : 1),
+        m_row(m_usable ? (static_cast<std::size_t>(layout.width) + 63) / 64 * 8 : 0) {}
+
+  /// False if the strip isn't sound; what was stored of it is then to be overwritten.
+  bool Decode(int firstRow, int endRow, BilevelPage& page) {
+    if (!m_usable || !ReadStrip(firstRow)) return false;
+    m_decoder.Start(std::span(m_coded).first(m_coded.size() - FaxDecoder::kPadding));
+    for (int y = firstRow; y < endRow; ++y) {
+      const FaxDecoder::Row row = m_decoder.Next();
+      if (row == FaxDecoder::Row::kDamaged) return false;
+      if (row == FaxDecoder::Row::kEndOfBlock) return y > firstRow && FillRest(y, endRow, page);
+      if (row == FaxDecoder::Row::kSameAsAbove && y > firstRow)
+        page.Repeat(y);
+      else
+        StoreRow(y, page);
+    }
+    return m_decoder.WithinData();
+  }
+
+ private:
+  bool ReadStrip(int firstRow) {
+    const std::uint32_t strip = TIFFComputeStrip(m_tiff.Get(), static_cast<std::uint32_t>(firstRow), 0);
+    const std::uint64_t offset = TIFFGetStrileOffset(m_tiff.Get(), strip);
+    const std::uint64_t count = TIFFGetStrileByteCount(m_tiff.Get(), strip);
+    const auto fileSize = static_cast<std::uint64_t>(m_tiff.File().Size());
+    if (offset == 0 || count == 0 || offset > fileSize || count > fileSize - offset ||
+        count > static_cast<std::uint64_t>(limits::kMaxCodecBytes))
+      return false;
+    m_coded.assign(static_cast<std::size_t>(count) + FaxDecoder::kPadding, 0);
+    const auto target = std::span(m_coded).first(static_cast<std::size_t>(count));
+    if (!m_tiff.File().ReadExactly(static_cast<std::int64_t>(offset), target)) return false;
+    if (m_reversed) TIFFReverseBits(m_coded.data(), static_cast<tmsize_t>(count));
+    return true;
+  }
+
+  void StoreRow(int y, BilevelPage& page) {
+    if (page.Packed()) {
+      m_decoder.Paint(page.Row(y), m_white);
+      return;
+    }
+    m_decoder.Paint(m_row.data(), m_white);
+    page.Expand(m_row.data(), y);
+  }
+
+  /// Rows that the strip says it doesn't have are white.
+  bool FillRest(int y, int endRow, BilevelPage& page) {
+    std::fill(m_row.begin(), m_row.end(), m_white);
+    for (; y < endRow; ++y) page.Store(m_row.data(), y, 0);
+    return true;
+  }
+
+  const TiffHandle& m_tiff;
+  std::uint8_t m_white;
+  bool m_reversed;
+  bool m_usable;
+  FaxDecoder m_decoder;
+  std::vector<std::uint8_t> m_row;
+  std::vector<std::uint8_t> m_coded;
+};
+
+}  // namespace
+
+std::unique_ptr<PixelStorage> DecodeBilevelTiff(const TiffHandle& tiff, const TiffLayout& layout, int bits) {
+  BilevelColors colors{{0, 0, 0, 0}, {255, 255, 255, 0}};
+  if (layout.Palette()) {
+    const auto table = ReadTiffColors(tiff, layout);
+    colors = {table[0], table[1]};
+  }
+  const std::uint8_t flip = layout.MinIsWhite() ? 0xff : 0;
+  TiffBands bands(tiff, layout);
+  BilevelPage page(layout, colors, bits);
+  // The fax coders write white as 0, so that it is the file's 0 that is turned over.
+  G4Strips strips(tiff, layout, flip);
+  while (!bands.AtEnd()) {
+    if (strips.Decode(bands.EndRow(), bands.NextEndRow(), page)) {
+      bands.Skip();
+      continue;
+    }
+    bands.Next();
+    for (int y = bands.FirstRow(); y < bands.EndRow(); ++y) page.Store(bands.Row(y), y, flip);
+  }
+  bands.Next();  // tells if nothing was decoded
+  return page.Take();
+}
+
+}  // namespace imaging
