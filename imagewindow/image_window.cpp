@@ -56,7 +56,6 @@ void CImageWindow::Report(CLeadtoolsException* exception) {
 }
 
 void CImageWindow::ReportErrorDefault(int code, CString text) {  // NOLINT: the callback's type
-
   ShowErrorBox(code, text);
 }
 
