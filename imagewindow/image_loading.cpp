@@ -92,8 +92,8 @@ void CImageWindow::MakePixelsSquare() {
       square_pixels::WholeFactor({m_Bitmap.XResolution, m_Bitmap.YResolution},
                                  {screen.GetDeviceCaps(LOGPIXELSX), screen.GetDeviceCaps(LOGPIXELSY)});
   if (!correction.known) return;
-  const CSize size = square_pixels::StretchedSize(PageSize(), correction.stretch);
-  LEADTOOLS::SizeBitmap(&m_Bitmap, size.cx, size.cy);
+  LEADTOOLS::SizeBitmap(&m_Bitmap, square_pixels::Stretched(m_Bitmap.Width, correction.stretch.across),
+                        square_pixels::Stretched(m_Bitmap.Height, correction.stretch.down));
 }
 
 bool CImageWindow::LoadPage(int page) {

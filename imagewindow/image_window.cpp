@@ -55,7 +55,7 @@ void CImageWindow::Report(CLeadtoolsException* exception) {
   m_pfnReportError(exception->GetLastError(), text);
 }
 
-void CImageWindow::ReportErrorDefault(int code, CString text) {
+void CImageWindow::ReportErrorDefault(int code, CString text) {  // NOLINT: the callback's type
   ShowErrorBox(code, text);
 }
 

@@ -3,8 +3,6 @@
 #include <cstdint>
 #include <limits>
 
-#include "platform/base/geometry.h"
-
 // Fax pages have pixels that are taller than wide; stretched, they come out square on the screen.
 namespace square_pixels {
 
@@ -46,10 +44,6 @@ inline Correction WholeFactor(Resolution page, Resolution screen) {
 inline int Stretched(int side, std::int64_t times) {
   constexpr std::int64_t kLargest = std::numeric_limits<int>::max();
   return static_cast<int>(side > kLargest / times ? kLargest : side * times);
-}
-
-inline CSize StretchedSize(SIZE page, const Stretch& stretch) {
-  return {Stretched(page.cx, stretch.across), Stretched(page.cy, stretch.down)};
 }
 
 }  // namespace square_pixels

@@ -182,8 +182,8 @@ TEST(SquarePixels, WholeFactorInOneDirection) {
 }
 
 TEST(SquarePixels, AStretchThatNoIntHoldsIsTheLargest) {
-  EXPECT_EQ(square_pixels::StretchedSize({100, 50}, {1, 2}), CSize(100, 100));
-  EXPECT_EQ(square_pixels::StretchedSize({100, 50}, {2'000'000'000, 1}), CSize(INT_MAX, 50));
+  EXPECT_EQ(square_pixels::Stretched(50, 2), 100);
+  EXPECT_EQ(square_pixels::Stretched(100, 2'000'000'000), INT_MAX);
 }
 
 }  // namespace
