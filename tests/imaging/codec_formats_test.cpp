@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 #include <png.h>
 
+#include <chrono>
+#include <thread>
+
 #include "imaging/exception.h"
 #include "tests/imaging/codec_files.h"
 
@@ -190,6 +193,26 @@ TEST(Gif, FramesAreComposed) {
   EXPECT_EQ(ColorAt(page, 12, 12), red);
   EXPECT_EQ(ColorAt(page, 3, 3).alpha, 0);
   EXPECT_EQ(LoadMemory(file, 5).code, imaging::kErrorPageNotFound);
+}
+
+// Pages in any order show what they show in memory, where nothing is remembered.
+TEST(Gif, PagingForwardsAndBackIsTheSame) {
+  std::vector<GifFrame> frames = {{0, 0, 20, 20, 1, 1}};
+  for (int i = 1; i < 9; ++i) frames.push_back({i, 2 * i, 4, 3, i % 4, i % 4, i == 5 ? 1 : -1});
+  const Bytes file = MakeGif(20, 20, frames);
+  const TempFolder folder;
+  WriteAll(folder.Path("a.gif"), file);
+  std::this_thread::sleep_for(std::chrono::milliseconds(150));  // old enough to be remembered
+  for (const int page : {1, 2, 3, 4, 5, 9, 6, 7, 7, 8, 9, 8, 2, 9}) {
+    const Loaded fromFile = LoadFile(folder.Path("a.gif"), page);
+    const Loaded fromMemory = LoadMemory(file, page);
+    ASSERT_EQ(fromFile.error + fromMemory.error, "");
+    for (int y = 0; y < 20; ++y)
+      for (int x = 0; x < 20; ++x)
+        ASSERT_EQ(ColorAt(fromFile, x, y), ColorAt(fromMemory, x, y))
+            << "page " << page << " at " << x << "," << y;
+  }
+  EXPECT_EQ(LoadFile(folder.Path("a.gif"), 10).code, imaging::kErrorPageNotFound);
 }
 
 Bytes Colors(int count) {
