@@ -5,6 +5,7 @@
 
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/png_write.h"
+#include "imaging/guard.h"
 #include "imaging/ltwrap.h"
 #include "imaging/source.h"
 
@@ -77,22 +78,24 @@ int LEADTOOLS::GetDefaultLoadFileOption(_LOADFILEOPTION* options) {
 
 int LEADTOOLS::FileInfo(const char* path, struct_file_information* info, unsigned int flags,
                         _LOADFILEOPTION* options) {
-  return Describe(*OpenFileSource(path), info, flags, options);
+  return imaging::Guarded([&] { return Describe(*OpenFileSource(path), info, flags, options); });
 }
 
 int LEADTOOLS::FileInfoMemory(char* buffer, struct_file_information* info, long size, unsigned int flags,
                               _LOADFILEOPTION* options) {
-  return Describe(*OpenMemorySource(buffer, size), info, flags, options);
+  return imaging::Guarded([&] { return Describe(*OpenMemorySource(buffer, size), info, flags, options); });
 }
 
 int LEADTOOLS::LoadBitmapA(const char* path, struct_LEAD_Bitmap* bitmap, int bits, int order,
                            _LOADFILEOPTION* options, struct_file_information* info) {
-  return Load(*OpenFileSource(path), bitmap, {bits, order}, options, info);
+  return imaging::Guarded([&] { return Load(*OpenFileSource(path), bitmap, {bits, order}, options, info); });
 }
 
 int LEADTOOLS::LoadBitmapMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, int order, long size,
                                 _LOADFILEOPTION* options, struct_file_information* info) {
-  return Load(*OpenMemorySource(buffer, size), bitmap, {bits, order}, options, info);
+  return imaging::Guarded([&] {
+    return Load(*OpenMemorySource(buffer, size), bitmap, {bits, order}, options, info);
+  });
 }
 
 int LEADTOOLS::GetDefaultSaveFileOption(_SAVEFILEOPTION* options) {
@@ -103,15 +106,18 @@ int LEADTOOLS::GetDefaultSaveFileOption(_SAVEFILEOPTION* options) {
 
 int LEADTOOLS::SaveBitmap(const char* path, struct_LEAD_Bitmap* bitmap, int format, int bits, int /*quality*/,
                           _SAVEFILEOPTION* options) {
-  if (path == nullptr || *path == '\0') Fail(kErrorInvalidParameter, "No file name was given");
-  if (bitmap == nullptr || (bitmap->Flags & leadtools12::kAllocated) == 0 || bitmap->pStorage == nullptr)
-    Fail(kErrorNoBitmap, "%s: there is no image to write", path);
-  if (format != kFormatPng) Fail(kErrorUnsupported, "%s: files of format %d can't be written", path, format);
-  if (bits != 0 && bits != bitmap->BitsPerPixel)
-    Fail(kErrorUnsupported, "%s: an image of %d bits can't be written with %d", path, bitmap->BitsPerPixel,
-         bits);
-  if (options != nullptr && options->PageNumber > 1)
-    Fail(kErrorUnsupported, "%s: a PNG file has one page", path);
-  WritePng(path, *bitmap->pStorage, bitmap->Order, bitmap->XResolution, bitmap->YResolution);
-  return 1;
+  return imaging::Guarded([&] {
+    if (path == nullptr || *path == '\0') Fail(kErrorInvalidParameter, "No file name was given");
+    if (bitmap == nullptr || (bitmap->Flags & leadtools12::kAllocated) == 0 || bitmap->pStorage == nullptr)
+      Fail(kErrorNoBitmap, "%s: there is no image to write", path);
+    if (format != kFormatPng)
+      Fail(kErrorUnsupported, "%s: files of format %d can't be written", path, format);
+    if (bits != 0 && bits != bitmap->BitsPerPixel)
+      Fail(kErrorUnsupported, "%s: an image of %d bits can't be written with %d", path, bitmap->BitsPerPixel,
+           bits);
+    if (options != nullptr && options->PageNumber > 1)
+      Fail(kErrorUnsupported, "%s: a PNG file has one page", path);
+    WritePng(path, *bitmap->pStorage, bitmap->Order, bitmap->XResolution, bitmap->YResolution);
+    return 1;
+  });
 }

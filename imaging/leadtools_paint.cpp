@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "imaging/guard.h"
 #include "imaging/ltwrap.h"
 #include "imaging/pixels/paint.h"
 #include "imaging/pixels/record.h"
@@ -92,16 +93,18 @@ HPALETTE LEADTOOLS::CreatePaintPalette(HDC /*dc*/, struct_LEAD_Bitmap* bitmap) {
 
 int LEADTOOLS::PaintDC(HDC dc, struct_LEAD_Bitmap* bitmap, tagRECT* source, tagRECT* sourceClip,
                        tagRECT* destination, tagRECT* destinationClip, unsigned long rasterOperation) {
-  imaging::RequirePixels(bitmap, "paint");
-  if (destination == nullptr)
-    imaging::Fail(imaging::kErrorInvalidParameter, "The rectangle to paint into is missing");
-  const PaintRects rects{source, sourceClip, destination, destinationClip};
-  platform::SurfaceView view;
-  if (!platform::LockSurface(dc, view)) {
-    PaintByBands(dc, bitmap, rects, rasterOperation);
+  return imaging::Guarded([&] {
+    imaging::RequirePixels(bitmap, "paint");
+    if (destination == nullptr)
+      imaging::Fail(imaging::kErrorInvalidParameter, "The rectangle to paint into is missing");
+    const PaintRects rects{source, sourceClip, destination, destinationClip};
+    platform::SurfaceView view;
+    if (!platform::LockSurface(dc, view)) {
+      PaintByBands(dc, bitmap, rects, rasterOperation);
+      return 1;
+    }
+    imaging::PaintOnSurface(view, bitmap, rects, static_cast<std::uint32_t>(rasterOperation));
+    platform::UnlockSurface(dc, Intersect(*destination, destinationClip));
     return 1;
-  }
-  imaging::PaintOnSurface(view, bitmap, rects, static_cast<std::uint32_t>(rasterOperation));
-  platform::UnlockSurface(dc, Intersect(*destination, destinationClip));
-  return 1;
+  });
 }

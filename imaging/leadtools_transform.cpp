@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "imaging/guard.h"
 #include "imaging/ltwrap.h"
 #include "imaging/pixels/dib.h"
 #include "imaging/pixels/orient.h"
@@ -36,25 +37,29 @@ int LEADTOOLS::SizeBitmap(struct_LEAD_Bitmap* bitmap, int width, int height) {
 }
 
 int LEADTOOLS::SizeBitmapExt(struct_LEAD_Bitmap* bitmap, int width, int height, unsigned long flags) {
-  const PixelStorage& pixels = imaging::RequirePixels(bitmap, "scale");
-  if (pixels.Width() == width && pixels.Height() == height) return 1;
-  const bool average = (flags & kAverage) != 0 && (width < pixels.Width() || height < pixels.Height());
-  if (!average) {
-    imaging::Replace(*bitmap, imaging::SizedByRepeating(pixels, width, height));
+  return imaging::Guarded([&] {
+    const PixelStorage& pixels = imaging::RequirePixels(bitmap, "scale");
+    if (pixels.Width() == width && pixels.Height() == height) return 1;
+    const bool average = (flags & kAverage) != 0 && (width < pixels.Width() || height < pixels.Height());
+    if (!average) {
+      imaging::Replace(*bitmap, imaging::SizedByRepeating(pixels, width, height));
+      return 1;
+    }
+    const bool hasOrder = pixels.Bits() >= 24;
+    imaging::Replace(*bitmap, imaging::SizedByAveraging(pixels, width, height));
+    if (!hasOrder) bitmap->Order = 1;
     return 1;
-  }
-  const bool hasOrder = pixels.Bits() >= 24;
-  imaging::Replace(*bitmap, imaging::SizedByAveraging(pixels, width, height));
-  if (!hasOrder) bitmap->Order = 1;
-  return 1;
+  });
 }
 
 int LEADTOOLS::ResizeBitmap(struct_LEAD_Bitmap* source, struct_LEAD_Bitmap* target) {
-  const PixelStorage& from = imaging::RequirePixels(source, "scale");
-  PixelStorage& to = imaging::RequirePixels(target, "scale into");
-  if (&from == &to) return 1;
-  imaging::ResizeInto(from, source->Order, to, target->Order);
-  return 1;
+  return imaging::Guarded([&] {
+    const PixelStorage& from = imaging::RequirePixels(source, "scale");
+    PixelStorage& to = imaging::RequirePixels(target, "scale into");
+    if (&from == &to) return 1;
+    imaging::ResizeInto(from, source->Order, to, target->Order);
+    return 1;
+  });
 }
 
 int LEADTOOLS::RotateBitmap(struct_LEAD_Bitmap* bitmap, int angle, unsigned int /*flags*/,
