@@ -1,0 +1,33 @@
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "imaging/ltwrap.h"
+#include "imaging/pixels/storage.h"
+
+// Loads the first pages of any bytes as an image in memory. Whatever they are, the service gives pixels or
+// throws its exception. The families are told apart by their first bytes, so one target serves all.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  std::vector<char> file(data, data + size);
+  for (int page = 1; page <= 3; ++page) {
+    for (const int bits : {0, 8}) {
+      struct_LEAD_Bitmap bitmap{};
+      struct_file_information info{};
+      try {
+        _LOADFILEOPTION options{};
+        LEADTOOLS::GetDefaultLoadFileOption(&options);
+        options.PageNumber = page;
+        LEADTOOLS::FileInfoMemory(file.data(), &info, static_cast<long>(size), 1, &options);
+        // Pages that take long for their size alone tell nothing.
+        constexpr std::int64_t kMostPixels = 4'000'000;
+        if (std::int64_t{info.Width} * info.Height > kMostPixels) continue;
+        LEADTOOLS::LoadBitmapMemory(file.data(), &bitmap, bits, page % 2, static_cast<long>(size), &options,
+                                    &info);
+      } catch (CLeadtoolsException* exception) {
+        exception->Delete();
+      }
+      delete bitmap.pStorage;  // as FreeBitmap does
+    }
+  }
+  return 0;
+}
