@@ -2,7 +2,7 @@
 PREFIX ?= /usr/local
 JOBS ?= $(shell nproc)
 
-.PHONY: run test bench lint sanitize install setup
+.PHONY: run test bench lint sanitize fuzz install setup
 
 build:
 	@mkdir -p build
@@ -34,6 +34,16 @@ sanitize: setup
 	cmake --preset sanitize
 	cmake --build build/sanitize -- -j$(JOBS)
 	ctest --preset sanitize -j$(JOBS)
+
+# FUZZ_SECONDS of libFuzzer on every codec, from the files of CORPUS if it is given.
+FUZZ_SECONDS ?= 120
+fuzz:
+	@tools/setup fuzz
+	cmake -S fuzz -B build/fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++
+	cmake --build build/fuzz -- -j$(JOBS)
+	mkdir -p build/fuzz/found
+	build/fuzz/fuzz_load -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=2048 -timeout=10 \
+	  -artifact_prefix=build/fuzz/found/ build/fuzz/found $(CORPUS)
 
 install: setup
 	cmake --preset release
