@@ -16,20 +16,34 @@ std::map<int, CString>& NewestTexts() {
 
 const char* GeneralText(int code) {
   switch (code) {
-    case imaging::kErrorNoMemory: return "Not enough memory";
-    case imaging::kErrorNoBitmap: return "There is no image";
-    case imaging::kErrorInvalidParameter: return "Invalid parameter";
-    case imaging::kErrorFileRead: return "Error reading the file";
-    case imaging::kErrorFileWrite: return "Error writing the file";
-    case imaging::kErrorFileOpen: return "The file can't be opened";
-    case imaging::kErrorFileFormat: return "Unknown file format";
-    case imaging::kErrorPageNotFound: return "The page doesn't exist";
-    case imaging::kErrorCorrupt: return "The file is damaged";
-    case imaging::kErrorUnsupported: return "Unsupported kind of image";
-    case imaging::kErrorLimit: return "The image is too large";
-    case imaging::kErrorUserAbort: return "Ended by the user";
-    case imaging::kErrorInternal: return "Internal error";
-    default: return "";
+    case imaging::kErrorNoMemory:
+      return "Not enough memory";
+    case imaging::kErrorNoBitmap:
+      return "There is no image";
+    case imaging::kErrorInvalidParameter:
+      return "Invalid parameter";
+    case imaging::kErrorFileRead:
+      return "Error reading the file";
+    case imaging::kErrorFileWrite:
+      return "Error writing the file";
+    case imaging::kErrorFileOpen:
+      return "The file can't be opened";
+    case imaging::kErrorFileFormat:
+      return "Unknown file format";
+    case imaging::kErrorPageNotFound:
+      return "The page doesn't exist";
+    case imaging::kErrorCorrupt:
+      return "The file is damaged";
+    case imaging::kErrorUnsupported:
+      return "Unsupported kind of image";
+    case imaging::kErrorLimit:
+      return "The image is too large";
+    case imaging::kErrorUserAbort:
+      return "Ended by the user";
+    case imaging::kErrorInternal:
+      return "Internal error";
+    default:
+      return "";
   }
 }
 

@@ -11,8 +11,8 @@ class LTWRAP_API CLeadtoolsException : public CException {
  public:
   explicit CLeadtoolsException(int code) : m_nError(code) {}
   int GetLastError() const { return m_nError; }
-  /// The text of the newest failure with this code, which names the file or the fault; without one the general
-  /// text of the code. May be empty.
+  /// The text of the newest failure with this code, which names the file or the fault; without one the
+  /// general text of the code. May be empty.
   static CString GetErrorMessage(int code);
   using CException::GetErrorMessage;
 
@@ -29,15 +29,16 @@ enum ErrorCode : int {
   kErrorFileRead = -6,
   kErrorFileWrite = -7,
   kErrorFileOpen = -10,
-  kErrorFileFormat = -9,          ///< not an image, or of a kind that isn't read
+  kErrorFileFormat = -9,  ///< not an image, or of a kind that isn't read
   kErrorPageNotFound = -100,
-  kErrorCorrupt = -101,           ///< damaged so far that nothing can be shown
-  kErrorUnsupported = -14,        ///< known kind, unsupported variant
-  kErrorLimit = -102,             ///< larger than the limits allow
-  kErrorUserAbort = -84,          ///< ended by the user; the default reporters show nothing
+  kErrorCorrupt = -101,     ///< damaged so far that nothing can be shown
+  kErrorUnsupported = -14,  ///< known kind, unsupported variant
+  kErrorLimit = -102,       ///< larger than the limits allow
+  kErrorUserAbort = -84,    ///< ended by the user; the default reporters show nothing
 };
 
 /// Throws a CLeadtoolsException* with the code and remembers the text for GetErrorMessage.
-[[noreturn]] LTWRAP_API void Fail(ErrorCode code, const char* format, ...) __attribute__((format(printf, 2, 3)));
+[[noreturn]] LTWRAP_API void Fail(ErrorCode code, const char* format, ...)
+    __attribute__((format(printf, 2, 3)));
 
 }  // namespace imaging

@@ -18,14 +18,15 @@ class LTWRAP_API LEADTOOLS {
 
   static int GetDefaultLoadFileOption(_LOADFILEOPTION* options);
   /// Describes one page. flags bit 0: count the pages too. Throws if the file can't be shown.
-  static int FileInfo(const char* path, struct_file_information* info, unsigned int flags, _LOADFILEOPTION* options);
+  static int FileInfo(const char* path, struct_file_information* info, unsigned int flags,
+                      _LOADFILEOPTION* options);
   static int FileInfoMemory(char* buffer, struct_file_information* info, long size, unsigned int flags,
                             _LOADFILEOPTION* options);
-  /// Decodes one page into a record, whose former contents are not freed. bits 0 keeps the page's own depth; 8
-  /// expands a bilevel page; other depths are the file's own, held in the nearest depth in memory. order is a
-  /// wish: the record's Order tells what was delivered. info, if given, is filled.
-  static int LoadBitmapA(const char* path, struct_LEAD_Bitmap* bitmap, int bits, int order, _LOADFILEOPTION* options,
-                         struct_file_information* info);
+  /// Decodes one page into a record, whose former contents are not freed. bits 0 keeps the page's own depth;
+  /// 8 expands a bilevel page; other depths are the file's own, held in the nearest depth in memory. order is
+  /// a wish: the record's Order tells what was delivered. info, if given, is filled.
+  static int LoadBitmapA(const char* path, struct_LEAD_Bitmap* bitmap, int bits, int order,
+                         _LOADFILEOPTION* options, struct_file_information* info);
   static int LoadBitmapMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, int order, long size,
                               _LOADFILEOPTION* options, struct_file_information* info);
 
@@ -59,17 +60,18 @@ class LTWRAP_API LEADTOOLS {
   static int GrayScaleBitmap(struct_LEAD_Bitmap* bitmap, int bits);
   /// A global memory handle, owned by the caller, with header, colour table and rows bottom-up.
   static void* ConvertToDIB(struct_LEAD_Bitmap* bitmap);
-  /// Fills the record from such a handle and takes the handle over. If it throws, the handle stays the caller's.
+  /// Fills the record from such a handle and takes the handle over. If it throws, the handle stays the
+  /// caller's.
   static int ChangeFromDIB(struct_LEAD_Bitmap* target, void* dib);
 
   // Paint (leadtools_paint.cpp)
 
   /// A palette with the bitmap's colours; the caller deletes it.
   static HPALETTE CreatePaintPalette(HDC dc, struct_LEAD_Bitmap* bitmap);
-  /// Draws the source rectangle (null: the whole bitmap) scaled into the destination rectangle, limited to the
-  /// destination clip (null: none): averaged on reduction, exact pixels on enlargement.
-  static int PaintDC(HDC dc, struct_LEAD_Bitmap* bitmap, tagRECT* source, tagRECT* sourceClip, tagRECT* destination,
-                     tagRECT* destinationClip, unsigned long rasterOperation);
+  /// Draws the source rectangle (null: the whole bitmap) scaled into the destination rectangle, limited to
+  /// the destination clip (null: none): averaged on reduction, exact pixels on enlargement.
+  static int PaintDC(HDC dc, struct_LEAD_Bitmap* bitmap, tagRECT* source, tagRECT* sourceClip,
+                     tagRECT* destination, tagRECT* destinationClip, unsigned long rasterOperation);
 
   // Save (leadtools_files.cpp)
 

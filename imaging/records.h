@@ -6,7 +6,8 @@ namespace imaging {
 class PixelStorage;
 }
 
-/// The imaging library's records: plain data, copied by assignment. A uStructSize is a mark, not a checked size.
+/// The imaging library's records: plain data, copied by assignment. A uStructSize is a mark, not a checked
+/// size.
 namespace leadtools12 {
 
 /// Header of a bitmap with a reference to its pixels. A copied header refers to the same pixels; exactly one
@@ -18,10 +19,10 @@ struct struct_LEAD_Bitmap {
   int BitsPerPixel;  ///< in memory: 1, 4, 8, 24 or 32
   DWORD Flags;       ///< bit 0: Allocated, the record holds pixels
   HPALETTE hPalette;
-  int ViewPerspective;  ///< 0 normal, else the orientation number 2 to 8 of TIFF and Exif
-  int Order;            ///< of 24 and 32 bits: 0 red first, 1 blue first
-  int XResolution;      ///< dots per inch, 0 unknown
-  int YResolution;      ///< dots per inch, 0 unknown
+  int ViewPerspective;              ///< 0 normal, else the orientation number 2 to 8 of TIFF and Exif
+  int Order;                        ///< of 24 and 32 bits: 0 red first, 1 blue first
+  int XResolution;                  ///< dots per inch, 0 unknown
+  int YResolution;                  ///< dots per inch, 0 unknown
   imaging::PixelStorage* pStorage;  ///< owned by the record for which Allocated counts
 };
 

@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kScreenWidth = 1200;
 constexpr int kScreenHeight = 800;
-constexpr int kLineStep = 15;  // what an arrow of a scroll bar moves
+constexpr int kLineStep = 15;     // what an arrow of a scroll bar moves
 constexpr int kPageWidth = 2480;  // A4 at 300 dots per inch
 constexpr int kPageHeight = 3508;
 constexpr int kRepeats = 15;
@@ -126,7 +126,8 @@ void BenchRepaint(int bits) {
   int scroll = 0;
   std::snprintf(name, sizeof name, "scroll_step_%dbit_vs_blit", bits);
   Ratio(
-      name, 2.0, [&] { screen.Paint(page, kScreenWidth, height, scroll); }, blit, [&] { scroll += kLineStep; });
+      name, 2.0, [&] { screen.Paint(page, kScreenWidth, height, scroll); }, blit,
+      [&] { scroll += kLineStep; });
 }
 
 void BenchZoomStep(int bits) {

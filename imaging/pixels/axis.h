@@ -17,8 +17,8 @@ struct BoxSpan {
 
 /// How source pixels (length of them) lie on result pixels (size of them) along one axis. A reduction
 /// averages the source interval below each result pixel, its ends weighted by the part covered. So does an
-/// enlargement by less than half: with pixels repeated here and not there, strokes of one width would come out
-/// in two. Otherwise a result pixel takes the source pixel below its centre.
+/// enlargement by less than half: with pixels repeated here and not there, strokes of one width would come
+/// out in two. Otherwise a result pixel takes the source pixel below its centre.
 class LTWRAP_API BoxAxis {
  public:
   /// fraction: bits of a full pixel's weight.

@@ -131,7 +131,7 @@ void ToPixels(std::uint32_t* out, const std::uint8_t* bytes, std::size_t count, 
 }
 
 void RenderAveraged(const RowReader& reader, bool redFirst, const Scaling& scaling, const RECT& part,
-                   std::uint32_t* out, std::ptrdiff_t stride, const Kernels& kernels) {
+                    std::uint32_t* out, std::ptrdiff_t stride, const Kernels& kernels) {
   const auto columns = static_cast<std::size_t>(part.right - part.left);
   const std::size_t rowBytes = columns * static_cast<std::size_t>(reader.Channels());
   BoxScaler scaler(reader, scaling, part.left, static_cast<int>(columns), kernels);

@@ -24,7 +24,8 @@ LRESULT Trace(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   }
   if (message == WM_TIMER) g_trace += "T";
   if (message == WM_LBUTTONDOWN) g_trace += "L";
-  if (message == WM_SIZE) g_trace += "s" + std::to_string(LOWORD(lParam)) + "x" + std::to_string(HIWORD(lParam));
+  if (message == WM_SIZE)
+    g_trace += "s" + std::to_string(LOWORD(lParam)) + "x" + std::to_string(HIWORD(lParam));
   if (message == WM_DESTROY) g_trace += "d";
   return DefWindowProc(window, message, wParam, lParam);
 }
@@ -35,7 +36,8 @@ class QtHost : public ::testing::Test {
     static int argc = 1;
     static char name[] = "host";
     static char* argv[] = {name, nullptr};
-    if (QCoreApplication::instance() == nullptr) new QApplication(argc, argv);  // lives as long as the process
+    if (QCoreApplication::instance() == nullptr)
+      new QApplication(argc, argv);  // lives as long as the process
     const WNDCLASS windowClass = {0, &Trace, 0, 0, nullptr, nullptr, nullptr, nullptr, nullptr, "traced"};
     RegisterClassA(&windowClass);
     g_trace.clear();
@@ -50,7 +52,8 @@ TEST_F(QtHost, MessagesAndTimersRunUnderTheHostsLoop) {
   QWidget host;
   host.resize(300, 200);
   const HWND parent = AfxWindowInWidget(&host);
-  const HWND window = CreateWindowEx(0, "traced", "", WS_CHILD | WS_VISIBLE, 0, 0, 1, 1, parent, nullptr, nullptr, nullptr);
+  const HWND window =
+      CreateWindowEx(0, "traced", "", WS_CHILD | WS_VISIBLE, 0, 0, 1, 1, parent, nullptr, nullptr, nullptr);
   host.show();
   host.resize(320, 240);
   g_trace.clear();
@@ -68,7 +71,8 @@ TEST_F(QtHost, MessagesAndTimersRunUnderTheHostsLoop) {
 TEST_F(QtHost, TheEndOfTheHostsWidgetEndsTheWindow) {
   auto* host = new QWidget;
   const HWND parent = AfxWindowInWidget(host);
-  const HWND window = CreateWindowEx(0, "traced", "", WS_CHILD, 0, 0, 9, 9, parent, nullptr, nullptr, nullptr);
+  const HWND window =
+      CreateWindowEx(0, "traced", "", WS_CHILD, 0, 0, 9, 9, parent, nullptr, nullptr, nullptr);
   PostMessage(window, WM_APP, 1);
   delete host;
   EXPECT_FALSE(IsWindow(window));
@@ -81,7 +85,8 @@ TEST_F(QtHost, AWindowFitsIntoALayout) {
   QWidget host;
   auto* layout = new QVBoxLayout(&host);
   layout->setContentsMargins(0, 0, 0, 0);
-  const HWND window = CreateWindowEx(0, "traced", "", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
+  const HWND window =
+      CreateWindowEx(0, "traced", "", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
   layout->addWidget(AfxGetQWidget(window));
   host.resize(200, 150);
   host.show();
@@ -93,7 +98,8 @@ TEST_F(QtHost, AWindowFitsIntoALayout) {
 }
 
 TEST_F(QtHost, AnExceptionUnderTheHostsLoopReachesTheNextPump) {
-  const HWND window = CreateWindowEx(0, "traced", "", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
+  const HWND window =
+      CreateWindowEx(0, "traced", "", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
   PostMessage(window, WM_APP, 9);
   Exec(20);
   MSG message;
