@@ -173,7 +173,8 @@ bool CViewerFrame::OnKey(int key) {
   return true;
 }
 
-void ReportToStderr(int code, CString text) {
+void ReportToStderr(int code,
+                    CString text) {  // NOLINT(performance-unnecessary-value-param): the callback's shape
   std::fprintf(stderr, "Error ZP%04d: %s\n", code, static_cast<const char*>(text));
 }
 
