@@ -58,7 +58,7 @@ class Sheet {
 
   /// Rows of bits, black is 1.
   std::vector<std::uint8_t> Scan() const {
-    std::vector<std::uint8_t> rows(static_cast<std::size_t>(kColumns / 8) * kRows);
+    std::vector<std::uint8_t> rows(std::size_t{kColumns / 8} * kRows);
     for (int y = 0; y < kRows; ++y)
       for (int x = 0; x < kColumns; ++x)
         if (IsDark(x, 2 * y) || IsDark(x, 2 * y + 1))
