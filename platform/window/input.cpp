@@ -89,11 +89,11 @@ void QueueWheel(HWND window, const QWheelEvent& event) {
   // A touchpad tells of parts of a notch; Alt turns a desktop's vertical wheel into a horizontal one.
   const QPoint delta = event.angleDelta();
   const int turn = delta.y() != 0 ? delta.y() : delta.x();
-  const HWND target = KeyTarget(window);
-  if (turn == 0 || !TakesInput(target)) return;
+  // To the window under the pointer, as people expect on this desktop, not to the one with the keyboard.
+  if (turn == 0 || !TakesInput(window)) return;
   const QPoint global = event.globalPosition().toPoint();
   const UINT flags = MouseFlags(event.buttons(), event.modifiers());
-  Queue::Instance().PostInput({target,
+  Queue::Instance().PostInput({window,
                                WM_MOUSEWHEEL,
                                MAKEWPARAM(static_cast<int>(flags), turn),
                                MAKELPARAM(global.x(), global.y()),
