@@ -1,6 +1,7 @@
 #include <limits>
 
 #include "imagewindow/image_window.h"
+#include "imagewindow/page_source.h"
 #include "imagewindow/square_pixels.h"
 #include "imagewindow/zoom_steps.h"
 
@@ -69,19 +70,14 @@ void CImageWindow::Decode(int page) {
   _LOADFILEOPTION options{};
   LEADTOOLS::GetDefaultLoadFileOption(&options);
   options.PageNumber = page;
-  const bool fromFile = m_strFilePath.IsEmpty() == FALSE;
+  const PageSource source(m_strFilePath, m_pFileBuf, m_nFileBufSize);
   struct_file_information info{};
-  if (fromFile)
-    LEADTOOLS::FileInfo(m_strFilePath, &info, 0, &options);
-  else
-    LEADTOOLS::FileInfoMemory(m_pFileBuf, &info, m_nFileBufSize, kCountPages, &options);
+  source.Describe(&info, source.IsFile() ? 0 : kCountPages, &options);
   m_bMultiLevel = info.BitsPerPixel != 1;
-  const int bits = m_bMultiLevel ? info.BitsPerPixel : kBilevelDepthInMemory;
-  const int order = m_bMultiLevel ? 1 : 0;
-  if (fromFile)
-    LEADTOOLS::LoadBitmapA(m_strFilePath, &m_Bitmap, bits, order, &options, nullptr);
+  if (m_bMultiLevel)
+    source.Load(&m_Bitmap, info.BitsPerPixel, 1, &options);
   else
-    LEADTOOLS::LoadBitmapMemory(m_pFileBuf, &m_Bitmap, bits, order, m_nFileBufSize, &options, nullptr);
+    source.Load(&m_Bitmap, kBilevelDepthInMemory, 0, &options);
   if (m_Bitmap.ViewPerspective != 0) LEADTOOLS::ChangeBitmapViewPerspective(nullptr, &m_Bitmap, 0);
 }
 
@@ -111,6 +107,7 @@ bool CImageWindow::LoadPage(int page) {
   m_nCurrPage = page;
   if (NeedsSmartBitmap()) DoSmartResizing();
   if (!zoom::IsLegalWholePercent(m_dScaleFactor)) ZoomToScaleFactor(1.0);
+  if (m_nRotation != 0) Rotate(m_nRotation, false);
   UpdateScroll();
   SetScrollPos(CPoint(0, 0), TRUE);
   if (!HasPage())

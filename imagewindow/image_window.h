@@ -70,6 +70,8 @@ class TESSAREL_API CImageWindow : public CWnd {
   int GetFitMode() const { return m_nFitMode; }
   void SetMouseMode(int mode);
   int GetMouseMode() const { return m_nMouseMode; }
+  /// Turns the page by quarter turns, clockwise. store: the pages that come are turned too. The source isn't.
+  bool Rotate(int degrees, bool store);
 
   // State, for hosts to read.
 
