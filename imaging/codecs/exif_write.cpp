@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -108,8 +110,9 @@ std::vector<std::uint8_t> MakeExifSegment(const ExifData& exif, int width, int h
   std::vector<std::uint8_t> tiff = {'I', 'I', 42, 0, kFirstDirectory, 0, 0, 0};
   main.Write(tiff, kFirstDirectory);
   ExifDirectory(width, height).Write(tiff, second);
-  std::vector<std::uint8_t> segment = {'E', 'x', 'i', 'f', 0, 0};
-  segment.insert(segment.end(), tiff.begin(), tiff.end());
+  constexpr std::array<std::uint8_t, 6> kName = {'E', 'x', 'i', 'f', 0, 0};
+  std::vector<std::uint8_t> segment(kName.size() + tiff.size());
+  std::copy(tiff.begin(), tiff.end(), std::copy(kName.begin(), kName.end(), segment.begin()));
   return segment;
 }
 
