@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "imaging/codecs/codec.h"
-#include "imaging/codecs/png_write.h"
+#include "imaging/codecs/writer.h"
 #include "imaging/guard.h"
 #include "imaging/ltwrap.h"
 #include "imaging/source.h"
@@ -104,20 +104,18 @@ int LEADTOOLS::GetDefaultSaveFileOption(_SAVEFILEOPTION* options) {
   return 1;
 }
 
-int LEADTOOLS::SaveBitmap(const char* path, struct_LEAD_Bitmap* bitmap, int format, int bits, int /*quality*/,
+int LEADTOOLS::SaveBitmap(const char* path, struct_LEAD_Bitmap* bitmap, int format, int bits, int quality,
                           _SAVEFILEOPTION* options) {
   return imaging::Guarded([&] {
     if (path == nullptr || *path == '\0') Fail(kErrorInvalidParameter, "No file name was given");
     if (bitmap == nullptr || (bitmap->Flags & leadtools12::kAllocated) == 0 || bitmap->pStorage == nullptr)
       Fail(kErrorNoBitmap, "%s: there is no image to write", path);
-    if (format != kFormatPng)
-      Fail(kErrorUnsupported, "%s: files of format %d can't be written", path, format);
     if (bits != 0 && bits != bitmap->BitsPerPixel)
       Fail(kErrorUnsupported, "%s: an image of %d bits can't be written with %d", path, bitmap->BitsPerPixel,
            bits);
-    if (options != nullptr && options->PageNumber > 1)
-      Fail(kErrorUnsupported, "%s: a PNG file has one page", path);
-    WritePng(path, *bitmap->pStorage, bitmap->Order, bitmap->XResolution, bitmap->YResolution);
+    const SavedPage page{*bitmap->pStorage,   bitmap->Order,       bitmap->ViewPerspective,
+                         bitmap->XResolution, bitmap->YResolution, quality};
+    SavePage(path, page, format, options == nullptr ? 1 : options->PageNumber);
     return 1;
   });
 }

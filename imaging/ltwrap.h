@@ -76,7 +76,11 @@ class LTWRAP_API LEADTOOLS {
   // Save (leadtools_files.cpp)
 
   static int GetDefaultSaveFileOption(_SAVEFILEOPTION* options);
-  /// Writes the bitmap as it is held. Format 75 (PNG) is the one written so far.
+  /// Writes the bitmap as it is held, its orientation as a tag where the format has one. Formats: 27 (TIFF
+  /// with group 3 coding, 1 bit), 75 (PNG), 84 (Windows bitmap, RLE for 4 and 8 bits), 87 (TIFF with
+  /// PackBits), 98 (Exif JPEG 4:2:2). bits is 0 or the bitmap's own depth; quality of JPEG 1 to 100, else a
+  /// high one. Page 1 makes a new file, which takes the place of an old one when it is whole; in TIFF the
+  /// next page is added, and an attempt that fails leaves the pages before it.
   static int SaveBitmap(const char* path, struct_LEAD_Bitmap* bitmap, int format, int bits, int quality,
                         _SAVEFILEOPTION* options);
 };

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <span>
+#include <vector>
 
 namespace imaging {
 
@@ -15,5 +16,8 @@ struct ExifData {
 /// Reads the first directory of a TIFF structure as it stands in an Exif segment (Exif 2.3, 4.5). Fields that
 /// are damaged or absent keep their defaults.
 ExifData ReadExif(std::span<const std::uint8_t> tiff);
+
+/// The contents of an APP1 segment for a picture of YCbCr samples.
+std::vector<std::uint8_t> MakeExifSegment(const ExifData& exif, int width, int height);
 
 }  // namespace imaging

@@ -93,15 +93,29 @@ bool TiffDirectories::ReadHeader(std::uint64_t& first) {
   return true;
 }
 
-bool TiffDirectories::ReadNext(std::uint64_t directory, std::uint64_t& next) {
+bool TiffDirectories::FindNextField(std::uint64_t directory, std::uint64_t& field) {
   constexpr std::uint64_t kMostEntries = 65535;
   const int countSize = m_bigTiff ? 8 : 2;
   const unsigned entrySize = m_bigTiff ? 20 : 12;
   std::uint64_t count = 0;
   if (!ReadNumber(directory, countSize, count) || count == 0 || count > kMostEntries) return false;
-  const std::uint64_t end = directory + static_cast<unsigned>(countSize) + count * entrySize;
-  if (!ReadNumber(end, m_bigTiff ? 8 : 4, next)) next = 0;  // a file cut off here still has this page
+  field = directory + static_cast<unsigned>(countSize) + count * entrySize;
   return true;
+}
+
+bool TiffDirectories::ReadNext(std::uint64_t directory, std::uint64_t& next) {
+  std::uint64_t field = 0;
+  if (!FindNextField(directory, field)) return false;
+  if (!ReadNumber(field, m_bigTiff ? 8 : 4, next)) next = 0;  // a file cut off here still has this page
+  return true;
+}
+
+std::uint64_t TiffDirectories::NextField(int page) {
+  const std::uint64_t directory = Offset(page);
+  std::uint64_t field = 0;
+  std::uint64_t next = 0;
+  const bool there = directory != 0 && FindNextField(directory, field);
+  return there && ReadNumber(field, m_bigTiff ? 8 : 4, next) ? field : 0;
 }
 
 bool TiffDirectories::ReadNumber(std::uint64_t offset, int size, std::uint64_t& value) {

@@ -22,6 +22,8 @@ class TiffDirectories {
   /// Offset of the directory of a page, from 1; 0 if there is no such page.
   std::uint64_t Offset(int page);
   int Count();
+  /// Offset of the field of a page's directory that leads to the next; 0 if it isn't there.
+  std::uint64_t NextField(int page);
 
   struct Chain {
     std::vector<std::uint64_t> offsets;
@@ -31,6 +33,7 @@ class TiffDirectories {
  private:
   void Advance();
   bool ReadNext(std::uint64_t directory, std::uint64_t& next);
+  bool FindNextField(std::uint64_t directory, std::uint64_t& field);
   /// A field of the file, by way of the window; false if the file ends before it.
   bool ReadNumber(std::uint64_t offset, int size, std::uint64_t& value);
   bool ReadHeader(std::uint64_t& first);

@@ -1,0 +1,59 @@
+#include "imaging/codecs/writer.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "imaging/codecs/codec.h"
+#include "imaging/exception.h"
+
+namespace imaging {
+namespace {
+
+struct Writer {
+  int format;
+  const char* name;
+  bool bilevelOnly;
+  void (*write)(TargetFile& file, const SavedPage& page);
+  void (*append)(const char* path, const SavedPage& page, int number);  ///< null: files of one page
+};
+
+constexpr Writer kWriters[] = {
+    {kFormatPng, "PNG", false, WritePng, nullptr},
+    {kFormatBmpRle, "Windows bitmap", false, WriteBmp, nullptr},
+    {kFormatExifJpeg422, "JPEG", false, WriteExifJpeg, nullptr},
+    {kFormatTiffG3OneDimensional, "TIFF with group 3 coding", true, WriteTiffG3, AppendTiffG3},
+    {kFormatTiffPackBits, "TIFF with PackBits coding", false, WriteTiffPackBits, AppendTiffPackBits},
+};
+
+}  // namespace
+
+bool HasLinearGrays(const PixelStorage& pixels) {
+  if (pixels.Bits() > 8) return false;
+  const int most = (1 << pixels.Bits()) - 1;
+  for (int i = 0; i <= most; ++i) {
+    const RGBQUAD& color = pixels.Palette()[static_cast<std::size_t>(i)];
+    const int level = i * 255 / most;
+    if (color.rgbRed != level || color.rgbGreen != level || color.rgbBlue != level) return false;
+  }
+  return true;
+}
+
+void SavePage(const char* path, const SavedPage& page, int format, int number) {
+  const auto* writer = std::find_if(std::begin(kWriters), std::end(kWriters),
+                                    [format](const Writer& candidate) { return candidate.format == format; });
+  if (writer == std::end(kWriters))
+    Fail(kErrorUnsupported, "%s: files of format %d can't be written", path, format);
+  if (writer->bilevelOnly && page.pixels.Bits() != 1)
+    Fail(kErrorUnsupported, "%s: %s holds pages of 1 bit, not of %d", path, writer->name, page.pixels.Bits());
+  if (number < 1) Fail(kErrorInvalidParameter, "%s: there is no page %d", path, number);
+  if (number > 1) {
+    if (writer->append == nullptr) Fail(kErrorUnsupported, "%s: a %s file has one page", path, writer->name);
+    writer->append(path, page, number);
+    return;
+  }
+  TargetFile file(path);
+  writer->write(file, page);
+  file.Complete();
+}
+
+}  // namespace imaging
