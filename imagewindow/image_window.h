@@ -72,6 +72,10 @@ class TESSAREL_API CImageWindow : public CWnd {
   int GetMouseMode() const { return m_nMouseMode; }
   /// Turns the page by quarter turns, clockwise. store: the pages that come are turned too. The source isn't.
   bool Rotate(int degrees, bool store);
+  /// Writes the source, as it is and not as it is shown, into another file: a copy if both names end alike,
+  /// else all pages into a tif, or one page into a bmp or jpg. Tells the user of success in a message box.
+  /// False after a reported failure or if the user refuses.
+  bool ExportAs(CString target);
 
   // State, for hosts to read.
 
@@ -153,6 +157,8 @@ class TESSAREL_API CImageWindow : public CWnd {
   void MakePixelsSquare();
   void StepTo(int divisor, CPoint position);
   void ScrollBy(int bar, UINT code, UINT* position);
+  bool ExportByCopy(const CString& target);
+  bool ExportPages(const CString& target);
 
   DECLARE_MESSAGE_MAP()
 };

@@ -4,6 +4,7 @@
 
 #include <new>
 
+#include "library/strings.h"
 #include "library/tessarel_ext.h"
 
 HINSTANCE g_hLibraryInstance = nullptr;
@@ -44,7 +45,10 @@ HINSTANCE OwnModule() {
 /// so a 0 is dropped: the library is then merely not in the framework's list.
 class Attachment {
  public:
-  Attachment() { DllMain(OwnModule(), DLL_PROCESS_ATTACH, nullptr); }
+  Attachment() {
+    platform::RegisterStrings(OwnModule(), LibraryStrings());
+    DllMain(OwnModule(), DLL_PROCESS_ATTACH, nullptr);
+  }
   Attachment(const Attachment&) = delete;
   Attachment& operator=(const Attachment&) = delete;
   ~Attachment() { DllMain(g_hLibraryInstance, DLL_PROCESS_DETACH, nullptr); }

@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "platform/base/format_message.h"
+
 namespace {
 
 constexpr const char* kSpaces = " \t\r\n\v\f";
@@ -40,6 +42,22 @@ void CString::Format(const char* format, ...) {
   if (length > 0) std::vsnprintf(result.data(), result.size() + 1, format, again);
   va_end(again);
   m_text = std::move(result);
+}
+
+void CString::FormatMessage(const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  m_text = platform::FormatMessageTemplate(format, args);
+  va_end(args);
+}
+
+void CString::FormatMessage(UINT id, ...) {
+  CString format;
+  format.LoadString(id);
+  va_list args;
+  va_start(args, id);
+  m_text = platform::FormatMessageTemplate(format, args);
+  va_end(args);
 }
 
 CString CString::Left(int count) const {

@@ -43,6 +43,11 @@ class PLATFORM_API CString {
   /// printf-style. The result replaces the text, also when the text itself is an argument.
   void Format(const char* format, ...) __attribute__((format(printf, 2, 3)));
 
+  /// The same with a message template, whose arguments are numbered: %1!s!, %2!d!, %% for a percent sign.
+  void FormatMessage(const char* format, ...);
+  /// With a template of the string resources; empty if there is none.
+  void FormatMessage(UINT id, ...);
+
   CString Left(int count) const;
   CString Right(int count) const;
   CString Mid(int first) const;

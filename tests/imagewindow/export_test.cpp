@@ -1,0 +1,141 @@
+// Export into other files: which way it takes, what the user is asked and told, what stands in the target.
+
+#include <tiffio.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "imagewindow/export_rules.h"
+#include "platform/framework/message_box.h"
+#include "tests/imagewindow/window_fixture.h"
+
+namespace {
+
+struct Box {
+  std::string text;
+  UINT type;
+};
+std::vector<Box>& Boxes() {
+  static std::vector<Box> boxes;
+  return boxes;
+}
+int g_answer = IDOK;
+
+class Export : public ImageWindowTest {
+ protected:
+  void SetUp() override {
+    ImageWindowTest::SetUp();
+    Boxes().clear();
+    g_answer = IDOK;
+    platform::testing::SetMessageBoxAnswer([](const CString& text, UINT type) -> int {
+      Boxes().push_back({static_cast<const char*>(text), type});
+      return g_answer;
+    });
+  }
+  void TearDown() override {
+    platform::testing::SetMessageBoxAnswer(nullptr);
+    ImageWindowTest::TearDown();
+  }
+  std::string Target(const std::string& name) const { return (m_folder / name).string(); }
+  static std::string Bytes(const std::string& path) {
+    std::ostringstream bytes;
+    bytes << std::ifstream(path, std::ios::binary).rdbuf();
+    return bytes.str();
+  }
+  void Open(const std::string& path) {
+    ASSERT_TRUE(window->OpenImageFile(path.c_str()));
+    ASSERT_TRUE(window->LoadPage(1));
+  }
+  /// Width and compression of each page.
+  static std::vector<std::pair<int, int>> PagesOf(const std::string& path) {
+    std::vector<std::pair<int, int>> pages;
+    TIFF* file = TIFFOpen(path.c_str(), "r");
+    if (file == nullptr) return pages;
+    do {
+      std::uint32_t width = 0;
+      std::uint16_t compression = 0;
+      TIFFGetField(file, TIFFTAG_IMAGEWIDTH, &width);
+      TIFFGetField(file, TIFFTAG_COMPRESSION, &compression);
+      pages.emplace_back(static_cast<int>(width), compression);
+    } while (TIFFReadDirectory(file) != 0);
+    TIFFClose(file);
+    return pages;
+  }
+  const std::vector<Page> mixed = {{100, 60}, {40, 30, 8}, {64, 64}};
+  const std::vector<std::pair<int, int>> mixedPages = {
+      {100, COMPRESSION_CCITTFAX3}, {40, COMPRESSION_PACKBITS}, {64, COMPRESSION_CCITTFAX3}};
+};
+
+TEST_F(Export, EqualExtensionsAreAPlainCopy) {
+  const std::string source = WriteFile(mixed);
+  Open(source);
+  EXPECT_TRUE(window->ExportAs(Target("copy.tif").c_str()));
+  EXPECT_EQ(Bytes(Target("copy.tif")), Bytes(source));
+  ASSERT_EQ(Boxes().size(), 1U);
+  EXPECT_EQ(Boxes()[0].text, "File " + source + "\ncopiato su\n" + Target("copy.tif"));
+  EXPECT_EQ(Boxes()[0].type, 64U);
+  EXPECT_FALSE(window->ExportAs(Target("no/such/folder/copy.tif").c_str()));
+  EXPECT_EQ(Reports().size(), 1U);
+}
+
+TEST_F(Export, EveryPageGoesIntoATifByItsOwnDepth) {
+  Open(WriteFile(mixed, "pages.TIF"));
+  window->Rotate(90, true);  // which export doesn't look at
+  EXPECT_TRUE(window->ExportAs(Target("all.tif").c_str()));
+  EXPECT_EQ(PagesOf(Target("all.tif")), mixedPages);
+  ASSERT_EQ(Boxes().size(), 1U);
+  EXPECT_EQ(Boxes()[0].text, "File convertito con successo");
+}
+
+TEST_F(Export, OntoTheSourceItselfLosesNothing) {
+  Open(WriteFile(mixed, "pages.TIF"));
+  std::filesystem::create_symlink(m_folder / "pages.TIF", m_folder / "link.tif");
+  EXPECT_TRUE(window->ExportAs(Target("./pages.TIF").c_str()));
+  EXPECT_EQ(PagesOf(Target("pages.TIF")), mixedPages);
+  EXPECT_TRUE(window->ExportAs(Target("link.tif").c_str()));
+  EXPECT_EQ(PagesOf(Target("pages.TIF")), mixedPages);
+  EXPECT_TRUE(window->LoadPage(3));
+}
+
+TEST_F(Export, OnePageFormatsAskFirst) {
+  Open(WriteFile(mixed));
+  ASSERT_TRUE(window->LoadPage(2));
+  g_answer = IDCANCEL;
+  EXPECT_FALSE(window->ExportAs(Target("page.bmp").c_str()));
+  ASSERT_EQ(Boxes().size(), 1U);
+  EXPECT_EQ(Boxes()[0].type, 49U);
+  EXPECT_FALSE(std::filesystem::exists(Target("page.bmp")));
+  g_answer = IDOK;
+  EXPECT_TRUE(window->ExportAs(Target("page.BMP").c_str()));
+  struct_file_information info{};
+  LEADTOOLS::FileInfo(Target("page.BMP").c_str(), &info, 1, nullptr);
+  EXPECT_EQ(info.Width, 40) << "the current page";
+  Boxes().clear();
+  Open(WriteFile({{90, 70, 24}}, "one.tif"));
+  EXPECT_TRUE(window->ExportAs(Target("one.jpg").c_str()));
+  EXPECT_EQ(Boxes().size(), 1U) << "a single page needs no question";
+  LEADTOOLS::FileInfo(Target("one.jpg").c_str(), &info, 1, nullptr);
+  EXPECT_EQ(info.Format, 98);
+  EXPECT_TRUE(Reports().empty());
+}
+
+TEST_F(Export, WhatCantBeExportedIsReportedAndWritesNothing) {
+  Open(WriteFile(mixed));
+  for (const char* name : {"page.gif", "page", "page.tif2"}) {
+    Reports().clear();
+    EXPECT_FALSE(window->ExportAs(Target(name).c_str())) << name;
+    EXPECT_EQ(Reports().size(), 1U) << name;
+    EXPECT_FALSE(std::filesystem::exists(Target(name))) << name;
+  }
+  EXPECT_TRUE(Boxes().empty());
+}
+
+TEST_F(Export, AMemoryImageIsNeverCopied) {
+  std::string block = Bytes(WriteFile(mixed));
+  ASSERT_TRUE(window->OpenImageMemory(block.data(), block.size()));
+  ASSERT_TRUE(window->LoadPage(1));
+  EXPECT_TRUE(window->ExportAs(Target("memory.tif").c_str()));
+  EXPECT_EQ(PagesOf(Target("memory.tif")), mixedPages);
+}
+
+}  // namespace
