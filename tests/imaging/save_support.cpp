@@ -1,5 +1,6 @@
 #include "tests/imaging/save_support.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -114,7 +115,7 @@ int Resolution(TIFF* tiff, std::uint32_t tag) {
 }
 
 Color TiffColor(TIFF* tiff, const Bytes& row, int x) {
-  const int bits = ShortTag(tiff, TIFFTAG_BITSPERSAMPLE);
+  const int bits = std::max(ShortTag(tiff, TIFFTAG_BITSPERSAMPLE), 1);
   const int samples = ShortTag(tiff, TIFFTAG_SAMPLESPERPIXEL);
   const int photometric = ShortTag(tiff, TIFFTAG_PHOTOMETRIC);
   if (photometric == PHOTOMETRIC_RGB) {
