@@ -108,7 +108,8 @@ int LEADTOOLS::SaveBitmap(const char* path, struct_LEAD_Bitmap* bitmap, int form
                           _SAVEFILEOPTION* options) {
   return imaging::Guarded([&] {
     if (path == nullptr || *path == '\0') Fail(kErrorInvalidParameter, "No file name was given");
-    if (bitmap == nullptr || (bitmap->Flags & leadtools12::kAllocated) == 0 || bitmap->pStorage == nullptr)
+    if (bitmap == nullptr || (bitmap->Flags & leadtools12::kAllocated) == 0 ||
+        !PixelStorage::IsLive(bitmap->pStorage))
       Fail(kErrorNoBitmap, "%s: there is no image to write", path);
     if (bits != 0 && bits != bitmap->BitsPerPixel)
       Fail(kErrorUnsupported, "%s: an image of %d bits can't be written with %d", path, bitmap->BitsPerPixel,

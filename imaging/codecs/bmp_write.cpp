@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "imaging/codecs/codec.h"
@@ -23,7 +25,8 @@ void PutU32(std::uint8_t* at, std::uint32_t value) {
 }
 
 std::uint32_t PerMetre(int dotsPerInch) {
-  return dotsPerInch > 0 ? static_cast<std::uint32_t>(std::lround(dotsPerInch / kMetresPerInch)) : 0;
+  const double dots = dotsPerInch > 0 ? dotsPerInch / kMetresPerInch : 0;
+  return static_cast<std::uint32_t>(std::lround(std::min<double>(dots, INT32_MAX)));
 }
 
 std::uint32_t CompressionOf(const PixelStorage& pixels) {

@@ -95,6 +95,7 @@ bool OutputFile::Close() {
 }
 
 TargetFile::TargetFile(const char* path) : m_path(path), m_target(BehindLinks(path)) {
+  m_buffer.reserve(kBuffer);
   RequireReplaceable(path, m_target);
   const std::string folder = FolderOf(m_target);
   Open(folder.c_str());
@@ -133,14 +134,20 @@ void TargetFile::TakePermissions() {
   static_cast<void>(fchmod(m_file.Descriptor(), status.st_mode & rights));
 }
 
+/// Takes no memory, since it is called by C code that an exception must not leave.
 bool TargetFile::Append(std::span<const std::uint8_t> bytes) {
-  m_buffer.append(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  return m_buffer.size() < kBuffer || Flush();
+  if (m_buffer.size() + bytes.size() > kBuffer && !Flush()) return false;
+  if (bytes.size() < kBuffer) {
+    m_buffer.insert(m_buffer.end(), bytes.begin(), bytes.end());
+    return true;
+  }
+  if (!m_file.WriteAt(m_written, bytes)) return false;
+  m_written += static_cast<std::int64_t>(bytes.size());
+  return true;
 }
 
 bool TargetFile::Flush() {
-  const std::span bytes(reinterpret_cast<const std::uint8_t*>(m_buffer.data()), m_buffer.size());
-  if (!m_file.WriteAt(m_written, bytes)) return false;
+  if (!m_file.WriteAt(m_written, m_buffer)) return false;
   m_written += static_cast<std::int64_t>(m_buffer.size());
   m_buffer.clear();
   return true;

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace imaging {
 
@@ -65,7 +67,7 @@ class TargetFile {
   std::string m_target;  ///< behind links
   std::string m_part;    ///< empty: there is no file to remove
   OutputFile m_file;
-  std::string m_buffer;
+  std::vector<std::uint8_t> m_buffer;
   std::int64_t m_written = 0;  ///< by Append, without the buffer
 };
 

@@ -10,19 +10,19 @@ namespace imaging {
 namespace {
 
 struct Writer {
-  int format;
   const char* name;
-  bool bilevelOnly;
   void (*write)(TargetFile& file, const SavedPage& page);
   void (*append)(const char* path, const SavedPage& page, int number);  ///< null: files of one page
+  int format;
+  int mostBits;  ///< per pixel
 };
 
 constexpr Writer kWriters[] = {
-    {kFormatPng, "PNG", false, WritePng, nullptr},
-    {kFormatBmpRle, "Windows bitmap", false, WriteBmp, nullptr},
-    {kFormatExifJpeg422, "JPEG", false, WriteExifJpeg, nullptr},
-    {kFormatTiffG3OneDimensional, "TIFF with group 3 coding", true, WriteTiffG3, AppendTiffG3},
-    {kFormatTiffPackBits, "TIFF with PackBits coding", false, WriteTiffPackBits, AppendTiffPackBits},
+    {"PNG", WritePng, nullptr, kFormatPng, 32},
+    {"Windows bitmap", WriteBmp, nullptr, kFormatBmpRle, 32},
+    {"JPEG", WriteExifJpeg, nullptr, kFormatExifJpeg422, 32},
+    {"TIFF with group 3 coding", WriteTiffG3, AppendTiffG3, kFormatTiffG3OneDimensional, 1},
+    {"TIFF with PackBits coding", WriteTiffPackBits, AppendTiffPackBits, kFormatTiffPackBits, 32},
 };
 
 }  // namespace
@@ -43,8 +43,9 @@ void SavePage(const char* path, const SavedPage& page, int format, int number) {
                                     [format](const Writer& candidate) { return candidate.format == format; });
   if (writer == std::end(kWriters))
     Fail(kErrorUnsupported, "%s: files of format %d can't be written", path, format);
-  if (writer->bilevelOnly && page.pixels.Bits() != 1)
-    Fail(kErrorUnsupported, "%s: %s holds pages of 1 bit, not of %d", path, writer->name, page.pixels.Bits());
+  if (page.pixels.Bits() > writer->mostBits)
+    Fail(kErrorUnsupported, "%s: %s holds pages of %d bit, not of %d", path, writer->name, writer->mostBits,
+         page.pixels.Bits());
   if (number < 1) Fail(kErrorInvalidParameter, "%s: there is no page %d", path, number);
   if (number > 1) {
     if (writer->append == nullptr) Fail(kErrorUnsupported, "%s: a %s file has one page", path, writer->name);

@@ -1,5 +1,6 @@
 #include "tests/imaging/save_support.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -114,7 +115,7 @@ int Resolution(TIFF* tiff, std::uint32_t tag) {
 }
 
 Color TiffColor(TIFF* tiff, const Bytes& row, int x) {
-  const int bits = ShortTag(tiff, TIFFTAG_BITSPERSAMPLE);
+  const int bits = std::max(ShortTag(tiff, TIFFTAG_BITSPERSAMPLE), 1);
   const int samples = ShortTag(tiff, TIFFTAG_SAMPLESPERPIXEL);
   const int photometric = ShortTag(tiff, TIFFTAG_PHOTOMETRIC);
   if (photometric == PHOTOMETRIC_RGB) {
@@ -268,11 +269,28 @@ std::vector<int> ReadRle(const Bytes& file, std::size_t at, const Picture& pictu
   }
 }
 
+std::size_t Index(const Picture& picture, int x, int y) {
+  return static_cast<std::size_t>(y) * static_cast<std::size_t>(picture.width) + static_cast<std::size_t>(x);
+}
+
+Color TableColor(const Bytes& file, int index) {
+  const std::size_t entry = 54 + static_cast<std::size_t>(index) * 4;
+  return {file.at(entry + 2), file.at(entry + 1), file.at(entry), 255};
+}
+
+/// Counts rows from below.
+Color PlainColor(const Bytes& file, std::size_t data, int width, int x, int y) {
+  const std::size_t bits = Little(file, 28, 2);
+  const std::size_t pitch = (static_cast<std::size_t>(width) * bits + 31) / 32 * 4;
+  const std::size_t at = data + static_cast<std::size_t>(y) * pitch + static_cast<std::size_t>(x) * bits / 8;
+  if (bits == 1) return TableColor(file, file.at(at) >> (7 - x % 8) & 1);
+  return {file.at(at + 2), file.at(at + 1), file.at(at), bits == 32 ? file.at(at + 3) : 255};
+}
+
 }  // namespace
 
 Picture ReadBmp(const Bytes& file) {
   Picture picture;
-  const auto bits = static_cast<int>(Little(file, 28, 2));
   const std::size_t data = Little(file, 10, 4);
   picture.width = static_cast<int>(Little(file, 18, 4));
   picture.height = static_cast<int>(Little(file, 22, 4));
@@ -289,30 +307,17 @@ Picture ReadBmp(const Bytes& file) {
     picture.error = "wrong run lengths";
     return picture;
   }
-  const std::size_t pitch = (static_cast<std::size_t>(picture.width * bits) + 31) / 32 * 4;
   for (int y = picture.height - 1; y >= 0; --y)
-    for (int x = 0; x < picture.width; ++x) {
-      const std::size_t row = data + static_cast<std::size_t>(y) * pitch;
-      if (bits >= 24) {
-        const std::size_t at = row + static_cast<std::size_t>(x * bits / 8);
-        picture.colors.push_back(
-            {file.at(at + 2), file.at(at + 1), file.at(at), bits == 32 ? file.at(at + 3) : 255});
-        continue;
-      }
-      const int index = picture.compression != 0 ? indices[static_cast<std::size_t>(y * picture.width + x)]
-                        : bits == 1 ? file.at(row + static_cast<std::size_t>(x / 8)) >> (7 - x % 8) & 1
-                                    : file.at(row + static_cast<std::size_t>(x));
-      const std::size_t entry = 54 + static_cast<std::size_t>(index) * 4;
-      picture.colors.push_back({file.at(entry + 2), file.at(entry + 1), file.at(entry), 255});
-    }
+    for (int x = 0; x < picture.width; ++x)
+      picture.colors.push_back(picture.compression != 0 ? TableColor(file, indices[Index(picture, x, y)])
+                                                        : PlainColor(file, data, picture.width, x, y));
   return picture;
 }
 
 std::string FirstDifference(const Loaded& page, const Picture& picture, int tolerance) {
   if (!picture.error.empty()) return picture.error;
-  return Compare(page, picture.width, picture.height, tolerance, [&](int x, int y) {
-    return picture.colors[static_cast<std::size_t>(y * picture.width + x)];
-  });
+  return Compare(page, picture.width, picture.height, tolerance,
+                 [&](int x, int y) { return picture.colors[Index(picture, x, y)]; });
 }
 
 std::string FirstDifference(const Loaded& page, const Loaded& again, int tolerance) {
