@@ -25,8 +25,8 @@ class ExportedPage {
   struct_LEAD_Bitmap m_bitmap{};
 };
 
-/// Where the pages go. A target that is the source itself, under whatever name, is written beside it and put in its
-/// place at the end, since it is read until then.
+/// Where the pages go. A target that is the source itself, under whatever name, is written beside it and put
+/// in its place at the end, since it is read until then.
 class ExportTarget {
  public:
   ExportTarget(const CString& source, const CString& target) : m_target(target), m_written(target) {
@@ -46,7 +46,8 @@ class ExportTarget {
   /// False if the finished file can't take the source's place.
   bool Finish() const {
     std::error_code error;
-    if (m_isSource) fs::rename(static_cast<const char*>(m_written), static_cast<const char*>(m_target), error);
+    if (m_isSource)
+      fs::rename(static_cast<const char*>(m_written), static_cast<const char*>(m_target), error);
     return !error;
   }
 
@@ -90,7 +91,8 @@ bool CImageWindow::ExportByCopy(const CString& target) {
     return false;
   }
   CString text;
-  text.FormatMessage(IDS_ZP_FILE_COPIED, static_cast<const char*>(m_strFilePath), static_cast<const char*>(target));
+  text.FormatMessage(IDS_ZP_FILE_COPIED, static_cast<const char*>(m_strFilePath),
+                     static_cast<const char*>(target));
   AfxMessageBox(text, MB_ICONINFORMATION);
   return true;
 }
@@ -121,8 +123,10 @@ bool CImageWindow::ExportPages(const CString& target) {
   return false;
 }
 
-bool CImageWindow::ExportAs(CString target) {  // NOLINT(performance-unnecessary-value-param): the interface's shape
-  if (m_strFilePath.IsEmpty() == FALSE && exporting::IsPlainCopy(m_strFilePath, target)) return ExportByCopy(target);
+bool CImageWindow::ExportAs(
+    CString target) {  // NOLINT(performance-unnecessary-value-param): the interface's shape
+  if (m_strFilePath.IsEmpty() == FALSE && exporting::IsPlainCopy(m_strFilePath, target))
+    return ExportByCopy(target);
   if (exporting::KindOf(target) == exporting::Kind::Unknown) {
     CString text;
     text.Format("Il file %s non può essere esportato: il formato dev'essere tif, bmp o jpg.",

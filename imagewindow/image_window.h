@@ -106,6 +106,8 @@ class TESSAREL_API CImageWindow : public CWnd {
   int m_nPrintFormat = 0;
 
  protected:
+  /// Told after a zoom by the wheel. Hands on to the parent, or its parent, if that is a CZoomStatusTarget.
+  virtual void UpdateZoomStatus();
   BOOL PreCreateWindow(CREATESTRUCT& cs) override;
 
   /// Back to nothing open; scale, modes, callback and scroll position stay.
@@ -141,6 +143,9 @@ class TESSAREL_API CImageWindow : public CWnd {
   void OnSize(UINT type, int cx, int cy);
   void OnHScroll(UINT code, UINT position, CScrollBar* bar);
   void OnVScroll(UINT code, UINT position, CScrollBar* bar);
+  BOOL OnMouseWheel(UINT flags, short delta, CPoint point);
+  void OnKeyDown(UINT key, UINT repeat, UINT flags);
+  void OnKeyUp(UINT key, UINT repeat, UINT flags);
 
  private:
   bool HasPage() const { return (m_Bitmap.Flags & leadtools12::kAllocated) != 0; }
@@ -157,6 +162,8 @@ class TESSAREL_API CImageWindow : public CWnd {
   void MakePixelsSquare();
   void StepTo(int divisor, CPoint position);
   void ScrollBy(int bar, UINT code, UINT* position);
+  void ScrollByWheel(int bar, int delta);
+  void TurnPageByWheel(int delta);
   bool ExportByCopy(const CString& target);
   bool ExportPages(const CString& target);
 

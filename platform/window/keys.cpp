@@ -3,6 +3,7 @@
 
 #include "platform/window/detail/keys.h"
 #include "platform/window/detail/queue.h"
+#include "platform/window/window.h"
 
 namespace {
 

@@ -1,0 +1,90 @@
+// Wheel and keys as the desktop sends them, and what they do to scale and position.
+
+#include "imagewindow/zoom_status.h"
+#include "library/resource_ids.h"
+#include "tests/imagewindow/window_fixture.h"
+
+namespace {
+
+/// A frame that counts what it is told.
+class TellingFrame : public CFrameWnd, public CZoomStatusTarget {
+ public:
+  void UpdateZoomStatus() override { ++zooms; }
+  LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
+    if (message == WM_COMMAND) commands.push_back(LOWORD(wParam));
+    return CFrameWnd::WindowProc(message, wParam, lParam);
+  }
+  int zooms = 0;
+  std::vector<UINT> commands;
+};
+
+class Input : public ImageWindowTest {
+ protected:
+  void SetUp() override {
+    ImageWindowTest::SetUp();
+    Show({{2000, 1600}});
+  }
+  void Wheel(UINT keys, int delta) {
+    window->SendMessage(WM_MOUSEWHEEL, MAKEWPARAM(static_cast<int>(keys), delta), 0);
+    platform::testing::PumpUntilIdle();
+  }
+};
+
+TEST_F(Input, TheWheelScrollsZoomsAndAsksForPages) {
+  const int notch = static_cast<int>(3 * 25);
+  Wheel(0, -120);
+  EXPECT_EQ(window->m_ptScroll, CPoint(0, notch));
+  Wheel(MK_SHIFT, -240);
+  EXPECT_EQ(window->m_ptScroll, CPoint(2 * notch, notch));
+  Wheel(0, 120);
+  EXPECT_EQ(window->m_ptScroll, CPoint(2 * notch, 0));
+  Wheel(MK_CONTROL, 120);
+  EXPECT_EQ(window->m_nZoomDivisor, -2);
+  Wheel(MK_CONTROL, 0);
+  EXPECT_EQ(window->m_nZoomDivisor, -1) << "no turn counts as outwards";
+  Wheel(MK_CONTROL | MK_SHIFT, 120);
+  EXPECT_EQ(window->m_nZoomDivisor, -1);
+}
+
+TEST_F(Input, KeysPostScrollMessages) {
+  const struct {
+    int key;
+    CPoint to;
+  } rows[] = {{VK_RIGHT, {515, 400}}, {VK_DOWN, {515, 415}}, {VK_LEFT, {500, 415}},
+              {VK_UP, {500, 400}},    {VK_HOME, {500, 400}}, {VK_END, {500, 400}}};
+  window->SetScrollPos(CPoint(500, 400), 0);
+  for (const auto& row : rows) {
+    const CPoint before = window->m_ptScroll;
+    window->SendMessage(WM_KEYDOWN, static_cast<WPARAM>(row.key), 1);
+    EXPECT_EQ(window->m_ptScroll, before) << "in order with other messages, not at once";
+    platform::testing::PumpUntilIdle();
+    EXPECT_EQ(window->m_ptScroll, row.to) << row.key;
+  }
+  window->SendMessage(WM_KEYDOWN, VK_NEXT, 1);
+  platform::testing::PumpUntilIdle();
+  EXPECT_EQ(window->m_ptScroll.y, 400 + window->m_szClient.cy - window->m_szClient.cy / 4);
+}
+
+TEST_F(Input, TheFrameHearsOfZoomsAndOfPagesAskedFor) {
+  window.reset();
+  frame->DestroyWindow();
+  auto* telling = new TellingFrame;
+  frame = telling;
+  ASSERT_TRUE(frame->Create(nullptr, "host", WS_OVERLAPPEDWINDOW, CRect(0, 0, 1000, 800)));
+  frame->ShowWindow(SW_SHOW);
+  MakeWindow();
+  Show({{2000, 1600}});
+  Wheel(MK_CONTROL, 120);
+  EXPECT_EQ(telling->zooms, 1);
+  Wheel(0, 120);
+  window->ZoomOut();
+  EXPECT_EQ(telling->zooms, 1) << "scrolling and the operations don't tell";
+  platform::testing::PressKey(*window, VK_MENU, false, false, true);
+  for (const int delta : {-120, 120, 0})
+    platform::testing::TurnWheel(*window, {5, 5}, delta, false, false, true);
+  platform::testing::PumpUntilIdle();
+  const std::vector<UINT> expected = {ID_ZP_NEXT_PAGE, ID_ZP_PREV_PAGE};
+  EXPECT_EQ(telling->commands, expected);
+}
+
+}  // namespace
