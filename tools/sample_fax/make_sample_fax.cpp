@@ -62,7 +62,7 @@ class Sheet {
     for (int y = 0; y < kRows; ++y)
       for (int x = 0; x < kColumns; ++x)
         if (IsDark(x, 2 * y) || IsDark(x, 2 * y + 1))
-          rows[static_cast<std::size_t>(y * (kColumns / 8) + x / 8)] |=
+          rows[std::size_t{kColumns / 8} * static_cast<unsigned>(y) + static_cast<unsigned>(x / 8)] |=
               static_cast<std::uint8_t>(0x80 >> x % 8);
     return rows;
   }
