@@ -1,5 +1,5 @@
 #include "imagewindow/image_window.h"
-#include "imagewindow/mouse_rules.h"
+#include "imagewindow/wheel_rules.h"
 #include "imagewindow/zoom_status.h"
 #include "library/resource_ids.h"
 #include "library/wheel_lines.h"
@@ -52,7 +52,7 @@ void CImageWindow::OnKeyUp(UINT key, UINT, UINT) {
 // Wheel
 
 void CImageWindow::ScrollByWheel(int bar, int delta) {
-  const int position = GetScrollPos(bar) + mouse::WheelStep(delta, GetMouseScrollLines());
+  const int position = GetScrollPos(bar) + wheel::WheelStep(delta, GetMouseScrollLines());
   CWnd::SetScrollPos(bar, position, TRUE);
   // The bar has limited the position; the message makes the view follow, in order with all others.
   PostMessage(bar == SB_VERT ? WM_VSCROLL : WM_HSCROLL, MAKEWPARAM(SB_THUMBPOSITION, position));
@@ -65,21 +65,21 @@ void CImageWindow::TurnPageByWheel(int delta) {
 }
 
 BOOL CImageWindow::OnMouseWheel(UINT flags, short delta, CPoint) {
-  switch (mouse::ActionOfWheel(flags, GetKeyState(VK_MENU) < 0)) {
-    case mouse::WheelAction::ScrollVertically:
+  switch (wheel::ActionOfWheel(flags, GetKeyState(VK_MENU) < 0)) {
+    case wheel::WheelAction::ScrollVertically:
       ScrollByWheel(SB_VERT, delta);
       return TRUE;
-    case mouse::WheelAction::ScrollHorizontally:
+    case wheel::WheelAction::ScrollHorizontally:
       ScrollByWheel(SB_HORZ, delta);
       return TRUE;
-    case mouse::WheelAction::Zoom:
+    case wheel::WheelAction::Zoom:
       if (delta > 0)
         ZoomIn();
       else
         ZoomOut();
       UpdateZoomStatus();
       return FALSE;
-    case mouse::WheelAction::TurnPage:
+    case wheel::WheelAction::TurnPage:
       TurnPageByWheel(delta);
       return FALSE;
     default:

@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "benchmarks/imagewindow/ratio.h"
+#include "benchmarks/ratio.h"
 #include "imagewindow/image_window.h"
 #include "platform/framework/app.h"
 #include "platform/framework/frame_wnd.h"

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "benchmarks/imagewindow/ratio.h"
+#include "benchmarks/ratio.h"
 #include "imagewindow/image_window.h"
 #include "platform/base/bitmapinfo.h"
 #include "platform/base/global_memory.h"

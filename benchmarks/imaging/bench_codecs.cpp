@@ -6,69 +6,18 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "benchmarks/imaging/text_page.h"
+#include "benchmarks/ratio.h"
 #include "imaging/ltwrap.h"
 #include "imaging/pixels/storage.h"
 
 // Loading through the service against the codec library alone, on pages of A4 at 300 dots per inch. Both
 // sides are run in turns and their shortest times compared, so that a busy machine slows neither side only.
 namespace {
-
-constexpr int kWidth = 2480;
-constexpr int kHeight = 3508;
-constexpr int kRepeats = 41;
-
-using Action = std::function<void()>;
-
-double Milliseconds(const Action& action) {
-  const auto start = std::chrono::steady_clock::now();
-  action();
-  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-}
-
-void Ratio(
-    const char* name, double target, const Action& ours, const Action& peer, const Action& prepare = [] {}) {
-  double oursBest = 1e9;
-  double peerBest = 1e9;
-  for (int i = 0; i < kRepeats; ++i) {
-    prepare();
-    oursBest = std::min(oursBest, Milliseconds(ours));
-    peerBest = std::min(peerBest, Milliseconds(peer));
-  }
-  std::printf("RATIO %s %.3f %.2f\n", name, oursBest / peerBest, target);
-  std::printf("      %s: %.3f ms against %.3f ms\n", name, oursBest, peerBest);
-}
-
-/// A page of text-like black strokes in lines and words; 1 is black.
-std::vector<std::uint8_t> TextPage() {
-  const std::size_t rowBytes = kWidth / 8;
-  std::vector<std::uint8_t> page(rowBytes * kHeight);
-  unsigned seed = 1;
-  const auto next = [&seed](unsigned limit) {
-    seed = seed * 1664525U + 1013904223U;
-    return (seed >> 8) % limit;
-  };
-  for (int top = 200; top < kHeight - 200; top += 60)
-    for (int left = 200; left < kWidth - 200; left += 26) {
-      if (next(6) == 0) continue;  // a gap between words
-      for (int stroke = 0; stroke < 3; ++stroke) {
-        const int x0 = left + static_cast<int>(next(16));
-        const int slant = static_cast<int>(next(5)) - 2;
-        const int length = 12 + static_cast<int>(next(24));
-        for (int dy = 0; dy < length; ++dy)
-          for (int dx = 0; dx < 4; ++dx) {
-            const int x = x0 + dx + slant * dy / 8;
-            page[static_cast<std::size_t>(top + dy) * rowBytes + static_cast<std::size_t>(x / 8)] |=
-                static_cast<std::uint8_t>(0x80U >> x % 8);
-          }
-      }
-    }
-  return page;
-}
 
 /// A colour picture with soft areas and some noise.
 std::vector<std::uint8_t> ColorPage() {

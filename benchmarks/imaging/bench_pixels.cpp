@@ -7,6 +7,7 @@
 #include <random>
 #include <vector>
 
+#include "benchmarks/ratio.h"
 #include "imaging/ltwrap.h"
 #include "imaging/pixels/paint.h"
 #include "imaging/pixels/scaler.h"
@@ -21,28 +22,7 @@ constexpr int kScreenHeight = 800;
 constexpr int kLineStep = 15;     // what an arrow of a scroll bar moves
 constexpr int kPageWidth = 2480;  // A4 at 300 dots per inch
 constexpr int kPageHeight = 3508;
-constexpr int kRepeats = 15;
 constexpr std::uint32_t kSourceCopy = 0x00cc0020;
-
-double Milliseconds(const std::function<void()>& work) {
-  const auto begin = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
-}
-
-void Ratio(
-    const char* name, double target, const std::function<void()>& ours, const std::function<void()>& peer,
-    const std::function<void()>& before = [] {}) {
-  double best = 1e9;
-  double bestPeer = 1e9;
-  for (int i = 0; i < kRepeats; ++i) {
-    before();
-    best = std::min(best, Milliseconds(ours));
-    bestPeer = std::min(bestPeer, Milliseconds(peer));
-  }
-  std::printf("RATIO %s %.3f %.2f\n", name, best / bestPeer, target);
-  std::fprintf(stderr, "  %s: %.3f ms, peer %.3f ms\n", name, best, bestPeer);
-}
 
 /// Text-like pixels: dark runs on a light ground.
 void FillPage(struct_LEAD_Bitmap& bitmap) {

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "benchmarks/imaging/text_page.h"
+#include "benchmarks/ratio.h"
 #include "imaging/ltwrap.h"
 
 // Export of a page through the service against the codec library alone, on a page of A4 at 300 dots per inch.
@@ -16,44 +18,7 @@
 // compared: what a disk takes to make a file safe is not a matter of coding.
 namespace {
 
-constexpr int kWidth = 2480;
-constexpr int kHeight = 3508;
-constexpr std::size_t kRowBytes = kWidth / 8;
-constexpr int kRepeats = 41;
 constexpr int kG3 = 27;
-
-template <typename Action>
-double Milliseconds(const Action& action) {
-  const auto start = std::chrono::steady_clock::now();
-  action();
-  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-}
-
-/// A page of text-like black strokes in lines and words; 1 is black.
-std::vector<std::uint8_t> TextPage() {
-  std::vector<std::uint8_t> page(kRowBytes * kHeight);
-  unsigned seed = 1;
-  const auto next = [&seed](unsigned limit) {
-    seed = seed * 1664525U + 1013904223U;
-    return (seed >> 8) % limit;
-  };
-  const auto blacken = [&page](int x, int y) {
-    page[static_cast<std::size_t>(y) * kRowBytes + static_cast<std::size_t>(x / 8)] |=
-        static_cast<std::uint8_t>(0x80U >> x % 8);
-  };
-  for (int top = 200; top < kHeight - 200; top += 60)
-    for (int left = 200; left < kWidth - 200; left += 26) {
-      if (next(6) == 0) continue;  // a gap between words
-      for (int stroke = 0; stroke < 3; ++stroke) {
-        const int x = left + static_cast<int>(next(16));
-        const int slant = static_cast<int>(next(5)) - 2;
-        const int length = 12 + static_cast<int>(next(24));
-        for (int dy = 0; dy < length; ++dy)
-          for (int dx = 0; dx < 4; ++dx) blacken(x + dx + slant * dy / 8, top + dy);
-      }
-    }
-  return page;
-}
 
 void WritePage(const std::string& path, int compression, std::vector<std::uint8_t>& page) {
   TIFF* tiff = TIFFOpen(path.c_str(), "w");
@@ -99,13 +64,7 @@ int main() {
   const std::string to = folder + "/g3.tif";
   std::vector<std::uint8_t> page = TextPage();
   WritePage(from, COMPRESSION_CCITTFAX4, page);
-  double ours = 1e9;
-  double library = 1e9;
-  for (int i = 0; i < kRepeats; ++i) {
-    ours = std::min(ours, Milliseconds([&] { Convert(from, to); }));
-    library = std::min(library, Milliseconds([&] { ConvertByLibrary(from, to, page); }));
-  }
-  std::printf("RATIO g4_to_g3_export %.3f 1.3\n", ours / library);
-  std::printf("      g4_to_g3_export: %.3f ms against %.3f ms\n", ours, library);
+  Ratio(
+      "g4_to_g3_export", 1.3, [&] { Convert(from, to); }, [&] { ConvertByLibrary(from, to, page); });
   std::filesystem::remove_all(folder);
 }

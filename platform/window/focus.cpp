@@ -39,10 +39,6 @@ void ForgetInputWindow(HWND window) {
   if (g_capture == window) g_capture = nullptr;
 }
 
-void CaptureLost() {
-  ReleaseCapture();
-}
-
 }  // namespace platform
 
 HWND SetFocus(HWND handle) {

@@ -55,7 +55,7 @@ bool FrameWidget::event(QEvent* event) {
     if (event->type() == QEvent::WindowDeactivate) {
       // The mouse isn't ours any more once another window is at the front.
       const HWND capture = GetCapture();
-      if (capture == m_window || IsChild(m_window, capture)) CaptureLost();
+      if (capture == m_window || IsChild(m_window, capture)) ReleaseCapture();
       SendGuarded(m_window, WM_ACTIVATE, 0, 0);
     }
   }

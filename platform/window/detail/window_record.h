@@ -109,7 +109,6 @@ void RefreshScrollBar(WindowRecord& window, int bar);
 void FocusGained(HWND window);  ///< the desktop gave it the keyboard
 void FocusLost(HWND window);    ///< the desktop took it away
 void ForgetInputWindow(HWND window);
-void CaptureLost();
 
 // Messages
 

@@ -1,14 +1,13 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdint>
-#include <limits>
 
+#include "platform/base/kernel.h"
 #include "platform/base/types.h"
 #include "platform/window/messages.h"
 
 // What the wheel asks for, as arithmetic without windows.
-namespace mouse {
+namespace wheel {
 
 /// What a turn of the wheel does, by the keys that are down with it.
 enum class WheelAction { None, ScrollVertically, ScrollHorizontally, Zoom, TurnPage };
@@ -24,14 +23,13 @@ inline WheelAction ActionOfWheel(UINT flags, bool altDown) {
 }
 
 inline constexpr int kPixelsPerWheelLine = 25;
+inline constexpr UINT kMostWheelLines =
+    100'000;  // "a page at a time" comes as the largest number; no page is longer
 
 /// Pixels that a turn scrolls, towards the user forwards; lines is what the user set for a notch of 120.
-/// Rounded half away from zero.
 inline int WheelStep(int delta, UINT lines) {
-  const std::int64_t product = -std::int64_t{delta} * lines * kPixelsPerWheelLine;
-  const std::int64_t rounded = (product + (product < 0 ? -WHEEL_DELTA / 2 : WHEEL_DELTA / 2)) / WHEEL_DELTA;
-  constexpr std::int64_t kFar = std::numeric_limits<int>::max() / 2;  // a position plus this still fits
-  return static_cast<int>(std::clamp(rounded, -kFar, kFar));
+  return MulDiv(-delta, static_cast<int>(std::min(lines, kMostWheelLines)) * kPixelsPerWheelLine,
+                WHEEL_DELTA);
 }
 
-}  // namespace mouse
+}  // namespace wheel

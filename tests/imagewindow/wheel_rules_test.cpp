@@ -1,14 +1,14 @@
-// What mouse and wheel ask for, by tables.
+// What the wheel asks for, by tables.
 
-#include "imagewindow/mouse_rules.h"
+#include "imagewindow/wheel_rules.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-using mouse::WheelAction;
+using wheel::WheelAction;
 
-TEST(MouseRules, TheFirstRowThatFitsDecidesOverTheWheel) {
+TEST(WheelRules, TheFirstRowThatFitsDecidesOverTheWheel) {
   const struct {
     UINT flags;
     bool alt;
@@ -28,18 +28,18 @@ TEST(MouseRules, TheFirstRowThatFitsDecidesOverTheWheel) {
       {MK_CONTROL | MK_SHIFT, true, WheelAction::None},
   };
   for (const auto& row : rows)
-    EXPECT_EQ(mouse::ActionOfWheel(row.flags, row.alt), row.action) << row.flags << row.alt;
+    EXPECT_EQ(wheel::ActionOfWheel(row.flags, row.alt), row.action) << row.flags << row.alt;
 }
 
-TEST(MouseRules, WheelStepsAreLinesOf25Pixels) {
+TEST(WheelRules, WheelStepsAreLinesOf25Pixels) {
   const struct {
     int delta;
     UINT lines;
     int step;
   } rows[] = {{120, 3, -75}, {-120, 3, 75}, {-60, 3, 38}, {60, 3, -38},
               {-1, 3, 1},    {0, 3, 0},     {-120, 0, 0}, {-240, 1, 50}};
-  for (const auto& row : rows) EXPECT_EQ(mouse::WheelStep(row.delta, row.lines), row.step) << row.delta;
-  EXPECT_GT(mouse::WheelStep(-32768, 0xFFFFFFFF), 1000000) << "a page at a time is far, not an overflow";
+  for (const auto& row : rows) EXPECT_EQ(wheel::WheelStep(row.delta, row.lines), row.step) << row.delta;
+  EXPECT_GT(wheel::WheelStep(-32768, 0xFFFFFFFF), 1000000) << "a page at a time is far, not an overflow";
 }
 
 }  // namespace
