@@ -4,7 +4,7 @@
 
 #include <new>
 
-#include "library/strings.h"
+#include "library/resources.h"
 #include "library/tessarel_ext.h"
 
 HINSTANCE g_hLibraryInstance = nullptr;
@@ -46,7 +46,7 @@ HINSTANCE OwnModule() {
 class Attachment {
  public:
   Attachment() {
-    platform::RegisterStrings(OwnModule(), LibraryStrings());
+    platform::RegisterResources(OwnModule(), LibraryResources());
     DllMain(OwnModule(), DLL_PROCESS_ATTACH, nullptr);
   }
   Attachment(const Attachment&) = delete;

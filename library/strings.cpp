@@ -1,4 +1,4 @@
-#include "library/strings.h"
+#include "library/resources.h"
 
 #include <array>
 
