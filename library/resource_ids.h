@@ -41,6 +41,16 @@ enum : UINT {
   ID_ZP_TIMER_SAVE_ZOOM = 1011,
 };
 
+// Cursors. Each says what a press of the left button would do, or is doing.
+enum : UINT {
+  IDC_ZP_DRAGGING = 30006,
+  IDC_ZP_DRAG = 30007,
+  IDC_ZP_ZOOM_IN = 30008,
+  IDC_ZP_ZOOM_OUT = 30009,
+  IDC_ZP_ZOOM_LIMIT = 30010,  ///< a click can't zoom any further
+  IDC_ZP_ZOOM_SELECT = 30012,
+};
+
 // Texts that the code names; the rest of the table are prompts of commands.
 enum : UINT {
   IDS_ZP_ONE_FILE_ONLY = 30002,

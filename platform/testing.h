@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 #include "platform/base/export.h"
 #include "platform/base/string.h"
 #include "platform/base/types.h"
@@ -31,6 +33,8 @@ PLATFORM_API void ReleaseMouse(HWND window, POINT point, Button button = Button:
 PLATFORM_API void MoveMouse(HWND window, POINT point, bool leftDown = false);
 PLATFORM_API void TurnWheel(HWND window, POINT point, int delta, bool shift = false, bool control = false,
                             bool alt = false);
+/// Drops files on a window, as another program's user does; false if the window takes none.
+PLATFORM_API bool DropFiles(HWND window, POINT point, std::span<const char* const> paths);
 /// Drags the thumb of a scroll bar to a position: tracking at it, and letting go if asked.
 PLATFORM_API void DragThumb(HWND window, int bar, int position, bool release);
 /// Clicks an arrow (page false) or the trough of a scroll bar.

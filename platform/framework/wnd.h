@@ -3,6 +3,7 @@
 #include "platform/framework/cmd_target.h"
 #include "platform/framework/wnd_messages.h"
 #include "platform/graphics/dc.h"
+#include "platform/window/drop_files.h"
 #include "platform/window/window.h"
 
 class CFrameWnd;
@@ -114,6 +115,7 @@ class PLATFORM_API CWnd : public CCmdTarget {
   static CWnd* GetFocus() { return FromHandle(::GetFocus()); }
   CWnd* SetCapture() { return FromHandle(::SetCapture(m_hWnd)); }
   static CWnd* GetCapture() { return FromHandle(::GetCapture()); }
+  void DragAcceptFiles(BOOL accept = TRUE) { ::DragAcceptFiles(m_hWnd, accept); }
   std::uintptr_t SetTimer(std::uintptr_t id, UINT milliseconds, TIMERPROC procedure = nullptr) {
     return ::SetTimer(m_hWnd, id, milliseconds, procedure);
   }

@@ -5,6 +5,7 @@
 #include "platform/window/detail/queue.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
+#include "platform/window/drop_files.h"
 
 using platform::FindWindowRecord;
 using platform::WindowRecord;
@@ -96,6 +97,9 @@ LRESULT DefWindowProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
       return window->IsChild() && window->parent != nullptr
                  ? SendMessage(window->parent, message, wParam, lParam)
                  : 0;
+    case WM_DROPFILES:
+      DragFinish(reinterpret_cast<HDROP>(wParam));
+      return 0;
     case WM_CANCELMODE:
       if (GetCapture() == handle) ReleaseCapture();
       return 0;

@@ -1,12 +1,15 @@
 #include "platform/testing.h"
 
 #include <QApplication>
+#include <QDropEvent>
 #include <QElapsedTimer>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPixmap>
 #include <QStyle>
 #include <QStyleOptionSlider>
+#include <QUrl>
 #include <QWheelEvent>
 
 #include "platform/window/detail/keys.h"
@@ -142,6 +145,22 @@ void TurnWheel(HWND window, POINT point, int delta, bool shift, bool control, bo
   QWheelEvent event(local, client->mapToGlobal(local), QPoint(), QPoint(0, delta), Qt::NoButton,
                     Modifiers(shift, control, alt), Qt::NoScrollPhase, false);
   QApplication::sendEvent(client, &event);
+}
+
+bool DropFiles(HWND window, POINT point, std::span<const char* const> paths) {
+  ClientWidget* client = ClientOf(window);
+  if (client == nullptr) return false;
+  QMimeData data;
+  QList<QUrl> urls;
+  for (const char* path : paths) urls.append(QUrl::fromLocalFile(path));
+  data.setUrls(urls);
+  const QPoint local(point.x, point.y);
+  QDragEnterEvent enter(local, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(client, &enter);
+  if (!enter.isAccepted()) return false;
+  QDropEvent drop(local, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(client, &drop);
+  return drop.isAccepted();
 }
 
 void DragThumb(HWND window, int bar, int position, bool release) {

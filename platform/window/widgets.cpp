@@ -1,6 +1,7 @@
 #include "platform/window/detail/widgets.h"
 
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -119,6 +120,7 @@ ClientWidget::ClientWidget(HWND window, FrameWidget* parent) : QWidget(parent), 
   setMouseTracking(true);
   setAttribute(Qt::WA_OpaquePaintEvent);
   setAttribute(Qt::WA_InputMethodEnabled, false);
+  setAcceptDrops(true);  // what the window itself doesn't take, its parents are asked for
 }
 
 void ClientWidget::mousePressEvent(QMouseEvent* event) {
@@ -151,6 +153,19 @@ void ClientWidget::contextMenuEvent(QContextMenuEvent* event) {
   // The mouse's context menu follows from WM_RBUTTONUP; only the keyboard's begins here.
   if (m_window == nullptr || event->reason() != QContextMenuEvent::Keyboard || !TakesInput(m_window)) return;
   PostMessage(m_window, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(m_window), -1);
+}
+
+void ClientWidget::dragEnterEvent(QDragEnterEvent* event) {
+  const WindowRecord* record = FindWindowRecord(m_window);
+  const bool takes = record != nullptr && (record->exStyle & WS_EX_ACCEPTFILES) != 0 && TakesInput(m_window);
+  event->setAccepted(takes && CarriesFiles(event->mimeData()));
+}
+
+void ClientWidget::dropEvent(QDropEvent* event) {
+  if (m_window == nullptr || !TakesInput(m_window)) return;
+  event->setDropAction(Qt::CopyAction);  // the files stay where they are
+  event->accept();
+  QueueDrop(m_window, *event);
 }
 
 void ClientWidget::keyPressEvent(QKeyEvent* event) {
