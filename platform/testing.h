@@ -15,6 +15,15 @@ namespace platform::testing {
 using MessageBoxAnswer = int (*)(const CString& text, UINT type);
 PLATFORM_API void SetMessageBoxAnswer(MessageBoxAnswer answer);
 
+/// Takes the place of a tracked pop-up on the screen, after WM_INITMENUPOPUP for it and each sub-menu: the
+/// command that is chosen, 0 for none. One that isn't there or is grey counts as none. Null brings the real
+/// one back.
+using MenuAnswer = int (*)(HMENU menu, HWND owner);
+PLATFORM_API void SetMenuAnswer(MenuAnswer answer);
+/// Opens the menus of a window's bar that lead to a command (WM_INITMENUPOPUP) and chooses it, which posts
+/// WM_COMMAND. False if it isn't there, is grey, or the window is disabled.
+PLATFORM_API bool ChooseMenuItem(HWND topLevel, UINT id);
+
 /// Timers whose period lies within that time become due.
 PLATFORM_API void AdvanceTimers(UINT milliseconds);
 /// Dispatches what is queued and paints what is invalid, until nothing is left; at most so long.
@@ -39,6 +48,9 @@ PLATFORM_API bool DropFiles(HWND window, POINT point, std::span<const char* cons
 PLATFORM_API void DragThumb(HWND window, int bar, int position, bool release);
 /// Clicks an arrow (page false) or the trough of a scroll bar.
 PLATFORM_API void ClickScrollBar(HWND window, int bar, bool forward, bool page);
+
+/// Number of the resource or of the system's cursor (32512 and up); 0 for a dead handle.
+PLATFORM_API UINT CursorId(HCURSOR cursor);
 
 /// Writes what a window shows, bars and children included, as a PNG in device pixels. False if it can't.
 PLATFORM_API bool SaveWindowPicture(HWND window, const char* path);

@@ -4,9 +4,11 @@
 #include "platform/framework/wnd_messages.h"
 #include "platform/graphics/dc.h"
 #include "platform/window/drop_files.h"
+#include "platform/window/menu.h"
 #include "platform/window/window.h"
 
 class CFrameWnd;
+class CMenu;
 class CScrollBar;
 
 /// A window as an object. The object and its window are tied by Create or Attach; destroying the object
@@ -111,6 +113,12 @@ class PLATFORM_API CWnd : public CCmdTarget {
   void GetScrollRange(int bar, int* low, int* high) const { ::GetScrollRange(m_hWnd, bar, low, high); }
   void ShowScrollBar(UINT bar, BOOL show = TRUE) { ::ShowScrollBar(m_hWnd, static_cast<int>(bar), show); }
 
+  /// Null for a window without a bar.
+  CMenu* GetMenu() const;
+  /// Null takes the bar away. The former menu is the caller's.
+  BOOL SetMenu(CMenu* menu);
+  void DrawMenuBar() { ::DrawMenuBar(m_hWnd); }
+
   CWnd* SetFocus() { return FromHandle(::SetFocus(m_hWnd)); }
   static CWnd* GetFocus() { return FromHandle(::GetFocus()); }
   CWnd* SetCapture() { return FromHandle(::SetCapture(m_hWnd)); }
@@ -163,6 +171,8 @@ class PLATFORM_API CWnd : public CCmdTarget {
   void OnRButtonUp(UINT, CPoint) { Default(); }
   BOOL OnMouseWheel(UINT, short, CPoint) { return static_cast<BOOL>(Default()); }
   void OnCaptureChanged(CWnd*) { Default(); }
+  void OnInitMenuPopup(CMenu*, UINT, BOOL) { Default(); }
+  void OnMenuSelect(UINT, UINT, HMENU) { Default(); }
   void OnDropFiles(HDROP) { Default(); }
 
   HWND m_hWndOwner = nullptr;

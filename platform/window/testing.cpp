@@ -12,7 +12,9 @@
 #include <QUrl>
 #include <QWheelEvent>
 
+#include "platform/window/detail/cursors.h"
 #include "platform/window/detail/keys.h"
+#include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/queue.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
@@ -43,15 +45,18 @@ int QtKeyOf(int virtualKey) {
 }
 
 void SendKey(QEvent::Type type, HWND window, int virtualKey, Qt::KeyboardModifiers modifiers) {
-  ClientWidget* client = ClientOf(window);
-  if (client == nullptr) return;
+  // An open menu takes the keyboard whole, and so does a bar that the user has gone to.
+  QWidget* target = QApplication::activePopupWidget();
+  if (target == nullptr) target = dynamic_cast<MenuBar*>(QApplication::focusWidget());
+  if (target == nullptr) target = ClientOf(window);
+  if (target == nullptr) return;
   const bool letter = virtualKey >= 'A' && virtualKey <= 'Z';
   const bool digit = virtualKey >= '0' && virtualKey <= '9';
   QString text;
   if (letter || digit)
     text = QChar(letter && !modifiers.testFlag(Qt::ShiftModifier) ? virtualKey + 32 : virtualKey);
   QKeyEvent event(type, QtKeyOf(virtualKey), modifiers, text);
-  QApplication::sendEvent(client, &event);
+  QApplication::sendEvent(target, &event);
 }
 
 Qt::MouseButton QtButton(Button button) {
@@ -180,6 +185,10 @@ void ClickScrollBar(HWND window, int bar, bool forward, bool page) {
   else
     widget->triggerAction(forward ? QAbstractSlider::SliderSingleStepAdd
                                   : QAbstractSlider::SliderSingleStepSub);
+}
+
+UINT CursorId(HCURSOR cursor) {
+  return CursorNumber(cursor);
 }
 
 bool SaveWindowPicture(HWND window, const char* path) {

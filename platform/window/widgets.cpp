@@ -9,6 +9,7 @@
 #include <QStyle>
 #include <QStyleOptionFrame>
 
+#include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/queue.h"
 #include "platform/window/detail/window_record.h"
 
@@ -70,6 +71,7 @@ void FrameWidget::paintEvent(QPaintEvent*) {
   if ((window->exStyle & WS_EX_CLIENTEDGE) != 0) {
     QStyleOptionFrame option;
     option.initFrom(this);
+    option.rect.setTop(MenuBarHeight(*window));
     option.lineWidth = GetSystemMetrics(SM_CXEDGE);
     option.state |= QStyle::State_Sunken;
     style()->drawPrimitive(QStyle::PE_Frame, &option, &painter, this);
@@ -121,6 +123,18 @@ ClientWidget::ClientWidget(HWND window, FrameWidget* parent) : QWidget(parent), 
   setAttribute(Qt::WA_OpaquePaintEvent);
   setAttribute(Qt::WA_InputMethodEnabled, false);
   setAcceptDrops(true);  // what the window itself doesn't take, its parents are asked for
+}
+
+bool ClientWidget::event(QEvent* event) {
+  // Alt with a letter opens our own bar's menus, but after the program has seen the key; the shortcuts that
+  // Qt makes for a bar would come first.
+  if (event->type() == QEvent::ShortcutOverride && HasMenuBar(GetTopLevelWindow(m_window)) &&
+      static_cast<QKeyEvent*>(event)->modifiers() == Qt::AltModifier &&
+      !static_cast<QKeyEvent*>(event)->text().isEmpty()) {
+    event->accept();
+    return true;
+  }
+  return QWidget::event(event);
 }
 
 void ClientWidget::mousePressEvent(QMouseEvent* event) {
@@ -185,7 +199,8 @@ void ClientWidget::focusInEvent(QFocusEvent*) {
 }
 
 void ClientWidget::focusOutEvent(QFocusEvent* event) {
-  if (event->reason() != Qt::PopupFocusReason) FocusLost(m_window);
+  const bool toMenu = event->reason() == Qt::PopupFocusReason || event->reason() == Qt::MenuBarFocusReason;
+  if (!toMenu) FocusLost(m_window);
 }
 
 }  // namespace platform
