@@ -46,6 +46,28 @@ class LTWRAP_API LEADTOOLS {
   static int ChangeBitmapViewPerspective(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source,
                                          int viewPerspective);
 
+  // List of bitmaps (leadtools_list.cpp). A list is a handle that DestroyBitmapList ends; a dead or null one
+  // makes every other call throw. Indices count from 0.
+
+  static int CreateBitmapList(void** list);
+  /// A list with one item for each page of the file; the path is kept. A page is decoded when its item is
+  /// first asked for, so that a damaged one throws there. bits and order as in LoadBitmapA; PageNumber isn't
+  /// looked at; info, if given, describes page 1.
+  static int LoadBitmapList(char* path, void** list, int bits, int order, _LOADFILEOPTION* options,
+                            struct_file_information* info);
+  static int GetBitmapListCount(void* list, unsigned int* count);
+  /// A header of the item's pixels, which stay the list's: the caller frees nothing. They may be changed in
+  /// place. Throws if the page can't be decoded, or the file isn't the one that the list was made of.
+  static int GetBitmapListItem(void* list, unsigned int index, struct_LEAD_Bitmap* bitmap);
+  /// Takes a changed header back. One that refers to other pixels than the item's gives these to the list,
+  /// and the item's own are freed.
+  static int SetBitmapListItem(void* list, unsigned int index, struct_LEAD_Bitmap* bitmap);
+  /// Inserts before the item at index; the count, or all bits set, appends. The list takes the pixels over,
+  /// unless it throws.
+  static int InsertBitmapListItem(void* list, unsigned int index, struct_LEAD_Bitmap* bitmap);
+  /// Frees the list and its pixels. A null or dead handle is left alone.
+  static int DestroyBitmapList(void* list);
+
   // Transform (leadtools_transform.cpp)
 
   /// Scales in place by repeating or dropping pixels.
