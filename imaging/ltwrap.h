@@ -5,6 +5,10 @@
 #include "imaging/records.h"
 #include "platform/base/types.h"
 
+using leadtools12::_LILITEM;
+using leadtools12::_LILITEMOPTION;
+using leadtools12::_LILPICKED;
+using leadtools12::_LILSELOPTION;
 using leadtools12::_LOADFILEOPTION;
 using leadtools12::_SAVEFILEOPTION;
 using leadtools12::struct_file_information;
@@ -105,4 +109,34 @@ class LTWRAP_API LEADTOOLS {
   /// next page is added, and an attempt that fails leaves the pages before it.
   static int SaveBitmap(const char* path, struct_LEAD_Bitmap* bitmap, int format, int bits, int quality,
                         _SAVEFILEOPTION* options);
+
+  // Image-list control (leadtools_imagelist.cpp): a window of class LEADIMGLIST32. Indices count from 0. A
+  // window that is none and an index that isn't there make a call throw.
+  //
+  // Messages to it: WM_USER + 21 with a colour as lParam sets the background, WM_USER + 17 with an index as
+  // wParam brings that item into view. When the user picks an item, by mouse or key, the parent gets
+  // WM_COMMAND: low word the control's id, high word 1024, lParam a _LILPICKED. The parent may clear the list
+  // or destroy the control meanwhile.
+
+  /// Registers the window class. Called before such a window is made, as often as one likes.
+  static void UseImageListControl();
+  /// Appends. The control keeps copies of picture and caption.
+  static int ImgListInsert(HWND window, _LILITEM* item);
+  /// Fills the record. Picture and caption stay the control's, until the item changes.
+  static int ImgListGetItem(HWND window, unsigned int index, _LILITEM* item);
+  /// Changes the fields that uMask names; copies them as ImgListInsert does.
+  static int ImgListSetItem(HWND window, unsigned int index, _LILITEM* item);
+  static int ImgListClear(HWND window);
+  static int ImgListGetItemCount(HWND window);
+  /// Screenfuls of items; 0 if nothing needs scrolling.
+  static int ImgListGetPagesCount(HWND window);
+  /// The screenful in view, from 1. The s-th of ImgListGetPagesCount equal shares of the items is then wholly
+  /// in view; 0 where none is.
+  static int ImgListGetPage(HWND window);
+  /// Scrolls as little as is needed.
+  static int ImgListEnsureVisible(HWND window, int index);
+  static int ImgListGetSelOptions(HWND window, _LILSELOPTION* options);
+  static int ImgListSetSelOptions(HWND window, _LILSELOPTION* options);
+  static int ImgListGetItemOptions(HWND window, _LILITEMOPTION* options);
+  static int ImgListSetItemOptions(HWND window, _LILITEMOPTION* options);
 };

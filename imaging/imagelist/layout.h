@@ -8,8 +8,8 @@
 namespace imaging {
 
 /// Where the cells of an image list stand: rows from the top, as many columns as the width holds, the rest of
-/// the width shared evenly by the gaps. Plain arithmetic in logical units; scroll is how many of them lie above
-/// the client area.
+/// the width shared evenly by the gaps. Plain arithmetic in logical units; scroll is how many of them lie
+/// above the client area.
 struct LTWRAP_API ImageListLayout {
   static constexpr int kGap = 6;  ///< between rows, and at least between columns
 
