@@ -69,7 +69,7 @@ int ImageListLayout::Screen(int scroll) const {
   const int endRow = std::max(firstRow + 1, (scroll + static_cast<int>(client.cy)) / RowPitch());
   const int first = firstRow * columns;
   const int end = std::min(count, endRow * columns);
-  const int share = count / screens;
+  const int share = std::max(1, count / screens);
   const int screen = (first + share - 1) / share;  // the first share that begins in view, from 0
   return screen < screens && (screen + 1) * share <= end ? screen + 1 : 0;
 }

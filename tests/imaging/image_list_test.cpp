@@ -314,6 +314,28 @@ TEST_F(ImageList, ScrollsByBarWheelAndMessage) {
   EXPECT_EQ(GetWindowLong(list, GWL_STYLE) & WS_VSCROLL, 0);
 }
 
+// A bar takes width, and with it perhaps the column that made it needless.
+TEST_F(ImageList, TheBarDependsOnTheSizeAloneNotOnWhatWasBefore) {
+  Fill(4);
+  const struct {
+    int width, height;
+    bool hasBar;
+    int columns;
+  } cases[] = {{140, 486, false, 1}, {140, 485, true, 1},  {246, 246, false, 2},
+               {246, 245, true, 1},  {260, 245, true, 2},  {366, 246, false, 3},
+               {366, 245, true, 2},  {486, 126, false, 4}, {486, 125, true, 3}};
+  for (const SIZE before : {SIZE{90, 60}, SIZE{900, 900}}) {
+    for (const auto& c : cases) {
+      MoveWindow(list, 0, 0, before.cx, before.cy, TRUE);
+      MoveWindow(list, 0, 0, c.width, c.height, TRUE);
+      SCOPED_TRACE(std::to_string(c.width) + " x " + std::to_string(c.height));
+      EXPECT_EQ((GetWindowLong(list, GWL_STYLE) & WS_VSCROLL) != 0, c.hasBar);
+      EXPECT_EQ(Layout().columns, c.columns);
+      EXPECT_EQ(Layout().client.cx, c.width - (c.hasBar ? GetSystemMetrics(SM_CXVSCROLL) : 0));
+    }
+  }
+}
+
 // The callers' rule: with n / screens items to a screenful, those of the screenful in view are in view.
 TEST_F(ImageList, TheScreenfulInViewIsInView) {
   for (const int count : {1, 3, 4, 7, 10, 11, 20}) {
