@@ -27,9 +27,9 @@ bool CImageWindow::ClickZoomsIn() const {
 
 void CImageWindow::ShowZoomCursor() {
   if (ClickZoomsIn())
-    ShowCursor(ZoomInPossible() ? IDC_ZP_ZOOM_IN : IDC_ZP_ZOOM_LIMIT);
+    ShowCursor(ZoomInPossible() ? IDC_ZP_CURSOR_ZOOM_IN : IDC_ZP_CURSOR_ZOOM_LIMIT);
   else
-    ShowCursor(ZoomOutPossible() ? IDC_ZP_ZOOM_OUT : IDC_ZP_ZOOM_LIMIT);
+    ShowCursor(ZoomOutPossible() ? IDC_ZP_CURSOR_ZOOM_OUT : IDC_ZP_CURSOR_ZOOM_LIMIT);
 }
 
 void CImageWindow::SetMouseMode(int mode) {
@@ -39,20 +39,20 @@ void CImageWindow::SetMouseMode(int mode) {
   if (mode == MouseModeNone)
     SetCursor(LoadCursor(nullptr, IDC_ARROW));
   else if (mode == MouseModeDrag)
-    ShowCursor(IDC_ZP_DRAG);
+    ShowCursor(IDC_ZP_CURSOR_HAND);
   else
-    ShowCursor(ClickZoomsIn() ? IDC_ZP_ZOOM_IN : IDC_ZP_ZOOM_OUT);
+    ShowCursor(ClickZoomsIn() ? IDC_ZP_CURSOR_ZOOM_IN : IDC_ZP_CURSOR_ZOOM_OUT);
 }
 
 BOOL CImageWindow::OnSetCursor(CWnd*, UINT, UINT) {
   if (m_bZoomSelect)
-    ShowCursor(IDC_ZP_ZOOM_SELECT);
+    ShowCursor(IDC_ZP_CURSOR_SELECT);
   else if (ClickZooms())
     ShowZoomCursor();
   else if (m_nMouseMode == MouseModeNone)
     SetCursor(LoadCursor(nullptr, IDC_ARROW));
   else if (m_nMouseMode == MouseModeDrag)
-    ShowCursor(IDC_ZP_DRAG);
+    ShowCursor(IDC_ZP_CURSOR_HAND);
   return static_cast<BOOL>(Default());
 }
 
@@ -81,7 +81,7 @@ void CImageWindow::ZoomAt(CPoint point) {
     GetClientRect(client);
     SetScrollPos(mouse::CentredOn(pixel, m_dScaleFactor, client.Size()), TRUE);
   }
-  if (!(in ? ZoomInPossible() : ZoomOutPossible())) ShowCursor(IDC_ZP_ZOOM_LIMIT);
+  if (!(in ? ZoomInPossible() : ZoomOutPossible())) ShowCursor(IDC_ZP_CURSOR_ZOOM_LIMIT);
 }
 
 void CImageWindow::OnLButtonDown(UINT, CPoint point) {
@@ -93,7 +93,7 @@ void CImageWindow::OnLButtonDown(UINT, CPoint point) {
     dc.DrawDragRect(CRect(point, point), kBandSides, nullptr, kBandSides);
   } else if (m_nMouseMode == MouseModeDrag) {
     SetCapture();
-    ShowCursor(IDC_ZP_DRAGGING);
+    ShowCursor(IDC_ZP_CURSOR_GRABBING);
     m_ptDragLast = point;
   } else if (ClickZooms()) {
     ZoomAt(point);
@@ -119,7 +119,7 @@ void CImageWindow::OnLButtonUp(UINT, CPoint) {
     ReleaseCapture();
     ZoomToSelection();
   } else if (m_nMouseMode == MouseModeDrag) {
-    ShowCursor(IDC_ZP_DRAG);
+    ShowCursor(IDC_ZP_CURSOR_HAND);
     ReleaseCapture();
   }
   Default();

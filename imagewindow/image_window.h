@@ -162,6 +162,7 @@ class TESSAREL_API CImageWindow : public CWnd {
   BOOL OnMouseWheel(UINT flags, short delta, CPoint point);
   void OnKeyDown(UINT key, UINT repeat, UINT flags);
   void OnKeyUp(UINT key, UINT repeat, UINT flags);
+  void OnContextMenu(CWnd* window, CPoint point);
   void OnDropFiles(HDROP drop);
 
  private:

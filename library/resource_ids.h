@@ -40,28 +40,27 @@ enum : UINT {
   ID_APP_ABOUT = 57664,
   ID_APP_EXIT = 57665,
   ID_HELP_FINDER = 57667,
-  AFX_IDS_IDLEMESSAGE = 57345,
   ID_ZP_TIMER_SAVE_ZOOM = 1011,
-};
-
-// Cursors. Each says what a press of the left button would do, or is doing.
-enum : UINT {
-  IDC_ZP_DRAGGING = 30006,
-  IDC_ZP_DRAG = 30007,
-  IDC_ZP_ZOOM_IN = 30008,
-  IDC_ZP_ZOOM_OUT = 30009,
-  IDC_ZP_ZOOM_LIMIT = 30010,  ///< a click can't zoom any further
-  IDC_ZP_ZOOM_SELECT = 30012,
 };
 
 // Texts that the code names; the rest of the table are prompts of commands.
 enum : UINT {
   IDS_ZP_ONE_FILE_ONLY = 30002,
+  IDS_ZP_EXPORT_TITLE = 30035,
+  IDS_ZP_OVERWRITE = 30037,
+  IDS_ZP_ZOOM_RULER = 30038,  ///< never shown: as wide as the zoom pane
+  IDS_ZP_PAGE_RULER = 30039,  ///< never shown: as wide as the page pane
+  IDS_ZP_NO_SUCH_PAGE = 30040,
+  IDS_ZP_OPENING = 30041,
+  IDS_ZP_EXPORTING = 30042,
+  IDS_ZP_SCALE_OUT_OF_RANGE = 30043,
   IDS_ZP_EXPORT_ONE_PAGE = 30044,
   IDS_ZP_EXPORT_DONE = 30045,
   IDS_ZP_COPY_ERROR = 30046,
   IDS_ZP_FILE_COPIED = 30047,
   IDS_ZP_NOT_AVAILABLE = 30059,
+  IDS_ZP_NO_DETAILS = 40032,
+  IDS_ZP_PAGE_CAPTION = 40033,
 };
 
 // Menus, dialogs and pictures. Kinds count apart, so a menu, a cursor and an icon may have one number.
