@@ -53,14 +53,16 @@ PointerPicture SystemCursor(std::uintptr_t id) {
 
 PointerPicture ResourceCursor(HINSTANCE instance, LPCSTR name) {
   const platform::CursorResource* resource = platform::FindCursorResource(instance, name);
-  const QPixmap pixmap = resource == nullptr ? QPixmap() : PixmapOf(resource->picture);
+  if (resource == nullptr) return {};
+  const QPixmap pixmap = PixmapOf(resource->picture);
   if (pixmap.isNull()) return {};
   return {resource->id, QCursor(pixmap, resource->hotSpot.x, resource->hotSpot.y), {}};
 }
 
 PointerPicture ResourceIcon(HINSTANCE instance, LPCSTR name) {
   const platform::IconResource* resource = platform::FindIconResource(instance, name);
-  const QPixmap pixmap = resource == nullptr ? QPixmap() : PixmapOf(resource->picture);
+  if (resource == nullptr) return {};
+  const QPixmap pixmap = PixmapOf(resource->picture);
   if (pixmap.isNull()) return {};
   return {resource->id, {}, QIcon(pixmap)};
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <string>
@@ -237,6 +238,31 @@ TEST_F(Menus, F10OpensAndEscapeCloses) {
   EXPECT_FALSE(Bar()->hasFocus());
   EXPECT_EQ(GetFocus(), window) << "the program's focus has stayed";
   EXPECT_EQ(g_trace, "S- ");
+}
+
+TEST_F(Menus, TheProgramSeesAltKeysBeforeTheBar) {
+  QWidget* client = QApplication::focusWidget();
+  ASSERT_NE(client, nullptr);
+  struct Case {
+    const char* name;
+    int key;
+    Qt::KeyboardModifiers modifiers;
+    const char* text;
+    bool ours;
+  };
+  const Case cases[] = {{"access key", Qt::Key_F, Qt::AltModifier, "f", true},
+                        {"Alt alone, which the bar waits for", Qt::Key_Alt, Qt::AltModifier, "", false},
+                        {"a shortcut of the host", Qt::Key_F, Qt::ControlModifier, "f", false}};
+  const auto isOurs = [client](const Case& c) {
+    QKeyEvent event(QEvent::ShortcutOverride, c.key, c.modifiers, c.text);
+    event.ignore();
+    QApplication::sendEvent(client, &event);
+    return event.isAccepted();
+  };
+  for (const Case& c : cases) EXPECT_EQ(isOurs(c), c.ours) << c.name;
+  SetMenu(window, nullptr);
+  EXPECT_FALSE(isOurs(cases[0])) << "without a bar the host's own menus may want it";
+  SetMenu(window, bar);
 }
 
 TEST_F(Menus, ADisabledWindowOpensNone) {
