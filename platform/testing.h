@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "platform/base/export.h"
 #include "platform/base/string.h"
 #include "platform/base/types.h"
@@ -12,6 +14,9 @@ namespace platform::testing {
 /// back.
 using MessageBoxAnswer = int (*)(const CString& text, UINT type);
 PLATFORM_API void SetMessageBoxAnswer(MessageBoxAnswer answer);
+
+/// Runs once, as soon as the next modal dialog is on the screen: queue its input there, or end it.
+PLATFORM_API void OnNextDialog(std::function<void(HWND dialog)> action);
 
 /// Timers whose period lies within that time become due.
 PLATFORM_API void AdvanceTimers(UINT milliseconds);
@@ -26,6 +31,10 @@ PLATFORM_API void PressKey(HWND window, int virtualKey, bool shift = false, bool
                            bool alt = false);
 PLATFORM_API void ReleaseKey(HWND window, int virtualKey, bool shift = false, bool control = false,
                              bool alt = false);
+/// Each character as a key that types it.
+PLATFORM_API void TypeText(HWND window, const char* text);
+/// The text as an input method hands it over, without keys.
+PLATFORM_API void ComposeText(HWND window, const char* text);
 PLATFORM_API void PressMouse(HWND window, POINT point, Button button = Button::Left, bool shift = false);
 PLATFORM_API void ReleaseMouse(HWND window, POINT point, Button button = Button::Left);
 PLATFORM_API void MoveMouse(HWND window, POINT point, bool leftDown = false);

@@ -18,6 +18,7 @@ namespace platform {
 class FrameWidget;
 class ClientWidget;
 class WindowScrollBar;
+class Control;
 
 struct WindowClass {
   std::string name;
@@ -67,6 +68,8 @@ struct WindowRecord {
   bool paintBegun = false;
   bool inQtPaint = false;
   QSize sentClientSize{-1, -1};
+
+  std::shared_ptr<Control> control;  ///< of a standard control; it has no edge, bars or surface
 
   bool IsChild() const { return (style & WS_CHILD) != 0; }
 };
