@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <span>
 
 #include "platform/base/export.h"
@@ -23,6 +24,8 @@ PLATFORM_API void SetMenuAnswer(MenuAnswer answer);
 /// Opens the menus of a window's bar that lead to a command (WM_INITMENUPOPUP) and chooses it, which posts
 /// WM_COMMAND. False if it isn't there, is grey, or the window is disabled.
 PLATFORM_API bool ChooseMenuItem(HWND topLevel, UINT id);
+/// Runs once, as soon as the next modal dialog is on the screen: queue its input there, or end it.
+PLATFORM_API void OnNextDialog(std::function<void(HWND dialog)> action);
 
 /// Timers whose period lies within that time become due.
 PLATFORM_API void AdvanceTimers(UINT milliseconds);
@@ -37,6 +40,10 @@ PLATFORM_API void PressKey(HWND window, int virtualKey, bool shift = false, bool
                            bool alt = false);
 PLATFORM_API void ReleaseKey(HWND window, int virtualKey, bool shift = false, bool control = false,
                              bool alt = false);
+/// Each character as a key that types it.
+PLATFORM_API void TypeText(HWND window, const char* text);
+/// The text as an input method hands it over, without keys.
+PLATFORM_API void ComposeText(HWND window, const char* text);
 PLATFORM_API void PressMouse(HWND window, POINT point, Button button = Button::Left, bool shift = false);
 PLATFORM_API void ReleaseMouse(HWND window, POINT point, Button button = Button::Left);
 PLATFORM_API void MoveMouse(HWND window, POINT point, bool leftDown = false);

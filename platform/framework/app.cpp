@@ -10,6 +10,19 @@ namespace {
 
 CWinApp* g_app = nullptr;
 
+/// Shows the wait cursor while the count is above 0; the new count.
+int ChangeWaitCursor(int count, int change) {
+  static HCURSOR restore = nullptr;
+  const int changed = count + change;
+  if (changed <= 0) {
+    if (count > 0) SetCursor(restore);
+    return 0;
+  }
+  const HCURSOR former = SetCursor(LoadCursor(nullptr, IDC_WAIT));
+  if (count == 0) restore = former;
+  return changed;
+}
+
 }  // namespace
 
 CWinApp::CWinApp(LPCTSTR name) : m_pszAppName(name == nullptr ? "Tessarel12" : name) {
@@ -17,15 +30,31 @@ CWinApp::CWinApp(LPCTSTR name) : m_pszAppName(name == nullptr ? "Tessarel12" : n
 }
 
 void CWinApp::DoWaitCursor(int change) {
-  m_waitCount = change == 0 ? m_waitCount : m_waitCount + change;
-  static HCURSOR restore = nullptr;
-  if (m_waitCount > 0) {
-    const HCURSOR former = SetCursor(LoadCursor(nullptr, IDC_WAIT));
-    if (change > 0 && m_waitCount == 1) restore = former;
-  } else {
-    m_waitCount = 0;
-    SetCursor(restore);
-  }
+  m_waitCount = ChangeWaitCursor(m_waitCount, change);
+}
+
+namespace {
+
+void WaitCursor(int change) {
+  static int count = 0;  // of a host without an application object
+  if (g_app != nullptr)
+    g_app->DoWaitCursor(change);
+  else
+    count = ChangeWaitCursor(count, change);
+}
+
+}  // namespace
+
+void CCmdTarget::BeginWaitCursor() {
+  WaitCursor(1);
+}
+
+void CCmdTarget::EndWaitCursor() {
+  WaitCursor(-1);
+}
+
+void CCmdTarget::RestoreWaitCursor() {
+  WaitCursor(0);
 }
 
 int CWinApp::DoMessageBox(LPCTSTR text, UINT type, UINT) {

@@ -69,9 +69,25 @@ class PLATFORM_API CCmdTarget : public CObject {
   virtual BOOL OnCmdMsg(UINT id, int code, void* extra, void* handlerInfo);
   static const AFX_MSGMAP* GetThisMessageMap();
 
+  /// Shows the wait cursor until as many calls of EndWaitCursor.
+  void BeginWaitCursor();
+  void EndWaitCursor();
+  /// Shows it again after something else, a message box for one, has changed the cursor.
+  void RestoreWaitCursor();
+
  protected:
   CCmdTarget() = default;
   virtual const AFX_MSGMAP* GetMessageMap() const;
+};
+
+/// While it lives, the wait cursor is shown.
+class PLATFORM_API CWaitCursor : public CCmdTarget {
+ public:
+  CWaitCursor() { BeginWaitCursor(); }
+  CWaitCursor(const CWaitCursor&) = delete;
+  CWaitCursor& operator=(const CWaitCursor&) = delete;
+  ~CWaitCursor() override { EndWaitCursor(); }
+  void Restore() { RestoreWaitCursor(); }
 };
 
 /// Looks through a map and its bases. Null if there is no entry.

@@ -1,6 +1,7 @@
 #include "platform/framework/message_box.h"
 
 #include "platform/framework/app.h"
+#include "platform/framework/wnd.h"
 #include "platform/testing.h"
 #include "platform/window/message_box_internal.h"
 
@@ -25,4 +26,10 @@ int AfxMessageBox(UINT stringId, UINT type, UINT helpId) {
   CString text;
   text.LoadString(stringId);
   return AfxMessageBox(text, type, helpId);
+}
+
+int CWnd::MessageBox(LPCTSTR text, LPCTSTR caption, UINT type) {
+  if (g_answer != nullptr) return g_answer(CString(text), type);
+  return platform::ShowMessageBox(caption == nullptr ? AfxGetAppName() : caption, text == nullptr ? "" : text,
+                                  type);
 }

@@ -10,6 +10,10 @@
 class CFrameWnd;
 class CMenu;
 class CScrollBar;
+class CDataExchange;
+
+/// States of a window in CWnd::m_nFlags.
+enum : UINT { WF_MODALLOOP = 0x08, WF_CONTINUEMODAL = 0x10 };
 
 /// A window as an object. The object and its window are tied by Create or Attach; destroying the object
 /// destroys the window. Handlers of the message map carry the fixed names below; each default calls
@@ -18,6 +22,12 @@ class PLATFORM_API CWnd : public CCmdTarget {
   DECLARE_DYNCREATE(CWnd)
  public:
   HWND m_hWnd = nullptr;
+  UINT m_nFlags = 0;        ///< WF_...
+  int m_nModalResult = -1;  ///< what EndModalLoop was given
+
+  /// For SetWindowPos: before and behind all other windows of the parent.
+  static const CWnd wndTop;
+  static const CWnd wndBottom;
 
   CWnd() = default;
   CWnd(const CWnd&) = delete;
@@ -63,6 +73,26 @@ class PLATFORM_API CWnd : public CCmdTarget {
   BOOL ModifyStyleEx(DWORD remove, DWORD add, UINT flags = 0);
   void SetWindowText(LPCTSTR text) { ::SetWindowText(m_hWnd, text); }
   void GetWindowText(CString& text) const { text = ::GetWindowText(m_hWnd); }
+  void SetFont(CFont* font, BOOL redraw = TRUE);
+  void SetDlgItemText(int id, LPCTSTR text) { ::SetWindowText(::GetDlgItem(m_hWnd, id), text); }
+  void SetDlgItemInt(int id, UINT value, BOOL isSigned = TRUE);
+  int GetDlgItemText(int id, CString& text) const;
+  BOOL IsDialogMessage(MSG* message);
+  /// Over the window given, or the parent, or the screen.
+  void CenterWindow(CWnd* over = nullptr);
+  int MessageBox(LPCTSTR text, LPCTSTR caption = nullptr, UINT type = 0);
+
+  /// Writes the data members into the controls (save FALSE) or reads them back. FALSE if a field holds what
+  /// its member can't.
+  BOOL UpdateData(BOOL save = TRUE);
+  virtual void DoDataExchange(CDataExchange*) {}
+
+  /// Runs messages until EndModalLoop, whose value is the result; -1 after WM_QUIT, which goes on to the loop
+  /// outside.
+  int RunModalLoop(DWORD flags = 0);
+  virtual BOOL ContinueModal() { return (m_nFlags & WF_CONTINUEMODAL) != 0; }
+  virtual void EndModalLoop(int result);
+
   int GetDlgCtrlID() const { return ::GetDlgCtrlID(m_hWnd); }
   CWnd* GetDlgItem(int id) const { return FromHandle(::GetDlgItem(m_hWnd, id)); }
   CWnd* GetParent() const { return FromHandle(::GetParent(m_hWnd)); }
@@ -177,6 +207,10 @@ class PLATFORM_API CWnd : public CCmdTarget {
 
   HWND m_hWndOwner = nullptr;
   WNDPROC m_pfnSuper = nullptr;
+
+ private:
+  struct Marker {};
+  CWnd(Marker, HWND marker) : m_hWnd(marker) {}
 
   DECLARE_MESSAGE_MAP()
 };

@@ -1,4 +1,5 @@
 #include <QtGui/QFont>
+#include <QtGui/QFontDatabase>
 #include <QtGui/QFontMetrics>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QPainter>
@@ -35,10 +36,23 @@ void SetHeight(QFont& font, int height) {
   while (font.pixelSize() > 1 && QFontMetrics(font).height() > size) font.setPixelSize(font.pixelSize() - 1);
 }
 
+// The classic dialog font stands for one pinned family, so that dialogs measure the same on every machine.
+QString FamilyOf(const char* face) {
+  const QString name = QString::fromUtf8(face);
+  if (name.compare(u"MS Sans Serif", Qt::CaseInsensitive) != 0 &&
+      name.compare(u"MS Shell Dlg", Qt::CaseInsensitive) != 0)
+    return name;
+  static const QString pinned = [] {
+    const QString wanted = QStringLiteral("Liberation Sans");
+    return QFontDatabase::hasFamily(wanted) ? wanted : ThemeFont().family();
+  }();
+  return pinned;
+}
+
 QFont ToQFont(const LOGFONTA& log) {
   QFont font = ThemeFont();
   if (log.lfFaceName[0] != '\0')
-    font.setFamily(QString::fromUtf8(log.lfFaceName));
+    font.setFamily(FamilyOf(log.lfFaceName));
   else if ((log.lfPitchAndFamily & 3) == FIXED_PITCH)
     font.setFamily(QStringLiteral("monospace"));
   if ((log.lfPitchAndFamily & 3) == FIXED_PITCH) font.setStyleHint(QFont::TypeWriter);

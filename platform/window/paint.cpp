@@ -109,7 +109,7 @@ void ForgetWindowDCs(HWND window) {
 
 void ClientWidget::paintEvent(QPaintEvent* event) {
   WindowRecord* window = FindWindowRecord(m_window);
-  if (window == nullptr) return;
+  if (window == nullptr || window->control) return;
   if (window->surface.devicePixelRatio() != devicePixelRatioF())
     ResizeSurface(*window);  // moved to another screen
   const QRegion painted = window->invalid;

@@ -24,6 +24,14 @@ constexpr int kPollWaitMs = 10;
 constexpr qint64 kPollGapNs = 200'000;
 constexpr qint64 kLongestWithoutQtMs = 10;
 
+/// A key belongs to the window that has the keyboard when the key's turn comes: what was typed before may
+/// have moved it on.
+void FollowFocus(MSG& message) {
+  if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return;
+  const HWND focus = GetFocus();
+  if (focus != nullptr && GetTopLevelWindow(focus) == GetTopLevelWindow(message.hwnd)) message.hwnd = focus;
+}
+
 }  // namespace
 
 DWORD MessageTime() {
@@ -136,6 +144,7 @@ bool Queue::TakeTimer(MSG* message, HWND window, UINT first, UINT last, bool rem
 
 bool Queue::Take(MSG* message, HWND window, UINT first, UINT last, bool remove) {
   if (TakeFrom(m_posted, message, window, first, last, remove)) return true;
+  if (!m_input.empty()) FollowFocus(m_input.front());
   if (TakeFrom(m_input, message, window, first, last, remove)) return true;
   if (m_quit) {
     *message = {nullptr, WM_QUIT, static_cast<WPARAM>(m_exitCode), 0, MessageTime(), {}, 0};

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDropEvent>
 #include <QElapsedTimer>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -11,13 +12,16 @@
 #include <QStyleOptionSlider>
 #include <QUrl>
 #include <QWheelEvent>
+#include <utility>
 
+#include "platform/window/controls/control.h"
 #include "platform/window/detail/cursors.h"
 #include "platform/window/detail/keys.h"
 #include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/queue.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
+#include "platform/window/dialog_shown_internal.h"
 
 namespace platform::testing {
 namespace {
@@ -44,19 +48,42 @@ int QtKeyOf(int virtualKey) {
   return 0;
 }
 
-void SendKey(QEvent::Type type, HWND window, int virtualKey, Qt::KeyboardModifiers modifiers) {
-  // An open menu takes the keyboard whole, and so does a bar that the user has gone to.
-  QWidget* target = QApplication::activePopupWidget();
-  if (target == nullptr) target = dynamic_cast<MenuBar*>(QApplication::focusWidget());
-  if (target == nullptr) target = ClientOf(window);
-  if (target == nullptr) return;
+/// What the key types, as the desktop tells it.
+QString TextOf(int virtualKey, Qt::KeyboardModifiers modifiers) {
   const bool letter = virtualKey >= 'A' && virtualKey <= 'Z';
   const bool digit = virtualKey >= '0' && virtualKey <= '9';
-  QString text;
-  if (letter || digit)
-    text = QChar(letter && !modifiers.testFlag(Qt::ShiftModifier) ? virtualKey + 32 : virtualKey);
-  QKeyEvent event(type, QtKeyOf(virtualKey), modifiers, text);
-  QApplication::sendEvent(target, &event);
+  if (letter && modifiers.testFlag(Qt::ControlModifier)) return QChar(virtualKey - 'A' + 1);
+  if (letter) return QChar(modifiers.testFlag(Qt::ShiftModifier) ? virtualKey : virtualKey + 32);
+  const bool types = digit || virtualKey == VK_BACK || virtualKey == VK_TAB || virtualKey == VK_RETURN ||
+                     virtualKey == VK_ESCAPE || virtualKey == VK_SPACE;
+  return types ? QString(QChar(virtualKey)) : QString();
+}
+
+/// The widget that the desktop gives a window's keys to: an open list takes them all.
+QWidget* KeyReceiver(HWND window) {
+  if (QWidget* popup = QApplication::activePopupWidget())
+    return popup->focusWidget() != nullptr ? popup->focusWidget() : popup;
+  if (QWidget* bar = dynamic_cast<MenuBar*>(QApplication::focusWidget()))
+    return bar;  // the user has gone to it
+  const std::shared_ptr<Control> control = ControlOf(window);
+  return control ? control->Widget() : ClientOf(window);
+}
+
+void SendKeyEvent(QEvent::Type type, HWND window, int qtKey, Qt::KeyboardModifiers modifiers,
+                  const QString& text) {
+  const QPointer<QWidget> receiver = KeyReceiver(window);
+  if (!receiver) return;
+  if (type == QEvent::KeyPress && QApplication::activePopupWidget() != nullptr) {
+    QKeyEvent first(QEvent::ShortcutOverride, qtKey, modifiers, text);
+    QApplication::sendEvent(receiver, &first);
+    if (!receiver || first.isAccepted()) return;
+  }
+  QKeyEvent event(type, qtKey, modifiers, text);
+  QApplication::sendEvent(receiver, &event);
+}
+
+void SendKey(QEvent::Type type, HWND window, int virtualKey, Qt::KeyboardModifiers modifiers) {
+  SendKeyEvent(type, window, QtKeyOf(virtualKey), modifiers, TextOf(virtualKey, modifiers));
 }
 
 Qt::MouseButton QtButton(Button button) {
@@ -75,8 +102,11 @@ void SendMouse(QEvent::Type type, HWND window, POINT point, Qt::MouseButton butt
   ClientWidget* client = ClientOf(window);
   if (client == nullptr) return;
   const QPoint local(point.x, point.y);
-  QMouseEvent event(type, local, client->mapToGlobal(local), button, buttons, modifiers);
-  QApplication::sendEvent(client, &event);
+  QWidget* receiver =
+      ControlOf(window) && client->childAt(local) != nullptr ? client->childAt(local) : client;
+  QMouseEvent event(type, receiver->mapFrom(client, local), client->mapToGlobal(local), button, buttons,
+                    modifiers);
+  QApplication::sendEvent(receiver, &event);
 }
 
 WindowScrollBar* BarOf(HWND window, int bar) {
@@ -91,6 +121,19 @@ QImage Grab(HWND window) {
 }
 
 }  // namespace
+
+namespace {
+
+std::function<void(HWND)>& NextDialog() {
+  static std::function<void(HWND)> action;
+  return action;
+}
+
+}  // namespace
+
+void OnNextDialog(std::function<void(HWND)> action) {
+  NextDialog() = std::move(action);
+}
 
 void AdvanceTimers(UINT milliseconds) {
   Queue::Instance().AdvanceTimers(milliseconds);
@@ -127,6 +170,23 @@ void PressKey(HWND window, int virtualKey, bool shift, bool control, bool alt) {
 
 void ReleaseKey(HWND window, int virtualKey, bool shift, bool control, bool alt) {
   SendKey(QEvent::KeyRelease, window, virtualKey, Modifiers(shift, control, alt));
+}
+
+void TypeText(HWND window, const char* text) {
+  for (const char32_t c : QString::fromUtf8(text).toUcs4()) {
+    const QString typed = QString::fromUcs4(&c, 1);
+    const int key = c <= 0xff ? typed.toUpper().at(0).unicode() : 0;
+    SendKeyEvent(QEvent::KeyPress, window, key, Qt::NoModifier, typed);
+    SendKeyEvent(QEvent::KeyRelease, window, key, Qt::NoModifier, typed);
+  }
+}
+
+void ComposeText(HWND window, const char* text) {
+  QWidget* receiver = KeyReceiver(window);
+  if (receiver == nullptr) return;
+  QInputMethodEvent event;
+  event.setCommitString(QString::fromUtf8(text));
+  QApplication::sendEvent(receiver, &event);
 }
 
 void PressMouse(HWND window, POINT point, Button button, bool shift) {
@@ -203,3 +263,8 @@ std::uint32_t WindowPixel(HWND window, int x, int y) {
 }
 
 }  // namespace platform::testing
+
+void platform::DialogShown(HWND dialog) {
+  const auto action = std::exchange(platform::testing::NextDialog(), nullptr);
+  if (action) action(dialog);
+}

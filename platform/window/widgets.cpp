@@ -66,7 +66,7 @@ bool FrameWidget::event(QEvent* event) {
 
 void FrameWidget::paintEvent(QPaintEvent*) {
   const WindowRecord* window = FindWindowRecord(m_window);
-  if (window == nullptr) return;
+  if (window == nullptr || window->control) return;
   QPainter painter(this);
   if ((window->exStyle & WS_EX_CLIENTEDGE) != 0) {
     QStyleOptionFrame option;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <map>
 
+#include "platform/window/controls/control.h"
 #include "platform/window/detail/cursors.h"
 #include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/queue.h"
@@ -93,6 +94,7 @@ void Forget(HWND handle) {
 
 HWND CreateWindowRecord(const CREATESTRUCT& wanted, QWidget* hostParent) {
   EnsureApplication();
+  RegisterControls();
   WindowClass* windowClass = FindWindowClass(wanted.lpszClass);
   const bool child = (wanted.style & WS_CHILD) != 0;
   if (windowClass == nullptr) return nullptr;
@@ -271,6 +273,7 @@ std::intptr_t SetWindowLong(HWND handle, int index, std::intptr_t value) {
       break;
     case GWL_STYLE:
       window->style = static_cast<DWORD>(value);
+      if (window->control) SendMessage(handle, WM_STYLECHANGED, static_cast<WPARAM>(index));
       break;
     case GWL_EXSTYLE:
       window->exStyle = static_cast<DWORD>(value);

@@ -58,6 +58,9 @@ enum : UINT {
   SWP_SHOWWINDOW = 64,
   SWP_HIDEWINDOW = 128,
 };
+/// For SetWindowPos in the place of a window: before and behind all others of the parent.
+inline const auto HWND_TOP = static_cast<HWND>(nullptr);
+inline const auto HWND_BOTTOM = reinterpret_cast<HWND>(~std::uintptr_t{0});  // no handle that is given out
 enum : int { GWL_WNDPROC = -4, GWL_ID = -12, GWL_STYLE = -16, GWL_EXSTYLE = -20, GWL_USERDATA = -21 };
 enum : int { GCL_HBRBACKGROUND = -10, GCL_HCURSOR = -12, GCL_HICON = -14, GCL_STYLE = -26 };
 enum : UINT {

@@ -15,11 +15,13 @@ namespace platform {
 namespace {
 
 int EdgeOf(const WindowRecord& window) {
+  if (window.control) return 0;
   if ((window.exStyle & WS_EX_CLIENTEDGE) != 0) return GetSystemMetrics(SM_CXEDGE);
   return window.IsChild() && (window.style & WS_BORDER) != 0 ? GetSystemMetrics(SM_CXBORDER) : 0;
 }
 
 int BarExtent(const WindowRecord& window, int bar) {
+  if (window.control) return 0;
   const DWORD style = bar == SB_HORZ ? WS_HSCROLL : WS_VSCROLL;
   if ((window.style & style) == 0) return 0;
   return GetSystemMetrics(bar == SB_HORZ ? SM_CYHSCROLL : SM_CXVSCROLL);
@@ -127,13 +129,37 @@ BOOL IsWindowVisible(HWND handle) {
   return FALSE;
 }
 
-BOOL SetWindowPos(HWND handle, HWND, int x, int y, int width, int height, UINT flags) {
+namespace {
+
+/// Puts a child into its place among its siblings, and its widget too.
+void Reorder(WindowRecord& window, HWND after) {
+  WindowRecord* parent = FindWindowRecord(window.parent);
+  if (parent == nullptr || after == window.handle) return;
+  auto& order = parent->children;
+  order.erase(std::remove(order.begin(), order.end(), window.handle), order.end());
+  const auto behind = std::find(order.begin(), order.end(), after);
+  if (after == HWND_TOP) {
+    order.insert(order.begin(), window.handle);
+    window.frame->raise();
+  } else if (after == HWND_BOTTOM || behind == order.end()) {
+    order.push_back(window.handle);
+    window.frame->lower();
+  } else {
+    const WindowRecord* above = FindWindowRecord(after);
+    order.insert(behind + 1, window.handle);
+    if (above != nullptr && above->frame) window.frame->stackUnder(above->frame);
+  }
+}
+
+}  // namespace
+
+BOOL SetWindowPos(HWND handle, HWND after, int x, int y, int width, int height, UINT flags) {
   WindowRecord* window = FindWindowRecord(handle);
   if (window == nullptr || !window->frame) return FALSE;
   const QPoint formerPlace = window->frame->pos();
   if ((flags & SWP_NOMOVE) == 0) window->frame->move(x, y);
   if ((flags & SWP_NOSIZE) == 0) window->frame->resize(std::max(width, 0), std::max(height, 0));
-  if ((flags & SWP_NOZORDER) == 0 && window->IsChild()) window->frame->raise();
+  if ((flags & SWP_NOZORDER) == 0 && window->IsChild()) Reorder(*window, after);
   // Qt tells a hidden window its new size only when it is shown; the program hears of it now.
   platform::LayoutWindow(*window);
   window = FindWindowRecord(handle);

@@ -19,6 +19,7 @@ class FrameWidget;
 class ClientWidget;
 class WindowScrollBar;
 class MenuBar;
+class Control;
 
 struct WindowClass {
   std::string name;
@@ -70,6 +71,8 @@ struct WindowRecord {
   bool paintBegun = false;
   bool inQtPaint = false;
   QSize sentClientSize{-1, -1};
+
+  std::shared_ptr<Control> control;  ///< of a standard control; it has no edge, bars or surface
 
   bool IsChild() const { return (style & WS_CHILD) != 0; }
 };

@@ -1,0 +1,359 @@
+#include <QComboBox>
+#include <QLineEdit>
+#include <QListView>
+#include <QTimer>
+#include <algorithm>
+
+#include "platform/window/controls/control.h"
+#include "platform/window/controls/line_field.h"
+#include "platform/window/detail/widgets.h"
+#include "platform/window/detail/window_record.h"
+
+namespace platform {
+namespace {
+
+class ComboControl;
+
+/// Tells its control when the list opens and goes.
+class ComboWidget : public QComboBox {
+ public:
+  explicit ComboWidget(QWidget* parent) : QComboBox(parent) {}
+  void SetControl(ComboControl* control) { m_control = control; }
+  void showPopup() override;
+
+ private:
+  ComboControl* m_control = nullptr;
+};
+
+class ComboControl : public Control {
+ public:
+  ComboControl(HWND window, QWidget* parent) : Control(window, new ComboWidget(parent)) {
+    const bool editable = (Style() & CBS_TYPEMASK) != CBS_DROPDOWNLIST;
+    Combo().SetControl(this);
+    Combo().setEditable(editable);
+    // Long lists: nothing that looks at every item.
+    Combo().setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    auto* list = new QListView(&Combo());
+    list->setUniformItemSizes(true);
+    Combo().setView(list);
+    Combo().view()->window()->installEventFilter(&m_listFilter);
+    QObject::connect(&Combo(), &QComboBox::activated, Context(), [this](int index) { Picked(index); });
+    if (editable) SetUpField();
+  }
+  ~ComboControl() override {
+    if (Widget() != nullptr) Combo().SetControl(nullptr);
+  }
+  ComboControl(const ComboControl&) = delete;
+  ComboControl& operator=(const ComboControl&) = delete;
+
+  LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) override;
+  bool KeepsFocus() const override { return IsDropped(); }
+  bool ListKey(int virtualKey) override;
+
+  void ListOpens() { Notify(CBN_DROPDOWN); }
+
+ protected:
+  QString Text() const override { return Combo().currentText(); }
+  void SetText(const QString& text) override {
+    if (Combo().isEditable()) Combo().setEditText(text);
+  }
+  void KeyDown(int key, Qt::KeyboardModifiers modifiers) override;
+  void Char(char32_t c) override {
+    if (m_field) m_field->Char(c);
+  }
+  void FocusChanged(bool gained) override {
+    if (gained && m_field) Combo().lineEdit()->selectAll();
+    Notify(gained ? CBN_SETFOCUS : CBN_KILLFOCUS);
+  }
+  void FontChanged() override { FitHeight(); }
+  int DialogCode() const override {
+    return m_field ? DLGC_WANTARROWS | DLGC_HASSETSEL | DLGC_WANTCHARS : DLGC_WANTARROWS;
+  }
+  void Resized(int width, int height) override;
+
+ private:
+  /// Sees the end of the list, however it comes about.
+  class ListFilter : public QObject {
+   public:
+    explicit ListFilter(ComboControl& control) : m_control(control) {}
+    bool eventFilter(QObject*, QEvent* event) override {
+      if (event->type() == QEvent::Hide) m_control.ListGone();
+      return false;
+    }
+
+   private:
+    ComboControl& m_control;
+  };
+
+  ComboWidget& Combo() const { return *static_cast<ComboWidget*>(Widget()); }
+  bool IsDropped() const { return Combo().view()->window()->isVisible(); }
+  int Count() const { return Combo().count(); }
+
+  void SetUpField();
+  void FitHeight();
+  void Picked(int index);
+  void ListGone();
+  void Edited();
+  LRESULT Insert(int index, LPARAM text);
+  LRESULT Select(int index);
+  LRESULT TextOfItem(int index, LPARAM buffer, bool copy) const;
+  LRESULT Find(WPARAM after, LPARAM text, bool whole) const;
+  LRESULT HandleList(UINT message, WPARAM wParam, LPARAM lParam);
+
+  ListFilter m_listFilter{*this};
+  std::unique_ptr<LineField> m_field;  ///< of an editable one
+  int m_selection = -1;                ///< typing takes it away, while Qt keeps its own
+  bool m_closing = false;              ///< the list has gone and it isn't known yet whether by a pick
+};
+
+void ComboWidget::showPopup() {
+  if (m_control == nullptr) return;
+  const QPointer<ComboWidget> alive = this;
+  m_control->ListOpens();
+  if (alive && m_control != nullptr) QComboBox::showPopup();
+}
+
+void ComboControl::SetUpField() {
+  QLineEdit& line = *Combo().lineEdit();
+  Combo().setCompleter(nullptr);
+  Combo().setInsertPolicy(QComboBox::NoInsert);
+  // Leaving the field is no pick, even when its text stands in the list.
+  QObject::disconnect(&line, &QLineEdit::editingFinished, &Combo(), nullptr);
+  QObject::disconnect(&line, &QLineEdit::returnPressed, &Combo(), nullptr);
+  m_field = std::make_unique<LineField>(line);
+  QObject::connect(&line, &QLineEdit::textEdited, Context(), [this] { m_field->CutExcess(); });
+  QObject::connect(&line, &QLineEdit::textEdited, Context(), [this] { Edited(); });
+  QObject::connect(&line, &QLineEdit::textChanged, Context(), [this] { m_field->Settle(); });
+}
+
+void ComboControl::Edited() {
+  if (!m_field->Settle()) return;
+  m_selection = -1;
+  Notify(CBN_EDITCHANGE);
+}
+
+void ComboControl::FitHeight() {
+  const WindowRecord* record = FindWindowRecord(Window());
+  if (record == nullptr || !record->frame) return;
+  constexpr int kAroundText = 8;
+  const int height = QFontMetrics(Combo().font()).height() + kAroundText;
+  if (record->frame->height() != height) record->frame->resize(record->frame->width(), height);
+}
+
+void ComboControl::Resized(int width, int height) {
+  constexpr int kFewestItems = 10;
+  const int line = std::max(1, QFontMetrics(Combo().font()).height());
+  const int closed = line + 8;
+  if (height > closed + line)  // the height with the list
+    Combo().setMaxVisibleItems(std::max(kFewestItems, (height - closed) / line));
+  FitHeight();
+  Control::Resized(width, closed);
+}
+
+void ComboControl::KeyDown(int key, Qt::KeyboardModifiers modifiers) {
+  switch (key) {
+    case VK_UP:
+      GiveKey(Combo(), QEvent::KeyPress, Qt::Key_Up, modifiers);
+      return;
+    case VK_DOWN:
+      GiveKey(Combo(), QEvent::KeyPress, Qt::Key_Down, modifiers);
+      return;
+    case VK_PRIOR:
+      GiveKey(Combo(), QEvent::KeyPress, Qt::Key_PageUp, modifiers);
+      return;
+    case VK_NEXT:
+      GiveKey(Combo(), QEvent::KeyPress, Qt::Key_PageDown, modifiers);
+      return;
+    case VK_F1 + 3:
+      GiveKey(Combo(), QEvent::KeyPress, Qt::Key_F4, modifiers);
+      return;
+    default:
+      if (m_field) m_field->KeyDown(key, modifiers);
+  }
+}
+
+void ComboControl::Picked(int index) {
+  const std::shared_ptr<Control> alive = KeepAlive();
+  const bool closing = std::exchange(m_closing, false);
+  m_selection = index;
+  Notify(CBN_SELENDOK);
+  if (IsWindow(Window()) != 0) Notify(CBN_SELCHANGE);
+  if (closing && IsWindow(Window()) != 0) Notify(CBN_CLOSEUP);
+}
+
+void ComboControl::ListGone() {
+  m_closing = true;
+  // A pick is told right after the list has gone; without one it was given up.
+  QTimer::singleShot(0, Context(), [this] {
+    if (!std::exchange(m_closing, false)) return;
+    const std::shared_ptr<Control> alive = KeepAlive();
+    Notify(CBN_SELENDCANCEL);
+    if (IsWindow(Window()) != 0) Notify(CBN_CLOSEUP);
+  });
+}
+
+/// Moving in the open list selects as it goes.
+bool ComboControl::ListKey(int virtualKey) {
+  const int page = std::max(1, Combo().maxVisibleItems() - 1);
+  int index = std::max(m_selection, -1);
+  switch (virtualKey) {
+    case VK_UP:
+      index -= 1;
+      break;
+    case VK_DOWN:
+      index += 1;
+      break;
+    case VK_PRIOR:
+      index -= page;
+      break;
+    case VK_NEXT:
+      index += page;
+      break;
+    default:
+      return false;
+  }
+  if (Count() == 0) return true;
+  index = std::clamp(index, 0, Count() - 1);
+  if (index == m_selection) return true;
+  Select(index);
+  Combo().view()->setCurrentIndex(Combo().model()->index(index, 0));
+  Notify(CBN_SELCHANGE);
+  return true;
+}
+
+LRESULT ComboControl::Insert(int index, LPARAM text) {
+  const auto* chars = reinterpret_cast<const char*>(text);
+  if (chars == nullptr || index > Count()) return CB_ERR;
+  const QString item = QString::fromUtf8(chars);
+  if (index < 0) {
+    index = Count();
+    if ((Style() & CBS_SORT) != 0)
+      for (index = 0; index < Count(); ++index)
+        if (Combo().itemText(index).localeAwareCompare(item) > 0) break;
+  }
+  const bool first = Count() == 0;
+  const QString field = Combo().currentText();
+  Combo().insertItem(index, item);
+  if (first) {  // Qt selects the first item by itself
+    Combo().setCurrentIndex(-1);
+    SetText(field);
+  }
+  if (m_selection >= index) ++m_selection;
+  return index;
+}
+
+LRESULT ComboControl::Select(int index) {
+  m_selection = index >= 0 && index < Count() ? index : -1;
+  Combo().setCurrentIndex(m_selection);
+  if (Combo().isEditable()) {
+    Combo().setEditText(m_selection < 0 ? QString() : Combo().itemText(m_selection));
+    if (GetFocus() == Window()) Combo().lineEdit()->selectAll();
+  }
+  return m_selection;
+}
+
+LRESULT ComboControl::TextOfItem(int index, LPARAM buffer, bool copy) const {
+  if (index < 0 || index >= Count()) return CB_ERR;
+  const std::string text = Combo().itemText(index).toStdString();
+  if (copy && buffer == 0) return CB_ERR;
+  if (copy) text.copy(reinterpret_cast<char*>(buffer), text.size());
+  if (copy) reinterpret_cast<char*>(buffer)[text.size()] = 0;
+  return static_cast<LRESULT>(text.size());
+}
+
+/// From the item after a given one, round to it.
+LRESULT ComboControl::Find(WPARAM after, LPARAM text, bool whole) const {
+  const QString wanted = QString::fromUtf8(reinterpret_cast<const char*>(text));
+  const int start = static_cast<int>(after) + 1;
+  for (int i = 0; i < Count(); ++i) {
+    const int index = (start + i) % Count();
+    const QString item = Combo().itemText(index);
+    if (whole ? item.compare(wanted, Qt::CaseInsensitive) == 0 : item.startsWith(wanted, Qt::CaseInsensitive))
+      return index;
+  }
+  return CB_ERR;
+}
+
+LRESULT ComboControl::HandleList(UINT message, WPARAM wParam, LPARAM lParam) {
+  const int index = static_cast<int>(wParam);
+  switch (message) {
+    case CB_ADDSTRING:
+      return Insert(-1, lParam);
+    case CB_INSERTSTRING:
+      return Insert(index < 0 ? Count() : index, lParam);
+    case CB_DELETESTRING:
+      if (index < 0 || index >= Count()) return CB_ERR;
+      if (m_selection == index) Select(-1);
+      if (m_selection > index) --m_selection;
+      Combo().removeItem(index);
+      return Count();
+    case CB_RESETCONTENT:
+      m_selection = -1;
+      Combo().clear();
+      SetText({});
+      return CB_OKAY;
+    case CB_GETLBTEXT:
+      return TextOfItem(index, lParam, true);
+    case CB_GETLBTEXTLEN:
+      return TextOfItem(index, 0, false);
+    case CB_FINDSTRING:
+    case CB_FINDSTRINGEXACT:
+      return Find(wParam, lParam, message == CB_FINDSTRINGEXACT);
+    case CB_SELECTSTRING: {
+      const LRESULT found = Find(wParam, lParam, false);
+      return found < 0 ? found : Select(static_cast<int>(found));
+    }
+    case CB_GETITEMDATA:
+      if (index < 0 || index >= Count()) return CB_ERR;
+      return static_cast<LRESULT>(Combo().itemData(index).toLongLong());
+    case CB_SETITEMDATA:
+      if (index < 0 || index >= Count()) return CB_ERR;
+      Combo().setItemData(index, QVariant::fromValue<qlonglong>(lParam));
+      return CB_OKAY;
+    default:
+      return Control::Handle(message, wParam, lParam);
+  }
+}
+
+LRESULT ComboControl::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case CB_GETCOUNT:
+      return Count();
+    case CB_GETCURSEL:
+      return m_selection;
+    case CB_SETCURSEL:
+      return Select(static_cast<int>(wParam));
+    case CB_LIMITTEXT:
+      if (m_field) m_field->SetLimit(static_cast<int>(wParam));
+      return TRUE;
+    case CB_GETEDITSEL:
+      if (!m_field) return CB_ERR;
+      return m_field->Selection(reinterpret_cast<DWORD*>(wParam), reinterpret_cast<DWORD*>(lParam));
+    case CB_SETEDITSEL:
+      if (!m_field) return CB_ERR;
+      m_field->Select(GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam));
+      return TRUE;
+    case CB_SHOWDROPDOWN:
+      if (wParam == 0)
+        Combo().hidePopup();
+      else if (!IsDropped())
+        Combo().showPopup();
+      return TRUE;
+    case CB_GETDROPPEDSTATE:
+      return IsDropped() ? TRUE : FALSE;
+    case WM_CONTEXTMENU:
+      if (!m_field) return Control::Handle(message, wParam, lParam);
+      m_field->ShowMenu(lParam);
+      return 0;
+    default:
+      return HandleList(message, wParam, lParam);
+  }
+}
+
+}  // namespace
+
+std::shared_ptr<Control> MakeComboBox(HWND window, QWidget* parent) {
+  return std::make_shared<ComboControl>(window, parent);
+}
+
+}  // namespace platform

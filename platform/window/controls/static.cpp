@@ -1,0 +1,95 @@
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOptionFrame>
+
+#include "platform/window/controls/control.h"
+
+namespace platform {
+namespace {
+
+/// Text with its access key underlined, or a frame or line.
+class StaticWidget : public QWidget {
+ public:
+  StaticWidget(DWORD style, QWidget* parent) : QWidget(parent), m_style(style) {}
+
+  void SetText(const QString& text) {
+    m_text = text;
+    update();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    const DWORD type = m_style & SS_TYPEMASK;
+    if (IsFrame(type)) {
+      DrawFrame(painter, type);
+      return;
+    }
+    const QPalette::ColorGroup group = isEnabled() ? QPalette::Active : QPalette::Disabled;
+    painter.setPen(palette().color(group, QPalette::WindowText));
+    painter.drawText(rect(), FlagsOf(type), m_text);
+  }
+
+ private:
+  static bool IsFrame(DWORD type) {
+    return (type >= 4 && type <= SS_WHITEFRAME) || (type >= SS_ETCHEDHORZ && type <= SS_ETCHEDFRAME);
+  }
+
+  int FlagsOf(DWORD type) const {
+    int flags = (m_style & SS_NOPREFIX) != 0 ? 0 : Qt::TextShowMnemonic;
+    flags |= (m_style & SS_CENTERIMAGE) != 0 ? Qt::AlignVCenter : Qt::AlignTop;
+    flags |= type == SS_CENTER ? Qt::AlignHCenter : type == SS_RIGHT ? Qt::AlignRight : Qt::AlignLeft;
+    return type == SS_LEFTNOWORDWRAP || type == SS_SIMPLE ? flags | Qt::TextSingleLine
+                                                          : flags | Qt::TextWordWrap;
+  }
+
+  void DrawFrame(QPainter& painter, DWORD type) const {
+    const QColor dark = palette().color(QPalette::Mid);
+    switch (type) {
+      case SS_ETCHEDHORZ:
+        painter.fillRect(0, 0, width(), 1, dark);
+        return;
+      case SS_ETCHEDVERT:
+        painter.fillRect(0, 0, 1, height(), dark);
+        return;
+      default:
+        break;
+    }
+    painter.setPen(type == SS_WHITEFRAME   ? palette().color(QPalette::Light)
+                   : type == SS_BLACKFRAME ? palette().color(QPalette::Shadow)
+                                           : dark);
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  }
+
+  DWORD m_style;
+  QString m_text;
+};
+
+class StaticControl : public Control {
+ public:
+  StaticControl(HWND window, QWidget* parent)
+      : Control(window, new StaticWidget(static_cast<DWORD>(GetWindowLong(window, GWL_STYLE)), parent)) {
+    parent->parentWidget()->setAttribute(Qt::WA_TransparentForMouseEvents);
+    parent->setFocusProxy(nullptr);
+  }
+
+ protected:
+  QString Text() const override { return m_text; }
+  void SetText(const QString& text) override {
+    m_text = text;
+    static_cast<StaticWidget*>(Widget())->SetText(text);
+  }
+  bool TakesFocusByMouse() const override { return false; }
+  int DialogCode() const override { return DLGC_STATIC; }
+
+ private:
+  QString m_text;
+};
+
+}  // namespace
+
+std::shared_ptr<Control> MakeStatic(HWND window, QWidget* parent) {
+  return std::make_shared<StaticControl>(window, parent);
+}
+
+}  // namespace platform
