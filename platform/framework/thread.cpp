@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/base/exception.h"
+#include "platform/framework/frames_internal.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/wnd.h"
 
@@ -76,7 +77,10 @@ BOOL CWinThread::PreTranslateMessage(MSG* message) {
 }
 
 BOOL CWinThread::OnIdle(LONG count) {
-  if (count == 0) return TRUE;
+  if (count == 0) {
+    platform::UpdateFramesAtIdle();
+    return TRUE;
+  }
   CWnd::DeleteTempMap();
   CDC::DeleteTempMap();
   CGdiObject::DeleteTempMap();

@@ -3,6 +3,7 @@
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/thread.h"
@@ -140,6 +141,16 @@ CFrameWnd* CWnd::GetTopLevelFrame() const {
     frame = outer;
   }
   return frame;
+}
+
+void CWnd::SendMessageToDescendants(UINT message, WPARAM wParam, LPARAM lParam) {
+  std::vector<HWND> children;  // a handler may change them
+  for (HWND child = GetWindow(m_hWnd, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
+    children.push_back(child);
+  for (const HWND child : children) {
+    ::SendMessage(child, message, wParam, lParam);
+    if (CWnd* window = FromHandle(child)) window->SendMessageToDescendants(message, wParam, lParam);
+  }
 }
 
 BOOL CWnd::SetScrollInfo(int bar, LPSCROLLINFO info, BOOL redraw) {

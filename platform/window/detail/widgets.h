@@ -41,6 +41,8 @@ class ClientWidget : public QWidget {
   HWND Window() const { return m_window; }
 
  protected:
+  bool event(QEvent* event) override;
+  void leaveEvent(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
