@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/base/types.h"
+#include "platform/window/bar_styles.h"  // the standard bars and the idle text
 
 // The numbers of commands, controls, panes and texts. A menu item, a toolbar button, a handler and the
 // command's prompt in the string table meet on one number.
@@ -35,8 +36,6 @@ enum : UINT {
   ID_ZP_SPIN_PAGE = 30021,
   ID_ZP_INDICATOR_ZOOM = 40000,
   ID_ZP_INDICATOR_PAGE = 40001,
-  ID_VIEW_TOOLBAR = 59392,
-  ID_VIEW_STATUS_BAR = 59393,
   ID_APP_ABOUT = 57664,
   ID_APP_EXIT = 57665,
   ID_HELP_FINDER = 57667,

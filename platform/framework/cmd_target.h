@@ -106,7 +106,7 @@ PLATFORM_API const AFX_MSGMAP_ENTRY* AfxFindMessageEntry(const AFX_MSGMAP* map, 
     return GetThisMessageMap();                       \
   }                                                   \
   const AFX_MSGMAP* theClass::GetThisMessageMap() {   \
-    using ThisClass = theClass;                       \
+    using ThisClass [[maybe_unused]] = theClass;      \
     using TheBaseClass = baseClass;                   \
     static const AFX_MSGMAP_ENTRY entries[] = {
 #define END_MESSAGE_MAP()                                                     \

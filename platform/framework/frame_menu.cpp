@@ -69,20 +69,3 @@ void CFrameWnd::OnMenuSelect(UINT item, UINT flags, HMENU menu) {
     SetMessageText(command ? item : 0U);
   }
 }
-
-void CFrameWnd::GetMessageString(UINT id, CString& text) const {
-  if (text.LoadString(id) == 0) text.Empty();
-  const int tip = text.Find('\n');  // the tool tip follows
-  if (tip >= 0) text = text.Left(tip);
-}
-
-void CFrameWnd::SetMessageText(UINT id) {
-  CString text;
-  if (id != 0) GetMessageString(id, text);
-  SetMessageText(static_cast<LPCTSTR>(text));
-}
-
-void CFrameWnd::SetMessageText(LPCTSTR text) {
-  CWnd* bar = GetMessageBar();
-  if (bar != nullptr) bar->SetWindowText(text);
-}

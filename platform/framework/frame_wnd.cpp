@@ -15,6 +15,12 @@ ON_WM_CLOSE()
 ON_WM_ERASEBKGND()
 ON_WM_INITMENUPOPUP()
 ON_WM_MENUSELECT()
+ON_WM_SHOWWINDOW()
+ON_MESSAGE(WM_SETMESSAGESTRING, OnSetMessageString)
+ON_MESSAGE(WM_POPMESSAGESTRING, OnPopMessageString)
+ON_MESSAGE(WM_IDLEUPDATECMDUI, OnIdleUpdate)
+ON_COMMAND_RANGE(ID_VIEW_TOOLBAR, ID_VIEW_STATUS_BAR, OnBarCommand)
+ON_UPDATE_COMMAND_UI_RANGE(ID_VIEW_TOOLBAR, ID_VIEW_STATUS_BAR, OnUpdateControlBarMenu)
 END_MESSAGE_MAP()
 
 BOOL CFrameWnd::Create(LPCTSTR className, LPCTSTR title, DWORD style, const RECT& rect, CWnd* parent,
@@ -48,19 +54,12 @@ int CFrameWnd::OnCreate(LPCREATESTRUCT cs) {
   if (Default() == -1) return -1;
   if (OnCreateClient(cs, static_cast<CCreateContext*>(cs->lpCreateParams)) == 0) return -1;
   RecalcLayout();
+  PostMessage(WM_SETMESSAGESTRING, AFX_IDS_IDLEMESSAGE);  // the bars come after this
   return 0;
 }
 
 BOOL CFrameWnd::OnCreateClient(LPCREATESTRUCT, CCreateContext*) {
   return TRUE;
-}
-
-void CFrameWnd::RecalcLayout(BOOL) {
-  const CWnd* pane = GetDlgItem(AFX_IDW_PANE_FIRST);
-  if (pane == nullptr) return;
-  CRect client;
-  GetClientRect(client);
-  ::SetWindowPos(pane->m_hWnd, nullptr, 0, 0, client.Width(), client.Height(), SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void CFrameWnd::OnSize(UINT type, int, int) {

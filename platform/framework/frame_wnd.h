@@ -1,22 +1,26 @@
 #pragma once
 
+#include <vector>
+
 #include "platform/framework/wnd.h"
+#include "platform/window/bar_styles.h"
 
 /// Id of the first pane of a frame: the child that fills what control bars leave of the client area.
 enum : UINT { AFX_IDW_PANE_FIRST = 0xE900, AFX_IDW_PANE_LAST = 0xE9FF };
 
-/// Text of the status bar while nothing else is to be said.
-enum : UINT { AFX_IDS_IDLEMESSAGE = 0xE001 };
 /// Frame styles: the document's name is put behind the title, or before it.
 enum : DWORD { FWS_PREFIXTITLE = 0x4000, FWS_ADDTOTITLE = 0x8000 };
 
 struct CCreateContext;
+class CCmdUI;
+class CControlBar;
 
 /// A main window. The object deletes itself after its window is destroyed.
 class PLATFORM_API CFrameWnd : public CWnd {
   DECLARE_DYNCREATE(CFrameWnd)
  public:
-  CFrameWnd() = default;
+  CFrameWnd();
+  ~CFrameWnd() override;
 
   /// Any place and size.
   static const CRect rectDefault;
@@ -38,16 +42,42 @@ class PLATFORM_API CFrameWnd : public CWnd {
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handlerInfo) override;
   /// Shows the frame and puts it in front.
   virtual void ActivateFrame(int command = -1);
-  /// Places the pane in the client area.
+  /// Places the bars at their edges and the pane in what they leave.
   virtual void RecalcLayout(BOOL notify = TRUE);
 
-  /// The prompt of a command: its string up to the line feed.
-  virtual void GetMessageString(UINT id, CString& text) const;
-  /// Shows a text, or the prompt of a number (0: nothing), in the message bar.
-  void SetMessageText(UINT id);
+  // Bars (frame_bars.cpp)
+
+  UINT m_nIDTracking = AFX_IDS_IDLEMESSAGE;  ///< the prompt wanted
+  UINT m_nIDLastMessage = 0;                 ///< the prompt shown
+  DWORD m_dwDockStyle = 0;
+
+  /// Allows bars to be moved to these CBRS_ALIGN_... edges.
+  void EnableDocking(DWORD dockStyle) { m_dwDockStyle = dockStyle & CBRS_ALIGN_ANY; }
+  /// Puts a bar at an edge: AFX_IDW_DOCKBAR_..., or 0 for the edge of its style. Each bar has a row (or
+  /// column) to itself.
+  void DockControlBar(CControlBar* bar, UINT dockBar = 0, LPCRECT rect = nullptr);
+  /// Shows or hides a bar; delay: the layout follows at idle time.
+  void ShowControlBar(CControlBar* bar, BOOL show, BOOL delay);
+  /// The bar with this number; null if there is none.
+  CControlBar* GetControlBar(UINT id) const;
+  void AddControlBar(CControlBar* bar);
+  void RemoveControlBar(CControlBar* bar);
+  /// Lets the next idle time or showing call RecalcLayout.
+  void DelayRecalcLayout() { m_layoutDelayed = true; }
+
+  /// The window that shows prompts: the status bar. Null if there is none.
+  virtual CWnd* GetMessageBar();
+  /// Shows a text, or the prompt of a string number.
   void SetMessageText(LPCTSTR text);
-  /// The window whose text shows prompts; null for none.
-  virtual CWnd* GetMessageBar() { return nullptr; }
+  void SetMessageText(UINT id);
+  /// The prompt of a command: its string up to the line end.
+  virtual void GetMessageString(UINT id, CString& message) const;
+  /// What idle time does for a frame: a delayed layout and the prompt that is wanted.
+  void OnIdleUpdateCmdUI();
+  /// Turns the bar with the command's number on or off. FALSE if there is none.
+  BOOL OnBarCheck(UINT id);
+  /// Checks the menu item of a visible bar.
+  void OnUpdateControlBarMenu(CCmdUI* item);
 
  protected:
   /// Makes what the client area holds. FALSE: the frame isn't made.
@@ -61,6 +91,16 @@ class PLATFORM_API CFrameWnd : public CWnd {
   void OnInitMenuPopup(CMenu* menu, UINT index, BOOL systemMenu);
   void OnMenuSelect(UINT item, UINT flags, HMENU menu);
   BOOL OnEraseBkgnd(CDC* dc);
+  void OnShowWindow(BOOL show, UINT status);
+  LRESULT OnSetMessageString(WPARAM id, LPARAM text);
+  LRESULT OnPopMessageString(WPARAM id, LPARAM text);
+  LRESULT OnIdleUpdate(WPARAM wParam, LPARAM lParam);
+  void OnBarCommand(UINT id) { OnBarCheck(id); }
+
+  std::vector<CControlBar*> m_controlBars;
+
+ private:
+  bool m_layoutDelayed = false;
 
   DECLARE_MESSAGE_MAP()
 };

@@ -3,6 +3,7 @@
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/menu.h"
@@ -149,6 +150,16 @@ CMenu* CWnd::GetMenu() const {
 
 BOOL CWnd::SetMenu(CMenu* menu) {
   return ::SetMenu(m_hWnd, menu == nullptr ? nullptr : menu->m_hMenu);
+}
+
+void CWnd::SendMessageToDescendants(UINT message, WPARAM wParam, LPARAM lParam) {
+  std::vector<HWND> children;  // a handler may change them
+  for (HWND child = GetWindow(m_hWnd, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
+    children.push_back(child);
+  for (const HWND child : children) {
+    ::SendMessage(child, message, wParam, lParam);
+    if (CWnd* window = FromHandle(child)) window->SendMessageToDescendants(message, wParam, lParam);
+  }
 }
 
 BOOL CWnd::SetScrollInfo(int bar, LPSCROLLINFO info, BOOL redraw) {

@@ -94,6 +94,9 @@ class PLATFORM_API CWnd : public CCmdTarget {
   virtual void EndModalLoop(int result);
 
   int GetDlgCtrlID() const { return ::GetDlgCtrlID(m_hWnd); }
+  int SetDlgCtrlID(int id) { return static_cast<int>(SetWindowLong(m_hWnd, GWL_ID, id)); }
+  /// Sends to all windows below, each before its own children.
+  void SendMessageToDescendants(UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
   CWnd* GetDlgItem(int id) const { return FromHandle(::GetDlgItem(m_hWnd, id)); }
   CWnd* GetParent() const { return FromHandle(::GetParent(m_hWnd)); }
   /// The nearest frame up the parent chain, this window not counted; null if there is none.

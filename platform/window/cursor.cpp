@@ -41,11 +41,10 @@ QPixmap PixmapOf(const platform::Picture* picture) {
 }
 
 PointerPicture SystemCursor(std::uintptr_t id) {
-  static const std::map<std::uintptr_t, Qt::CursorShape> shapes = {{32512, Qt::ArrowCursor},
-                                                                   {32513, Qt::IBeamCursor},
-                                                                   {32514, Qt::WaitCursor},
-                                                                   {32515, Qt::CrossCursor},
-                                                                   {32644, Qt::SizeHorCursor}};
+  static const std::map<std::uintptr_t, Qt::CursorShape> shapes = {
+      {32512, Qt::ArrowCursor},   {32513, Qt::IBeamCursor},     {32514, Qt::WaitCursor},
+      {32515, Qt::CrossCursor},   {32642, Qt::SizeFDiagCursor}, {32644, Qt::SizeHorCursor},
+      {32645, Qt::SizeVerCursor}, {32646, Qt::SizeAllCursor}};
   const auto shape = shapes.find(id);
   if (shape == shapes.end()) return {};
   return {static_cast<UINT>(id), QCursor(shape->second), {}};

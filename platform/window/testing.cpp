@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPixmap>
@@ -73,7 +74,9 @@ void SendKeyEvent(QEvent::Type type, HWND window, int qtKey, Qt::KeyboardModifie
                   const QString& text) {
   const QPointer<QWidget> receiver = KeyReceiver(window);
   if (!receiver) return;
-  if (type == QEvent::KeyPress && QApplication::activePopupWidget() != nullptr) {
+  const QWidget* popup = QApplication::activePopupWidget();
+  // A combo's list acts on keys before they are pressed on it; a menu doesn't.
+  if (type == QEvent::KeyPress && popup != nullptr && qobject_cast<const QMenu*>(popup) == nullptr) {
     QKeyEvent first(QEvent::ShortcutOverride, qtKey, modifiers, text);
     QApplication::sendEvent(receiver, &first);
     if (!receiver || first.isAccepted()) return;

@@ -2,12 +2,14 @@
 
 #include <QCloseEvent>
 #include <QDropEvent>
+#include <QHelpEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOptionFrame>
+#include <QToolTip>
 
 #include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/queue.h"
@@ -37,7 +39,34 @@ bool WantsDoubleClicks(HWND window) {
   return record != nullptr && (record->windowClass->style & CS_DBLCLKS) != 0;
 }
 
+/// Queues the WM_MOUSELEAVE that the program asked for.
+void TellLeave(HWND window) {
+  WindowRecord* record = FindWindowRecord(window);
+  if (record == nullptr || !record->trackLeave) return;
+  record->trackLeave = false;
+  Queue::Instance().PostInput({window, WM_MOUSELEAVE, 0, 0, MessageTime(), PointerPosition(), 0});
+}
+
+/// False where the window has no text to show.
+bool ShowToolTip(HWND window, QWidget& client, const QHelpEvent& event) {
+  const WindowRecord* record = FindWindowRecord(window);
+  if (record == nullptr || record->toolTip == nullptr) return false;
+  RECT area = {};
+  const CString text = record->toolTip(window, {event.x(), event.y()}, &area);
+  if (text.IsEmpty() != 0) {
+    QToolTip::hideText();
+    return true;
+  }
+  QToolTip::showText(event.globalPos(), QString::fromUtf8(static_cast<const char*>(text)), &client,
+                     QRect(area.left, area.top, area.right - area.left, area.bottom - area.top));
+  return true;
+}
+
 }  // namespace
+
+void SetToolTipSource(HWND window, ToolTipSource source) {
+  if (WindowRecord* record = FindWindowRecord(window)) record->toolTip = source;
+}
 
 // FrameWidget
 
@@ -52,6 +81,8 @@ FrameWidget::~FrameWidget() {
 }
 
 bool FrameWidget::event(QEvent* event) {
+  // For Qt the pointer is still inside the parent.
+  if (event->type() == QEvent::Enter) TellLeave(GetParent(m_window));
   if (m_window != nullptr && isWindow()) {
     if (event->type() == QEvent::WindowActivate) SendGuarded(m_window, WM_ACTIVATE, 1, 0);
     if (event->type() == QEvent::WindowDeactivate) {
@@ -134,7 +165,13 @@ bool ClientWidget::event(QEvent* event) {
     event->accept();
     return true;
   }
+  if (event->type() == QEvent::ToolTip && ShowToolTip(m_window, *this, static_cast<QHelpEvent&>(*event)))
+    return true;
   return QWidget::event(event);
+}
+
+void ClientWidget::leaveEvent(QEvent*) {
+  TellLeave(m_window);
 }
 
 void ClientWidget::mousePressEvent(QMouseEvent* event) {
@@ -204,3 +241,10 @@ void ClientWidget::focusOutEvent(QFocusEvent* event) {
 }
 
 }  // namespace platform
+
+BOOL TrackMouseEvent(TRACKMOUSEEVENT* event) {
+  platform::WindowRecord* window = event == nullptr ? nullptr : platform::FindWindowRecord(event->hwndTrack);
+  if (window == nullptr || event->dwFlags != TME_LEAVE) return FALSE;
+  window->trackLeave = true;
+  return TRUE;
+}

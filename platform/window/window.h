@@ -45,7 +45,9 @@ enum : int {
   SW_SHOWNORMAL = 1,
   SW_SHOWMINIMIZED = 2,
   SW_SHOWMAXIMIZED = 3,
+  SW_SHOWNOACTIVATE = 4,
   SW_SHOW = 5,
+  SW_SHOWNA = 8,
   SW_RESTORE = 9
 };
 enum : UINT {
@@ -116,6 +118,27 @@ using PAINTSTRUCT = tagPAINTSTRUCT;
 /// The class's atom, 0 if the name is taken or missing.
 PLATFORM_API ATOM RegisterClassA(const WNDCLASS* windowClass);
 PLATFORM_API BOOL GetClassInfoA(HINSTANCE instance, LPCSTR className, WNDCLASS* windowClass);
+/// A class with its size in front and a small icon at the end.
+struct tagWNDCLASSEX {
+  UINT cbSize;
+  UINT style;
+  WNDPROC lpfnWndProc;
+  int cbClsExtra;
+  int cbWndExtra;
+  HINSTANCE hInstance;
+  HICON hIcon;
+  HCURSOR hCursor;
+  HBRUSH hbrBackground;
+  LPCSTR lpszMenuName;
+  LPCSTR lpszClassName;
+  HICON hIconSm;
+};
+using WNDCLASSEX = tagWNDCLASSEX;
+/// FALSE for an unknown class.
+PLATFORM_API BOOL GetClassInfoExA(HINSTANCE instance, LPCSTR className, WNDCLASSEX* windowClass);
+inline BOOL GetClassInfoEx(HINSTANCE instance, LPCSTR className, WNDCLASSEX* windowClass) {
+  return GetClassInfoExA(instance, className, windowClass);
+}
 PLATFORM_API int GetClassNameA(HWND window, LPSTR buffer, int bufferSize);
 PLATFORM_API std::intptr_t SetClassLong(HWND window, int index, std::intptr_t value);
 PLATFORM_API std::intptr_t GetClassLong(HWND window, int index);
@@ -208,6 +231,18 @@ PLATFORM_API HWND GetCapture();
 PLATFORM_API short GetKeyState(int key);
 PLATFORM_API BOOL GetCursorPos(POINT* point);
 
+enum : DWORD { TME_LEAVE = 2 };
+struct tagTRACKMOUSEEVENT {
+  DWORD cbSize;
+  DWORD dwFlags;
+  HWND hwndTrack;
+  DWORD dwHoverTime;
+};
+using TRACKMOUSEEVENT = tagTRACKMOUSEEVENT;
+/// Asks for one WM_MOUSELEAVE, when the pointer leaves the client area or enters a child there. TME_LEAVE
+/// only.
+PLATFORM_API BOOL TrackMouseEvent(TRACKMOUSEEVENT* event);
+
 // Cursors and icons. A window's icon is that of its class.
 
 /// A cursor of a module's resources, or with a null instance one of the system's (IDC_...). The same handle
@@ -230,6 +265,9 @@ PLATFORM_API HCURSOR GetCursor();
 #define IDC_WAIT MAKEINTRESOURCE(32514)
 #define IDC_CROSS MAKEINTRESOURCE(32515)
 #define IDC_SIZEWE MAKEINTRESOURCE(32644)
+#define IDC_SIZENWSE MAKEINTRESOURCE(32642)
+#define IDC_SIZEALL MAKEINTRESOURCE(32646)
+#define IDC_SIZENS MAKEINTRESOURCE(32645)
 
 // Timers
 

@@ -60,6 +60,15 @@ BOOL GetClassInfoA(HINSTANCE, LPCSTR className, WNDCLASS* windowClass) {
   return TRUE;
 }
 
+BOOL GetClassInfoExA(HINSTANCE instance, LPCSTR className, WNDCLASSEX* windowClass) {
+  WNDCLASS plain;
+  if (windowClass == nullptr || GetClassInfoA(instance, className, &plain) == 0) return FALSE;
+  *windowClass = {sizeof(WNDCLASSEX),  plain.style,        plain.lpfnWndProc,   plain.cbClsExtra,
+                  plain.cbWndExtra,    plain.hInstance,    plain.hIcon,         plain.hCursor,
+                  plain.hbrBackground, plain.lpszMenuName, plain.lpszClassName, nullptr};
+  return TRUE;
+}
+
 int GetClassNameA(HWND window, LPSTR buffer, int bufferSize) {
   const platform::WindowRecord* record = platform::FindWindowRecord(window);
   if (record == nullptr || buffer == nullptr || bufferSize < 1) return 0;

@@ -7,6 +7,7 @@
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
 #include "platform/window/pump.h"
+#include "platform/window/window_sizing_internal.h"
 
 using platform::FindWindowRecord;
 using platform::WindowRecord;
@@ -77,6 +78,17 @@ WindowRecord* TopLevelOf(WindowRecord* window) {
     window = parent;
   }
   return window;
+}
+
+bool IsMaximized(HWND handle) {
+  const WindowRecord* window = FindWindowRecord(handle);
+  return window != nullptr && window->frame && window->frame->isMaximized();
+}
+
+void StartSizing(HWND handle) {
+  const WindowRecord* window = FindWindowRecord(handle);
+  if (window == nullptr || !window->frame || window->frame->windowHandle() == nullptr) return;
+  window->frame->windowHandle()->startSystemResize(Qt::RightEdge | Qt::BottomEdge);
 }
 
 bool IsEnabledChain(HWND handle) {

@@ -44,6 +44,7 @@ class ClientWidget : public QWidget {
 
  protected:
   bool event(QEvent* event) override;
+  void leaveEvent(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/base/handle_table.h"
+#include "platform/window/tool_tips_internal.h"
 #include "platform/window/window.h"
 
 namespace platform {
@@ -70,6 +71,8 @@ struct WindowRecord {
   int paintDepth = 0;  ///< inside BeginPaint
   bool paintBegun = false;
   bool inQtPaint = false;
+  bool trackLeave = false;  ///< a WM_MOUSELEAVE was asked for
+  ToolTipSource toolTip = nullptr;
   QSize sentClientSize{-1, -1};
 
   std::shared_ptr<Control> control;  ///< of a standard control; it has no edge, bars or surface

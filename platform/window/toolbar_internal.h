@@ -1,0 +1,44 @@
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "platform/base/geometry.h"
+#include "platform/graphics/image_list.h"
+#include "platform/window/toolbar.h"
+
+namespace platform {
+
+/// What a control of class ToolbarWindow32 holds.
+struct ToolbarRecord {
+  std::vector<TBBUTTON> buttons;
+  SIZE buttonSize = {24, 22};
+  SIZE imageSize = {16, 15};
+  RECT margins = {};      ///< room at each side for borders and the gripper
+  bool vertical = false;  ///< the buttons stand below each other
+  bool gripper = false;
+  DWORD borders = 0;  ///< CBRS_BORDER_... lines
+  HIMAGELIST images = nullptr;
+  HIMAGELIST disabledImages = nullptr;
+  int hot = -1;      ///< under the pointer
+  int pressed = -1;  ///< held down with the mouse
+
+  std::vector<RECT> Places() const;
+  /// The size of all buttons with the margins.
+  SIZE Extent() const;
+};
+
+/// Null for a window that isn't such a control.
+ToolbarRecord* FindToolbar(HWND window);
+void RegisterToolbarClass();
+/// The button, no separator, at a point of the client area; -1 if there is none.
+int ToolbarButtonAt(const ToolbarRecord& toolbar, POINT point);
+
+/// Where each button lies: one behind the other from the margin's corner on, hidden ones without extent. In a
+/// column every separator takes the width of a plain one, since what stands in a wide gap doesn't fit there.
+std::vector<RECT> PlaceToolButtons(std::span<const TBBUTTON> buttons, SIZE size, const RECT& margins,
+                                   bool vertical);
+
+void PaintToolbar(HWND window, HDC dc, const ToolbarRecord& toolbar);
+
+}  // namespace platform

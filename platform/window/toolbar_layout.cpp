@@ -1,0 +1,49 @@
+#include "platform/window/toolbar_internal.h"
+
+namespace platform {
+namespace {
+
+constexpr int kSeparatorExtent = 8;
+
+}  // namespace
+
+std::vector<RECT> PlaceToolButtons(std::span<const TBBUTTON> buttons, SIZE size, const RECT& margins,
+                                   bool vertical) {
+  std::vector<RECT> places;
+  places.reserve(buttons.size());
+  int at = vertical ? margins.top : margins.left;
+  for (const TBBUTTON& button : buttons) {
+    int extent = vertical ? size.cy : size.cx;
+    if ((button.fsStyle & TBSTYLE_SEP) != 0) {
+      extent = button.iBitmap > 0 ? button.iBitmap : kSeparatorExtent;
+      if (vertical) extent = std::min(extent, kSeparatorExtent);
+    }
+    if ((button.fsState & TBSTATE_HIDDEN) != 0) extent = 0;
+    places.push_back(vertical ? RECT{margins.left, at, margins.left + size.cx, at + extent}
+                              : RECT{at, margins.top, at + extent, margins.top + size.cy});
+    at += extent;
+  }
+  return places;
+}
+
+std::vector<RECT> ToolbarRecord::Places() const {
+  return PlaceToolButtons(buttons, buttonSize, margins, vertical);
+}
+
+SIZE ToolbarRecord::Extent() const {
+  const std::vector<RECT> places = Places();
+  const RECT last = places.empty() ? RECT{margins.left, margins.top, margins.left + buttonSize.cx,
+                                          margins.top + buttonSize.cy}
+                                   : places.back();
+  return {last.right + margins.right, last.bottom + margins.bottom};
+}
+
+int ToolbarButtonAt(const ToolbarRecord& toolbar, POINT point) {
+  const std::vector<RECT> places = toolbar.Places();
+  for (std::size_t i = 0; i < places.size(); ++i)
+    if ((toolbar.buttons[i].fsStyle & TBSTYLE_SEP) == 0 && PtInRect(&places[i], point))
+      return static_cast<int>(i);
+  return -1;
+}
+
+}  // namespace platform
