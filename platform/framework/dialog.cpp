@@ -89,6 +89,7 @@ int CDialog::DoModal() {
   m_nFlags |= WF_CONTINUEMODAL;  // so that OnInitDialog may end the dialog
   if (disable) ::EnableWindow(owner, FALSE);
   if (MakeWindow(owner) != 0 && ContinueModal() != 0) {
+    platform::BlockOwner(m_hWnd);
     ShowWindow(SW_SHOW);
     platform::DialogShown(m_hWnd);
     if (ContinueModal() != 0) RunModalLoop();

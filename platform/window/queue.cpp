@@ -24,8 +24,8 @@ constexpr int kPollWaitMs = 10;
 constexpr qint64 kPollGapNs = 200'000;
 constexpr qint64 kLongestWithoutQtMs = 10;
 
-/// A key belongs to the window that has the keyboard when the key's turn comes: what was typed before may have
-/// moved it on.
+/// A key belongs to the window that has the keyboard when the key's turn comes: what was typed before may
+/// have moved it on.
 void FollowFocus(MSG& message) {
   if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return;
   const HWND focus = GetFocus();

@@ -64,12 +64,13 @@ QWidget* KeyReceiver(HWND window) {
 
 void SendKeyEvent(QEvent::Type type, HWND window, int qtKey, Qt::KeyboardModifiers modifiers,
                   const QString& text) {
-  const QPointer<QWidget> receiver = KeyReceiver(window);
+  QPointer<QWidget> receiver = KeyReceiver(window);
   if (!receiver) return;
   if (type == QEvent::KeyPress && QApplication::activePopupWidget() != nullptr) {
     QKeyEvent first(QEvent::ShortcutOverride, qtKey, modifiers, text);
     QApplication::sendEvent(receiver, &first);
-    if (!receiver || first.isAccepted()) return;
+    receiver = KeyReceiver(window);  // the list may have gone
+    if (!receiver) return;
   }
   QKeyEvent event(type, qtKey, modifiers, text);
   QApplication::sendEvent(receiver, &event);

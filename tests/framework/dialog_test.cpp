@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <functional>
 #include <string>
 #include <vector>
@@ -164,6 +165,13 @@ class Dialogs : public ::testing::Test {
   CFrameWnd* m_frame = nullptr;
 };
 
+/// For a look at what a dialog has become: into the folder that TESSAREL_PICTURES names.
+void KeepPicture(HWND window, const std::string& name) {
+  const char* folder = std::getenv("TESSAREL_PICTURES");
+  if (folder != nullptr)
+    platform::testing::SaveWindowPicture(window, (folder + ("/" + name + ".png")).c_str());
+}
+
 void Key(int key) {
   PressKey(GetFocus(), key);
   ReleaseKey(GetFocus(), key);
@@ -191,7 +199,7 @@ TEST_F(Dialogs, EndAsTheUserSays) {
     int result;
   };
   const Case cases[] = {
-      {"Enter takes the default button", {Keys({VK_RETURN})}, 205},
+      {"Enter takes the default button", {[](HWND d) { KeepPicture(d, "page"); }, Keys({VK_RETURN})}, 205},
       {"Escape", {Keys({VK_ESCAPE})}, 0},
       {"close box", {[](HWND d) { PostMessage(d, WM_CLOSE); }}, 0},
       {"the button clicked", {Click(40017)}, 0},
@@ -249,7 +257,7 @@ TEST_F(Dialogs, ExchangeData) {
   std::string name;
   const int result = Run(dialog, {[&](HWND d) {
                                     name = GetWindowText(GetDlgItem(d, 201));
-                                    platform::testing::SaveWindowPicture(d, "/tmp/dlg/form.png");
+                                    KeepPicture(d, "form");
                                   },
                                   Click(203), [](HWND d) { SetFocus(GetDlgItem(d, 204)); }, Keys({VK_END}),
                                   Type("7"), Keys({VK_RETURN})});

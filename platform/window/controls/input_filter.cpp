@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPointer>
 #include <QWheelEvent>
+#include <utility>
 
 #include "platform/window/controls/control.h"
 #include "platform/window/detail/keys.h"
@@ -92,6 +93,7 @@ class ControlFilter : public QObject {
       m_listKeyUsed = UsedUp(window, WM_KEYDOWN, static_cast<WPARAM>(virtualKey)) || !ControlOf(window) ||
                       control->ListKey(virtualKey);
       m_listKeySeen = true;
+      m_listKey = key.key();
     } else if (!m_listKeySeen) {  // a key without the override before it
       m_listKeyUsed = UsedUp(window, WM_KEYDOWN, static_cast<WPARAM>(virtualKey)) || !ControlOf(window) ||
                       control->ListKey(virtualKey);
@@ -109,11 +111,18 @@ class ControlFilter : public QObject {
     return m_listKeyUsed;
   }
 
-  static bool AtControl(HWND window, QWidget& widget, QEvent& event) {
+  /// The second half of a key whose first half has closed the list.
+  bool ClosedTheList(const QEvent& event) {
+    return std::exchange(m_listKeySeen, false) && static_cast<const QKeyEvent&>(event).key() == m_listKey;
+  }
+
+  bool AtControl(HWND window, QWidget& widget, QEvent& event) {
     switch (event.type()) {
       case QEvent::ShortcutOverride:
         return false;
       case QEvent::KeyPress:
+        if (ClosedTheList(event)) break;
+        [[fallthrough]];
       case QEvent::KeyRelease:
         QueueKey(window, static_cast<QKeyEvent&>(event));
         break;
@@ -171,7 +180,8 @@ class ControlFilter : public QObject {
   }
 
   bool m_listKeyUsed = false;
-  bool m_listKeySeen = false;
+  bool m_listKeySeen = false;  ///< its first half, the override of shortcuts
+  int m_listKey = 0;
 };
 
 }  // namespace
