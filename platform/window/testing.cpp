@@ -64,14 +64,8 @@ QWidget* KeyReceiver(HWND window) {
 
 void SendKeyEvent(QEvent::Type type, HWND window, int qtKey, Qt::KeyboardModifiers modifiers,
                   const QString& text) {
-  QPointer<QWidget> receiver = KeyReceiver(window);
-  if (!receiver) return;
-  if (type == QEvent::KeyPress && QApplication::activePopupWidget() != nullptr) {
-    QKeyEvent first(QEvent::ShortcutOverride, qtKey, modifiers, text);
-    QApplication::sendEvent(receiver, &first);
-    receiver = KeyReceiver(window);  // the list may have gone
-    if (!receiver) return;
-  }
+  QWidget* receiver = KeyReceiver(window);
+  if (receiver == nullptr) return;
   QKeyEvent event(type, qtKey, modifiers, text);
   QApplication::sendEvent(receiver, &event);
 }

@@ -78,14 +78,19 @@ class ControlFilter : public QObject {
     const HWND window = ControlWindowOf(object);
     if (window == nullptr) return false;
     auto* widget = static_cast<QWidget*>(object);
-    if (widget->window()->windowType() == Qt::Popup) return AtList(window, *event);
+    if (widget->window()->windowType() == Qt::Popup) return AtList(window, *widget, *event);
     return AtControl(window, *widget, *event);
   }
 
  private:
   /// While a list is open Qt acts on its events at once. Keys still pass by the program first.
-  bool AtList(HWND window, QEvent& event) {
+  bool AtList(HWND window, const QWidget& widget, QEvent& event) {
     if (event.type() != QEvent::ShortcutOverride && event.type() != QEvent::KeyPress) return false;
+    if (event.type() == QEvent::KeyPress && !widget.isVisible()) {
+      m_listKeySeen = false;  // its first half has closed the list
+      event.accept();
+      return true;
+    }
     auto& key = static_cast<QKeyEvent&>(event);
     const int virtualKey = VirtualKeyOf(key);
     const std::shared_ptr<Control> control = ControlOf(window);
