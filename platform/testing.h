@@ -1,10 +1,30 @@
 #pragma once
 
 #include <functional>
+#include <string>
+#include <vector>
 
 #include "platform/base/export.h"
 #include "platform/base/string.h"
 #include "platform/base/types.h"
+
+namespace platform {
+
+/// What a file dialog asks for, and the answer.
+struct FileDialogRequest {
+  struct Filter {
+    std::string text;
+    std::string patterns;  ///< parted by ";"
+  };
+  bool open = true;  ///< else a name to write to
+  std::string title;
+  std::string folder;  ///< to begin in; empty: any
+  std::vector<Filter> filters;
+  std::string path;  ///< in: the name proposed; out: the file chosen
+  unsigned filterIndex = 1;
+};
+
+}  // namespace platform
 
 // Seams for tests and for programs without a user: boxes answered by a function, time that goes by at once,
 // real input of the desktop, pictures of windows. Nothing in the product calls these.
@@ -14,6 +34,12 @@ namespace platform::testing {
 /// back.
 using MessageBoxAnswer = int (*)(const CString& text, UINT type);
 PLATFORM_API void SetMessageBoxAnswer(MessageBoxAnswer answer);
+
+/// Takes the place of file dialogs: changes path and filter index and returns true, or false to give up. The
+/// path is looked at as a typed one, with the same questions; what the dialog would refuse counts as given
+/// up.
+using FileDialogAnswer = bool (*)(FileDialogRequest& request);
+PLATFORM_API void SetFileDialogAnswer(FileDialogAnswer answer);
 
 /// Runs once, as soon as the next modal dialog is on the screen: queue its input there, or end it.
 PLATFORM_API void OnNextDialog(std::function<void(HWND dialog)> action);

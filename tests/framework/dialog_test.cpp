@@ -267,6 +267,26 @@ TEST_F(Dialogs, ExchangeData) {
   EXPECT_EQ(dialog.m_count, 37);
 }
 
+TEST_F(Dialogs, EscapeGivesUpTheListFirst) {
+  FormDialog dialog(m_frame);
+  bool dropped = true;
+  bool running = false;
+  const int result = Run(dialog, {[](HWND d) {
+                                    SetFocus(GetDlgItem(d, 205));
+                                    SendMessage(GetFocus(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>("1"));
+                                    SendMessage(GetFocus(), CB_SHOWDROPDOWN, TRUE);
+                                  },
+                                  Keys({VK_ESCAPE}),
+                                  [&](HWND d) {
+                                    dropped = SendMessage(GetDlgItem(d, 205), CB_GETDROPPEDSTATE) != 0;
+                                    running = dialog.ContinueModal() != 0;
+                                  },
+                                  Keys({VK_ESCAPE})});
+  EXPECT_FALSE(dropped);
+  EXPECT_TRUE(running);
+  EXPECT_EQ(result, IDCANCEL);
+}
+
 TEST_F(Dialogs, PreTranslateKeepsCharactersOut) {
   BareDialog dialog;
   EXPECT_EQ(Run(dialog, {Type("1a5x%"), [](HWND) { platform::testing::ComposeText(GetFocus(), "7é"); },
