@@ -271,7 +271,8 @@ TEST_F(Dialogs, EscapeGivesUpTheListFirst) {
   FormDialog dialog(m_frame);
   bool dropped = true;
   bool running = false;
-  const int result = Run(dialog, {[](HWND d) {
+  const int result = Run(dialog, {[](HWND) {},  // the desktop brings the dialog to the front
+                                  [](HWND d) {
                                     SetFocus(GetDlgItem(d, 205));
                                     SendMessage(GetFocus(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>("1"));
                                     SendMessage(GetFocus(), CB_SHOWDROPDOWN, TRUE);

@@ -95,6 +95,8 @@ class ControlFilter : public QObject {
     const int virtualKey = VirtualKeyOf(key);
     const std::shared_ptr<Control> control = ControlOf(window);
     if (event.type() == QEvent::ShortcutOverride) {
+      if (m_listKeySeen && m_listEvent == &event) return false;  // on its way up to the list's frame
+      m_listEvent = &event;
       m_listKeyUsed = UsedUp(window, WM_KEYDOWN, static_cast<WPARAM>(virtualKey)) || !ControlOf(window) ||
                       control->ListKey(virtualKey);
       m_listKeySeen = true;
@@ -187,6 +189,7 @@ class ControlFilter : public QObject {
   bool m_listKeyUsed = false;
   bool m_listKeySeen = false;  ///< its first half, the override of shortcuts
   int m_listKey = 0;
+  const QEvent* m_listEvent = nullptr;  ///< to be compared only
 };
 
 }  // namespace
