@@ -1,24 +1,28 @@
+#include "imagewindow/frame_link.h"
 #include "imagewindow/image_window.h"
 #include "imagewindow/wheel_rules.h"
-#include "imagewindow/zoom_status.h"
 #include "library/resource_ids.h"
 #include "library/wheel_lines.h"
 #include "platform/framework/frame_wnd.h"
 
 // Keyboard and wheel. The scrolling and the zoom that follow stand in image_scroll.cpp and image_scale.cpp.
 
-void CImageWindow::UpdateZoomStatus() {
+CImageWindowFrame* CImageWindow::Frame() const {
   CWnd* parent = GetParent();
   // The window may sit in the pane of a splitter.
   if (parent != nullptr && parent->IsKindOf(RUNTIME_CLASS(CFrameWnd)) == FALSE) parent = parent->GetParent();
-  auto* target = dynamic_cast<CZoomStatusTarget*>(parent);
-  if (target != nullptr) target->UpdateZoomStatus();
+  return dynamic_cast<CImageWindowFrame*>(parent);
+}
+
+void CImageWindow::UpdateZoomStatus() {
+  CImageWindowFrame* frame = Frame();
+  if (frame != nullptr) frame->UpdateZoomStatus();
 }
 
 void CImageWindow::OnKeyDown(UINT key, UINT, UINT) {
   switch (key) {
     case VK_SHIFT:
-      m_bShiftDown = true;
+      SetShift(true);
       break;
     case VK_PRIOR:
       PostMessage(WM_VSCROLL, SB_PAGEUP);
@@ -45,7 +49,7 @@ void CImageWindow::OnKeyDown(UINT key, UINT, UINT) {
 }
 
 void CImageWindow::OnKeyUp(UINT key, UINT, UINT) {
-  if (key == VK_SHIFT) m_bShiftDown = false;
+  if (key == VK_SHIFT) SetShift(false);
   Default();
 }
 

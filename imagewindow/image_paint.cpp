@@ -51,13 +51,15 @@ class LockedBlock {
 
 void CImageWindow::OnPaint() {
   CPaintDC dc(this);
-  if (DoDraw(&dc)) return;
-  CRect client;
-  GetClientRect(client);
-  dc.DPtoLP(static_cast<LPRECT>(client));
-  CGdiObject* former = dc.SelectStockObject(GRAY_BRUSH);
-  dc.PatBlt(0, 0, client.right, client.bottom, PATCOPY);
-  dc.SelectObject(former);
+  if (!DoDraw(&dc)) {
+    CRect client;
+    GetClientRect(client);
+    dc.DPtoLP(static_cast<LPRECT>(client));
+    CGdiObject* former = dc.SelectStockObject(GRAY_BRUSH);
+    dc.PatBlt(0, 0, client.right, client.bottom, PATCOPY);
+    dc.SelectObject(former);
+  }
+  RestoreBand(&dc);
 }
 
 bool CImageWindow::DoDraw(CPaintDC* dc) {

@@ -13,9 +13,16 @@ ON_WM_PAINT()
 ON_WM_SIZE()
 ON_WM_HSCROLL()
 ON_WM_VSCROLL()
+ON_WM_SETCURSOR()
+ON_WM_LBUTTONDOWN()
+ON_WM_LBUTTONUP()
+ON_WM_MOUSEMOVE()
+ON_WM_CAPTURECHANGED()
 ON_WM_MOUSEWHEEL()
 ON_WM_KEYDOWN()
 ON_WM_KEYUP()
+ON_WM_CONTEXTMENU()
+ON_WM_DROPFILES()
 END_MESSAGE_MAP()
 
 namespace {
@@ -87,6 +94,7 @@ BOOL CImageWindow::PreCreateWindow(CREATESTRUCT& cs) {
 int CImageWindow::OnCreate(LPCREATESTRUCT cs) {
   if (CWnd::OnCreate(cs) == -1) return -1;
   SetClassLong(m_hWnd, GCL_HCURSOR, 0);  // the window alone decides on its cursor
+  DragAcceptFiles(TRUE);
   ModifyStyle(0, WS_HSCROLL | WS_VSCROLL);
   ShowScrollBar(SB_BOTH, FALSE);
   SCROLLINFO nothing{};
@@ -95,9 +103,4 @@ int CImageWindow::OnCreate(LPCREATESTRUCT cs) {
   SetScrollInfo(SB_HORZ, &nothing, FALSE);
   SetScrollInfo(SB_VERT, &nothing, FALSE);
   return 0;
-}
-
-void CImageWindow::SetMouseMode(int mode) {
-  m_nMouseMode = mode;
-  if (mode == MouseModeNone) SetCursor(LoadCursor(nullptr, IDC_ARROW));
 }

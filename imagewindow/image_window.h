@@ -7,6 +7,8 @@
 #include "library/report_error.h"
 #include "platform/framework/wnd.h"
 
+class CImageWindowFrame;
+
 /// Fit modes. Any other value is kept and does nothing.
 enum : int { FitModeNone = 0, FitModeWidth = 1, FitModeHeight = 2, FitModeBest = 3 };
 
@@ -68,8 +70,13 @@ class TESSAREL_API CImageWindow : public CWnd {
   /// Keeps the mode and, if it is another one than before, fits once.
   void SetFitMode(int mode);
   int GetFitMode() const { return m_nFitMode; }
+  /// Shows the mode's cursor too. A mode that isn't known is kept and does nothing.
   void SetMouseMode(int mode);
   int GetMouseMode() const { return m_nMouseMode; }
+  /// Arms the zoom selection, or takes that back: the next drag of the mouse draws a frame, and what it holds
+  /// fills the window. It is good for one drag.
+  void ToggleZoomSelect();
+  bool IsZoomSelected() const { return m_bZoomSelect; }
   /// Turns the page by quarter turns, clockwise. store: the pages that come are turned too. The source isn't.
   bool Rotate(int degrees, bool store);
   /// Writes the source, as it is and not as it is shown, into another file: a copy if both names end alike,
@@ -106,7 +113,8 @@ class TESSAREL_API CImageWindow : public CWnd {
   int m_nPrintFormat = 0;
 
  protected:
-  /// Told after a zoom by the wheel. Hands on to the parent, or its parent, if that is a CZoomStatusTarget.
+  /// Told after a zoom by mouse or wheel. Hands on to the parent, or its parent, if that is a
+  /// CImageWindowFrame.
   virtual void UpdateZoomStatus();
   BOOL PreCreateWindow(CREATESTRUCT& cs) override;
 
@@ -137,15 +145,25 @@ class TESSAREL_API CImageWindow : public CWnd {
   /// Takes scaled size and scroll bars from page and scale, and goes to the top left corner.
   void UpdateScroll();
   void MoveScrollPos(CSize offset);
+  static CRect GetStartEndRect(CPoint start, CPoint end);
+  /// The selection's top left corner comes to the window's, and all of it fits. Nothing for an empty one.
+  void ZoomToSelection();
 
   int OnCreate(LPCREATESTRUCT cs);
   void OnPaint();
   void OnSize(UINT type, int cx, int cy);
   void OnHScroll(UINT code, UINT position, CScrollBar* bar);
   void OnVScroll(UINT code, UINT position, CScrollBar* bar);
+  BOOL OnSetCursor(CWnd* window, UINT hitTest, UINT message);
+  void OnLButtonDown(UINT flags, CPoint point);
+  void OnLButtonUp(UINT flags, CPoint point);
+  void OnMouseMove(UINT flags, CPoint point);
+  void OnCaptureChanged(CWnd* window);
   BOOL OnMouseWheel(UINT flags, short delta, CPoint point);
   void OnKeyDown(UINT key, UINT repeat, UINT flags);
   void OnKeyUp(UINT key, UINT repeat, UINT flags);
+  void OnContextMenu(CWnd* window, CPoint point);
+  void OnDropFiles(HDROP drop);
 
  private:
   bool HasPage() const { return (m_Bitmap.Flags & leadtools12::kAllocated) != 0; }
@@ -162,6 +180,18 @@ class TESSAREL_API CImageWindow : public CWnd {
   void MakePixelsSquare();
   void StepTo(int divisor, CPoint position);
   void ScrollBy(int bar, UINT code, UINT* position);
+  /// The frame round this window, or null.
+  CImageWindowFrame* Frame() const;
+  void OpenDropped(const char* path);
+  bool ClickZooms() const;
+  bool ClickZoomsIn() const;
+  void ShowZoomCursor();
+  void SetShift(bool down);
+  void ZoomAt(CPoint point);
+  /// Draws the selection's frame at its new place, and takes it off the last one.
+  void MoveBand(const CRect& band);
+  /// Draws the frame again over what was just painted.
+  void RestoreBand(CDC* dc);
   void ScrollByWheel(int bar, int delta);
   void TurnPageByWheel(int delta);
   bool ExportByCopy(const CString& target);

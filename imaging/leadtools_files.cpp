@@ -7,6 +7,7 @@
 #include "imaging/codecs/writer.h"
 #include "imaging/guard.h"
 #include "imaging/ltwrap.h"
+#include "imaging/page_record.h"
 #include "imaging/source.h"
 
 using namespace imaging;
@@ -54,21 +55,22 @@ int Load(const Source& source, struct_LEAD_Bitmap* bitmap, const DecodeWish& wis
   DecodedPage decoded = OpenReader(source)->Decode(page, wish);
   if (info != nullptr) FillInformation(decoded.info, source, page, *info);
 
-  *bitmap = {};
-  bitmap->uStructSize = sizeof *bitmap;
-  bitmap->Width = decoded.pixels->Width();
-  bitmap->Height = decoded.pixels->Height();
-  bitmap->BitsPerPixel = decoded.pixels->Bits();
-  bitmap->Flags = leadtools12::kAllocated;
-  bitmap->ViewPerspective = decoded.info.viewPerspective;
-  bitmap->Order = decoded.order;
-  bitmap->XResolution = decoded.info.xResolution;
-  bitmap->YResolution = decoded.info.yResolution;
-  bitmap->pStorage = decoded.pixels.release();  // FreeBitmap ends it
+  *bitmap = RecordOf(std::move(decoded));
   return 1;
 }
 
 }  // namespace
+
+Bitmap imaging::RecordOf(DecodedPage page) {
+  Bitmap record{};
+  record.uStructSize = sizeof record;
+  record.ViewPerspective = page.info.viewPerspective;
+  record.Order = page.order;
+  record.XResolution = page.info.xResolution;
+  record.YResolution = page.info.yResolution;
+  Adopt(record, std::move(page.pixels));
+  return record;
+}
 
 int LEADTOOLS::GetDefaultLoadFileOption(_LOADFILEOPTION* options) {
   if (options == nullptr) Fail(kErrorInvalidParameter, "No record for the load options was given");

@@ -5,6 +5,10 @@
 #include "imaging/records.h"
 #include "platform/base/types.h"
 
+using leadtools12::_LILITEM;
+using leadtools12::_LILITEMOPTION;
+using leadtools12::_LILPICKED;
+using leadtools12::_LILSELOPTION;
 using leadtools12::_LOADFILEOPTION;
 using leadtools12::_SAVEFILEOPTION;
 using leadtools12::struct_file_information;
@@ -46,6 +50,28 @@ class LTWRAP_API LEADTOOLS {
   static int ChangeBitmapViewPerspective(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source,
                                          int viewPerspective);
 
+  // List of bitmaps (leadtools_list.cpp). A list is a handle that DestroyBitmapList ends; a dead or null one
+  // makes every other call throw. Indices count from 0.
+
+  static int CreateBitmapList(void** list);
+  /// A list with one item for each page of the file; the path is kept. A page is decoded when its item is
+  /// first asked for, so that a damaged one throws there. bits and order as in LoadBitmapA; PageNumber isn't
+  /// looked at; info, if given, describes page 1.
+  static int LoadBitmapList(char* path, void** list, int bits, int order, _LOADFILEOPTION* options,
+                            struct_file_information* info);
+  static int GetBitmapListCount(void* list, unsigned int* count);
+  /// A header of the item's pixels, which stay the list's: the caller frees nothing. They may be changed in
+  /// place. Throws if the page can't be decoded, or the file isn't the one that the list was made of.
+  static int GetBitmapListItem(void* list, unsigned int index, struct_LEAD_Bitmap* bitmap);
+  /// Takes a changed header back. One that refers to other pixels than the item's gives these to the list,
+  /// and the item's own are freed.
+  static int SetBitmapListItem(void* list, unsigned int index, struct_LEAD_Bitmap* bitmap);
+  /// Inserts before the item at index; the count, or all bits set, appends. The list takes the pixels over,
+  /// unless it throws.
+  static int InsertBitmapListItem(void* list, unsigned int index, struct_LEAD_Bitmap* bitmap);
+  /// Frees the list and its pixels. A null or dead handle is left alone.
+  static int DestroyBitmapList(void* list);
+
   // Transform (leadtools_transform.cpp)
 
   /// Scales in place by repeating or dropping pixels.
@@ -83,4 +109,34 @@ class LTWRAP_API LEADTOOLS {
   /// next page is added, and an attempt that fails leaves the pages before it.
   static int SaveBitmap(const char* path, struct_LEAD_Bitmap* bitmap, int format, int bits, int quality,
                         _SAVEFILEOPTION* options);
+
+  // Image-list control (leadtools_imagelist.cpp): a window of class LEADIMGLIST32. Indices count from 0. A
+  // window that is none and an index that isn't there make a call throw.
+  //
+  // Messages to it: WM_USER + 21 with a colour as lParam sets the background, WM_USER + 17 with an index as
+  // wParam brings that item into view. When the user picks an item, by mouse or key, the parent gets
+  // WM_COMMAND: low word the control's id, high word 1024, lParam a _LILPICKED. The parent may clear the list
+  // or destroy the control meanwhile.
+
+  /// Registers the window class. Called before such a window is made, as often as one likes.
+  static void UseImageListControl();
+  /// Appends. The control keeps copies of picture and caption.
+  static int ImgListInsert(HWND window, _LILITEM* item);
+  /// Fills the record. Picture and caption stay the control's, until the item changes.
+  static int ImgListGetItem(HWND window, unsigned int index, _LILITEM* item);
+  /// Changes the fields that uMask names; copies them as ImgListInsert does.
+  static int ImgListSetItem(HWND window, unsigned int index, _LILITEM* item);
+  static int ImgListClear(HWND window);
+  static int ImgListGetItemCount(HWND window);
+  /// Screenfuls of items; 0 if nothing needs scrolling.
+  static int ImgListGetPagesCount(HWND window);
+  /// The screenful in view, from 1. The s-th of ImgListGetPagesCount equal shares of the items is then wholly
+  /// in view; 0 where none is.
+  static int ImgListGetPage(HWND window);
+  /// Scrolls as little as is needed.
+  static int ImgListEnsureVisible(HWND window, int index);
+  static int ImgListGetSelOptions(HWND window, _LILSELOPTION* options);
+  static int ImgListSetSelOptions(HWND window, _LILSELOPTION* options);
+  static int ImgListGetItemOptions(HWND window, _LILITEMOPTION* options);
+  static int ImgListSetItemOptions(HWND window, _LILITEMOPTION* options);
 };

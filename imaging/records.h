@@ -58,4 +58,35 @@ struct _SAVEFILEOPTION {
   int PageNumber;  ///< from 1
 };
 
+/// One item of the image list.
+struct _LILITEM {
+  UINT uStructSize;
+  UINT uMask;                   ///< which fields count: bit 0 pBitmap, bit 1 pszText, bit 3 bSelected
+  struct_LEAD_Bitmap* pBitmap;  ///< the picture
+  char* pszText;                ///< caption under it
+  int bSelected;
+};
+
+/// What happens to the selection when the user picks an item by mouse or key.
+struct _LILSELOPTION {
+  UINT uStructSize;
+  int bSelectPicked;  ///< 1: the picked item becomes selected; 0: the selection is the program's alone
+  int bSingle;        ///< 1: every other item loses its selection; 0: a pick turns the item's selection over
+  int nReserved;
+};
+
+/// Size of the cells, pictures and captions included.
+struct _LILITEMOPTION {
+  UINT uStructSize;
+  int ItemWidth;  ///< logical units
+  int ItemHeight;
+};
+
+/// What the image list's WM_COMMAND points to.
+struct _LILPICKED {
+  UINT uStructSize;
+  UINT uCode;  ///< 1024, as in the message
+  int nIndex;  ///< of the picked item, from 0
+};
+
 }  // namespace leadtools12

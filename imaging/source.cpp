@@ -62,6 +62,7 @@ class FileSource final : public Source {
   std::optional<SourceIdentity> Identity() const override {
     return m_settled ? std::optional(m_identity) : std::nullopt;
   }
+  SourceIdentity Stamp() const override { return m_identity; }
 
  private:
   int m_descriptor;

@@ -33,6 +33,8 @@ class Source {
   virtual const std::string& Name() const = 0;
   /// Absent if what was learnt of the source must not outlive it (memory, a file that is being written).
   virtual std::optional<SourceIdentity> Identity() const { return std::nullopt; }
+  /// The identity even of a file so young that it may still change under the same one; empty for memory.
+  virtual SourceIdentity Stamp() const { return {}; }
 
   bool ReadExactly(std::int64_t offset, std::span<std::uint8_t> target) const {
     return ReadAt(offset, target) == target.size();

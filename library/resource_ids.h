@@ -37,16 +37,77 @@ enum : UINT {
   ID_ZP_INDICATOR_PAGE = 40001,
   ID_VIEW_TOOLBAR = 59392,
   ID_VIEW_STATUS_BAR = 59393,
-  AFX_IDS_IDLEMESSAGE = 57345,
+  ID_APP_ABOUT = 57664,
+  ID_APP_EXIT = 57665,
+  ID_HELP_FINDER = 57667,
   ID_ZP_TIMER_SAVE_ZOOM = 1011,
 };
 
 // Texts that the code names; the rest of the table are prompts of commands.
 enum : UINT {
   IDS_ZP_ONE_FILE_ONLY = 30002,
+  IDS_ZP_EXPORT_TITLE = 30035,
+  IDS_ZP_OVERWRITE = 30037,
+  IDS_ZP_ZOOM_RULER = 30038,  ///< never shown: as wide as the zoom pane
+  IDS_ZP_PAGE_RULER = 30039,  ///< never shown: as wide as the page pane
+  IDS_ZP_NO_SUCH_PAGE = 30040,
+  IDS_ZP_OPENING = 30041,
+  IDS_ZP_EXPORTING = 30042,
+  IDS_ZP_SCALE_OUT_OF_RANGE = 30043,
   IDS_ZP_EXPORT_ONE_PAGE = 30044,
   IDS_ZP_EXPORT_DONE = 30045,
   IDS_ZP_COPY_ERROR = 30046,
   IDS_ZP_FILE_COPIED = 30047,
   IDS_ZP_NOT_AVAILABLE = 30059,
+  IDS_ZP_NO_DETAILS = 40032,
+  IDS_ZP_PAGE_CAPTION = 40033,
+};
+
+// Menus, dialogs and pictures. Kinds count apart, so a menu, a cursor and an icon may have one number.
+enum : UINT {
+  IDR_ZP_VIEWER = 30001,  ///< menu and icon of the viewer frames
+  IDR_ZP_HOST = 30006,    ///< menu for a host that opens files itself; icon of the document's frames
+  IDR_ZP_CONTEXT = 30005,
+  IDB_ZP_VIEWER_TOOLBAR = 30004,
+  IDB_ZP_DOCUMENT_TOOLBAR = 1012,
+  IDC_ZP_CURSOR_GRABBING = 30006,
+  IDC_ZP_CURSOR_HAND = 30007,
+  IDC_ZP_CURSOR_ZOOM_IN = 30008,
+  IDC_ZP_CURSOR_ZOOM_OUT = 30009,
+  IDC_ZP_CURSOR_ZOOM_LIMIT = 30010,
+  IDC_ZP_CURSOR_SELECT = 30012,
+  IDD_ZP_GOTO_PAGE = 30003,
+  IDD_ZP_CUSTOM_ZOOM = 30011,
+  IDD_ZP_PROPERTIES = 30023,
+  IDD_ZP_PRINT_FORMAT = 1000,
+  IDD_ZP_PRINT_ABORT = 1009,
+};
+
+// Controls of the dialogs; an id counts within its dialog only.
+enum : int {
+  IDC_ZP_STATIC = -1,      ///< a text or box that no code names
+  IDC_ZP_CANCEL = 40017,   ///< of the go-to and the zoom dialog, which don't use IDCANCEL
+  IDC_ZP_ZOOM_OK = 40014,  ///< of the zoom dialog, which doesn't use IDOK
+  IDC_ZP_GOTO_FIRST = 30013,
+  IDC_ZP_GOTO_LAST = 30014,
+  IDC_ZP_GOTO_NUMBER = 30015,
+  IDC_ZP_GOTO_EDIT = 30016,
+  IDC_ZP_GOTO_SPIN_PLACE = 30017,  ///< lends its rectangle to the spin control ID_ZP_SPIN_PAGE
+  IDC_ZP_ZOOM_PERCENT = 30018,
+  IDC_ZP_FILE_SIZE = 30024,
+  IDC_ZP_FILE_PAGES = 30025,
+  IDC_ZP_FILE_FORMAT = 30026,
+  IDC_ZP_PAGE_NUMBER = 30027,
+  IDC_ZP_PAGE_COMPRESSION = 30028,
+  IDC_ZP_PAGE_BITS = 30029,
+  IDC_ZP_FILE_PATH = 30030,
+  IDC_ZP_FILE_NAME = 30031,
+  IDC_ZP_PAGE_PIXELS = 30032,
+  IDC_ZP_PAGE_RESOLUTION = 30033,
+  IDC_ZP_PAGE_REAL_SIZE = 30034,
+  IDC_ZP_FORMAT_FIT = 1000,
+  IDC_ZP_FORMAT_REAL = 1001,
+  IDC_ZP_FORMAT_PIXELS = 1002,
+  IDC_ZP_ABORT_CANCEL = 1007,
+  IDC_ZP_PRINT_FORMAT = 1000,  ///< of the print dialog: opens the print format dialog
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,14 @@ PLATFORM_API void SetMessageBoxAnswer(MessageBoxAnswer answer);
 /// up.
 using FileDialogAnswer = bool (*)(FileDialogRequest& request);
 PLATFORM_API void SetFileDialogAnswer(FileDialogAnswer answer);
+/// Takes the place of a tracked pop-up on the screen, after WM_INITMENUPOPUP for it and each sub-menu: the
+/// command that is chosen, 0 for none. One that isn't there or is grey counts as none. Null brings the real
+/// one back.
+using MenuAnswer = int (*)(HMENU menu, HWND owner);
+PLATFORM_API void SetMenuAnswer(MenuAnswer answer);
+/// Opens the menus of a window's bar that lead to a command (WM_INITMENUPOPUP) and chooses it, which posts
+/// WM_COMMAND. False if it isn't there, is grey, or the window is disabled.
+PLATFORM_API bool ChooseMenuItem(HWND topLevel, UINT id);
 
 /// Runs once, as soon as the next modal dialog is on the screen: queue its input there, or end it.
 PLATFORM_API void OnNextDialog(std::function<void(HWND dialog)> action);
@@ -66,10 +75,15 @@ PLATFORM_API void ReleaseMouse(HWND window, POINT point, Button button = Button:
 PLATFORM_API void MoveMouse(HWND window, POINT point, bool leftDown = false);
 PLATFORM_API void TurnWheel(HWND window, POINT point, int delta, bool shift = false, bool control = false,
                             bool alt = false);
+/// Drops files on a window, as another program's user does; false if the window takes none.
+PLATFORM_API bool DropFiles(HWND window, POINT point, std::span<const char* const> paths);
 /// Drags the thumb of a scroll bar to a position: tracking at it, and letting go if asked.
 PLATFORM_API void DragThumb(HWND window, int bar, int position, bool release);
 /// Clicks an arrow (page false) or the trough of a scroll bar.
 PLATFORM_API void ClickScrollBar(HWND window, int bar, bool forward, bool page);
+
+/// Number of the resource or of the system's cursor (32512 and up); 0 for a dead handle.
+PLATFORM_API UINT CursorId(HCURSOR cursor);
 
 /// Writes what a window shows, bars and children included, as a PNG in device pixels. False if it can't.
 PLATFORM_API bool SaveWindowPicture(HWND window, const char* path);

@@ -29,8 +29,11 @@ void Adopt(Bitmap& bitmap, std::unique_ptr<PixelStorage> storage) {
 }
 
 void Replace(Bitmap& bitmap, std::unique_ptr<PixelStorage> storage) {
-  const std::unique_ptr<PixelStorage> former(bitmap.pStorage);
-  Adopt(bitmap, std::move(storage));
+  PixelStorage& kept = *bitmap.pStorage;
+  kept.Exchange(*storage);
+  bitmap.Width = kept.Width();
+  bitmap.Height = kept.Height();
+  bitmap.BitsPerPixel = kept.Bits();
 }
 
 Bitmap EmptyBitmap(int width, int height, int bits) {

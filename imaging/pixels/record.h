@@ -15,7 +15,9 @@ Bitmap& Require(Bitmap* bitmap);
 /// pixels. operation names what was to be done, for the error text.
 PixelStorage& RequirePixels(Bitmap* bitmap, const char* operation);
 
-/// Makes the record the owner of new pixels and frees those that it held.
+/// Puts new pixels in the place of those that an allocated record refers to. The storage stays the same one,
+/// so that its owner, be it another record or a list, neither loses it nor frees it twice, whatever happens
+/// between a change of a borrowed header and its return.
 void Replace(Bitmap& bitmap, std::unique_ptr<PixelStorage> storage);
 /// Makes the record the owner of new pixels; what it held before is not looked at.
 void Adopt(Bitmap& bitmap, std::unique_ptr<PixelStorage> storage);

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "imaging/exception.h"
@@ -135,6 +136,20 @@ PixelStorage::~PixelStorage() {
   Live().erase(this);
   ViewCache::Instance().Drop(m_serial);
   if (m_pixels != nullptr) Pool().Give(m_pixels, m_capacity);
+}
+
+void PixelStorage::Exchange(PixelStorage& other) noexcept {
+  std::swap(m_width, other.m_width);
+  std::swap(m_height, other.m_height);
+  std::swap(m_bits, other.m_bits);
+  std::swap(m_pitch, other.m_pitch);
+  std::swap(m_pixels, other.m_pixels);
+  std::swap(m_capacity, other.m_capacity);
+  std::swap(m_palette, other.m_palette);
+  for (PixelStorage* storage : {this, &other}) {
+    ++storage->m_revision;
+    ViewCache::Instance().Drop(storage->m_serial);
+  }
 }
 
 bool PixelStorage::IsLinearGray() const {

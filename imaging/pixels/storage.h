@@ -47,6 +47,9 @@ class LTWRAP_API PixelStorage {
   /// other's address.
   std::uint64_t Serial() const { return m_serial; }
   std::uint64_t Revision() const { return m_revision; }
+  /// Exchanges size, depth, colours and pixels; each storage stays itself, so that every record which refers
+  /// to it sees what the other held. Both count as changed.
+  void Exchange(PixelStorage& other) noexcept;
   /// False for the address of a storage that is gone: a copied record can't know that its owner has freed it.
   static bool IsLive(const PixelStorage* storage);
 

@@ -41,12 +41,3 @@ BOOL CCmdTarget::OnCmdMsg(UINT id, int code, void* extra, void* handlerInfo) {
       return FALSE;
   }
 }
-
-BOOL CCmdUI::DoUpdate(CCmdTarget* target, BOOL disableIfNoHandler) {
-  if (target == nullptr) return FALSE;
-  m_bEnableChanged = false;
-  const BOOL handled = target->OnCmdMsg(m_nID, CN_UPDATE_COMMAND_UI, this, nullptr);
-  bool found = false;
-  if (disableIfNoHandler != 0 && !m_bEnableChanged) Enable(target->OnCmdMsg(m_nID, CN_COMMAND, this, &found));
-  return handled;
-}

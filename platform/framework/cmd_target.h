@@ -35,6 +35,8 @@ enum AfxSig : UINT {
   AfxSig_vactivate,  ///< void (UINT, CWnd*, BOOL)
   AfxSig_bwheel,     ///< BOOL (UINT, short, CPoint)
   AfxSig_vdrop,      ///< void (HDROP)
+  AfxSig_vmenu,      ///< void (CMenu*, UINT, BOOL)
+  AfxSig_vselect,    ///< void (UINT, UINT, HMENU)
   AfxSig_cmd,        ///< void ()
   AfxSig_cmdid,      ///< void (UINT id)
   AfxSig_cmdui,      ///< void (CCmdUI*)

@@ -18,15 +18,16 @@ class PLATFORM_API CCmdUI {
   UINT m_nIndex = 0;
   UINT m_nIndexMax = 0;
   CWnd* m_pOther = nullptr;  ///< the window whose item it is
-  CMenu* m_pMenu = nullptr;
+  CMenu* m_pMenu = nullptr;  ///< of a menu: the item is the one at m_nIndex in it
+  CMenu* m_pSubMenu =
+      nullptr;  ///< the item is this sub-menu of m_pMenu, asked about under its first item's number
 
-  virtual void Enable(BOOL on = TRUE) {
-    m_bEnableChanged = true;
-    m_bEnabled = on;
-  }
-  virtual void SetCheck(int check = 1) { m_nCheck = check; }
-  virtual void SetRadio(BOOL on = TRUE) { SetCheck(on != 0 ? 1 : 0); }
-  virtual void SetText(LPCTSTR) {}
+  // They set the menu's item if there is one, but not a sub-menu.
+  virtual void Enable(BOOL on = TRUE);
+  virtual void SetCheck(int check = 1);
+  /// The mark is a dot.
+  virtual void SetRadio(BOOL on = TRUE);
+  virtual void SetText(LPCTSTR text);
 
   /// Asks the target. If nobody has a handler and disableIfNoHandler is set, the item is disabled unless a
   /// command handler exists.

@@ -1,6 +1,7 @@
 #include "platform/framework/frame_wnd.h"
 
 #include "platform/framework/app.h"
+#include "platform/resources/resources.h"
 
 IMPLEMENT_DYNCREATE(CFrameWnd, CWnd)
 
@@ -12,15 +13,28 @@ ON_WM_SIZE()
 ON_WM_SETFOCUS()
 ON_WM_CLOSE()
 ON_WM_ERASEBKGND()
+ON_WM_INITMENUPOPUP()
+ON_WM_MENUSELECT()
 END_MESSAGE_MAP()
 
-BOOL CFrameWnd::Create(LPCTSTR className, LPCTSTR title, DWORD style, const RECT& rect, CWnd* parent, LPCTSTR,
-                       DWORD exStyle, CCreateContext* context) {
+BOOL CFrameWnd::Create(LPCTSTR className, LPCTSTR title, DWORD style, const RECT& rect, CWnd* parent,
+                       LPCTSTR menuName, DWORD exStyle, CCreateContext* context) {
+  HMENU menu = nullptr;
+  if (menuName != nullptr) {
+    menu = LoadMenuA(AfxFindResourceHandle(menuName, RT_MENU), menuName);
+    if (menu == nullptr) {
+      PostNcDestroy();
+      return FALSE;
+    }
+  }
+  m_hMenuDefault = menu;
   const bool anywhere = rect.left == CW_USEDEFAULT;
-  return CreateEx(exStyle, className, title, style, rect.left, rect.top,
-                  anywhere ? CW_USEDEFAULT : rect.right - rect.left,
-                  anywhere ? CW_USEDEFAULT : rect.bottom - rect.top,
-                  parent == nullptr ? nullptr : parent->m_hWnd, nullptr, context);
+  const BOOL created = CreateEx(exStyle, className, title, style, rect.left, rect.top,
+                                anywhere ? CW_USEDEFAULT : rect.right - rect.left,
+                                anywhere ? CW_USEDEFAULT : rect.bottom - rect.top,
+                                parent == nullptr ? nullptr : parent->m_hWnd, menu, context);
+  if (created == 0) DestroyMenu(menu);  // this object may be gone
+  return created;
 }
 
 BOOL CFrameWnd::PreCreateWindow(CREATESTRUCT& cs) {

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/base/exception.h"
+#include "platform/framework/menu.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/wnd.h"
 
@@ -78,6 +79,7 @@ BOOL CWinThread::PreTranslateMessage(MSG* message) {
 BOOL CWinThread::OnIdle(LONG count) {
   if (count == 0) return TRUE;
   CWnd::DeleteTempMap();
+  CMenu::DeleteTempMap();
   CDC::DeleteTempMap();
   CGdiObject::DeleteTempMap();
   return FALSE;

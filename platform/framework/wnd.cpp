@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/framework/frame_wnd.h"
+#include "platform/framework/menu.h"
 #include "platform/framework/thread.h"
 #include "platform/window/pump.h"
 
@@ -140,6 +141,14 @@ CFrameWnd* CWnd::GetTopLevelFrame() const {
     frame = outer;
   }
   return frame;
+}
+
+CMenu* CWnd::GetMenu() const {
+  return CMenu::FromHandle(::GetMenu(m_hWnd));
+}
+
+BOOL CWnd::SetMenu(CMenu* menu) {
+  return ::SetMenu(m_hWnd, menu == nullptr ? nullptr : menu->m_hMenu);
 }
 
 BOOL CWnd::SetScrollInfo(int bar, LPSCROLLINFO info, BOOL redraw) {

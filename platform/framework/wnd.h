@@ -3,9 +3,12 @@
 #include "platform/framework/cmd_target.h"
 #include "platform/framework/wnd_messages.h"
 #include "platform/graphics/dc.h"
+#include "platform/window/drop_files.h"
+#include "platform/window/menu.h"
 #include "platform/window/window.h"
 
 class CFrameWnd;
+class CMenu;
 class CScrollBar;
 class CDataExchange;
 
@@ -140,10 +143,17 @@ class PLATFORM_API CWnd : public CCmdTarget {
   void GetScrollRange(int bar, int* low, int* high) const { ::GetScrollRange(m_hWnd, bar, low, high); }
   void ShowScrollBar(UINT bar, BOOL show = TRUE) { ::ShowScrollBar(m_hWnd, static_cast<int>(bar), show); }
 
+  /// Null for a window without a bar.
+  CMenu* GetMenu() const;
+  /// Null takes the bar away. The former menu is the caller's.
+  BOOL SetMenu(CMenu* menu);
+  void DrawMenuBar() { ::DrawMenuBar(m_hWnd); }
+
   CWnd* SetFocus() { return FromHandle(::SetFocus(m_hWnd)); }
   static CWnd* GetFocus() { return FromHandle(::GetFocus()); }
   CWnd* SetCapture() { return FromHandle(::SetCapture(m_hWnd)); }
   static CWnd* GetCapture() { return FromHandle(::GetCapture()); }
+  void DragAcceptFiles(BOOL accept = TRUE) { ::DragAcceptFiles(m_hWnd, accept); }
   std::uintptr_t SetTimer(std::uintptr_t id, UINT milliseconds, TIMERPROC procedure = nullptr) {
     return ::SetTimer(m_hWnd, id, milliseconds, procedure);
   }
@@ -191,6 +201,8 @@ class PLATFORM_API CWnd : public CCmdTarget {
   void OnRButtonUp(UINT, CPoint) { Default(); }
   BOOL OnMouseWheel(UINT, short, CPoint) { return static_cast<BOOL>(Default()); }
   void OnCaptureChanged(CWnd*) { Default(); }
+  void OnInitMenuPopup(CMenu*, UINT, BOOL) { Default(); }
+  void OnMenuSelect(UINT, UINT, HMENU) { Default(); }
   void OnDropFiles(HDROP) { Default(); }
 
   HWND m_hWndOwner = nullptr;

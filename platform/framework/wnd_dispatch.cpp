@@ -1,6 +1,7 @@
 #include "platform/base/exception.h"
 #include "platform/framework/cmd_ui.h"
 #include "platform/framework/frame_wnd.h"
+#include "platform/framework/menu.h"
 #include "platform/framework/thread.h"
 #include "platform/framework/wnd.h"
 
@@ -101,6 +102,13 @@ bool Invoke(CWnd* w, const AFX_MSGMAP_ENTRY& entry, WPARAM wParam, LPARAM lParam
       break;
     case AfxSig_vdrop:
       Call<void>(w, pfn, reinterpret_cast<HDROP>(wParam));
+      break;
+    case AfxSig_vmenu:
+      Call<void, CMenu*, UINT, BOOL>(w, pfn, CMenu::FromHandle(reinterpret_cast<HMENU>(wParam)),
+                                     LOWORD(words), HIWORD(words));
+      break;
+    case AfxSig_vselect:
+      Call<void, UINT, UINT, HMENU>(w, pfn, low, high, reinterpret_cast<HMENU>(lParam));
       break;
     default:
       return false;

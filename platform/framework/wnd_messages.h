@@ -49,4 +49,8 @@
   PLATFORM_ON_WM(WM_MOUSEWHEEL, AfxSig_bwheel, BOOL (ThisClass::*)(UINT, short, CPoint), OnMouseWheel)
 #define ON_WM_CAPTURECHANGED() \
   PLATFORM_ON_WM(WM_CAPTURECHANGED, AfxSig_vWl, void (ThisClass::*)(CWnd*), OnCaptureChanged)
+#define ON_WM_INITMENUPOPUP() \
+  PLATFORM_ON_WM(WM_INITMENUPOPUP, AfxSig_vmenu, void (ThisClass::*)(CMenu*, UINT, BOOL), OnInitMenuPopup)
+#define ON_WM_MENUSELECT() \
+  PLATFORM_ON_WM(WM_MENUSELECT, AfxSig_vselect, void (ThisClass::*)(UINT, UINT, HMENU), OnMenuSelect)
 #define ON_WM_DROPFILES() PLATFORM_ON_WM(WM_DROPFILES, AfxSig_vdrop, void (ThisClass::*)(HDROP), OnDropFiles)

@@ -96,6 +96,11 @@ class PLATFORM_API CDC : public CObject {
   BOOL Rectangle(int l, int t, int r, int b) { return ::Rectangle(m_hDC, l, t, r, b); }
   BOOL Rectangle(LPCRECT rect);
   BOOL Ellipse(LPCRECT rect);
+  /// Moves the frame of a rectangle that is being dragged: takes the last one off the picture and draws the
+  /// new one, both by inversion, so that nothing of it stays. size is the thickness of the vertical and of
+  /// the horizontal sides. last null: there was none. Both brushes must be null: the frame has no pattern.
+  void DrawDragRect(LPCRECT rect, SIZE size, LPCRECT last, SIZE lastSize, CBrush* brush = nullptr,
+                    CBrush* lastBrush = nullptr);
 
   virtual BOOL TextOut(int x, int y, LPCTSTR text, int length) {
     return ::TextOutA(m_hDC, x, y, text, length);

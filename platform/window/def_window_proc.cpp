@@ -2,9 +2,11 @@
 #include <cstring>
 
 #include "platform/graphics/gdi.h"
+#include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/queue.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
+#include "platform/window/drop_files.h"
 
 using platform::FindWindowRecord;
 using platform::WindowRecord;
@@ -96,7 +98,17 @@ LRESULT DefWindowProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
       return window->IsChild() && window->parent != nullptr
                  ? SendMessage(window->parent, message, wParam, lParam)
                  : 0;
+    case WM_DROPFILES:
+      DragFinish(reinterpret_cast<HDROP>(wParam));
+      return 0;
+    case WM_SYSKEYDOWN:
+      if (wParam == VK_F10) platform::OpenMenuBar(GetTopLevelWindow(handle), 0);
+      return 0;
+    case WM_SYSCHAR:
+      platform::OpenMenuBar(GetTopLevelWindow(handle), static_cast<char32_t>(wParam));
+      return 0;
     case WM_CANCELMODE:
+      platform::CloseTrackedMenu(handle);
       if (GetCapture() == handle) ReleaseCapture();
       return 0;
     default:

@@ -50,10 +50,11 @@ bool QueueKey(HWND window, const QKeyEvent& event) {
   const DWORD typed = TypedCharacter(event);
   if (!TakesInput(target) || (key == 0 && typed == 0)) return false;
   const bool down = event.type() == QEvent::KeyPress;
-  const bool system = key == VK_MENU || (event.modifiers() & Qt::AltModifier) != 0;
+  const bool system = key == VK_MENU || key == VK_F10 || (event.modifiers() & Qt::AltModifier) != 0;
   const UINT message = down ? (system ? WM_SYSKEYDOWN : WM_KEYDOWN) : (system ? WM_SYSKEYUP : WM_KEYUP);
-  // Bits 0 to 15 the repeat count, 30 down before, 31 being let go.
-  const DWORD flags = 1U | (event.isAutoRepeat() ? 1U << 30 : 0) | (down ? 0 : 3U << 30);
+  // Bits 0 to 15 the repeat count, 29 Alt is down, 30 down before, 31 being let go.
+  const DWORD flags = 1U | ((event.modifiers() & Qt::AltModifier) != 0 ? 1U << 29 : 0) |
+                      (event.isAutoRepeat() ? 1U << 30 : 0) | (down ? 0 : 3U << 30);
   Queue::Instance().PostInput({target, message, static_cast<WPARAM>(key), static_cast<LPARAM>(flags),
                                MessageTime(), PointerPosition(), down ? typed : 0});
   return true;

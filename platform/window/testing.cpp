@@ -1,18 +1,23 @@
 #include "platform/testing.h"
 
 #include <QApplication>
+#include <QDropEvent>
 #include <QElapsedTimer>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPixmap>
 #include <QStyle>
 #include <QStyleOptionSlider>
+#include <QUrl>
 #include <QWheelEvent>
 #include <utility>
 
 #include "platform/window/controls/control.h"
+#include "platform/window/detail/cursors.h"
 #include "platform/window/detail/keys.h"
+#include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/queue.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
@@ -58,6 +63,8 @@ QString TextOf(int virtualKey, Qt::KeyboardModifiers modifiers) {
 QWidget* KeyReceiver(HWND window) {
   if (QWidget* popup = QApplication::activePopupWidget())
     return popup->focusWidget() != nullptr ? popup->focusWidget() : popup;
+  if (QWidget* bar = dynamic_cast<MenuBar*>(QApplication::focusWidget()))
+    return bar;  // the user has gone to it
   const std::shared_ptr<Control> control = ControlOf(window);
   return control ? control->Widget() : ClientOf(window);
 }
@@ -200,6 +207,22 @@ void TurnWheel(HWND window, POINT point, int delta, bool shift, bool control, bo
   QApplication::sendEvent(client, &event);
 }
 
+bool DropFiles(HWND window, POINT point, std::span<const char* const> paths) {
+  ClientWidget* client = ClientOf(window);
+  if (client == nullptr) return false;
+  QMimeData data;
+  QList<QUrl> urls;
+  for (const char* path : paths) urls.append(QUrl::fromLocalFile(path));
+  data.setUrls(urls);
+  const QPoint local(point.x, point.y);
+  QDragEnterEvent enter(local, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(client, &enter);
+  if (!enter.isAccepted()) return false;
+  QDropEvent drop(local, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(client, &drop);
+  return drop.isAccepted();
+}
+
 void DragThumb(HWND window, int bar, int position, bool release) {
   WindowScrollBar* widget = BarOf(window, bar);
   if (widget == nullptr) return;
@@ -217,6 +240,10 @@ void ClickScrollBar(HWND window, int bar, bool forward, bool page) {
   else
     widget->triggerAction(forward ? QAbstractSlider::SliderSingleStepAdd
                                   : QAbstractSlider::SliderSingleStepSub);
+}
+
+UINT CursorId(HCURSOR cursor) {
+  return CursorNumber(cursor);
 }
 
 bool SaveWindowPicture(HWND window, const char* path) {

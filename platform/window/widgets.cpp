@@ -1,6 +1,7 @@
 #include "platform/window/detail/widgets.h"
 
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -8,6 +9,7 @@
 #include <QStyle>
 #include <QStyleOptionFrame>
 
+#include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/queue.h"
 #include "platform/window/detail/window_record.h"
 
@@ -69,6 +71,7 @@ void FrameWidget::paintEvent(QPaintEvent*) {
   if ((window->exStyle & WS_EX_CLIENTEDGE) != 0) {
     QStyleOptionFrame option;
     option.initFrom(this);
+    option.rect.setTop(MenuBarHeight(*window));
     option.lineWidth = GetSystemMetrics(SM_CXEDGE);
     option.state |= QStyle::State_Sunken;
     style()->drawPrimitive(QStyle::PE_Frame, &option, &painter, this);
@@ -119,6 +122,19 @@ ClientWidget::ClientWidget(HWND window, FrameWidget* parent) : QWidget(parent), 
   setMouseTracking(true);
   setAttribute(Qt::WA_OpaquePaintEvent);
   setAttribute(Qt::WA_InputMethodEnabled, false);
+  setAcceptDrops(true);  // what the window itself doesn't take, its parents are asked for
+}
+
+bool ClientWidget::event(QEvent* event) {
+  // Alt with a letter opens our own bar's menus, but after the program has seen the key; the shortcuts that
+  // Qt makes for a bar would come first.
+  if (event->type() == QEvent::ShortcutOverride && HasMenuBar(GetTopLevelWindow(m_window)) &&
+      static_cast<QKeyEvent*>(event)->modifiers() == Qt::AltModifier &&
+      !static_cast<QKeyEvent*>(event)->text().isEmpty()) {
+    event->accept();
+    return true;
+  }
+  return QWidget::event(event);
 }
 
 void ClientWidget::mousePressEvent(QMouseEvent* event) {
@@ -153,6 +169,19 @@ void ClientWidget::contextMenuEvent(QContextMenuEvent* event) {
   PostMessage(m_window, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(m_window), -1);
 }
 
+void ClientWidget::dragEnterEvent(QDragEnterEvent* event) {
+  const WindowRecord* record = FindWindowRecord(m_window);
+  const bool takes = record != nullptr && (record->exStyle & WS_EX_ACCEPTFILES) != 0 && TakesInput(m_window);
+  event->setAccepted(takes && CarriesFiles(event->mimeData()));
+}
+
+void ClientWidget::dropEvent(QDropEvent* event) {
+  if (m_window == nullptr || !TakesInput(m_window)) return;
+  event->setDropAction(Qt::CopyAction);  // the files stay where they are
+  event->accept();
+  QueueDrop(m_window, *event);
+}
+
 void ClientWidget::keyPressEvent(QKeyEvent* event) {
   if (m_window == nullptr || !QueueKey(m_window, *event)) event->ignore();
 }
@@ -170,7 +199,8 @@ void ClientWidget::focusInEvent(QFocusEvent*) {
 }
 
 void ClientWidget::focusOutEvent(QFocusEvent* event) {
-  if (event->reason() != Qt::PopupFocusReason) FocusLost(m_window);
+  const bool toMenu = event->reason() == Qt::PopupFocusReason || event->reason() == Qt::MenuBarFocusReason;
+  if (!toMenu) FocusLost(m_window);
 }
 
 }  // namespace platform

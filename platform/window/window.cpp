@@ -1,9 +1,12 @@
 #include "platform/window/window.h"
 
+#include <QIcon>
 #include <algorithm>
 #include <map>
 
 #include "platform/window/controls/control.h"
+#include "platform/window/detail/cursors.h"
+#include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/queue.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
@@ -48,6 +51,7 @@ void MakeWidgets(WindowRecord& window, QWidget* hostParent) {
   }
   window.frame = new FrameWidget(window.handle, parent, flags);
   window.frame->setWindowTitle(QString::fromStdString(window.text));
+  if (window.windowClass->icon != nullptr) window.frame->setWindowIcon(IconOf(window.windowClass->icon));
   window.client = new ClientWidget(window.handle, window.frame);
 }
 
@@ -76,6 +80,7 @@ void PlaceInitially(WindowRecord& window, Place place) {
 void Forget(HWND handle) {
   WindowRecord* window = FindWindowRecord(handle);
   if (window == nullptr) return;
+  ForgetMenus(*window);
   ForgetWindowDCs(handle);
   ForgetInputWindow(handle);
   Queue::Instance().PurgeWindow(handle);
@@ -115,13 +120,14 @@ HWND CreateWindowRecord(const CREATESTRUCT& wanted, QWidget* hostParent) {
     window.parent = wanted.hwndParent;
   } else {
     window.owner = GetTopLevelWindow(wanted.hwndParent);
+    if (IsMenu(wanted.hMenu) != 0) window.menu = wanted.hMenu;
   }
   auto& siblings = SiblingsOf(window);
   siblings.insert(child ? siblings.end() : siblings.begin(), handle);
   MakeWidgets(window, hostParent);
   if ((wanted.style & WS_DISABLED) != 0) window.style |= WS_DISABLED;
   PlaceInitially(window, {wanted.x, wanted.y, wanted.cx, wanted.cy});
-  LayoutWindow(window);
+  RefreshMenuBar(window);
   window.sentClientSize = QSize(-1, -1);
   if (g_createHook != nullptr) g_createHook(handle);
   return handle;

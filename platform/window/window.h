@@ -62,7 +62,7 @@ enum : UINT {
 inline const auto HWND_TOP = static_cast<HWND>(nullptr);
 inline const auto HWND_BOTTOM = reinterpret_cast<HWND>(~std::uintptr_t{0});  // no handle that is given out
 enum : int { GWL_WNDPROC = -4, GWL_ID = -12, GWL_STYLE = -16, GWL_EXSTYLE = -20, GWL_USERDATA = -21 };
-enum : int { GCL_HBRBACKGROUND = -10, GCL_HCURSOR = -12, GCL_STYLE = -26 };
+enum : int { GCL_HBRBACKGROUND = -10, GCL_HCURSOR = -12, GCL_HICON = -14, GCL_STYLE = -26 };
 enum : UINT {
   GW_HWNDFIRST = 0,
   GW_HWNDLAST = 1,
@@ -208,9 +208,19 @@ PLATFORM_API HWND GetCapture();
 PLATFORM_API short GetKeyState(int key);
 PLATFORM_API BOOL GetCursorPos(POINT* point);
 
-// Cursors
+// Cursors and icons. A window's icon is that of its class.
 
+/// A cursor of a module's resources, or with a null instance one of the system's (IDC_...). The same handle
+/// each time; nobody has to delete it. Null if there is none.
 PLATFORM_API HCURSOR LoadCursor(HINSTANCE instance, LPCSTR name);
+inline HCURSOR LoadCursorA(HINSTANCE instance, LPCSTR name) {
+  return LoadCursor(instance, name);
+}
+/// An icon of a module's resources, under the same rules; there are none of the system.
+PLATFORM_API HICON LoadIconA(HINSTANCE instance, LPCSTR name);
+inline HICON LoadIcon(HINSTANCE instance, LPCSTR name) {
+  return LoadIconA(instance, name);
+}
 /// Shows the cursor over the window that holds the capture or lies under the pointer; the former one is
 /// returned.
 PLATFORM_API HCURSOR SetCursor(HCURSOR cursor);

@@ -1,10 +1,13 @@
 #include <strings.h>
 
+#include <QIcon>
 #include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "platform/window/detail/cursors.h"
+#include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
 
 namespace {
@@ -18,6 +21,14 @@ struct ClassTable {
 ClassTable& Classes() {
   static ClassTable table;
   return table;
+}
+
+/// Gives the icon to the windows that the class has already.
+void ShowClassIcon(const WindowClass& windowClass) {
+  const QIcon icon = platform::IconOf(windowClass.icon);
+  platform::Windows().ForEach([&](HWND, const platform::WindowRecord& window) {
+    if (window.windowClass == &windowClass && window.frame) window.frame->setWindowIcon(icon);
+  });
 }
 
 }  // namespace
@@ -65,6 +76,8 @@ std::intptr_t GetClassLong(HWND window, int index) {
   switch (index) {
     case GCL_HCURSOR:
       return reinterpret_cast<std::intptr_t>(record->windowClass->cursor);
+    case GCL_HICON:
+      return reinterpret_cast<std::intptr_t>(record->windowClass->icon);
     case GCL_HBRBACKGROUND:
       return reinterpret_cast<std::intptr_t>(record->windowClass->background);
     case GCL_STYLE:
@@ -81,6 +94,10 @@ std::intptr_t SetClassLong(HWND window, int index, std::intptr_t value) {
   switch (index) {
     case GCL_HCURSOR:
       record->windowClass->cursor = reinterpret_cast<HCURSOR>(value);
+      break;
+    case GCL_HICON:
+      record->windowClass->icon = reinterpret_cast<HICON>(value);
+      ShowClassIcon(*record->windowClass);
       break;
     case GCL_HBRBACKGROUND:
       record->windowClass->background = reinterpret_cast<HBRUSH>(value);

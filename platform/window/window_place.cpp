@@ -3,6 +3,7 @@
 #include <QWindow>
 #include <algorithm>
 
+#include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
 #include "platform/window/pump.h"
@@ -46,7 +47,7 @@ static void BringToFront(QWidget& window) {
 
 QRect ClientRectOf(const WindowRecord& window) {
   const int edge = EdgeOf(window);
-  QRect client = window.frame->rect().adjusted(edge, edge, -edge, -edge);
+  QRect client = window.frame->rect().adjusted(edge, edge + MenuBarHeight(window), -edge, -edge);
   client.setWidth(std::max(0, client.width() - BarExtent(window, SB_VERT)));
   client.setHeight(std::max(0, client.height() - BarExtent(window, SB_HORZ)));
   return client;
@@ -59,6 +60,7 @@ void LayoutWindow(WindowRecord& window) {
   const int bottom = BarExtent(window, SB_HORZ);
   PlaceBar(window, SB_VERT, QRect(client.right() + 1, client.top(), right, client.height()));
   PlaceBar(window, SB_HORZ, QRect(client.left(), client.bottom() + 1, client.width(), bottom));
+  PlaceMenuBar(window);
   window.client->setGeometry(client);
   window.frame->update();
   if (client.size() == window.sentClientSize) return;

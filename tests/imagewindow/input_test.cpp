@@ -1,20 +1,25 @@
 // Wheel and keys as the desktop sends them, and what they do to scale and position.
 
-#include "imagewindow/zoom_status.h"
+#include "imagewindow/frame_link.h"
 #include "library/resource_ids.h"
 #include "tests/imagewindow/window_fixture.h"
 
 namespace {
 
 /// A frame that counts what it is told.
-class TellingFrame : public CFrameWnd, public CZoomStatusTarget {
+class TellingFrame : public CFrameWnd, public CImageWindowFrame {
  public:
   void UpdateZoomStatus() override { ++zooms; }
+  bool OpenDroppedFile(const char* path) override {
+    dropped.emplace_back(path);
+    return true;
+  }
   LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
     if (message == WM_COMMAND) commands.push_back(LOWORD(wParam));
     return CFrameWnd::WindowProc(message, wParam, lParam);
   }
   int zooms = 0;
+  std::vector<std::string> dropped;
   std::vector<UINT> commands;
 };
 
@@ -65,7 +70,7 @@ TEST_F(Input, KeysPostScrollMessages) {
   EXPECT_EQ(window->m_ptScroll.y, 400 + window->m_szClient.cy - window->m_szClient.cy / 4);
 }
 
-TEST_F(Input, TheFrameHearsOfZoomsAndOfPagesAskedFor) {
+TEST_F(Input, TheFrameHearsOfZoomsPagesAndFiles) {
   window.reset();
   frame->DestroyWindow();
   auto* telling = new TellingFrame;
@@ -85,6 +90,11 @@ TEST_F(Input, TheFrameHearsOfZoomsAndOfPagesAskedFor) {
   platform::testing::PumpUntilIdle();
   const std::vector<UINT> expected = {ID_ZP_NEXT_PAGE, ID_ZP_PREV_PAGE};
   EXPECT_EQ(telling->commands, expected);
+  const char* path = "/tmp/elsewhere.tif";
+  ASSERT_TRUE(platform::testing::DropFiles(*window, {5, 5}, {&path, 1}));
+  platform::testing::PumpUntilIdle();
+  EXPECT_EQ(telling->dropped, std::vector<std::string>{path});
+  EXPECT_EQ(window->GetMaxPage(), 1) << "the frame opens it, or not";
 }
 
 }  // namespace

@@ -5,6 +5,8 @@
 
 #include "platform/window/window.h"
 
+class QMimeData;
+
 namespace platform {
 
 /// The whole of a window: edge, scroll bars and client area. It has no drawing of the program in it.
@@ -41,6 +43,7 @@ class ClientWidget : public QWidget {
   HWND Window() const { return m_window; }
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
@@ -48,6 +51,8 @@ class ClientWidget : public QWidget {
   void mouseMoveEvent(QMouseEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
@@ -83,6 +88,9 @@ class WindowScrollBar : public QScrollBar {
 bool QueueKey(HWND window, const QKeyEvent& event);
 void QueueMouse(HWND window, const QMouseEvent& event, UINT message, const QWidget& from);
 void QueueWheel(HWND window, const QWheelEvent& event);
+/// WM_DROPFILES with the files of the event (drop_files.cpp).
+void QueueDrop(HWND window, const QDropEvent& event);
+bool CarriesFiles(const QMimeData* data);
 /// False for a window that is disabled, itself or through a parent.
 bool TakesInput(HWND window);
 

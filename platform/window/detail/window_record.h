@@ -18,6 +18,7 @@ namespace platform {
 class FrameWidget;
 class ClientWidget;
 class WindowScrollBar;
+class MenuBar;
 class Control;
 
 struct WindowClass {
@@ -53,11 +54,13 @@ struct WindowRecord {
   HWND parent = nullptr;       ///< of a child
   HWND owner = nullptr;        ///< of a top-level window
   std::vector<HWND> children;  ///< top of the z-order first
+  HMENU menu = nullptr;        ///< of a top-level window
   std::string text;
   bool destroying = false;
 
   QPointer<FrameWidget> frame;
   QPointer<ClientWidget> client;
+  QPointer<MenuBar> menuBar;
   std::array<QPointer<WindowScrollBar>, 2> bars;  ///< by SB_HORZ, SB_VERT
   std::array<ScrollBarState, 2> scroll;
 

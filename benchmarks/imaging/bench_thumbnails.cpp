@@ -1,0 +1,145 @@
+#include <sys/wait.h>
+#include <tiffio.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "benchmarks/imaging/text_page.h"
+#include "benchmarks/ratio.h"
+#include "imaging/ltwrap.h"
+
+// Thumbnails of a file of 100 pages: the time for bilevel pages against the codec library's decoding alone,
+// the memory for true-colour pages against two pages and the thumbnails.
+namespace {
+
+constexpr int kPages = 100;
+constexpr int kThumbnailHeight = 79;
+constexpr int kThumbnailWidth = kThumbnailHeight * kWidth / kHeight;
+
+struct Form {
+  int samples;
+  int bits;
+  int compression;
+  int photometric;
+};
+
+void SetFields(TIFF* tiff, const Form& form) {
+  TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, kWidth);
+  TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, kHeight);
+  TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, form.bits);
+  TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, form.samples);
+  TIFFSetField(tiff, TIFFTAG_COMPRESSION, form.compression);
+  TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, form.photometric);
+  TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+  TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, kHeight);
+}
+
+/// The page is coded once and its strip repeated.
+void WritePages(const std::string& path, const Form& form, std::vector<std::uint8_t>& page) {
+  TIFF* tiff = TIFFOpen(path.c_str(), "w");
+  SetFields(tiff, form);
+  if (TIFFWriteEncodedStrip(tiff, 0, page.data(), static_cast<tmsize_t>(page.size())) < 0) std::abort();
+  TIFFClose(tiff);
+  tiff = TIFFOpen(path.c_str(), "r");
+  std::vector<std::uint8_t> strip(static_cast<std::size_t>(TIFFGetStrileByteCount(tiff, 0)));
+  if (TIFFReadRawStrip(tiff, 0, strip.data(), static_cast<tmsize_t>(strip.size())) < 0) std::abort();
+  TIFFClose(tiff);
+  tiff = TIFFOpen(path.c_str(), "w");
+  for (int i = 0; i < kPages; ++i) {
+    SetFields(tiff, form);
+    if (TIFFWriteRawStrip(tiff, 0, strip.data(), static_cast<tmsize_t>(strip.size())) < 0) std::abort();
+    TIFFWriteDirectory(tiff);
+  }
+  TIFFClose(tiff);
+}
+
+void DecodeAll(const std::string& path, std::vector<std::uint8_t>& page) {
+  TIFF* tiff = TIFFOpen(path.c_str(), "r");
+  do {
+    if (TIFFReadEncodedStrip(tiff, 0, page.data(), -1) < 0) std::abort();
+  } while (TIFFReadDirectory(tiff) != 0);
+  TIFFClose(tiff);
+}
+
+void MakeThumbnails(std::string path) {
+  void* list = nullptr;
+  LEADTOOLS::LoadBitmapList(path.data(), &list, 0, 1, nullptr, nullptr);
+  for (unsigned i = 0; i < kPages; ++i) {
+    struct_LEAD_Bitmap header{};
+    LEADTOOLS::GetBitmapListItem(list, i, &header);
+    const bool isBilevel = header.BitsPerPixel == 1;
+    if (isBilevel) LEADTOOLS::GrayScaleBitmap(&header, 8);
+    LEADTOOLS::SizeBitmapExt(&header, kThumbnailWidth, kThumbnailHeight, isBilevel ? 2 : 0);
+    LEADTOOLS::SetBitmapListItem(list, i, &header);
+  }
+  LEADTOOLS::DestroyBitmapList(list);
+}
+
+double PeakBytes() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);)
+    if (line.starts_with("VmHWM:")) return 1024 * std::atof(line.c_str() + 6);
+  return 0;
+}
+
+/// In a process of its own, since the peak of a process never falls.
+void MeasureMemory(const std::string& path) {
+  std::fflush(stdout);
+  const pid_t child = fork();
+  if (child == 0) {
+    execl("/proc/self/exe", "bench_thumbnails", path.c_str(), nullptr);
+    std::_Exit(1);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  if (status != 0) std::abort();
+}
+
+void PrintMemory(const std::string& path) {
+  const double before = PeakBytes();
+  MakeThumbnails(path);
+  const double used = PeakBytes() - before;
+  const double page = 3.0 * kWidth * kHeight;
+  const double thumbnails = 3.0 * kPages * kThumbnailWidth * kThumbnailHeight;
+  std::printf("RATIO thumbnails_24_bits_memory %.3f %.2f\n", used / (2 * page + thumbnails), 1.0);
+  std::fprintf(stderr, "  thumbnails_24_bits_memory: %.1f MB, a page is %.1f MB\n", used / 1e6, page / 1e6);
+}
+
+std::string MakeFolder() {
+  const std::filesystem::path memory = "/dev/shm";
+  const bool inMemory = std::filesystem::is_directory(memory);
+  std::string name =
+      ((inMemory ? memory : std::filesystem::temp_directory_path()) / "bench_thumbs_XXXXXX").string();
+  if (mkdtemp(name.data()) == nullptr) std::abort();
+  return name;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  if (count > 1) {
+    PrintMemory(arguments[1]);
+    return 0;
+  }
+  const std::string folder = MakeFolder();
+  const std::string g4 = folder + "/g4.tif";
+  const std::string color = folder + "/color.tif";
+  std::vector<std::uint8_t> page = TextPage();
+  WritePages(g4, {1, 1, COMPRESSION_CCITTFAX4, PHOTOMETRIC_MINISWHITE}, page);
+  constexpr int kRepeats = 5;
+  Ratio(
+      "thumbnails_g4", 1.5, [&] { MakeThumbnails(g4); }, [&] { DecodeAll(g4, page); }, [] {}, kRepeats);
+  std::vector<std::uint8_t> colors(3U * kWidth * kHeight);
+  for (std::size_t i = 0; i < colors.size(); ++i) colors[i] = static_cast<std::uint8_t>(i / 1000);
+  WritePages(color, {3, 8, COMPRESSION_LZW, PHOTOMETRIC_RGB}, colors);
+  MeasureMemory(color);
+  std::filesystem::remove_all(folder);
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <algorithm>
+
+#include "imagewindow/zoom_steps.h"
+#include "platform/base/geometry.h"
+
+// What clicks and selections mean, as arithmetic without windows. Points are client coordinates; a scroll
+// position is the pixel of the scaled page at the client area's top left corner.
+namespace mouse {
+
+/// The corners in either order; left and top are the smaller ones.
+inline CRect SelectionRect(POINT start, POINT end) {
+  return {std::min(start.x, end.x), std::min(start.y, end.y), std::max(start.x, end.x),
+          std::max(start.y, end.y)};
+}
+
+/// The pixel of the page at full size under a point.
+inline CPoint PagePixelAt(POINT point, POINT scroll, double factor) {
+  return {zoom::TruncateToInt((point.x + scroll.x) / factor),
+          zoom::TruncateToInt((point.y + scroll.y) / factor)};
+}
+
+/// The scroll position that brings a page pixel to the middle of the window, before the limits.
+inline CPoint CentredOn(POINT pagePixel, double factor, SIZE client) {
+  return {zoom::TruncateToInt(pagePixel.x * factor) - client.cx / 2,
+          zoom::TruncateToInt(pagePixel.y * factor) - client.cy / 2};
+}
+
+/// By how much a selection is enlarged so that all of it fits the window. Its sides are above 0.
+inline double SelectionMultiplier(SIZE client, SIZE selection) {
+  const double across = static_cast<double>(client.cx) / selection.cx;
+  const double down = static_cast<double>(client.cy) / selection.cy;
+  return across < down ? across : down;
+}
+
+/// A point of the scaled page after the scale was multiplied.
+inline CPoint Multiplied(POINT point, double multiplier) {
+  return {zoom::TruncateToInt(point.x * multiplier), zoom::TruncateToInt(point.y * multiplier)};
+}
+
+}  // namespace mouse

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "imaging/codecs/codec.h"
+#include "imaging/pixels/record.h"
+#include "imaging/source.h"
+
+namespace imaging {
+
+/// The pixels of a list's item. No storage is owned twice, in this list or another, and none is freed that a
+/// caller has freed already.
+class ListedPixels {
+ public:
+  ListedPixels() = default;
+  /// Throws if an item owns the storage already.
+  explicit ListedPixels(PixelStorage& storage);
+  ~ListedPixels();
+  ListedPixels(ListedPixels&& other) noexcept;
+  ListedPixels& operator=(ListedPixels&& other) noexcept;
+  ListedPixels(const ListedPixels&) = delete;
+  ListedPixels& operator=(const ListedPixels&) = delete;
+
+  /// Null if there are none, or a caller has freed them.
+  PixelStorage* Get() const;
+
+ private:
+  PixelStorage* m_storage = nullptr;
+  std::uint64_t m_serial = 0;  ///< tells a later storage at the same address from the item's own
+};
+
+/// A row of bitmaps behind a list handle. The pages of a file are decoded one by one as they are asked for,
+/// so that a caller who reduces each before the next needs the memory of one page, however many there are.
+class BitmapList {
+ public:
+  BitmapList();
+  ~BitmapList();
+  BitmapList(const BitmapList&) = delete;
+  BitmapList& operator=(const BitmapList&) = delete;
+  /// The list behind a handle. Throws if there is none.
+  static BitmapList& Find(void* handle);
+  static bool IsLive(void* handle);
+
+  /// Fills an empty list with the pages of a file. Throws if the file can't be shown.
+  void OpenFile(const char* path, const DecodeWish& wish);
+  std::size_t Count() const { return m_items.size(); }
+  /// Decodes the page if that hasn't happened yet. What throws leaves the item undecoded.
+  Bitmap Header(std::size_t index);
+  void SetHeader(std::size_t index, const Bitmap& header, PixelStorage& pixels);
+  void Insert(std::size_t index, const Bitmap& header, PixelStorage& pixels);
+
+ private:
+  struct Item {
+    Bitmap header;
+    ListedPixels pixels;
+    int page = 0;  ///< of the file, still to be decoded; 0 none
+  };
+
+  Item& At(std::size_t index);
+  void Decode(Item& item);
+
+  std::vector<Item> m_items;
+  std::string m_path;
+  SourceIdentity m_stamp;  ///< of the file when its pages were counted
+  DecodeWish m_wish;
+};
+
+}  // namespace imaging

@@ -1,0 +1,102 @@
+#include "imaging/imagelist/control.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "imaging/exception.h"
+#include "imaging/ltwrap.h"
+
+namespace imaging {
+namespace {
+
+// Which fields of an item count.
+constexpr UINT kPicture = 1;
+constexpr UINT kText = 2;
+constexpr UINT kSelected = 8;
+
+constexpr int kSmallestCell = 16;
+constexpr int kLargestCell = 2000;
+
+}  // namespace
+
+ImageListControl::Entry& ImageListControl::At(unsigned index) {
+  if (index >= m_items.size())
+    Fail(kErrorInvalidParameter, "The image list has no item %d, it has %zu", static_cast<int>(index),
+         m_items.size());
+  return m_items[index];
+}
+
+void ImageListControl::SetPicture(Entry& entry, Bitmap* picture) {
+  Bitmap copy{};
+  LEADTOOLS::ChangeBitmapViewPerspective(&copy, picture, 0);
+  entry.pixels = ListedPixels(*copy.pStorage);
+  entry.picture = copy;
+}
+
+void ImageListControl::Insert(const Item& item) {
+  Entry entry;
+  if ((item.uMask & kPicture) != 0) SetPicture(entry, item.pBitmap);
+  if ((item.uMask & kText) != 0) entry.caption = item.pszText;
+  m_items.push_back(std::move(entry));
+  Relayout();
+  InvalidateCell(Count() - 1);
+  if ((item.uMask & kSelected) != 0 && item.bSelected != 0) Select(Count() - 1, true);
+}
+
+void ImageListControl::Get(unsigned index, Item& item) {
+  Entry& entry = At(index);
+  item = {sizeof item, kPicture | kText | kSelected, nullptr, nullptr, entry.isSelected ? 1 : 0};
+  if (entry.pixels.Get() != nullptr) item.pBitmap = &entry.picture;
+  item.pszText = const_cast<char*>(static_cast<const char*>(entry.caption));
+}
+
+void ImageListControl::Set(unsigned index, const Item& item) {
+  Entry& entry = At(index);
+  if ((item.uMask & kPicture) != 0) SetPicture(entry, item.pBitmap);
+  if ((item.uMask & kText) != 0) entry.caption = CString(item.pszText);  // it may be the entry's own text
+  if ((item.uMask & (kPicture | kText)) != 0) InvalidateCell(static_cast<int>(index));
+  if ((item.uMask & kSelected) != 0) Select(static_cast<int>(index), item.bSelected != 0);
+}
+
+void ImageListControl::Clear() {
+  m_items.clear();
+  m_focus = -1;
+  m_scroll = 0;
+  m_wheel = 0;
+  Relayout();
+  InvalidateRect(m_window, nullptr, FALSE);
+}
+
+void ImageListControl::Select(int index, bool select) {
+  // The keys go on from where the program put the mark.
+  if (select && m_focus != index) InvalidateCell(std::exchange(m_focus, index));
+  bool& isSelected = m_items[static_cast<std::size_t>(index)].isSelected;
+  if (std::exchange(isSelected, select) != select) InvalidateCell(index);
+}
+
+void ImageListControl::InvalidateCell(int index) {
+  if (index < 0 || index >= Count()) return;
+  const RECT cell = m_layout.CellAt(index, m_scroll);
+  if (cell.bottom > 0 && cell.top < m_layout.client.cy) InvalidateRect(m_window, &cell, FALSE);
+}
+
+ImageListControl::ItemOptions ImageListControl::GetItemOptions() const {
+  return {sizeof(ItemOptions), m_itemSize.cx, m_itemSize.cy};
+}
+
+void ImageListControl::SetItemOptions(const ItemOptions& options) {
+  for (const int length : {options.ItemWidth, options.ItemHeight})
+    if (length < kSmallestCell || length > kLargestCell)
+      Fail(kErrorInvalidParameter, "Items of %d by %d pixels can't be shown", options.ItemWidth,
+           options.ItemHeight);
+  m_itemSize = {options.ItemWidth, options.ItemHeight};
+  Relayout();
+  InvalidateRect(m_window, nullptr, FALSE);
+}
+
+void ImageListControl::EnsureVisible(int index) {
+  if (index < 0 || index >= Count()) return;
+  ScrollTo(m_layout.ScrollToShow(index, m_scroll));
+}
+
+}  // namespace imaging

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "imaging/codecs/codec.h"
+#include "imaging/pixels/record.h"
+
+namespace imaging {
+
+/// The record of a page that was decoded; it owns the pixels.
+Bitmap RecordOf(DecodedPage page);
+
+}  // namespace imaging

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "library/resource_ids.h"
+#include "platform/resources/resources.h"
+#include "platform/window/window.h"
+
+/// One of this library's cursors, by number; null if it isn't there.
+inline HCURSOR LoadLibraryCursor(UINT id) {
+  return LoadCursor(AfxFindResourceHandle(MAKEINTRESOURCE(id), RT_GROUP_CURSOR), MAKEINTRESOURCE(id));
+}
