@@ -2,10 +2,30 @@
 
 #include <functional>
 #include <span>
+#include <string>
+#include <vector>
 
 #include "platform/base/export.h"
 #include "platform/base/string.h"
 #include "platform/base/types.h"
+
+namespace platform {
+
+/// What a file dialog asks for, and the answer.
+struct FileDialogRequest {
+  struct Filter {
+    std::string text;
+    std::string patterns;  ///< parted by ";"
+  };
+  bool open = true;  ///< else a name to write to
+  std::string title;
+  std::string folder;  ///< to begin in; empty: any
+  std::vector<Filter> filters;
+  std::string path;  ///< in: the name proposed; out: the file chosen
+  unsigned filterIndex = 1;
+};
+
+}  // namespace platform
 
 // Seams for tests and for programs without a user: boxes answered by a function, time that goes by at once,
 // real input of the desktop, pictures of windows. Nothing in the product calls these.
@@ -16,6 +36,11 @@ namespace platform::testing {
 using MessageBoxAnswer = int (*)(const CString& text, UINT type);
 PLATFORM_API void SetMessageBoxAnswer(MessageBoxAnswer answer);
 
+/// Takes the place of file dialogs: changes path and filter index and returns true, or false to give up. The
+/// path is looked at as a typed one, with the same questions; what the dialog would refuse counts as given
+/// up.
+using FileDialogAnswer = bool (*)(FileDialogRequest& request);
+PLATFORM_API void SetFileDialogAnswer(FileDialogAnswer answer);
 /// Takes the place of a tracked pop-up on the screen, after WM_INITMENUPOPUP for it and each sub-menu: the
 /// command that is chosen, 0 for none. One that isn't there or is grey counts as none. Null brings the real
 /// one back.
@@ -24,6 +49,7 @@ PLATFORM_API void SetMenuAnswer(MenuAnswer answer);
 /// Opens the menus of a window's bar that lead to a command (WM_INITMENUPOPUP) and chooses it, which posts
 /// WM_COMMAND. False if it isn't there, is grey, or the window is disabled.
 PLATFORM_API bool ChooseMenuItem(HWND topLevel, UINT id);
+
 /// Runs once, as soon as the next modal dialog is on the screen: queue its input there, or end it.
 PLATFORM_API void OnNextDialog(std::function<void(HWND dialog)> action);
 

@@ -35,15 +35,14 @@ void RegisterDialogClass() {
   RegisterClassA(&windowClass);  // refused when it is there already
 }
 
-/// The window that a modal dialog disables: that of the parent, else the active or the main one.
-HWND ModalOwner(const CWnd* parent) {
+}  // namespace
+
+HWND CDialog::ModalOwner(const CWnd* parent) {
   HWND owner = parent == nullptr ? nullptr : parent->m_hWnd;
   if (owner == nullptr) owner = GetActiveWindow();
   if (owner == nullptr && AfxGetMainWnd() != nullptr) owner = AfxGetMainWnd()->m_hWnd;
   return GetTopLevelWindow(owner);
 }
-
-}  // namespace
 
 CDialog::~CDialog() {
   if (m_hWnd != nullptr) DestroyWindow();
@@ -89,6 +88,7 @@ int CDialog::DoModal() {
   m_nFlags |= WF_CONTINUEMODAL;  // so that OnInitDialog may end the dialog
   if (disable) ::EnableWindow(owner, FALSE);
   if (MakeWindow(owner) != 0 && ContinueModal() != 0) {
+    platform::BlockOwner(m_hWnd);
     ShowWindow(SW_SHOW);
     platform::DialogShown(m_hWnd);
     if (ContinueModal() != 0) RunModalLoop();

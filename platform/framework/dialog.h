@@ -45,6 +45,9 @@ class PLATFORM_API CDialog : public CWnd {
   virtual void OnCancel();
   LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
 
+  /// The window that a modal dialog disables: that of the parent, else the active or the main one.
+  static HWND ModalOwner(const CWnd* parent);
+
   void OnClose();
   void OnSetFocus(CWnd* former);
 

@@ -10,6 +10,7 @@ enum : UINT { WM_GETDLGCODE = 0x0087 };
 /// Which keys a control wants for itself, and what it is.
 enum : int {
   DLGC_WANTARROWS = 0x01,
+  DLGC_WANTALLKEYS = 0x04,  ///< Enter and Escape too
   DLGC_HASSETSEL = 0x08,
   DLGC_DEFPUSHBUTTON = 0x10,
   DLGC_UNDEFPUSHBUTTON = 0x20,

@@ -119,6 +119,7 @@ bool Arrow(HWND dialog, HWND focus, bool backwards) {
 }
 
 bool KeyDown(HWND dialog, HWND focus, WPARAM key) {
+  if (focus != nullptr && (CodeOf(focus) & DLGC_WANTALLKEYS) != 0) return false;  // an open list
   switch (key) {
     case VK_TAB: {
       if (GetKeyState(VK_CONTROL) < 0) return false;

@@ -27,7 +27,8 @@ void MoveFocus(HWND window) {
 namespace platform {
 
 void FocusGained(HWND window) {
-  MoveFocus(window);
+  // The desktop may bring a window to the front that waits for the end of a dialog.
+  if (IsEnabledChain(window)) MoveFocus(window);
 }
 
 void FocusLost(HWND window) {

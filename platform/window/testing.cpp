@@ -5,7 +5,6 @@
 #include <QElapsedTimer>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPixmap>
@@ -72,15 +71,8 @@ QWidget* KeyReceiver(HWND window) {
 
 void SendKeyEvent(QEvent::Type type, HWND window, int qtKey, Qt::KeyboardModifiers modifiers,
                   const QString& text) {
-  const QPointer<QWidget> receiver = KeyReceiver(window);
-  if (!receiver) return;
-  const QWidget* popup = QApplication::activePopupWidget();
-  // A combo's list acts on keys before they are pressed on it; a menu doesn't.
-  if (type == QEvent::KeyPress && popup != nullptr && qobject_cast<const QMenu*>(popup) == nullptr) {
-    QKeyEvent first(QEvent::ShortcutOverride, qtKey, modifiers, text);
-    QApplication::sendEvent(receiver, &first);
-    if (!receiver || first.isAccepted()) return;
-  }
+  QWidget* receiver = KeyReceiver(window);
+  if (receiver == nullptr) return;
   QKeyEvent event(type, qtKey, modifiers, text);
   QApplication::sendEvent(receiver, &event);
 }

@@ -32,6 +32,11 @@ std::vector<HWND>& SiblingsOf(const WindowRecord& window) {
 Qt::WindowFlags FlagsFor(DWORD style) {
   if ((style & WS_CHILD) != 0) return Qt::Widget;
   if ((style & WS_CAPTION) != WS_CAPTION) return Qt::Window | Qt::FramelessWindowHint;
+  if ((style & WS_POPUP) != 0 && (style & WS_THICKFRAME) == 0) {
+    Qt::WindowFlags flags = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint;
+    if ((style & WS_SYSMENU) != 0) flags |= Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
+    return flags;
+  }
   return Qt::Window;
 }
 

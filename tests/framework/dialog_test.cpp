@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <functional>
 #include <string>
 #include <vector>
@@ -164,6 +165,13 @@ class Dialogs : public ::testing::Test {
   CFrameWnd* m_frame = nullptr;
 };
 
+/// For a look at what a dialog has become: into the folder that TESSAREL_PICTURES names.
+void KeepPicture(HWND window, const std::string& name) {
+  const char* folder = std::getenv("TESSAREL_PICTURES");
+  if (folder != nullptr)
+    platform::testing::SaveWindowPicture(window, (folder + ("/" + name + ".png")).c_str());
+}
+
 void Key(int key) {
   PressKey(GetFocus(), key);
   ReleaseKey(GetFocus(), key);
@@ -191,7 +199,7 @@ TEST_F(Dialogs, EndAsTheUserSays) {
     int result;
   };
   const Case cases[] = {
-      {"Enter takes the default button", {Keys({VK_RETURN})}, 205},
+      {"Enter takes the default button", {[](HWND d) { KeepPicture(d, "page"); }, Keys({VK_RETURN})}, 205},
       {"Escape", {Keys({VK_ESCAPE})}, 0},
       {"close box", {[](HWND d) { PostMessage(d, WM_CLOSE); }}, 0},
       {"the button clicked", {Click(40017)}, 0},
@@ -249,7 +257,7 @@ TEST_F(Dialogs, ExchangeData) {
   std::string name;
   const int result = Run(dialog, {[&](HWND d) {
                                     name = GetWindowText(GetDlgItem(d, 201));
-                                    platform::testing::SaveWindowPicture(d, "/tmp/dlg/form.png");
+                                    KeepPicture(d, "form");
                                   },
                                   Click(203), [](HWND d) { SetFocus(GetDlgItem(d, 204)); }, Keys({VK_END}),
                                   Type("7"), Keys({VK_RETURN})});
@@ -257,6 +265,27 @@ TEST_F(Dialogs, ExchangeData) {
   EXPECT_EQ(name, "città & mare.tif");
   EXPECT_EQ(dialog.m_check, 0);
   EXPECT_EQ(dialog.m_count, 37);
+}
+
+TEST_F(Dialogs, EscapeGivesUpTheListFirst) {
+  FormDialog dialog(m_frame);
+  bool dropped = true;
+  bool running = false;
+  const int result = Run(dialog, {[](HWND) {},  // the desktop brings the dialog to the front
+                                  [](HWND d) {
+                                    SetFocus(GetDlgItem(d, 205));
+                                    SendMessage(GetFocus(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>("1"));
+                                    SendMessage(GetFocus(), CB_SHOWDROPDOWN, TRUE);
+                                  },
+                                  Keys({VK_ESCAPE}),
+                                  [&](HWND d) {
+                                    dropped = SendMessage(GetDlgItem(d, 205), CB_GETDROPPEDSTATE) != 0;
+                                    running = dialog.ContinueModal() != 0;
+                                  },
+                                  Keys({VK_ESCAPE})});
+  EXPECT_FALSE(dropped);
+  EXPECT_TRUE(running);
+  EXPECT_EQ(result, IDCANCEL);
 }
 
 TEST_F(Dialogs, PreTranslateKeepsCharactersOut) {

@@ -1,7 +1,10 @@
 #include <QAbstractButton>
 #include <QCheckBox>
-#include <QGroupBox>
+#include <QCoreApplication>
 #include <QKeySequence>
+#include <QPainter>
+#include <QPointer>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QRadioButton>
 
@@ -22,6 +25,26 @@ bool IsCheckBox(UINT type) {
   return type == BS_CHECKBOX || type == BS_AUTOCHECKBOX || type == BS_3STATE || type == BS_AUTO3STATE;
 }
 
+/// Templates leave little room between a mark and its text.
+class TightStyle : public QProxyStyle {
+ public:
+  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+    constexpr int kSpacing = 3;
+    return metric == PM_RadioButtonLabelSpacing || metric == PM_CheckBoxLabelSpacing
+               ? kSpacing
+               : QProxyStyle::pixelMetric(metric, option, widget);
+  }
+};
+
+void Tighten(QWidget& widget) {
+  static QPointer<TightStyle> style;
+  if (!style) {
+    style = new TightStyle;
+    style->setParent(QCoreApplication::instance());
+  }
+  widget.setStyle(style);
+}
+
 QAbstractButton* MakeWidget(UINT type, QWidget* parent) {
   if (IsRadio(type)) return new QRadioButton(parent);
   if (!IsCheckBox(type)) return new QPushButton(parent);
@@ -36,6 +59,7 @@ class ButtonControl : public Control {
       : Control(window, MakeWidget(TypeOf(window), parent)), m_type(TypeOf(window)) {
     Button().setAutoExclusive(false);  // groups are those of the dialog
     SetDefault(m_type == BS_DEFPUSHBUTTON);
+    if (IsRadio(m_type) || IsCheckBox(m_type)) Tighten(Button());
     QObject::connect(&Button(), &QAbstractButton::clicked, Context(), [this] { Clicked(); });
   }
 
@@ -144,10 +168,41 @@ class ButtonControl : public Control {
   QString m_text;
 };
 
+/// The line runs through the middle of the title's height, as templates count on.
+class GroupBoxWidget : public QWidget {
+ public:
+  explicit GroupBoxWidget(QWidget* parent) : QWidget(parent) {}
+  void SetTitle(const QString& title) {
+    m_title = title;
+    update();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    constexpr int kIndent = 7;
+    constexpr int kGap = 2;
+    QPainter painter(this);
+    const QFontMetrics metrics(font());
+    const int width = metrics.size(Qt::TextShowMnemonic, m_title).width();
+    const QRect title(kIndent, 0, width, metrics.height());
+    if (!m_title.isEmpty()) {
+      painter.setPen(
+          palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
+      painter.drawText(title, Qt::TextShowMnemonic, m_title);
+      painter.setClipRegion(QRegion(rect()) - title.adjusted(-kGap, 0, kGap, 0));
+    }
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawRect(rect().adjusted(0, metrics.height() / 2, -1, -1));
+  }
+
+ private:
+  QString m_title;
+};
+
 /// A frame with a title. It neither covers what stands inside nor takes its clicks.
 class GroupBoxControl : public Control {
  public:
-  GroupBoxControl(HWND window, QWidget* parent) : Control(window, new QGroupBox(parent)) {
+  GroupBoxControl(HWND window, QWidget* parent) : Control(window, new GroupBoxWidget(parent)) {
     parent->parentWidget()->setAttribute(Qt::WA_TransparentForMouseEvents);
     parent->setFocusProxy(nullptr);
   }
@@ -156,8 +211,7 @@ class GroupBoxControl : public Control {
   QString Text() const override { return m_text; }
   void SetText(const QString& text) override {
     m_text = text;
-    QString title = text;
-    static_cast<QGroupBox*>(Widget())->setTitle(title.remove('&'));  // with one, Qt would take Alt+letter
+    static_cast<GroupBoxWidget*>(Widget())->SetTitle(text);
   }
   bool TakesFocusByMouse() const override { return false; }
   int DialogCode() const override { return DLGC_STATIC; }

@@ -67,7 +67,8 @@ class ComboControl : public Control {
   }
   void FontChanged() override { FitHeight(); }
   int DialogCode() const override {
-    return m_field ? DLGC_WANTARROWS | DLGC_HASSETSEL | DLGC_WANTCHARS : DLGC_WANTARROWS;
+    const int code = m_field ? DLGC_WANTARROWS | DLGC_HASSETSEL | DLGC_WANTCHARS : DLGC_WANTARROWS;
+    return IsDropped() ? code | DLGC_WANTALLKEYS : code;
   }
   void Resized(int width, int height) override;
 

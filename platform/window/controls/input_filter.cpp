@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPointer>
 #include <QWheelEvent>
+#include <utility>
 
 #include "platform/window/controls/control.h"
 #include "platform/window/detail/keys.h"
@@ -77,21 +78,29 @@ class ControlFilter : public QObject {
     const HWND window = ControlWindowOf(object);
     if (window == nullptr) return false;
     auto* widget = static_cast<QWidget*>(object);
-    if (widget->window()->windowType() == Qt::Popup) return AtList(window, *event);
+    if (widget->window()->windowType() == Qt::Popup) return AtList(window, *widget, *event);
     return AtControl(window, *widget, *event);
   }
 
  private:
   /// While a list is open Qt acts on its events at once. Keys still pass by the program first.
-  bool AtList(HWND window, QEvent& event) {
+  bool AtList(HWND window, const QWidget& widget, QEvent& event) {
     if (event.type() != QEvent::ShortcutOverride && event.type() != QEvent::KeyPress) return false;
+    if (event.type() == QEvent::KeyPress && !widget.isVisible()) {
+      m_listKeySeen = false;  // its first half has closed the list
+      event.accept();
+      return true;
+    }
     auto& key = static_cast<QKeyEvent&>(event);
     const int virtualKey = VirtualKeyOf(key);
     const std::shared_ptr<Control> control = ControlOf(window);
     if (event.type() == QEvent::ShortcutOverride) {
+      if (m_listKeySeen && m_listEvent == &event) return false;  // on its way up to the list's frame
+      m_listEvent = &event;
       m_listKeyUsed = UsedUp(window, WM_KEYDOWN, static_cast<WPARAM>(virtualKey)) || !ControlOf(window) ||
                       control->ListKey(virtualKey);
       m_listKeySeen = true;
+      m_listKey = key.key();
     } else if (!m_listKeySeen) {  // a key without the override before it
       m_listKeyUsed = UsedUp(window, WM_KEYDOWN, static_cast<WPARAM>(virtualKey)) || !ControlOf(window) ||
                       control->ListKey(virtualKey);
@@ -109,11 +118,18 @@ class ControlFilter : public QObject {
     return m_listKeyUsed;
   }
 
-  static bool AtControl(HWND window, QWidget& widget, QEvent& event) {
+  /// The second half of a key whose first half has closed the list.
+  bool ClosedTheList(const QEvent& event) {
+    return std::exchange(m_listKeySeen, false) && static_cast<const QKeyEvent&>(event).key() == m_listKey;
+  }
+
+  bool AtControl(HWND window, QWidget& widget, QEvent& event) {
     switch (event.type()) {
       case QEvent::ShortcutOverride:
         return false;
       case QEvent::KeyPress:
+        if (ClosedTheList(event)) break;
+        [[fallthrough]];
       case QEvent::KeyRelease:
         QueueKey(window, static_cast<QKeyEvent&>(event));
         break;
@@ -171,7 +187,9 @@ class ControlFilter : public QObject {
   }
 
   bool m_listKeyUsed = false;
-  bool m_listKeySeen = false;
+  bool m_listKeySeen = false;  ///< its first half, the override of shortcuts
+  int m_listKey = 0;
+  const QEvent* m_listEvent = nullptr;  ///< to be compared only
 };
 
 }  // namespace

@@ -1,0 +1,155 @@
+#include "platform/window/file_dialog_internal.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QIdentityProxyModel>
+#include <QToolButton>
+#include <QTreeView>
+
+#include "platform/window/detail/widgets.h"
+#include "platform/window/detail/window_record.h"
+#include "platform/window/pump.h"
+
+namespace platform {
+namespace {
+
+QString Utf8(const std::string& text) {
+  return QString::fromStdString(text);
+}
+
+/// The list of files with the product's texts: Qt's own would need a translation in the host's application.
+class ItalianFiles : public QIdentityProxyModel {
+ public:
+  using QIdentityProxyModel::QIdentityProxyModel;
+
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
+    static const char* const kHeaders[] = {"Nome", "Dimensione", "Tipo", "Data di modifica"};
+    if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < 4)
+      return QString::fromUtf8(kHeaders[section]);
+    return QIdentityProxyModel::headerData(section, orientation, role);
+  }
+  QVariant data(const QModelIndex& index, int role) const override {
+    const QVariant value = QIdentityProxyModel::data(index, role);
+    constexpr int kKind = 2;
+    if (role != Qt::DisplayRole || index.column() != kKind) return value;
+    const QString kind = value.toString();
+    if (kind == u"Folder") return QStringLiteral("Cartella");
+    return kind.endsWith(u" File") ? "File " + kind.chopped(5) : kind;
+  }
+};
+
+/// Lets the program look at the path before the dialog goes.
+class ProgramsFileDialog : public QFileDialog {
+ public:
+  ProgramsFileDialog(QWidget* parent, const std::function<bool(const std::string&)>& accepts)
+      : QFileDialog(parent), m_accepts(accepts) {}
+
+  void accept() override {
+    const QStringList files = selectedFiles();
+    const bool folder = files.isEmpty() || QFileInfo(files.front()).isDir();
+    if (folder || m_accepts(files.front().toStdString())) QFileDialog::accept();
+  }
+
+ private:
+  const std::function<bool(const std::string&)>& m_accepts;
+};
+
+struct ItemText {
+  const char* object;  // Qt's name of it
+  const char* text;
+};
+
+void SetTexts(QFileDialog& dialog, bool open) {
+  dialog.setLabelText(QFileDialog::LookIn, QStringLiteral("Cerca in:"));
+  dialog.setLabelText(QFileDialog::FileName, QStringLiteral("Nome file:"));
+  dialog.setLabelText(QFileDialog::FileType, QStringLiteral("Tipo file:"));
+  dialog.setLabelText(QFileDialog::Accept, open ? QStringLiteral("Apri") : QStringLiteral("Salva"));
+  dialog.setLabelText(QFileDialog::Reject, QStringLiteral("Annulla"));
+  constexpr ItemText kButtons[] = {
+      {"backButton", "Indietro"},
+      {"forwardButton", "Avanti"},
+      {"toParentButton", "Cartella superiore"},
+      {"newFolderButton", "Crea nuova cartella"},
+      {"listModeButton", "Elenco"},
+      {"detailModeButton", "Dettagli"},
+  };
+  for (const ItemText& button : kButtons)
+    if (auto* widget = dialog.findChild<QToolButton*>(button.object)) {
+      widget->setToolTip(QString::fromUtf8(button.text));
+      widget->setAccessibleName(QString::fromUtf8(button.text));
+    }
+  constexpr ItemText kActions[] = {
+      {"qt_rename_action", "&Rinomina"},
+      {"qt_delete_action", "&Elimina"},
+      {"qt_show_hidden_action", "Mostra file &nascosti"},
+      {"qt_new_folder_action", "&Nuova cartella"},
+  };
+  for (const ItemText& action : kActions)
+    if (auto* item = dialog.findChild<QAction*>(action.object)) item->setText(QString::fromUtf8(action.text));
+  // Deleting would ask in English, and isn't this dialog's business.
+  if (auto* item = dialog.findChild<QAction*>("qt_delete_action")) item->setVisible(false);
+}
+
+/// Room for the headers and for a day with its time.
+void SetWidths(QFileDialog& dialog) {
+  constexpr int kWidth = 760;
+  constexpr int kHeight = 460;
+  dialog.resize(kWidth, kHeight);
+  auto* list = dialog.findChild<QTreeView*>("treeView");
+  if (list == nullptr) return;
+  const int letter = list->fontMetrics().averageCharWidth();
+  constexpr int kLetters[] = {30, 14, 16, 26};
+  for (int column = 0; column < 4; ++column) list->header()->resizeSection(column, kLetters[column] * letter);
+}
+
+QStringList NameFilters(const FileDialogRequest& request) {
+  QStringList filters;
+  for (const FileDialogRequest::Filter& filter : request.filters) {
+    QStringList patterns = Utf8(filter.patterns).split(';', Qt::SkipEmptyParts);
+    for (QString& pattern : patterns) {
+      pattern = pattern.trimmed();
+      if (pattern == u"*.*") pattern = QStringLiteral("*");  // every file, one without a dot too
+    }
+    filters << Utf8(filter.text) + " (" + patterns.join(' ') + ")";
+  }
+  return filters;
+}
+
+}  // namespace
+
+bool ShowFileDialog(HWND owner, FileDialogRequest& request,
+                    const std::function<bool(const std::string& path)>& accepts) {
+  EnsureApplication();
+  const WindowRecord* record = FindWindowRecord(owner);
+  ProgramsFileDialog dialog(record == nullptr ? nullptr : record->frame.data(), accepts);
+  // Qt's own, whose every text and check is in our hands.
+  dialog.setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::DontConfirmOverwrite |
+                    QFileDialog::HideNameFilterDetails);
+  dialog.setAcceptMode(request.open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
+  dialog.setFileMode(QFileDialog::AnyFile);
+  dialog.setProxyModel(new ItalianFiles(&dialog));  // NOLINT: the dialog owns it
+  SetTexts(dialog, request.open);
+  SetWidths(dialog);
+  const char* title = request.open ? "Apri" : "Salva con nome";
+  dialog.setWindowTitle(request.title.empty() ? QString::fromUtf8(title) : Utf8(request.title));
+  const QStringList filters = NameFilters(request);
+  if (!filters.isEmpty()) {
+    dialog.setNameFilters(filters);
+    const qsizetype index = std::min<qsizetype>(request.filterIndex, filters.size());
+    dialog.selectNameFilter(filters[index - 1]);
+  }
+  if (!request.folder.empty()) dialog.setDirectory(Utf8(request.folder));
+  if (!request.path.empty()) dialog.selectFile(Utf8(request.path));
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
+  request.path = dialog.selectedFiles().front().toStdString();
+  // By place: the texts shown needn't be unique once their patterns are left out.
+  const auto* types = dialog.findChild<QComboBox*>("fileTypeCombo");
+  const int filter = types == nullptr ? -1 : types->currentIndex();
+  if (filter >= 0) request.filterIndex = static_cast<unsigned>(filter) + 1;
+  return true;
+}
+
+}  // namespace platform
