@@ -29,6 +29,9 @@ PLATFORM_API void ReleaseKey(HWND window, int virtualKey, bool shift = false, bo
 PLATFORM_API void PressMouse(HWND window, POINT point, Button button = Button::Left, bool shift = false);
 PLATFORM_API void ReleaseMouse(HWND window, POINT point, Button button = Button::Left);
 PLATFORM_API void MoveMouse(HWND window, POINT point, bool leftDown = false);
+PLATFORM_API void LeaveWindow(HWND window);
+/// The tool tip that appears when the pointer rests there; empty for none.
+PLATFORM_API CString ToolTipAt(HWND window, POINT point);
 PLATFORM_API void TurnWheel(HWND window, POINT point, int delta, bool shift = false, bool control = false,
                             bool alt = false);
 /// Drags the thumb of a scroll bar to a position: tracking at it, and letting go if asked.
