@@ -8,6 +8,9 @@
 /// Id of the first pane of a frame: the child that fills what control bars leave of the client area.
 enum : UINT { AFX_IDW_PANE_FIRST = 0xE900, AFX_IDW_PANE_LAST = 0xE9FF };
 
+/// Text of the status bar while nothing else is to be said.
+enum : UINT { AFX_IDS_IDLEMESSAGE = 0xE001 };
+
 struct CCreateContext;
 class CCmdUI;
 class CControlBar;

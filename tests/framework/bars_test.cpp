@@ -229,7 +229,11 @@ TEST_F(Bars, TheGripperMovesTheBarToAnotherEdge) {
   EXPECT_EQ(m_frame->page.IsWindowVisible(), FALSE) << "a control doesn't fit into a column";
   EXPECT_EQ(PlaceIn(*m_frame, m_frame->splitter), CRect(left.right, 0, client.right, status.top));
   Picture(*m_frame, "left.png");
+  CRect last;
+  m_frame->toolbar.GetItemRect(8, last);
+  EXPECT_EQ(last.bottom, 12 + 5 * 23 + 2 * 8) << "the gaps of the controls have gone";
   const CRect bottom = drag({300, 390});
+  EXPECT_EQ(PlaceIn(m_frame->toolbar, m_frame->page).top, 3) << "below the line, as the buttons";
   EXPECT_EQ(bottom.bottom, status.top);
   EXPECT_EQ(bottom.Width(), client.Width());
   EXPECT_NE(m_frame->page.IsWindowVisible(), FALSE);
@@ -239,10 +243,10 @@ TEST_F(Bars, TheGripperMovesTheBarToAnotherEdge) {
 
 TEST_F(Bars, ABarsCommandHidesAndShowsIt) {
   const CRect before = PlaceIn(*m_frame, m_frame->splitter);
-  m_frame->SendMessage(WM_COMMAND, ID_VIEW_TOOLBAR);
+  m_frame->SendMessage(WM_COMMAND, AFX_IDW_TOOLBAR);
   EXPECT_EQ(m_frame->toolbar.IsVisible(), FALSE);
   EXPECT_EQ(PlaceIn(*m_frame, m_frame->splitter).top, 0);
-  m_frame->SendMessage(WM_COMMAND, ID_VIEW_TOOLBAR);
+  m_frame->SendMessage(WM_COMMAND, AFX_IDW_TOOLBAR);
   EXPECT_EQ(PlaceIn(*m_frame, m_frame->splitter), before);
 }
 
