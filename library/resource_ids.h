@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/base/types.h"
-#include "platform/window/bar_styles.h"  // the standard bars and the idle text
 
 // The numbers of commands, controls, panes and texts. A menu item, a toolbar button, a handler and the
 // command's prompt in the string table meet on one number.
@@ -39,6 +38,8 @@ enum : UINT {
   ID_APP_ABOUT = 57664,
   ID_APP_EXIT = 57665,
   ID_HELP_FINDER = 57667,
+  ID_VIEW_TOOLBAR = 59392,
+  ID_VIEW_STATUS_BAR = 59393,
   ID_ZP_TIMER_SAVE_ZOOM = 1011,
 };
 

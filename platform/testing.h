@@ -73,6 +73,9 @@ PLATFORM_API void ComposeText(HWND window, const char* text);
 PLATFORM_API void PressMouse(HWND window, POINT point, Button button = Button::Left, bool shift = false);
 PLATFORM_API void ReleaseMouse(HWND window, POINT point, Button button = Button::Left);
 PLATFORM_API void MoveMouse(HWND window, POINT point, bool leftDown = false);
+PLATFORM_API void LeaveWindow(HWND window);
+/// The tool tip that appears when the pointer rests there; empty for none.
+PLATFORM_API CString ToolTipAt(HWND window, POINT point);
 PLATFORM_API void TurnWheel(HWND window, POINT point, int delta, bool shift = false, bool control = false,
                             bool alt = false);
 /// Drops files on a window, as another program's user does; false if the window takes none.

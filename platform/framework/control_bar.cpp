@@ -188,7 +188,12 @@ LRESULT CControlBar::OnMouseLeave(WPARAM, LPARAM) {
   GetCursorPos(&pointer);
   const HWND under = WindowFromPoint(pointer);
   // On a child control that stands on the bar the prompt is the child's.
-  if (under == m_hWnd || IsChild(m_hWnd, under) == 0) ShowFlyBy(0);
+  if (under == m_hWnd || IsChild(m_hWnd, under) == 0) {
+    ShowFlyBy(0);
+  } else {
+    TRACKMOUSEEVENT track = {sizeof track, TME_LEAVE, m_hWnd, 0};
+    TrackMouseEvent(&track);  // until it leaves the child
+  }
   return Default();
 }
 

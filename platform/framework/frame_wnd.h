@@ -10,6 +10,8 @@ enum : UINT { AFX_IDW_PANE_FIRST = 0xE900, AFX_IDW_PANE_LAST = 0xE9FF };
 
 /// Frame styles: the document's name is put behind the title, or before it.
 enum : DWORD { FWS_PREFIXTITLE = 0x4000, FWS_ADDTOTITLE = 0x8000 };
+/// Text of the status bar while nothing else is to be said.
+enum : UINT { AFX_IDS_IDLEMESSAGE = 0xE001 };
 
 struct CCreateContext;
 class CCmdUI;

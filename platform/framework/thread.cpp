@@ -18,11 +18,23 @@ bool PreTranslate(MSG* message) {
   return AfxGetThread()->PreTranslateMessage(message) != 0;
 }
 
+/// Idle work in a loop that isn't ours. Temporary objects stay: a handler below on the stack may use them.
+void UpdateInHostLoop() {
+  const MSG none{};
+  try {
+    platform::UpdateFramesAtIdle();
+  } catch (CException* exception) {
+    AfxGetThread()->ProcessWndProcException(exception, &none);
+    exception->Delete();
+  }
+}
+
 }  // namespace
 
 CWinThread::CWinThread() {
   if (g_thread == nullptr) g_thread = this;
   platform::SetPreTranslateHook(&PreTranslate);
+  platform::SetIdleHook(&UpdateInHostLoop);
 }
 
 CWinThread::~CWinThread() {

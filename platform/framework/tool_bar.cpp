@@ -169,12 +169,28 @@ void CToolBar::Layout() {
   toolbar->borders = m_dwStyle & CBRS_BORDER_ANY;
   if (toolbar->vertical != vertical) ShowChildren(!vertical);
   toolbar->vertical = vertical;
+  if (!vertical) {
+    MoveChildren(toolbar->margins.left - m_childCorner.x, toolbar->margins.top - m_childCorner.y);
+    m_childCorner = {toolbar->margins.left, toolbar->margins.top};
+  }
   Invalidate();
 }
 
 void CToolBar::ShowChildren(bool show) {
   for (HWND child = GetWindow(m_hWnd, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
     ::ShowWindow(child, show ? SW_SHOWNA : SW_HIDE);
+}
+
+void CToolBar::MoveChildren(int dx, int dy) {
+  if (dx == 0 && dy == 0) return;
+  for (HWND child = GetWindow(m_hWnd, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+    CRect place;
+    ::GetWindowRect(child, place);
+    CPoint corner = place.TopLeft();
+    ScreenToClient(&corner);
+    ::SetWindowPos(child, nullptr, corner.x + dx, corner.y + dy, 0, 0,
+                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  }
 }
 
 CSize CToolBar::CalcFixedLayout(BOOL stretch, BOOL horizontal) {

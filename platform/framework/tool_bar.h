@@ -97,8 +97,10 @@ class PLATFORM_API CToolBar : public CControlBar {
   void ReplaceButton(int index, const TBBUTTON& button);
   void LayoutIfDelayed() const;
   void ShowChildren(bool show);
+  void MoveChildren(int dx, int dy);
 
   mutable CToolBarCtrl m_control;  ///< this bar's window under the control's interface
+  POINT m_childCorner = {0, 0};    ///< corner of the buttons to which the child windows were placed
   int m_height = 0;                ///< given by SetHeight, 0: as high as the buttons need
 
   DECLARE_MESSAGE_MAP()

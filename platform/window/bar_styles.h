@@ -36,17 +36,14 @@ enum : DWORD {
 
 enum : UINT {
   AFX_IDW_CONTROLBAR_FIRST = 0xE800,
-  AFX_IDW_TOOLBAR = 0xE800,
+  AFX_IDW_TOOLBAR = 0xE800,  ///< also the number of the command that shows and hides the bar
   AFX_IDW_STATUS_BAR = 0xE801,
   AFX_IDW_DOCKBAR_TOP = 0xE81B,
   AFX_IDW_DOCKBAR_LEFT = 0xE81C,
   AFX_IDW_DOCKBAR_RIGHT = 0xE81D,
   AFX_IDW_DOCKBAR_BOTTOM = 0xE81E,
   AFX_IDW_CONTROLBAR_LAST = 0xE8FF,
-  ID_VIEW_TOOLBAR = 0xE800,
-  ID_VIEW_STATUS_BAR = 0xE801,
   ID_SEPARATOR = 0,
-  AFX_IDS_IDLEMESSAGE = 0xE001,  ///< the string that the status bar shows at rest
 };
 
 /// Messages between a frame and its bars.

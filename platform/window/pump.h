@@ -27,6 +27,9 @@ namespace platform {
 /// Gives a message to the framework before it is dispatched; true: it has been dealt with. Set once.
 using PreTranslateHook = bool (*)(MSG* message);
 PLATFORM_API void SetPreTranslateHook(PreTranslateHook hook);
+/// Called when a host's event loop has emptied the queue, as our own loop calls for idle work. Set once.
+using IdleHook = void (*)();
+PLATFORM_API void SetIdleHook(IdleHook hook);
 /// Called with each new window before its first message. Set once by the framework.
 using CreateHook = void (*)(HWND window);
 PLATFORM_API void SetCreateHook(CreateHook hook);

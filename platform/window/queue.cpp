@@ -16,6 +16,7 @@ namespace platform {
 namespace {
 
 PreTranslateHook g_preTranslate = nullptr;
+IdleHook g_idle = nullptr;
 
 // Longest wait inside an empty polling peek: short enough that WM_ENTERIDLE still comes a hundred times a
 // second.
@@ -50,6 +51,10 @@ POINT PointerPosition() {
 
 void SetPreTranslateHook(PreTranslateHook hook) {
   g_preTranslate = hook;
+}
+
+void SetIdleHook(IdleHook hook) {
+  g_idle = hook;
 }
 
 bool PreTranslateByHook(MSG* message) {
@@ -217,6 +222,7 @@ void Queue::Drain() {
       Keep(std::current_exception());
     }
   }
+  if (g_idle != nullptr) g_idle();
   m_pullLevel = outerLevel;
 }
 

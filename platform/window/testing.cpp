@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDropEvent>
 #include <QElapsedTimer>
+#include <QHelpEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMimeData>
@@ -10,6 +11,7 @@
 #include <QPixmap>
 #include <QStyle>
 #include <QStyleOptionSlider>
+#include <QToolTip>
 #include <QUrl>
 #include <QWheelEvent>
 #include <utility>
@@ -196,6 +198,25 @@ void ReleaseMouse(HWND window, POINT point, Button button) {
 void MoveMouse(HWND window, POINT point, bool leftDown) {
   SendMouse(QEvent::MouseMove, window, point, Qt::NoButton, leftDown ? Qt::LeftButton : Qt::NoButton,
             Qt::NoModifier);
+}
+
+void LeaveWindow(HWND window) {
+  QEvent event(QEvent::Leave);
+  if (ClientWidget* client = ClientOf(window)) QApplication::sendEvent(client, &event);
+}
+
+CString ToolTipAt(HWND window, POINT point) {
+  ClientWidget* client = ClientOf(window);
+  if (client == nullptr) return {};
+  // Qt lets a tip stand for a while after it was hidden.
+  for (QWidget* widget : QApplication::topLevelWidgets())
+    if (widget->inherits("QTipLabel")) widget->hide();
+  const QPoint local(point.x, point.y);
+  QHelpEvent event(QEvent::ToolTip, local, client->mapToGlobal(local));
+  QApplication::sendEvent(client, &event);
+  const CString text = QToolTip::isVisible() ? QToolTip::text().toUtf8().constData() : "";
+  QToolTip::hideText();
+  return text;
 }
 
 void TurnWheel(HWND window, POINT point, int delta, bool shift, bool control, bool alt) {

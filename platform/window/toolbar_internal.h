@@ -35,7 +35,7 @@ void RegisterToolbarClass();
 int ToolbarButtonAt(const ToolbarRecord& toolbar, POINT point);
 
 /// Where each button lies: one behind the other from the margin's corner on, hidden ones without extent. In a
-/// column every separator takes the width of a plain one, since what stands in a wide gap doesn't fit there.
+/// column a gap with a number has none either, since the control that stands in it doesn't fit there.
 std::vector<RECT> PlaceToolButtons(std::span<const TBBUTTON> buttons, SIZE size, const RECT& margins,
                                    bool vertical);
 

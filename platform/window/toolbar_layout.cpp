@@ -16,7 +16,7 @@ std::vector<RECT> PlaceToolButtons(std::span<const TBBUTTON> buttons, SIZE size,
     int extent = vertical ? size.cy : size.cx;
     if ((button.fsStyle & TBSTYLE_SEP) != 0) {
       extent = button.iBitmap > 0 ? button.iBitmap : kSeparatorExtent;
-      if (vertical) extent = std::min(extent, kSeparatorExtent);
+      if (vertical) extent = button.idCommand != 0 ? 0 : kSeparatorExtent;
     }
     if ((button.fsState & TBSTATE_HIDDEN) != 0) extent = 0;
     places.push_back(vertical ? RECT{margins.left, at, margins.left + size.cx, at + extent}

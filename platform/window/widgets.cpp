@@ -81,8 +81,8 @@ FrameWidget::~FrameWidget() {
 }
 
 bool FrameWidget::event(QEvent* event) {
-  // For Qt the pointer is still inside the parent.
-  if (event->type() == QEvent::Enter) TellLeave(GetParent(m_window));
+  // On a child the pointer is still inside the parent for Qt, which isn't told when it goes on from there.
+  if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) TellLeave(GetParent(m_window));
   if (m_window != nullptr && isWindow()) {
     if (event->type() == QEvent::WindowActivate) SendGuarded(m_window, WM_ACTIVATE, 1, 0);
     if (event->type() == QEvent::WindowDeactivate) {

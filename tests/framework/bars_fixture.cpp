@@ -131,7 +131,7 @@ void Frame::MakeToolbar() {
 }
 
 void Frame::MakeStatusBar() {
-  status.Create(this, kStatusBarStyle, ID_VIEW_STATUS_BAR);
+  status.Create(this, kStatusBarStyle, AFX_IDW_STATUS_BAR);
   const UINT panes[] = {ID_SEPARATOR, kZoomPane, kPagePane};
   status.SetIndicators(panes, 3);
   const HDC dc = ::GetDC(status.m_hWnd);
