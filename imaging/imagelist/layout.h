@@ -27,6 +27,8 @@ struct LTWRAP_API ImageListLayout {
   int HitTest(POINT point, int scroll) const;
   /// First and one past the last item of the rows that lie between two heights of the client area.
   std::pair<int, int> Between(int top, int bottom, int scroll) const;
+  /// The first item of the row at the top of the client area, be it in part.
+  int Top(int scroll) const { return Between(kGap, kGap + 1, scroll).first; }
   /// The nearest scroll at which the whole cell is in view.
   int ScrollToShow(int index, int scroll) const;
 

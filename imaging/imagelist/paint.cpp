@@ -106,14 +106,15 @@ void ImageListControl::PaintPicture(HDC dc, Entry& entry, const RECT& box) const
   const PixelStorage* pixels = entry.pixels.Get();
   if (pixels == nullptr) return;
   const RECT place = PlaceOf(*pixels, box);
+  // Filled, not drawn around: where a unit is no whole number of device pixels, nothing shows between.
+  RECT frame = place;
+  InflateRect(&frame, 1, 1);
+  FillRect(dc, &frame, GetSysColorBrush(COLOR_BTNSHADOW));
   try {
     Draw(dc, entry.picture, place);
   } catch (CLeadtoolsException* error) {
-    error->Delete();  // nobody waits for the result of a repaint; the frame stays empty
+    error->Delete();  // nobody waits for the result of a repaint; an empty frame is left
   }
-  RECT frame = place;
-  InflateRect(&frame, 1, 1);
-  FrameRect(dc, &frame, GetSysColorBrush(COLOR_BTNSHADOW));
 }
 
 }  // namespace imaging

@@ -104,7 +104,7 @@ void ImageListControl::Relayout() {
     layout = ImageListLayout::Make(Count(), m_itemSize, {whole - barWidth, client.bottom});
 
   // The item at the top stays there when the columns change.
-  const int top = m_layout.Between(0, 1, m_scroll).first;
+  const int top = m_layout.Top(m_scroll);
   const bool isRearranged = layout.columns != m_layout.columns || layout.cell != m_layout.cell;
   const bool isMoved = layout.client.cx != m_layout.client.cx;
   if (isRearranged && m_scroll > 0) m_scroll = top / layout.columns * layout.RowPitch();

@@ -336,6 +336,19 @@ TEST_F(ImageList, TheBarDependsOnTheSizeAloneNotOnWhatWasBefore) {
   }
 }
 
+TEST_F(ImageList, TheItemAtTheTopStaysThereWhenColumnsChange) {
+  Fill(40);
+  SendMessage(list, WM_VSCROLL, SB_PAGEDOWN, 0);
+  SendMessage(list, WM_VSCROLL, SB_PAGEDOWN, 0);
+  const auto top = [this] { return Layout().Top(GetScrollPos(list, SB_VERT)); };
+  ASSERT_EQ(top(), 6);
+  ASSERT_EQ(Cell(6).top, ImageListLayout::kGap);
+  for (const int width : {390, 140}) {
+    MoveWindow(list, 0, 0, width, 400, TRUE);
+    EXPECT_EQ(top(), 6) << width;
+  }
+}
+
 // The callers' rule: with n / screens items to a screenful, those of the screenful in view are in view.
 TEST_F(ImageList, TheScreenfulInViewIsInView) {
   for (const int count : {1, 3, 4, 7, 10, 11, 20}) {
