@@ -4,9 +4,9 @@
 #include "library/resources.h"
 
 // The pictures of the toolbars, 16 by 16. One family: pages and tools in a dark outline of one pixel, light
-// from the top left, and blue for what happens to the page. Of a disabled button only the dark colours, outline
-// and blue, are left, so they alone have to tell the pictures apart. Magenta is the transparent colour of the
-// toolbars.
+// from the top left, and blue for what happens to the page. Of a disabled button only the dark colours,
+// outline and blue, are left, so they alone have to tell the pictures apart. Magenta is the transparent
+// colour of the toolbars.
 
 namespace {
 
