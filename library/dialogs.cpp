@@ -52,42 +52,44 @@ constexpr std::array kCustomZoom = {
 
 /// A line of the properties: what it is, left.
 constexpr DialogItem Label(const char* text, int y) {
-  return {Static, text, IDC_ZP_STATIC, 13, y, 66, 8};
+  return {Static, text, IDC_ZP_STATIC, 10, y, 66, 8};
 }
 /// Its value, right, where it can be marked.
 constexpr DialogItem ValueEdit(int id, int y) {
-  return {Edit, "", id, 79, y - 2, 126, 12, kValue};
+  return {Edit, "", id, 77, y - 2, 131, 12, kValue};
 }
-constexpr DialogItem ValueText(int id, int y) {
-  return {Static, "Static", id, 81, y, 124, 8, kLine};
+/// Its value as a text, of that many lines if it's too long for one.
+constexpr DialogItem ValueText(int id, int y, int lines = 1) {
+  return {Static, "Static", id, 79, y, 129, lines == 1 ? 8 : 9 * lines, lines == 1 ? kLine : kPlainAmpersand};
 }
 
-// OK comes first, so that the focus isn't in one of the values, with its text marked.
+// OK comes first, so that the focus isn't in one of the values, with its text marked. Names of formats are up
+// to 94 letters long.
 constexpr std::array kProperties = {
-    DialogItem{DefaultPushButton, "OK", kOk, 160, 228, 50, 14, WS_GROUP | WS_TABSTOP},
-    DialogItem{GroupBox, "Informazioni sul file", IDC_ZP_STATIC, 7, 7, 203, 88},
-    Label("Nome:", 21),
-    ValueEdit(IDC_ZP_FILE_NAME, 21),
-    Label("Percorso:", 36),
-    ValueEdit(IDC_ZP_FILE_PATH, 36),
-    Label("Dimensione:", 51),
-    ValueText(IDC_ZP_FILE_SIZE, 51),
-    Label("Num. di pagine:", 66),
-    ValueText(IDC_ZP_FILE_PAGES, 66),
-    Label("Formato del file:", 81),
-    ValueText(IDC_ZP_FILE_FORMAT, 81),
-    DialogItem{GroupBox, "Informazioni generali sulla pagina", IDC_ZP_STATIC, 7, 100, 203, 58},
-    Label("Numero pagina:", 114),
-    ValueText(IDC_ZP_PAGE_NUMBER, 114),
+    DialogItem{DefaultPushButton, "OK", kOk, 162, 228, 50, 14, WS_GROUP | WS_TABSTOP},
+    DialogItem{GroupBox, "Informazioni sul file", IDC_ZP_STATIC, 5, 5, 207, 96},
+    Label("Nome:", 20),
+    ValueEdit(IDC_ZP_FILE_NAME, 20),
+    Label("Percorso:", 34),
+    ValueEdit(IDC_ZP_FILE_PATH, 34),
+    Label("Dimensione:", 47),
+    ValueText(IDC_ZP_FILE_SIZE, 47),
+    Label("Num. di pagine:", 59),
+    ValueText(IDC_ZP_FILE_PAGES, 59),
+    Label("Formato del file:", 71),
+    ValueText(IDC_ZP_FILE_FORMAT, 71, 3),
+    DialogItem{GroupBox, "Informazioni generali sulla pagina", IDC_ZP_STATIC, 5, 104, 207, 56},
+    Label("Numero pagina:", 118),
+    ValueText(IDC_ZP_PAGE_NUMBER, 118),
     Label("Compressione:", 129),
-    ValueText(IDC_ZP_PAGE_COMPRESSION, 129),
-    Label("Bit per pixel:", 144),
-    ValueText(IDC_ZP_PAGE_BITS, 144),
-    DialogItem{GroupBox, "Dimensioni della pagina", IDC_ZP_STATIC, 7, 163, 203, 58},
-    Label("Dimensioni in pixel:", 177),
-    ValueEdit(IDC_ZP_PAGE_PIXELS, 177),
-    Label("Risoluzione:", 192),
-    ValueEdit(IDC_ZP_PAGE_RESOLUTION, 192),
+    ValueText(IDC_ZP_PAGE_COMPRESSION, 129, 2),
+    Label("Bit per pixel:", 148),
+    ValueText(IDC_ZP_PAGE_BITS, 148),
+    DialogItem{GroupBox, "Dimensioni della pagina", IDC_ZP_STATIC, 5, 164, 207, 57},
+    Label("Dimensioni in pixel:", 179),
+    ValueEdit(IDC_ZP_PAGE_PIXELS, 179),
+    Label("Risoluzione:", 193),
+    ValueEdit(IDC_ZP_PAGE_RESOLUTION, 193),
     Label("Dimensioni reali:", 207),
     ValueEdit(IDC_ZP_PAGE_REAL_SIZE, 207),
 };
@@ -95,9 +97,9 @@ constexpr std::array kProperties = {
 constexpr std::array kPrintFormat = {
     DialogItem{DefaultPushButton, "OK", kOk, 106, 7, 50, 14, WS_GROUP | WS_TABSTOP},
     DialogItem{PushButton, "Annulla", kCancel, 106, 25, 50, 14, WS_TABSTOP},
-    DialogItem{RadioButton, "&Adatta alla pagina", IDC_ZP_FORMAT_FIT, 7, 9, 88, 10, WS_GROUP | WS_TABSTOP},
-    DialogItem{RadioButton, "Dimensioni &reali", IDC_ZP_FORMAT_REAL, 7, 27, 88, 10, WS_TABSTOP},
-    DialogItem{RadioButton, "&Pixel-pixel", IDC_ZP_FORMAT_PIXELS, 7, 45, 88, 10, WS_TABSTOP},
+    DialogItem{RadioButton, "&Adatta alla pagina", IDC_ZP_FORMAT_FIT, 7, 11, 88, 10, WS_GROUP | WS_TABSTOP},
+    DialogItem{RadioButton, "Dimensioni &reali", IDC_ZP_FORMAT_REAL, 7, 29, 88, 10, WS_TABSTOP},
+    DialogItem{RadioButton, "&Pixel-pixel", IDC_ZP_FORMAT_PIXELS, 7, 47, 88, 10, WS_TABSTOP},
     DialogItem{Static, "", IDC_ZP_STATIC, 99, 7, 1, 55, WS_GROUP | kUpright},
 };
 
@@ -124,18 +126,18 @@ constexpr std::array kPrint = {
     DialogItem{Static, "", 1100, 60, 72, 134, 8, kLine},
     DialogItem{CheckBox, "Stampa su fi&le", 1040, 200, 71, 72, 10, WS_GROUP | WS_TABSTOP},
     DialogItem{GroupBox, "Intervallo di stampa", 1072, 8, 92, 146, 64, WS_GROUP},
-    DialogItem{RadioButton, "&Tutto", 1056, 16, 106, 60, 10, WS_GROUP | WS_TABSTOP},
-    DialogItem{RadioButton, "Pagin&e", 1058, 16, 122, 46, 10, WS_TABSTOP},
+    DialogItem{RadioButton, "&Tutto", 1056, 16, 108, 60, 10, WS_GROUP | WS_TABSTOP},
+    DialogItem{RadioButton, "Pagin&e", 1058, 16, 123, 46, 10, WS_TABSTOP},
     DialogItem{RadioButton, "&Selezione", 1057, 16, 138, 60, 10, WS_TABSTOP},
-    DialogItem{Static, "&da:", 1089, 64, 123, 14, 8, WS_GROUP},
-    DialogItem{Edit, "", 1152, 79, 120, 28, 14, WS_GROUP | kInput | kDigits},
-    DialogItem{Static, "&a:", 1090, 110, 123, 10, 8, WS_GROUP},
-    DialogItem{Edit, "", 1153, 121, 120, 28, 14, WS_GROUP | kInput | kDigits},
+    DialogItem{Static, "&da:", 1089, 62, 124, 18, 8, WS_GROUP},
+    DialogItem{Edit, "", 1152, 81, 121, 27, 14, WS_GROUP | kInput | kDigits},
+    DialogItem{Static, "&a:", 1090, 111, 124, 12, 8, WS_GROUP},
+    DialogItem{Edit, "", 1153, 123, 121, 26, 14, WS_GROUP | kInput | kDigits},
     DialogItem{GroupBox, "Numero copie", 1073, 160, 92, 120, 64, WS_GROUP},
-    DialogItem{Static, "N&umero copie:", 1092, 168, 108, 60, 8},
-    DialogItem{Edit, "", 1154, 236, 105, 36, 14, WS_GROUP | kInput | kDigits},
-    DialogItem{Static, "", 1086, 168, 126, 42, 24, WS_GROUP},
-    DialogItem{CheckBox, "&Fascicola", 1041, 214, 133, 58, 10, WS_GROUP | WS_TABSTOP},
+    DialogItem{Static, "N&umero copie:", 1092, 168, 110, 60, 8},
+    DialogItem{Edit, "", 1154, 236, 107, 36, 14, WS_GROUP | kInput | kDigits},
+    DialogItem{Static, "", 1086, 168, 127, 42, 24, WS_GROUP},
+    DialogItem{CheckBox, "&Fascicola", 1041, 214, 134, 58, 10, WS_GROUP | WS_TABSTOP},
     DialogItem{DefaultPushButton, "OK", kOk, 176, 164, 50, 14, WS_GROUP | WS_TABSTOP},
     DialogItem{PushButton, "Annulla", kCancel, 230, 164, 50, 14, WS_TABSTOP},
     DialogItem{PushButton, "&Formato di stampa...", IDC_ZP_PRINT_FORMAT, 8, 164, 90, 14, WS_TABSTOP},

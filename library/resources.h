@@ -7,6 +7,9 @@
 std::span<const platform::StringResource> LibraryStrings();
 std::span<const platform::MenuResource> LibraryMenus();
 std::span<const platform::DialogResource> LibraryDialogs();
+std::span<const platform::CursorResource> LibraryCursors();
+std::span<const platform::IconResource> LibraryIcons();
+std::span<const platform::BitmapResource> LibraryBitmaps();
 
 /// All tables together.
 inline platform::ResourceTables LibraryResources() {
@@ -14,5 +17,8 @@ inline platform::ResourceTables LibraryResources() {
   tables.strings = LibraryStrings();
   tables.menus = LibraryMenus();
   tables.dialogs = LibraryDialogs();
+  tables.cursors = LibraryCursors();
+  tables.icons = LibraryIcons();
+  tables.bitmaps = LibraryBitmaps();
   return tables;
 }
