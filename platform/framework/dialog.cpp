@@ -148,7 +148,7 @@ BOOL CDialog::OnCmdMsg(UINT id, int code, void* extra, void* handlerInfo) {
   if (CWnd::OnCmdMsg(id, code, extra, handlerInfo) != 0) return TRUE;
   // Commands that the dialog has no handler for are its owner's; a control's notifications stay here.
   if (code != CN_COMMAND && code != CN_UPDATE_COMMAND_UI) return FALSE;
-  if (id == 0 || id < 0x8000 || id >= 0xF000) return FALSE;
+  if (id < 0x8000 || id >= 0xF000) return FALSE;
   CWnd* owner = GetParent();
   if (owner != nullptr && owner->OnCmdMsg(id, code, extra, handlerInfo) != 0) return TRUE;
   return AfxGetThread()->OnCmdMsg(id, code, extra, handlerInfo);

@@ -188,7 +188,7 @@ class GroupBoxWidget : public QWidget {
     if (!m_title.isEmpty()) {
       painter.setPen(
           palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
-      painter.drawText(title, Qt::TextShowMnemonic, m_title);
+      painter.drawText(title, Qt::TextShowMnemonic | Qt::TextDontClip, m_title);
       painter.setClipRegion(QRegion(rect()) - title.adjusted(-kGap, 0, kGap, 0));
     }
     painter.setPen(palette().color(QPalette::Mid));

@@ -152,25 +152,21 @@ void ComboControl::Resized(int width, int height) {
 }
 
 void ComboControl::KeyDown(int key, Qt::KeyboardModifiers modifiers) {
-  switch (key) {
-    case VK_UP:
-      GiveKey(Combo(), QEvent::KeyPress, Qt::Key_Up, modifiers);
+  struct ListKeyPair {
+    int virtualKey;
+    int qt;
+  };
+  constexpr ListKeyPair kListKeys[] = {{VK_UP, Qt::Key_Up},
+                                       {VK_DOWN, Qt::Key_Down},
+                                       {VK_PRIOR, Qt::Key_PageUp},
+                                       {VK_NEXT, Qt::Key_PageDown},
+                                       {VK_F1 + 3, Qt::Key_F4}};
+  for (const ListKeyPair& pair : kListKeys)
+    if (pair.virtualKey == key) {
+      GiveKey(Combo(), QEvent::KeyPress, pair.qt, modifiers);
       return;
-    case VK_DOWN:
-      GiveKey(Combo(), QEvent::KeyPress, Qt::Key_Down, modifiers);
-      return;
-    case VK_PRIOR:
-      GiveKey(Combo(), QEvent::KeyPress, Qt::Key_PageUp, modifiers);
-      return;
-    case VK_NEXT:
-      GiveKey(Combo(), QEvent::KeyPress, Qt::Key_PageDown, modifiers);
-      return;
-    case VK_F1 + 3:
-      GiveKey(Combo(), QEvent::KeyPress, Qt::Key_F4, modifiers);
-      return;
-    default:
-      if (m_field) m_field->KeyDown(key, modifiers);
-  }
+    }
+  if (m_field) m_field->KeyDown(key, modifiers);
 }
 
 void ComboControl::Picked(int index) {

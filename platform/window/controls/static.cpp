@@ -27,10 +27,22 @@ class StaticWidget : public QWidget {
     }
     const QPalette::ColorGroup group = isEnabled() ? QPalette::Active : QPalette::Disabled;
     painter.setPen(palette().color(group, QPalette::WindowText));
-    painter.drawText(rect(), FlagsOf(type), m_text);
+    painter.translate(0, -Overhang());
+    painter.drawText(rect(), FlagsOf(type) | Qt::TextDontClip, m_text);
   }
 
  private:
+  /// What a line is higher on this display than the window, whose height comes from whole units: taken from
+  /// the room above the letters, so that those below the line stay whole.
+  double Overhang() const {
+    QFont onDevice = font();
+    if (onDevice.pixelSize() <= 0 || (m_style & SS_CENTERIMAGE) != 0) return 0;
+    const double scale = devicePixelRatioF();
+    onDevice.setPixelSize(qRound(onDevice.pixelSize() * scale));
+    const double missing = QFontMetrics(onDevice).height() / scale - height();
+    return missing > 0 && missing <= 1 ? missing : 0;
+  }
+
   static bool IsFrame(DWORD type) {
     return (type >= 4 && type <= SS_WHITEFRAME) || (type >= SS_ETCHEDHORZ && type <= SS_ETCHEDFRAME);
   }
