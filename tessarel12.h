@@ -2,9 +2,12 @@
 
 // Everything that a host needs of the image-viewing component.
 
+#include "frames/image_frame.h"
+#include "imagewindow/frame_link.h"
 #include "imagewindow/image_window.h"
 #include "imaging/ltwrap.h"
 #include "library/report_error.h"
+#include "library/resource_ids.h"
 #include "library/tessarel_ext.h"
 #include "platform/framework/app.h"
 #include "platform/framework/frame_wnd.h"

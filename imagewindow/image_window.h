@@ -83,6 +83,8 @@ class TESSAREL_API CImageWindow : public CWnd {
   /// else all pages into a tif, or one page into a bmp or jpg. Tells the user of success in a message box.
   /// False after a reported failure or if the user refuses.
   bool ExportAs(CString target);
+  /// Shows what the source says of the current page, until the user closes the dialog.
+  void ShowPropertiesDlg();
 
   // State, for hosts to read.
 
@@ -162,6 +164,8 @@ class TESSAREL_API CImageWindow : public CWnd {
   BOOL OnMouseWheel(UINT flags, short delta, CPoint point);
   void OnKeyDown(UINT key, UINT repeat, UINT flags);
   void OnKeyUp(UINT key, UINT repeat, UINT flags);
+  /// The name of a file format; empty if it has none.
+  static CString GetFileFormat(int code);
   void OnContextMenu(CWnd* window, CPoint point);
   void OnDropFiles(HDROP drop);
 

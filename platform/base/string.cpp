@@ -105,6 +105,12 @@ int CString::Replace(const char* from, const char* to) {
   return count;
 }
 
+int CString::Delete(int index, int count) {
+  if (index >= 0 && index < GetLength() && count > 0)
+    m_text.erase(static_cast<std::size_t>(index), static_cast<std::size_t>(count));
+  return GetLength();
+}
+
 void CString::TrimLeft() {
   m_text.erase(0, m_text.find_first_not_of(kSpaces));
 }

@@ -59,6 +59,8 @@ class PLATFORM_API CString {
   /// Place of the first character that is one of the set, -1 if there is none.
   int FindOneOf(const char* set) const;
   int Replace(const char* from, const char* to);
+  /// Takes characters out; the length that is left. Places outside the text are left alone.
+  int Delete(int index, int count = 1);
   void TrimLeft();
   void TrimRight();
   /// Upper and lower case of ASCII letters; other letters stay.

@@ -109,6 +109,17 @@ PLATFORM_API const AFX_MSGMAP_ENTRY* AfxFindMessageEntry(const AFX_MSGMAP* map, 
     using ThisClass [[maybe_unused]] = theClass;      \
     using TheBaseClass = baseClass;                   \
     static const AFX_MSGMAP_ENTRY entries[] = {
+/// The same for a class template with one type parameter.
+#define BEGIN_TEMPLATE_MESSAGE_MAP(theClass, type, baseClass) \
+  template <typename type>                                    \
+  const AFX_MSGMAP* theClass<type>::GetMessageMap() const {   \
+    return GetThisMessageMap();                               \
+  }                                                           \
+  template <typename type>                                    \
+  const AFX_MSGMAP* theClass<type>::GetThisMessageMap() {     \
+    using ThisClass = theClass<type>;                         \
+    using TheBaseClass = baseClass;                           \
+    static const AFX_MSGMAP_ENTRY entries[] = {
 #define END_MESSAGE_MAP()                                                     \
   { 0, 0, 0, 0, AfxSig_end, nullptr }                                         \
   }                                                                           \

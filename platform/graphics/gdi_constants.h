@@ -188,4 +188,5 @@ enum : int {
   FW_BOLD = 700
 };
 enum : BYTE { DEFAULT_CHARSET = 1, DEFAULT_PITCH = 0, FIXED_PITCH = 1, VARIABLE_PITCH = 2 };
+enum : BYTE { FF_DONTCARE = 0x00, FF_ROMAN = 0x10, FF_SWISS = 0x20, FF_MODERN = 0x30 };
 enum : int { LF_FACESIZE = 32 };

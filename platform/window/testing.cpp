@@ -16,7 +16,7 @@
 #include <QWheelEvent>
 #include <utility>
 
-#include "platform/window/controls/control.h"
+#include "platform/window/controls/detail/control.h"
 #include "platform/window/detail/cursors.h"
 #include "platform/window/detail/keys.h"
 #include "platform/window/detail/menu_widgets.h"

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <map>
 
-#include "platform/window/controls/control.h"
+#include "platform/window/controls/detail/control.h"
 #include "platform/window/detail/cursors.h"
 #include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/queue.h"

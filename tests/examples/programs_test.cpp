@@ -53,7 +53,7 @@ class Programs : public ::testing::Test {
   }
   Outcome Screenshot(const std::string& file, const std::string& options,
                      const std::string& environment = "") const {
-    return Run(environment + " " VIEWER " '" + file + "' --screenshot " + picture.string() + " " + options);
+    return Run(environment + " " PAGE_WINDOW " '" + file + "' --screenshot " + picture.string() + " " + options);
   }
   Picture Load() const {
     png_image image{};
@@ -73,7 +73,7 @@ class Programs : public ::testing::Test {
                    "picture.png"};
 };
 
-TEST_F(Programs, TheViewerShowsThePageThatIsAskedFor) {
+TEST_F(Programs, TheWindowShowsThePageThatIsAskedFor) {
   const Outcome run = Screenshot(SAMPLE_FAX, "--page 3 --zoom 50 --size 700x500");
   ASSERT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(run.err, "");

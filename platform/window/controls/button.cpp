@@ -8,7 +8,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 
-#include "platform/window/controls/control.h"
+#include "platform/window/controls/detail/control.h"
 
 namespace platform {
 namespace {

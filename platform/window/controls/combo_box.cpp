@@ -4,8 +4,8 @@
 #include <QTimer>
 #include <algorithm>
 
-#include "platform/window/controls/control.h"
-#include "platform/window/controls/line_field.h"
+#include "platform/window/controls/detail/control.h"
+#include "platform/window/controls/detail/line_field.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
 

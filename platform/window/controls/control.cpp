@@ -1,4 +1,4 @@
-#include "platform/window/controls/control.h"
+#include "platform/window/controls/detail/control.h"
 
 #include <QMouseEvent>
 #include <QWheelEvent>

@@ -3,8 +3,8 @@
 #include <QMenu>
 #include <QPointer>
 
-#include "platform/window/controls/control.h"
-#include "platform/window/controls/line_field.h"
+#include "platform/window/controls/detail/control.h"
+#include "platform/window/controls/detail/line_field.h"
 
 namespace platform {
 namespace {

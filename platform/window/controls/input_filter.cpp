@@ -7,7 +7,7 @@
 #include <QWheelEvent>
 #include <utility>
 
-#include "platform/window/controls/control.h"
+#include "platform/window/controls/detail/control.h"
 #include "platform/window/detail/keys.h"
 #include "platform/window/detail/queue.h"
 #include "platform/window/detail/widgets.h"

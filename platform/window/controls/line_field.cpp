@@ -1,4 +1,4 @@
-#include "platform/window/controls/line_field.h"
+#include "platform/window/controls/detail/line_field.h"
 
 #include <QAction>
 #include <QKeyEvent>

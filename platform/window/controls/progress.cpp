@@ -1,7 +1,7 @@
 #include <QProgressBar>
 #include <algorithm>
 
-#include "platform/window/controls/control.h"
+#include "platform/window/controls/detail/control.h"
 
 namespace platform {
 namespace {

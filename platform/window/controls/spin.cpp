@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "platform/window/controls/control.h"
+#include "platform/window/controls/detail/control.h"
 
 namespace platform {
 namespace {

@@ -2,7 +2,7 @@
 #include <QStyle>
 #include <QStyleOptionFrame>
 
-#include "platform/window/controls/control.h"
+#include "platform/window/controls/detail/control.h"
 
 namespace platform {
 namespace {

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# drive_viewer.sh VIEWER FAX: walks through a fax with keys on a real X server and reads the window's title, which
-# tells page and zoom; then checks that the idle viewer leaves the processor alone and that Escape ends it.
+# drive_page_window.sh PAGE_WINDOW FAX: walks through a fax with keys on a real X server and reads the window's title, which
+# tells page and zoom; then checks that the idle window leaves the processor alone and that Escape ends it.
 set -uo pipefail
 for tool in xvfb-run xauth xdotool; do
   command -v "$tool" >/dev/null || { echo "$tool is missing"; exit 77; }
