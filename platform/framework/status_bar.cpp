@@ -164,7 +164,7 @@ CRect CStatusBar::GripPlace() const {
   GetClientRect(client);
   if (GetParent() == nullptr || ::GetParent(m_hWnd) != top || (style & WS_THICKFRAME) == 0 ||
       platform::IsMaximized(top))
-    return {};
+    return {0, 0, 0, 0};
   return {client.right - kGripExtent, client.bottom - kGripExtent, client.right, client.bottom};
 }
 

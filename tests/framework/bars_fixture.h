@@ -36,6 +36,7 @@ constexpr UINT kStatusBarStyle = 0x50008200;
 class Pane : public CWnd {
   DECLARE_DYNCREATE(Pane)
  protected:
+  void PostNcDestroy() override { delete this; }  // as views do
   void OnPaint();
   DECLARE_MESSAGE_MAP()
 };

@@ -8,6 +8,8 @@
 #include <QWidget>
 #include <string>
 
+#include "platform/framework/frame_wnd.h"
+#include "platform/framework/thread.h"
 #include "platform/qt_bridge.h"
 #include "platform/testing.h"
 #include "platform/window/pump.h"
@@ -119,6 +121,35 @@ TEST_F(QtHost, TheHostsQuitEndsALoopOfOursAndTheHosts) {
   QTimer::singleShot(10, [] { g_trace += "late"; });
   Exec(50);
   EXPECT_EQ(g_trace, "late") << "no quit is left over for the host's next loop";
+}
+
+/// Counts the idle updates of its state.
+class IdleFrame : public CFrameWnd {
+ protected:
+  LRESULT OnIdleMessage(WPARAM, LPARAM) {
+    g_trace += "i";
+    return 0;
+  }
+  DECLARE_MESSAGE_MAP()
+};
+BEGIN_MESSAGE_MAP(IdleFrame, CFrameWnd)
+ON_MESSAGE(WM_IDLEUPDATECMDUI, OnIdleMessage)
+END_MESSAGE_MAP()
+
+TEST_F(QtHost, FramesAreBroughtUpToDateUnderTheHostsLoop) {
+  const CWinThread* thread = AfxGetThread();
+  ASSERT_NE(thread, nullptr);
+  auto* frame = new IdleFrame;  // ends with its window
+  frame->Create(nullptr, "", WS_OVERLAPPEDWINDOW, CRect(0, 0, 100, 100));
+  frame->ShowWindow(SW_SHOW);
+  platform::testing::PumpUntilIdle();
+  g_trace.clear();
+  PostMessage(frame->m_hWnd, WM_NULL, 0);
+  // Not quit: Qt would ask the frame, which lets the program decide about closing.
+  QTimer::singleShot(20, [] { QCoreApplication::exit(); });
+  QCoreApplication::exec();
+  EXPECT_EQ(g_trace.substr(0, 1), "i");
+  frame->DestroyWindow();
 }
 
 }  // namespace
