@@ -64,7 +64,7 @@ int CWnd::GetDlgItemText(int id, CString& text) const {
 
 void CWnd::CenterWindow(CWnd* over) {
   const HWND owner = over != nullptr ? over->m_hWnd : ::GetParent(m_hWnd);
-  CRect own;
+  CRect own(0, 0, 0, 0);
   GetWindowRect(own);
   const CRect screen(0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN));
   CRect area = screen;

@@ -32,7 +32,7 @@ class ItalianFiles : public QIdentityProxyModel {
     return QIdentityProxyModel::headerData(section, orientation, role);
   }
   QVariant data(const QModelIndex& index, int role) const override {
-    const QVariant value = QIdentityProxyModel::data(index, role);
+    QVariant value = QIdentityProxyModel::data(index, role);
     constexpr int kKind = 2;
     if (role != Qt::DisplayRole || index.column() != kKind) return value;
     const QString kind = value.toString();
