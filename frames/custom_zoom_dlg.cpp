@@ -32,6 +32,7 @@ BOOL CCustomZoomDlg::OnInitDialog() {
   m_wndEdit.SendMessage(EM_LIMITTEXT, kMostCharacters);
   m_wndEdit.SetWindowText(ScaleText(m_nCurrent));
   m_wndEdit.SetFocus();
+  m_wndEdit.SetSel(0, -1);  // what is typed takes its place
   return TRUE;
 }
 
@@ -59,6 +60,7 @@ void CCustomZoomDlg::OnOk() {
   refusal.FormatMessage(IDS_ZP_SCALE_OUT_OF_RANGE, m_nMin, m_nMax);
   AfxMessageBox(refusal);
   m_wndEdit.SetFocus();
+  m_wndEdit.SetSel(0, -1);
 }
 
 void CCustomZoomDlg::OnCancel() {

@@ -50,6 +50,9 @@ BOOL CGoToPageDlg::OnInitDialog() {
   if (m_nCurrPage == m_nMaxPage) GetDlgItem(IDC_ZP_GOTO_LAST)->EnableWindow(FALSE);
   m_nRadio = kNumber;
   UpdateData(FALSE);
+  // What is typed takes the page's place.
+  field->SetFocus();
+  field->SendMessage(EM_SETSEL, 0, -1);
   return TRUE;
 }
 

@@ -83,6 +83,8 @@ class CViewerFrame : public Base, public CImageWindowFrame {
   /// The message loop of a modal viewer. False if the frame has gone meanwhile.
   bool DoModalLoop();
   void OnClose();
+  /// A modal viewer is closed; otherwise the application is asked first.
+  void OnAppExit();
   void OnFileExport();
   void OnUpdateFileExport(CCmdUI* ui);
 

@@ -6,6 +6,7 @@
 #include "frames/viewer_frame.h"
 #include "library/resource_ids.h"
 #include "platform/base/file.h"
+#include "platform/framework/app.h"
 #include "platform/framework/cmd_ui.h"
 #include "platform/framework/file_dialog.h"
 #include "platform/framework/message_box.h"
@@ -192,6 +193,14 @@ void CViewerFrame<Base>::OnClose() {
     this->EndModalLoop(0);
   else
     CFrameWnd::OnClose();
+}
+
+template <typename Base>
+void CViewerFrame<Base>::OnAppExit() {
+  CWinApp* app = AfxGetApp();
+  if (!m_bModal && app != nullptr && app->OnCmdMsg(ID_APP_EXIT, CN_COMMAND, nullptr, nullptr) != FALSE)
+    return;
+  this->PostMessage(WM_CLOSE);
 }
 
 // Export

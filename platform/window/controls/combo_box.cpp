@@ -1,6 +1,8 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListView>
+#include <QProxyStyle>
+#include <QStyleOptionComplex>
 #include <QTimer>
 #include <algorithm>
 
@@ -13,6 +15,23 @@ namespace platform {
 namespace {
 
 class ComboControl;
+
+/// Gives the text of a narrow combo, as toolbars hold them, all the room there is: themes draw for wide ones.
+class NarrowComboStyle : public QProxyStyle {
+ public:
+  QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                       const QWidget* widget) const override {
+    const QRect all = option->rect;
+    if (control != CC_ComboBox || all.width() >= kWide)
+      return QProxyStyle::subControlRect(control, option, part, widget);
+    if (part == SC_ComboBoxArrow) return {all.right() - kArrow, all.top(), kArrow, all.height()};
+    if (part == SC_ComboBoxEditField) return {1, 1, all.width() - kArrow - 2, all.height() - 2};
+    return QProxyStyle::subControlRect(control, option, part, widget);
+  }
+
+ private:
+  enum : int { kWide = 72, kArrow = 11 };
+};
 
 /// Tells its control when the list opens and goes.
 class ComboWidget : public QComboBox {
@@ -30,6 +49,9 @@ class ComboControl : public Control {
   ComboControl(HWND window, QWidget* parent) : Control(window, new ComboWidget(parent)) {
     const bool editable = (Style() & CBS_TYPEMASK) != CBS_DROPDOWNLIST;
     Combo().SetControl(this);
+    auto* style = new NarrowComboStyle;  // the widget's, which may outlive this
+    style->setParent(&Combo());
+    Combo().setStyle(style);
     Combo().setEditable(editable);
     // Long lists: nothing that looks at every item.
     Combo().setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -55,7 +77,9 @@ class ComboControl : public Control {
  protected:
   QString Text() const override { return Combo().currentText(); }
   void SetText(const QString& text) override {
-    if (Combo().isEditable()) Combo().setEditText(text);
+    if (!Combo().isEditable()) return;
+    Combo().setEditText(text);
+    Combo().lineEdit()->setCursorPosition(0);  // a text wider than the field shows its beginning
   }
   void KeyDown(int key, Qt::KeyboardModifiers modifiers) override;
   void Char(char32_t c) override {
@@ -121,6 +145,8 @@ void ComboControl::SetUpField() {
   // Leaving the field is no pick, even when its text stands in the list.
   QObject::disconnect(&line, &QLineEdit::editingFinished, &Combo(), nullptr);
   QObject::disconnect(&line, &QLineEdit::returnPressed, &Combo(), nullptr);
+  constexpr int kTakenBack = -2;  // the field's own margin
+  line.setTextMargins(kTakenBack, 0, kTakenBack, 0);
   m_field = std::make_unique<LineField>(line);
   QObject::connect(&line, &QLineEdit::textEdited, Context(), [this] { m_field->CutExcess(); });
   QObject::connect(&line, &QLineEdit::textEdited, Context(), [this] { Edited(); });
