@@ -101,8 +101,10 @@ void SendMouse(QEvent::Type type, HWND window, POINT point, Qt::MouseButton butt
   const QPoint local(point.x, point.y);
   QWidget* receiver =
       ControlOf(window) && client->childAt(local) != nullptr ? client->childAt(local) : client;
-  QMouseEvent event(type, receiver->mapFrom(client, local), client->mapToGlobal(local), button, buttons,
-                    modifiers);
+  if (FindWindowRecord(window)->mdiChild && !client->rect().contains(local))
+    receiver = client->parentWidget();
+  QMouseEvent event(type, receiver->mapFromGlobal(client->mapToGlobal(local)), client->mapToGlobal(local),
+                    button, buttons, modifiers);
   QApplication::sendEvent(receiver, &event);
 }
 
