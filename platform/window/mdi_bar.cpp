@@ -1,7 +1,7 @@
 // What a main window shows of its active document window: the title, and the buttons of a maximised one.
 
 #include <QHBoxLayout>
-#include <QStyle>
+#include <QPainter>
 #include <QToolButton>
 
 #include "platform/testing.h"
@@ -17,11 +17,36 @@ constexpr int kButtonSide = 18;
 constexpr int kPictureSide = 10;
 constexpr const char* kCommand = "command";
 
-void AddButton(QWidget& bar, QStyle::StandardPixmap picture, UINT command, HWND frame) {
+/// The marks as they stand on title bars, in the colour of text.
+QIcon MarkOf(UINT command, const QWidget& widget) {
+  const qreal scale = widget.devicePixelRatioF();
+  QPixmap pixmap(QSize(kPictureSide, kPictureSide) * scale);
+  pixmap.setDevicePixelRatio(scale);
+  pixmap.fill(Qt::transparent);
+  QPainter painter(&pixmap);
+  painter.setPen(QPen(widget.palette().color(QPalette::ButtonText), 2, Qt::SolidLine, Qt::FlatCap));
+  if (command == SC_MINIMIZE) painter.drawLine(1, 8, 9, 8);
+  if (command == SC_CLOSE) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.drawLine(1, 1, 9, 9);
+    painter.drawLine(1, 9, 9, 1);
+  }
+  if (command == SC_RESTORE) {
+    painter.setPen(QPen(painter.pen().color(), 1));
+    const QRect front(0, 4, 6, 5);
+    painter.drawRect(front);
+    painter.drawLine(front.topLeft() + QPoint(0, 1), front.topRight() + QPoint(1, 1));
+    painter.drawPolyline(QPolygon({{3, 3}, {3, 0}, {9, 0}, {9, 6}, {7, 6}}));
+    painter.drawLine(3, 1, 9, 1);
+  }
+  return {pixmap};
+}
+
+void AddButton(QWidget& bar, UINT command, HWND frame) {
   auto* button = new QToolButton(&bar);
   button->setAutoRaise(true);
   button->setFocusPolicy(Qt::NoFocus);
-  button->setIcon(button->style()->standardIcon(picture));
+  button->setIcon(MarkOf(command, *button));
   button->setIconSize(QSize(kPictureSide, kPictureSide));
   button->setFixedSize(kButtonSide, kButtonSide);
   button->setProperty(kCommand, command);
@@ -39,9 +64,9 @@ QWidget* MakeButtons(QWidget* parent, HWND frame) {
   auto* layout = new QHBoxLayout(bar);
   layout->setContentsMargins(0, 0, 2, 0);
   layout->setSpacing(1);
-  AddButton(*bar, QStyle::SP_TitleBarMinButton, SC_MINIMIZE, frame);
-  AddButton(*bar, QStyle::SP_TitleBarNormalButton, SC_RESTORE, frame);
-  AddButton(*bar, QStyle::SP_TitleBarCloseButton, SC_CLOSE, frame);
+  AddButton(*bar, SC_MINIMIZE, frame);
+  AddButton(*bar, SC_RESTORE, frame);
+  AddButton(*bar, SC_CLOSE, frame);
   return bar;
 }
 
@@ -57,16 +82,19 @@ MdiClient* ClientOfFrame(const WindowRecord* frame) {
 
 }  // namespace
 
-void ShowMdiButtons(WindowRecord& frame) {
+bool ShowMdiButtons(WindowRecord& frame) {
   MdiClient* client = ClientOfFrame(&frame);
-  if (client == nullptr || !frame.menuBar) return;
+  if (client == nullptr || !frame.menuBar) return false;
   const bool wanted = MaximizedChild(*client) != nullptr;
   if (wanted && !client->buttons) client->buttons = MakeButtons(frame.menuBar, frame.handle);
   const bool shown = client->buttons && frame.menuBar->cornerWidget() == client->buttons;
-  if (wanted == shown) return;
+  if (wanted == shown) return false;
   // The bar keeps room for a corner's window as long as it has one.
   frame.menuBar->setCornerWidget(wanted ? client->buttons.data() : nullptr);
+  if (wanted)  // the pointer may be at the corner where they would show up first
+    client->buttons->move(frame.menuBar->width() - client->buttons->sizeHint().width(), 0);
   client->buttons->setVisible(wanted);
+  return true;
 }
 
 void RefreshMdiFrame(const MdiClient& client) {
@@ -76,8 +104,7 @@ void RefreshMdiFrame(const MdiClient& client) {
   if (const WindowRecord* child = MaximizedChild(client)) title += " - [" + child->text + "]";
   if (title != frame->text)
     DefWindowProc(client.frame, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(title.c_str()));
-  ShowMdiButtons(*frame);
-  LayoutWindow(*frame);
+  if (ShowMdiButtons(*frame)) LayoutWindow(*frame);
 }
 
 }  // namespace platform

@@ -242,7 +242,8 @@ BOOL TranslateMDISysAccel(HWND clientHandle, const MSG* message) {
   const HWND active = record->mdiClient->active;
   const bool key = message->message == WM_KEYDOWN || message->message == WM_SYSKEYDOWN;
   const bool alt = (message->lParam >> 29 & 1) != 0;
-  if (active == nullptr || !key || alt || GetKeyState(VK_CONTROL) >= 0) return FALSE;
+  if (active == nullptr || !platform::TakesInput(active) || !key || alt || GetKeyState(VK_CONTROL) >= 0)
+    return FALSE;
   UINT command = GetKeyState(VK_SHIFT) < 0 ? SC_PREVWINDOW : SC_NEXTWINDOW;
   if (message->wParam == VK_F1 + 3)
     command = SC_CLOSE;

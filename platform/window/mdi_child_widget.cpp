@@ -43,6 +43,9 @@ class MdiChildWidget : public FrameWidget {
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void leaveEvent(QEvent*) override { SetHot(QStyle::SC_None); }
+  void childEvent(QChildEvent* event) override;
+  bool eventFilter(QObject* object, QEvent* event) override;
   void wheelEvent(QWheelEvent* event) override { event->accept(); }
   void contextMenuEvent(QContextMenuEvent* event) override { event->accept(); }
 
@@ -54,6 +57,7 @@ class MdiChildWidget : public FrameWidget {
   QStyleOptionTitleBar TitleOption() const;
   QStyle::SubControl TitlePartAt(QPoint point) const;
   Qt::Edges EdgesAt(QPoint point) const;
+  void SetHot(QStyle::SubControl part);
   void DragTo(QPoint global);
   void Resize(QRect& place, QPoint by) const;
   void Choose(QStyle::SubControl part);
@@ -73,7 +77,8 @@ QStyleOptionTitleBar MdiChildWidget::TitleOption() const {
   option.rect = QRect(0, 0, width(), TitleHeight());
   option.text = fontMetrics().elidedText(QString::fromStdString(window.text), Qt::ElideRight,
                                          std::max(width() - 4 * TitleHeight(), 0));
-  option.icon = windowIcon();
+  const bool hasIcon = window.windowClass->icon != nullptr;  // not the application's
+  option.icon = hasIcon ? windowIcon() : style()->standardIcon(QStyle::SP_FileIcon);
   option.titleBarFlags = Qt::Window | Qt::WindowTitleHint;
   if ((window.style & WS_SYSMENU) != 0)
     option.titleBarFlags |= Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
@@ -158,8 +163,21 @@ void MdiChildWidget::mouseMoveEvent(QMouseEvent* event) {
     return;
   }
   if (event->buttons() == Qt::NoButton) setCursor(CursorFor(EdgesAt(point)));
-  const QStyle::SubControl part = TitlePartAt(point);
+  SetHot(TitlePartAt(point));
+}
+
+void MdiChildWidget::SetHot(QStyle::SubControl part) {
   if (std::exchange(m_hot, part) != part) update();
+}
+
+void MdiChildWidget::childEvent(QChildEvent* event) {
+  // On the way from the title bar to the client area the pointer doesn't leave this widget.
+  if (event->added()) event->child()->installEventFilter(this);
+}
+
+bool MdiChildWidget::eventFilter(QObject*, QEvent* event) {
+  if (event->type() == QEvent::Enter) SetHot(QStyle::SC_None);
+  return false;
 }
 
 void MdiChildWidget::DragTo(QPoint global) {

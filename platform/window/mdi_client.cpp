@@ -214,7 +214,7 @@ LRESULT ClientProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_MDICREATE:
       return CreateChild(handle, *reinterpret_cast<const MDICREATESTRUCT*>(lParam));
     case WM_MDIDESTROY:
-      DestroyWindow(child);
+      if (GetParent(child) == handle) DestroyWindow(child);
       return 0;
     case WM_MDIACTIVATE:
       ActivateMdiChild(handle, child);

@@ -94,15 +94,18 @@ TEST_F(Mdi, CommandsGoToTheActiveWindowFirst) {
 
 TEST_F(Mdi, TheChildsMenuInTheMainBarAsksTheChild) {
   Child* uno = Add("Uno");
-  EXPECT_TRUE(desktop::ChooseMenuItem(*m_main, kChildOnly));
-  EXPECT_FALSE(desktop::ChooseMenuItem(*m_main, kNobody)) << "nobody's command is grey";
   uno->canNext = false;
   EXPECT_FALSE(desktop::ChooseMenuItem(*m_main, kChildOnly));
-  uno->m_bAutoMenuEnable = FALSE;
+  EXPECT_FALSE(desktop::ChooseMenuItem(*m_main, kNobody)) << "nobody's command is grey";
+  static_cast<CMDIChildWnd*>(Add("Due"))->m_bAutoMenuEnable = FALSE;
   EXPECT_TRUE(desktop::ChooseMenuItem(*m_main, kNobody)) << "the active window's choice";
+  uno->MDIActivate();
   EXPECT_TRUE(desktop::ChooseMenuItem(*m_main, kMainOnly));
+  g_trace.clear();
+  uno->canNext = true;
+  EXPECT_TRUE(desktop::ChooseMenuItem(*m_main, kChildOnly));
   desktop::PumpUntilIdle();
-  EXPECT_EQ(g_trace, "Uno main ");
+  EXPECT_EQ(g_trace, "main Uno ");
 }
 
 TEST_F(Mdi, AcceleratorsOfTheActiveWindowComeFirst) {

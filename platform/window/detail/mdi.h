@@ -81,7 +81,8 @@ void RemoveMdiList(MdiClient& client);
 
 /// The main window's title and buttons as the active document window says.
 void RefreshMdiFrame(const MdiClient& client);
-/// Shows or hides the maximised window's buttons in the bar of a main window. The bar's height may change.
-void ShowMdiButtons(WindowRecord& frame);
+/// Shows or hides the maximised window's buttons in the bar of a main window. True for a change, after which
+/// the bar may have another height.
+bool ShowMdiButtons(WindowRecord& frame);
 
 }  // namespace platform
