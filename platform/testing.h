@@ -61,7 +61,8 @@ PLATFORM_API void PumpUntilIdle(int milliseconds = 2000);
 PLATFORM_API void HoldQueue(bool hold);
 
 enum class Button { Left, Right, Middle };
-// Input as the desktop would send it to a shown window, in client coordinates. The messages are queued.
+// Input as the desktop would send it to a shown window, in client coordinates. The messages are queued. Of a
+// document window, points around the client area hit the title bar and the border.
 PLATFORM_API void PressKey(HWND window, int virtualKey, bool shift = false, bool control = false,
                            bool alt = false);
 PLATFORM_API void ReleaseKey(HWND window, int virtualKey, bool shift = false, bool control = false,
@@ -84,6 +85,9 @@ PLATFORM_API bool DropFiles(HWND window, POINT point, std::span<const char* cons
 PLATFORM_API void DragThumb(HWND window, int bar, int position, bool release);
 /// Clicks an arrow (page false) or the trough of a scroll bar.
 PLATFORM_API void ClickScrollBar(HWND window, int bar, bool forward, bool page);
+
+/// Clicks a button (SC_...) that a maximised document window has in the menu bar; false if it isn't shown.
+PLATFORM_API bool ClickMaximizedButton(HWND frame, UINT command);
 
 /// Number of the resource or of the system's cursor (32512 and up); 0 for a dead handle.
 PLATFORM_API UINT CursorId(HCURSOR cursor);

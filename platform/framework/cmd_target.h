@@ -36,6 +36,7 @@ enum AfxSig : UINT {
   AfxSig_bwheel,     ///< BOOL (UINT, short, CPoint)
   AfxSig_vdrop,      ///< void (HDROP)
   AfxSig_vmenu,      ///< void (CMenu*, UINT, BOOL)
+  AfxSig_vmdi,       ///< void (BOOL, CWnd*, CWnd*), of WM_MDIACTIVATE
   AfxSig_vselect,    ///< void (UINT, UINT, HMENU)
   AfxSig_cmd,        ///< void ()
   AfxSig_cmdid,      ///< void (UINT id)

@@ -6,6 +6,7 @@
 #include "platform/framework/control_bar.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/frames_internal.h"
+#include "platform/framework/mdi_wnd.h"
 
 namespace {
 
@@ -54,15 +55,59 @@ CFrameWnd::~CFrameWnd() {
   frames.erase(std::remove(frames.begin(), frames.end(), this), frames.end());
 }
 
-void platform::UpdateFramesAtIdle() {
-  const std::vector<CFrameWnd*> frames = Frames();  // a handler may end one
-  for (CFrameWnd* frame : frames) {
-    const auto& alive = Frames();
-    if (std::find(alive.begin(), alive.end(), frame) == alive.end()) continue;
-    if (frame->m_hWnd == nullptr || frame->IsWindowVisible() == 0) continue;
-    frame->SendMessage(WM_IDLEUPDATECMDUI, TRUE);
-    frame->SendMessageToDescendants(WM_IDLEUPDATECMDUI, TRUE);
+namespace {
+
+/// Document windows that are still to be brought up to date, by handle since they may end meanwhile.
+std::vector<HWND>& Waiting() {
+  static auto* waiting = new std::vector<HWND>;
+  return *waiting;
+}
+
+/// All windows below, except frames, which have their own turn, and what holds document windows.
+void UpdateBelow(HWND parent) {
+  const auto* main = DYNAMIC_DOWNCAST(CMDIFrameWnd, CWnd::FromHandlePermanent(parent));
+  std::vector<HWND> children;  // a handler may change them
+  for (HWND child = GetWindow(parent, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
+    if (main == nullptr || child != main->m_hWndMDIClient) children.push_back(child);
+  for (const HWND child : children) {
+    if (DYNAMIC_DOWNCAST(CFrameWnd, CWnd::FromHandlePermanent(child)) != nullptr) continue;
+    SendMessage(child, WM_IDLEUPDATECMDUI, TRUE);
+    UpdateBelow(child);
   }
+}
+
+void UpdateFrame(HWND frame) {
+  if (IsWindowVisible(frame) == 0) return;
+  SendMessage(frame, WM_IDLEUPDATECMDUI, TRUE);
+  UpdateBelow(frame);
+}
+
+}  // namespace
+
+void platform::UpdateFramesAtIdle() {
+  std::vector<HWND> now;
+  Waiting().clear();
+  const CMDIFrameWnd* asked = nullptr;
+  const CFrameWnd* active = nullptr;
+  for (CFrameWnd* frame : Frames()) {
+    if (frame->m_hWnd == nullptr) continue;
+    const auto* child = DYNAMIC_DOWNCAST(CMDIChildWnd, frame);
+    const CMDIFrameWnd* main = child == nullptr ? nullptr : child->GetMDIFrame();
+    if (main != asked && main != nullptr) active = main->MDIGetActive();
+    asked = main;
+    (main == nullptr || active == child ? now : Waiting()).push_back(frame->m_hWnd);
+  }
+  for (const HWND frame : now) UpdateFrame(frame);
+}
+
+bool platform::UpdateMoreFramesAtIdle() {
+  constexpr std::size_t kAtOnce = 8;
+  for (std::size_t i = 0; i < kAtOnce && !Waiting().empty(); ++i) {
+    const HWND frame = Waiting().back();
+    Waiting().pop_back();
+    UpdateFrame(frame);
+  }
+  return !Waiting().empty();
 }
 
 void CFrameWnd::RecalcLayout(BOOL) {

@@ -49,8 +49,8 @@ void CFrameWnd::OnInitMenuPopup(CMenu* menu, UINT, BOOL systemMenu) {
   for (; state.m_nIndex < state.m_nIndexMax; ++state.m_nIndex) {
     if (!NameItem(state)) continue;
     // Sub-menus stay open to the user, who may want to see what there is.
-    const bool disables =
-        m_bAutoMenuEnable != 0 && state.m_pSubMenu == nullptr && state.m_nID < kFirstSystemCommand;
+    const bool disables = GetActiveFrame()->m_bAutoMenuEnable != 0 && state.m_pSubMenu == nullptr &&
+                          state.m_nID < kFirstSystemCommand;
     state.DoUpdate(this, disables);
     // A handler may have put a list in the place of its item, or taken items away.
     const int count = menu->GetMenuItemCount();

@@ -34,6 +34,7 @@ BOOL CFrameWnd::Create(LPCTSTR className, LPCTSTR title, DWORD style, const RECT
     }
   }
   m_hMenuDefault = menu;
+  if (title != nullptr && title != static_cast<LPCTSTR>(m_strTitle)) m_strTitle = title;
   const bool anywhere = rect.left == CW_USEDEFAULT;
   const BOOL created = CreateEx(exStyle, className, title, style, rect.left, rect.top,
                                 anywhere ? CW_USEDEFAULT : rect.right - rect.left,
@@ -95,4 +96,25 @@ BOOL CFrameWnd::OnCmdMsg(UINT id, int code, void* extra, void* handlerInfo) {
 void CFrameWnd::ActivateFrame(int command) {
   ShowWindow(command == -1 ? SW_SHOW : command);
   SetForegroundWindow(m_hWnd);
+}
+
+void CFrameWnd::OnUpdateFrameTitle(BOOL addToTitle) {
+  if ((GetStyle() & FWS_ADDTOTITLE) == 0) return;
+  CString document;
+  const bool named = addToTitle != 0 && GetDocumentTitle(document) != 0;
+  UpdateFrameTitleForDocument(named ? static_cast<LPCTSTR>(document) : nullptr);
+}
+
+void CFrameWnd::UpdateFrameTitleForDocument(LPCTSTR document) {
+  CString title = m_strTitle;
+  if (document != nullptr && *document != 0) {
+    CString name(document);
+    if (m_nWindow > 0) {
+      CString number;
+      number.Format(":%d", m_nWindow);
+      name += number;
+    }
+    title = (GetStyle() & FWS_PREFIXTITLE) != 0 ? name + " - " + m_strTitle : m_strTitle + " - " + name;
+  }
+  SetWindowText(title);
 }

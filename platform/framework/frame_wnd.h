@@ -31,6 +31,7 @@ class PLATFORM_API CFrameWnd : public CWnd {
   BOOL m_bAutoMenuEnable = TRUE;   ///< items whose command nobody handles are grey
   HMENU m_hMenuDefault = nullptr;  ///< the menu that Create loaded; the window destroys it
   CString m_strTitle;
+  int m_nWindow = -1;  ///< number of this window among those of its document; -1: the only one
 
   /// menuName: a menu of the resources. FALSE if it can't be found; the frame isn't made then.
   virtual BOOL Create(LPCTSTR className, LPCTSTR title, DWORD style = WS_OVERLAPPEDWINDOW,
@@ -42,6 +43,11 @@ class PLATFORM_API CFrameWnd : public CWnd {
   BOOL PreTranslateMessage(MSG* message) override;
   BOOL PreCreateWindow(CREATESTRUCT& cs) override;
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handlerInfo) override;
+  /// The frame that commands and prompts are for: with document windows inside the active one.
+  virtual CFrameWnd* GetActiveFrame() { return this; }
+  /// With the style FWS_ADDTOTITLE: title and, if asked, the document's name.
+  virtual void OnUpdateFrameTitle(BOOL addToTitle);
+  void UpdateFrameTitleForDocument(LPCTSTR document);
   /// Shows the frame and puts it in front.
   virtual void ActivateFrame(int command = -1);
   /// Places the bars at their edges and the pane in what they leave.
@@ -85,6 +91,8 @@ class PLATFORM_API CFrameWnd : public CWnd {
   /// Makes what the client area holds. FALSE: the frame isn't made.
   virtual BOOL OnCreateClient(LPCREATESTRUCT cs, CCreateContext* context);
   void PostNcDestroy() override { delete this; }
+  /// The name of the document that the frame shows. FALSE, with the text as it was, if there is none.
+  virtual BOOL GetDocumentTitle(CString&) const { return FALSE; }
 
   int OnCreate(LPCREATESTRUCT cs);
   void OnSize(UINT type, int cx, int cy);

@@ -23,6 +23,7 @@ void UpdateInHostLoop() {
   const MSG none{};
   try {
     platform::UpdateFramesAtIdle();
+    platform::UpdateMoreFramesAtIdle();
   } catch (CException* exception) {
     AfxGetThread()->ProcessWndProcException(exception, &none);
     exception->Delete();
@@ -94,6 +95,7 @@ BOOL CWinThread::OnIdle(LONG count) {
     platform::UpdateFramesAtIdle();
     return TRUE;
   }
+  if (platform::UpdateMoreFramesAtIdle()) return TRUE;
   CWnd::DeleteTempMap();
   CMenu::DeleteTempMap();
   CDC::DeleteTempMap();

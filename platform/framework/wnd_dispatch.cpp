@@ -110,6 +110,10 @@ bool Invoke(CWnd* w, const AFX_MSGMAP_ENTRY& entry, WPARAM wParam, LPARAM lParam
     case AfxSig_vselect:
       Call<void, UINT, UINT, HMENU>(w, pfn, low, high, reinterpret_cast<HMENU>(lParam));
       break;
+    case AfxSig_vmdi:
+      Call<void, BOOL, CWnd*, CWnd*>(w, pfn, w->m_hWnd == reinterpret_cast<HWND>(lParam), WindowOf(words),
+                                     WindowOf(wParam));
+      break;
     default:
       return false;
   }

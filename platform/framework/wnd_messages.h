@@ -54,3 +54,5 @@
 #define ON_WM_MENUSELECT() \
   PLATFORM_ON_WM(WM_MENUSELECT, AfxSig_vselect, void (ThisClass::*)(UINT, UINT, HMENU), OnMenuSelect)
 #define ON_WM_DROPFILES() PLATFORM_ON_WM(WM_DROPFILES, AfxSig_vdrop, void (ThisClass::*)(HDROP), OnDropFiles)
+#define ON_WM_MDIACTIVATE() \
+  PLATFORM_ON_WM(WM_MDIACTIVATE, AfxSig_vmdi, void (ThisClass::*)(BOOL, CWnd*, CWnd*), OnMDIActivate)

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 
 #include "platform/testing.h"
+#include "platform/window/detail/mdi.h"
 #include "platform/window/detail/menu_fill.h"
 #include "platform/window/detail/menu_record.h"
 #include "platform/window/detail/menu_widgets.h"
@@ -89,6 +90,7 @@ void RefreshMenuBar(WindowRecord& window) {
     if (!window.menuBar) window.menuBar = new MenuBar(window.handle, window.frame);
     window.menuBar->Fill(window.menu);
     window.menuBar->show();
+    ShowMdiButtons(window);
   }
   LayoutWindow(window);
 }

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/window/detail/mdi.h"
 #include "platform/window/window.h"
 
 namespace platform {
@@ -312,6 +313,9 @@ LRESULT DispatchMessage(const MSG* message) {
     if (procedure != nullptr) procedure(message->hwnd, WM_TIMER, message->wParam, message->time);
     return 0;
   }
+  const bool press = message->message == WM_LBUTTONDOWN || message->message == WM_RBUTTONDOWN ||
+                     message->message == WM_MBUTTONDOWN;
+  if (press) platform::ActivateMdiChildAround(message->hwnd);
   return message->hwnd == nullptr
              ? 0
              : SendMessage(message->hwnd, message->message, message->wParam, message->lParam);

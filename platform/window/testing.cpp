@@ -101,8 +101,15 @@ void SendMouse(QEvent::Type type, HWND window, POINT point, Qt::MouseButton butt
   const QPoint local(point.x, point.y);
   QWidget* receiver =
       ControlOf(window) && client->childAt(local) != nullptr ? client->childAt(local) : client;
-  QMouseEvent event(type, receiver->mapFrom(client, local), client->mapToGlobal(local), button, buttons,
-                    modifiers);
+  // The title bar and border of a document window hold the mouse until the button is let go.
+  static QPointer<QWidget> holder;
+  const bool around = FindWindowRecord(window)->mdiChild && !client->rect().contains(local);
+  if (type == QEvent::MouseButtonPress) holder = around ? client->parentWidget() : nullptr;
+  if (around) receiver = client->parentWidget();
+  if (holder) receiver = holder;
+  if (type == QEvent::MouseButtonRelease) holder = nullptr;
+  QMouseEvent event(type, receiver->mapFromGlobal(client->mapToGlobal(local)), client->mapToGlobal(local),
+                    button, buttons, modifiers);
   QApplication::sendEvent(receiver, &event);
 }
 

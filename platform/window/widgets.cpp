@@ -11,6 +11,7 @@
 #include <QStyleOptionFrame>
 #include <QToolTip>
 
+#include "platform/window/detail/mdi.h"
 #include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/queue.h"
 #include "platform/window/detail/window_record.h"
@@ -102,7 +103,8 @@ void FrameWidget::paintEvent(QPaintEvent*) {
   if ((window->exStyle & WS_EX_CLIENTEDGE) != 0) {
     QStyleOptionFrame option;
     option.initFrom(this);
-    option.rect.setTop(MenuBarHeight(*window));
+    option.rect = rect().marginsRemoved(MdiChildMargins(*window));
+    option.rect.setTop(option.rect.top() + MenuBarHeight(*window));
     option.lineWidth = GetSystemMetrics(SM_CXEDGE);
     option.state |= QStyle::State_Sunken;
     style()->drawPrimitive(QStyle::PE_Frame, &option, &painter, this);

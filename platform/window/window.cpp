@@ -6,6 +6,7 @@
 
 #include "platform/window/controls/detail/control.h"
 #include "platform/window/detail/cursors.h"
+#include "platform/window/detail/mdi.h"
 #include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/queue.h"
 #include "platform/window/detail/widgets.h"
@@ -49,7 +50,8 @@ void MakeWidgets(WindowRecord& window, QWidget* hostParent) {
     parent = owner->frame;
     flags |= Qt::Window;
   }
-  window.frame = new FrameWidget(window.handle, parent, flags);
+  window.frame = window.mdiChild ? MakeMdiChildWidget(window.handle, parent)
+                                 : new FrameWidget(window.handle, parent, flags);
   window.frame->setWindowTitle(QString::fromStdString(window.text));
   if (window.windowClass->icon != nullptr) window.frame->setWindowIcon(IconOf(window.windowClass->icon));
   window.client = new ClientWidget(window.handle, window.frame);
@@ -62,6 +64,12 @@ struct Place {
 void PlaceInitially(WindowRecord& window, Place place) {
   constexpr int kDefaultWidth = 800;
   constexpr int kDefaultHeight = 600;
+  if (window.mdiChild && (place.x == CW_USEDEFAULT || place.width == CW_USEDEFAULT)) {
+    const QRect proposed = NextCascadePlace(window);
+    if (place.x == CW_USEDEFAULT) place = {proposed.x(), proposed.y(), place.width, place.height};
+    if (place.width == CW_USEDEFAULT || place.width == 0)
+      place = {place.x, place.y, proposed.width(), proposed.height()};
+  }
   if (place.width == CW_USEDEFAULT) {
     place.width = kDefaultWidth;
     place.height = kDefaultHeight;
@@ -100,6 +108,7 @@ void Forget(HWND handle) {
 HWND CreateWindowRecord(const CREATESTRUCT& wanted, QWidget* hostParent) {
   EnsureApplication();
   RegisterControls();
+  RegisterMdiClient();
   WindowClass* windowClass = FindWindowClass(wanted.lpszClass);
   const bool child = (wanted.style & WS_CHILD) != 0;
   if (windowClass == nullptr) return nullptr;
@@ -122,6 +131,7 @@ HWND CreateWindowRecord(const CREATESTRUCT& wanted, QWidget* hostParent) {
     window.owner = GetTopLevelWindow(wanted.hwndParent);
     if (IsMenu(wanted.hMenu) != 0) window.menu = wanted.hMenu;
   }
+  JoinMdi(window);
   auto& siblings = SiblingsOf(window);
   siblings.insert(child ? siblings.end() : siblings.begin(), handle);
   MakeWidgets(window, hostParent);
@@ -166,7 +176,9 @@ HandleTable<WindowRecord, HWND>& Windows() {
 HWND CreateWindowIn(CREATESTRUCT wanted, QWidget* hostParent) {
   const HWND handle = CreateWindowRecord(wanted, hostParent);
   if (handle == nullptr || !TellCreated(handle, wanted)) return nullptr;
-  if ((wanted.style & WS_VISIBLE) != 0)
+  if ((wanted.dwExStyle & WS_EX_MDICHILD) != 0)
+    ShowNewMdiChild(handle, wanted.style);
+  else if ((wanted.style & WS_VISIBLE) != 0)
     ShowWindow(handle, (wanted.style & WS_MAXIMIZE) != 0 ? SW_SHOWMAXIMIZED : SW_SHOW);
   return handle;
 }
@@ -214,6 +226,11 @@ BOOL DestroyWindow(HWND handle) {
   WindowRecord* window = FindWindowRecord(handle);
   if (window == nullptr || window->destroying) return FALSE;
   window->destroying = true;
+  if (window->mdiChild) {
+    platform::LeaveMdi(handle);  // another becomes the active one while this one is still whole
+    window = FindWindowRecord(handle);
+    if (window == nullptr) return TRUE;
+  }
   if (GetCapture() == handle || IsChild(handle, GetCapture())) ReleaseCapture();
   if (window->frame) window->frame->hide();
   // Windows that this one owns go first.

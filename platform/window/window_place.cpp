@@ -3,6 +3,7 @@
 #include <QWindow>
 #include <algorithm>
 
+#include "platform/window/detail/mdi.h"
 #include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
@@ -18,7 +19,7 @@ namespace {
 int EdgeOf(const WindowRecord& window) {
   if (window.control) return 0;
   if ((window.exStyle & WS_EX_CLIENTEDGE) != 0) return GetSystemMetrics(SM_CXEDGE);
-  return window.IsChild() && (window.style & WS_BORDER) != 0 ? GetSystemMetrics(SM_CXBORDER) : 0;
+  return window.IsChild() && !window.mdiChild && (window.style & WS_BORDER) != 0 ? GetSystemMetrics(SM_CXBORDER) : 0;
 }
 
 int BarExtent(const WindowRecord& window, int bar) {
@@ -48,7 +49,9 @@ static void BringToFront(QWidget& window) {
 
 QRect ClientRectOf(const WindowRecord& window) {
   const int edge = EdgeOf(window);
-  QRect client = window.frame->rect().adjusted(edge, edge + MenuBarHeight(window), -edge, -edge);
+  QRect client = window.frame->rect()
+                     .marginsRemoved(MdiChildMargins(window))
+                     .adjusted(edge, edge + MenuBarHeight(window), -edge, -edge);
   client.setWidth(std::max(0, client.width() - BarExtent(window, SB_VERT)));
   client.setHeight(std::max(0, client.height() - BarExtent(window, SB_HORZ)));
   return client;
@@ -67,7 +70,9 @@ void LayoutWindow(WindowRecord& window) {
   if (client.size() == window.sentClientSize) return;
   window.sentClientSize = client.size();
   ResizeSurface(window);
-  const UINT type = window.frame->isMaximized() ? SIZE_MAXIMIZED : SIZE_RESTORED;
+  const bool maximized = window.mdiChild ? (window.style & WS_MAXIMIZE) != 0 : window.frame->isMaximized();
+  const bool minimized = window.mdiChild && (window.style & WS_MINIMIZE) != 0;
+  const UINT type = maximized ? SIZE_MAXIMIZED : minimized ? SIZE_MINIMIZED : SIZE_RESTORED;
   SendGuarded(window.handle, WM_SIZE, type, MAKELPARAM(client.width(), client.height()));
 }
 
@@ -110,6 +115,10 @@ BOOL ShowWindow(HWND handle, int command) {
   if (window == nullptr) return wasVisible;
   window->style = show ? window->style | WS_VISIBLE : window->style & ~static_cast<DWORD>(WS_VISIBLE);
   const QPointer<platform::FrameWidget> frame = window->frame;
+  if (window->mdiChild) {
+    platform::ShowMdiChild(handle, command);
+    return wasVisible;
+  }
   switch (command) {
     case SW_HIDE:
       frame->hide();

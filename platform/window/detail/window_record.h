@@ -21,6 +21,8 @@ class ClientWidget;
 class WindowScrollBar;
 class MenuBar;
 class Control;
+struct MdiClient;
+struct MdiChild;
 
 struct WindowClass {
   std::string name;
@@ -76,6 +78,10 @@ struct WindowRecord {
   QSize sentClientSize{-1, -1};
 
   std::shared_ptr<Control> control;  ///< of a standard control; it has no edge, bars or surface
+
+  std::shared_ptr<MdiClient> mdiClient;  ///< of the window that holds document windows (detail/mdi.h)
+  std::shared_ptr<MdiChild> mdiChild;    ///< of a document window
+  HWND mdiClientOfFrame = nullptr;       ///< of a main window that has such a client
 
   bool IsChild() const { return (style & WS_CHILD) != 0; }
 };

@@ -1,0 +1,279 @@
+// The client window: which document window is the active one, and the WM_MDI messages.
+
+#include <algorithm>
+
+#include "platform/graphics/gdi.h"
+#include "platform/window/detail/mdi.h"
+#include "platform/window/detail/widgets.h"
+#include "platform/window/detail/window_record.h"
+#include "platform/window/menu.h"
+
+namespace platform {
+namespace {
+
+MdiClient* ClientRecord(HWND client) {
+  const WindowRecord* record = FindWindowRecord(client);
+  return record == nullptr ? nullptr : record->mdiClient.get();
+}
+
+bool IsMaximizedChild(HWND child) {
+  const WindowRecord* record = FindWindowRecord(child);
+  return record != nullptr && record->mdiChild && MdiStateOf(*record) == MdiState::Maximized;
+}
+
+void TellActivation(HWND to, HWND former, HWND now) {
+  if (FindWindowRecord(to) == nullptr) return;
+  SendGuarded(to, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(former), reinterpret_cast<LPARAM>(now));
+  const WindowRecord* record = FindWindowRecord(to);
+  if (record != nullptr && record->frame) record->frame->update();  // its title bar
+}
+
+/// The keyboard goes to the document window unless another main window or a dialog has it.
+void GiveFocus(HWND child) {
+  const HWND focus = GetFocus();
+  if (focus == nullptr || GetTopLevelWindow(focus) == GetTopLevelWindow(child)) SetFocus(child);
+}
+
+void BringToTop(HWND child) {
+  SetWindowPos(child, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+/// The next one down from the top that the user can go to; null if there is none.
+HWND TopmostOther(HWND client, HWND than) {
+  const WindowRecord* record = FindWindowRecord(client);
+  if (record == nullptr) return nullptr;
+  for (const HWND child : record->children) {
+    const WindowRecord* other = FindWindowRecord(child);
+    const bool visible = (other->style & (WS_VISIBLE | WS_DISABLED)) == WS_VISIBLE;
+    if (child != than && other->mdiChild && visible && !other->destroying) return child;
+  }
+  return nullptr;
+}
+
+/// The maximised look goes from one window to the next.
+void HandOnMaximized(HWND former, HWND now) {
+  if (now != nullptr) SetMdiState(now, MdiState::Maximized);
+  const WindowRecord* record = FindWindowRecord(former);
+  if (record != nullptr && !record->destroying) SetMdiState(former, MdiState::Normal);
+}
+
+}  // namespace
+
+MdiClient* MdiClientOf(const WindowRecord& child) {
+  return child.mdiChild ? ClientRecord(child.parent) : nullptr;
+}
+
+bool IsActiveMdiChild(const WindowRecord& child) {
+  const MdiClient* client = MdiClientOf(child);
+  return client != nullptr && client->active == child.handle;
+}
+
+void ActivateMdiChild(HWND clientHandle, HWND child) {
+  MdiClient* client = ClientRecord(clientHandle);
+  const WindowRecord* record = FindWindowRecord(child);
+  if (client == nullptr || client->closing) return;
+  if (child != nullptr && (record == nullptr || !record->mdiChild || record->parent != clientHandle ||
+                           (record->style & WS_VISIBLE) == 0))
+    return;
+  const HWND former = client->active;
+  if (former == child) {
+    if (child != nullptr) BringToTop(child);
+    return;
+  }
+  client->active = child;
+  // A handler may activate another window, or end this one.
+  const auto outdated = [&] {
+    client = ClientRecord(clientHandle);
+    return client == nullptr || client->active != child;
+  };
+  const bool maximized = IsMaximizedChild(former);
+  TellActivation(former, former, child);
+  if (outdated()) return;
+  if (child != nullptr) BringToTop(child);
+  if (maximized) HandOnMaximized(former, child);
+  if (outdated()) return;
+  if (child != nullptr) {
+    TellActivation(child, former, child);
+    if (outdated()) return;
+    GiveFocus(child);
+    if (outdated()) return;
+  }
+  RefreshMdiList(*client, false);
+  RefreshMdiFrame(*client);
+}
+
+void ActivateMdiChildAround(HWND window) {
+  for (const WindowRecord* record = FindWindowRecord(window); record != nullptr && record->IsChild();
+       record = FindWindowRecord(record->parent)) {
+    if (!record->mdiChild) continue;
+    if (IsEnabledChain(record->handle) && !IsActiveMdiChild(*record))
+      ActivateMdiChild(record->parent, record->handle);
+    return;
+  }
+}
+
+void JoinMdi(WindowRecord& window) {
+  MdiClient* client = ClientRecord(window.parent);
+  if (client == nullptr || (window.exStyle & WS_EX_MDICHILD) == 0 || !window.IsChild()) return;
+  window.mdiChild = std::make_shared<MdiChild>();
+  window.style &= ~DWORD{WS_MAXIMIZE | WS_MINIMIZE};  // not before it shows
+  window.style |= WS_CLIPSIBLINGS;
+  window.id = static_cast<std::intptr_t>(client->firstId + client->order.size());
+  client->order.push_back(window.handle);
+}
+
+void LeaveMdi(HWND child) {
+  const WindowRecord* record = FindWindowRecord(child);
+  MdiClient* client = record == nullptr ? nullptr : MdiClientOf(*record);
+  if (client == nullptr || client->closing) return;
+  const HWND clientHandle = record->parent;
+  auto& order = client->order;
+  order.erase(std::remove(order.begin(), order.end(), child), order.end());
+  for (std::size_t i = 0; i < order.size(); ++i)
+    SetWindowLong(order[i], GWL_ID, static_cast<std::intptr_t>(client->firstId + i));
+  if (client->active == child) {
+    ActivateMdiChild(clientHandle, TopmostOther(clientHandle, child));
+  } else {
+    RefreshMdiList(*client, false);
+  }
+}
+
+namespace {
+
+LRESULT CreateChild(HWND client, const MDICREATESTRUCT& wanted) {
+  constexpr DWORD kAlways = WS_CHILD | WS_VISIBLE | WS_OVERLAPPEDWINDOW;
+  MDICREATESTRUCT params = wanted;
+  const HWND child =
+      CreateWindowEx(WS_EX_MDICHILD, wanted.szClass, wanted.szTitle, wanted.style | kAlways, wanted.x,
+                     wanted.y, wanted.cx, wanted.cy, client, nullptr, wanted.hOwner, &params);
+  return reinterpret_cast<LRESULT>(child);
+}
+
+LRESULT SetFrameMenu(MdiClient& client, HMENU menu, HMENU windowMenu) {
+  const HWND frame = client.frame;
+  const HMENU former = GetMenu(frame);
+  if (client.windowMenu != windowMenu) {
+    RemoveMdiList(client);
+    client.windowMenu = windowMenu;
+    RefreshMdiList(client, false);
+  }
+  if (menu != nullptr && menu != former) SetMenu(frame, menu);
+  return reinterpret_cast<LRESULT>(former);
+}
+
+/// Forward: the next one down comes to the front and this one goes behind all. Back: the lowest comes up.
+void GoToNext(HWND clientHandle, HWND from, bool back) {
+  const WindowRecord* record = FindWindowRecord(clientHandle);
+  if (from == nullptr) from = record->mdiClient->active;
+  HWND to = nullptr;
+  if (!back) {
+    to = TopmostOther(clientHandle, from);
+  } else {
+    for (auto child = record->children.rbegin(); child != record->children.rend() && to == nullptr; ++child) {
+      const WindowRecord* other = FindWindowRecord(*child);
+      if (*child != from && (other->style & (WS_VISIBLE | WS_DISABLED)) == WS_VISIBLE) to = *child;
+    }
+  }
+  if (to == nullptr) return;
+  ActivateMdiChild(clientHandle, to);
+  if (!back) SetWindowPos(from, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+LRESULT Begin(HWND handle, LPARAM param) {
+  WindowRecord* record = FindWindowRecord(handle);
+  const auto& cs = *reinterpret_cast<const CREATESTRUCT*>(param);
+  WindowRecord* frame = FindWindowRecord(record->parent);
+  if (frame == nullptr) return FALSE;
+  record->mdiClient = std::make_shared<MdiClient>();
+  record->mdiClient->frame = frame->handle;
+  record->mdiClient->title = frame->text;
+  frame->mdiClientOfFrame = handle;
+  if (const auto* wanted = static_cast<const CLIENTCREATESTRUCT*>(cs.lpCreateParams)) {
+    record->mdiClient->windowMenu = wanted->hWindowMenu;
+    record->mdiClient->firstId = wanted->idFirstChild;
+  }
+  return TRUE;
+}
+
+LRESULT GetActive(const MdiClient& client, LPARAM maximized) {
+  if (maximized != 0) *reinterpret_cast<BOOL*>(maximized) = IsMaximizedChild(client.active) ? TRUE : FALSE;
+  return reinterpret_cast<LRESULT>(client.active);
+}
+
+/// What a document window is asked for: it comes to the front with it.
+void Maximize(HWND child) {
+  ShowMdiChild(child, SW_SHOWMAXIMIZED);
+}
+
+LRESULT ClientProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_NCCREATE) return Begin(handle, lParam);
+  MdiClient* client = ClientRecord(handle);
+  if (client == nullptr) return DefWindowProc(handle, message, wParam, lParam);
+  const auto child = reinterpret_cast<HWND>(wParam);
+  switch (message) {
+    case WM_MDICREATE:
+      return CreateChild(handle, *reinterpret_cast<const MDICREATESTRUCT*>(lParam));
+    case WM_MDIDESTROY:
+      if (GetParent(child) == handle) DestroyWindow(child);
+      return 0;
+    case WM_MDIACTIVATE:
+      ActivateMdiChild(handle, child);
+      return 0;
+    case WM_MDIMAXIMIZE:
+      Maximize(child);
+      return 0;
+    case WM_MDIRESTORE:
+      ShowMdiChild(child, SW_RESTORE);
+      return 0;
+    case WM_MDINEXT:
+      GoToNext(handle, child, lParam != 0);
+      return 0;
+    case WM_MDITILE:
+      TileMdiChildren(handle, (wParam & MDITILE_HORIZONTAL) != 0);
+      return TRUE;
+    case WM_MDICASCADE:
+      CascadeMdiChildren(handle);
+      return TRUE;
+    case WM_MDIICONARRANGE:
+      FitMdiChildren(handle);
+      return 0;
+    case WM_MDIGETACTIVE:
+      return GetActive(*client, lParam);
+    case WM_MDISETMENU:
+      return SetFrameMenu(*client, reinterpret_cast<HMENU>(wParam), reinterpret_cast<HMENU>(lParam));
+    case WM_MDIREFRESHMENU:
+      RefreshMdiList(*client, true);
+      return reinterpret_cast<LRESULT>(GetMenu(client->frame));
+    case WM_SIZE:
+      FitMdiChildren(handle);
+      return 0;
+    case WM_SETFOCUS:
+      if (client->active != nullptr) SetFocus(client->active);
+      return 0;
+    case WM_DESTROY:
+      client->closing = true;
+      client->active = nullptr;
+      return 0;
+    default:
+      return DefWindowProc(handle, message, wParam, lParam);
+  }
+}
+
+}  // namespace
+
+void RegisterMdiClient() {
+  if (FindWindowClass("MDICLIENT") != nullptr) return;
+  const WNDCLASS windowClass = {CS_DBLCLKS,
+                                &ClientProc,
+                                0,
+                                0,
+                                nullptr,
+                                nullptr,
+                                LoadCursor(nullptr, IDC_ARROW),
+                                GetSysColorBrush(COLOR_APPWORKSPACE),
+                                nullptr,
+                                "MDICLIENT"};
+  RegisterClassA(&windowClass);
+}
+
+}  // namespace platform
