@@ -3,6 +3,7 @@
 // Everything that a host needs of the image-viewing component.
 
 #include "frames/image_frame.h"
+#include "frames/image_mdi_child.h"
 #include "imagewindow/frame_link.h"
 #include "imagewindow/image_window.h"
 #include "imaging/ltwrap.h"
@@ -11,5 +12,6 @@
 #include "library/tessarel_ext.h"
 #include "platform/framework/app.h"
 #include "platform/framework/frame_wnd.h"
+#include "platform/framework/mdi_wnd.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/wnd.h"

@@ -10,6 +10,7 @@
 #include "imagewindow/image_window.h"
 #include "library/export.h"
 #include "platform/framework/frame_wnd.h"
+#include "platform/framework/mdi_wnd.h"
 #include "platform/framework/status_bar.h"
 #include "thumbs/thumbs_window.h"
 
@@ -21,6 +22,12 @@ template <>
 struct ViewerFrameTraits<CFrameWnd> {
   static constexpr bool kSharesMenu = false;     ///< its menu comes with LoadFrame
   static constexpr bool kScaleFromEntry = true;  ///< a scale picked from the list is read from its entry
+};
+
+template <>
+struct ViewerFrameTraits<CMDIChildWnd> {
+  static constexpr bool kSharesMenu = true;       ///< shown in the main frame's menu bar while active
+  static constexpr bool kScaleFromEntry = false;  ///< it is read from the edit field, which shows it already
 };
 
 /// A whole viewer window: toolbar with page and scale combos, status bar, a column of thumbnails that can be
@@ -55,7 +62,7 @@ class CViewerFrame : public Base, public CImageWindowFrame {
   CSplitter m_wndSplitter;
 
  protected:
-  ~CViewerFrame() override = default;
+  ~CViewerFrame() override { DestroyMenu(m_hOwnMenu); }
 
   // Shell (detail/viewer_frame_shell.h)
 
@@ -143,6 +150,8 @@ class CViewerFrame : public Base, public CImageWindowFrame {
  private:
   using Traits = ViewerFrameTraits<Base>;
 
+  HMENU m_hOwnMenu = nullptr;  ///< what it shows in another window's menu bar
+
   bool HasPage() const { return m_pImageWnd != nullptr && m_pImageWnd->m_nCurrPage >= 1; }
   int Page() const { return m_pImageWnd == nullptr ? 0 : m_pImageWnd->m_nCurrPage; }
   int Pages() const { return m_pImageWnd == nullptr ? 0 : m_pImageWnd->m_nMaxPage; }
@@ -171,3 +180,4 @@ class CViewerFrame : public Base, public CImageWindowFrame {
 };
 
 extern template class TESSAREL_API CViewerFrame<CFrameWnd>;
+extern template class TESSAREL_API CViewerFrame<CMDIChildWnd>;

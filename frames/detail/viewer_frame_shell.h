@@ -80,7 +80,8 @@ template <typename Base>
 int CViewerFrame<Base>::OnCreate(LPCREATESTRUCT cs) {
   if constexpr (Traits::kSharesMenu) {
     const LPCSTR menu = MAKEINTRESOURCE(IDR_ZP_VIEWER);
-    this->m_hMenuShared = LoadMenuA(AfxFindResourceHandle(menu, RT_MENU), menu);
+    m_hOwnMenu = LoadMenuA(AfxFindResourceHandle(menu, RT_MENU), menu);
+    this->m_hMenuShared = m_hOwnMenu;
   }
   if (Base::OnCreate(cs) == -1) return -1;
   if (CreateToolBar() == FALSE || CreateStatusBar() == FALSE) return -1;

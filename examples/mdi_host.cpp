@@ -1,0 +1,58 @@
+// A host with viewers docked in its multiple-document window.
+//
+//   mdi_host FILE...
+
+#include "tessarel12.h"
+
+namespace {
+
+class HostFrame : public CMDIFrameWnd {
+ public:
+  /// A viewer on a file; null asks the user.
+  void Show(const char* path) {
+    auto* viewer = new CImageMDIChild;  // ends with its window
+    if (viewer->LoadFrame(IDR_ZP_VIEWER, WS_OVERLAPPEDWINDOW | DWORD{FWS_ADDTOTITLE}, this) == FALSE) return;
+    if (!viewer->OpenImageFile(path) || viewer->m_pImageWnd->GetCurrPage() < 1) {
+      viewer->DestroyWindow();
+      return;
+    }
+    viewer->SetWindowText(viewer->m_pImageWnd->GetFileName());
+    viewer->ActivateFrame();
+  }
+
+ protected:
+  void OnFileOpen() { Show(nullptr); }
+  void OnAppExit() { PostMessage(WM_CLOSE); }
+
+  DECLARE_MESSAGE_MAP()
+};
+
+BEGIN_MESSAGE_MAP(HostFrame, CMDIFrameWnd)
+ON_COMMAND(ID_FILE_OPEN, OnFileOpen)
+ON_COMMAND(ID_APP_EXIT, OnAppExit)
+END_MESSAGE_MAP()
+
+class Host : public CWinApp {
+ public:
+  Host() : CWinApp("Tessarel12") {}
+
+ private:
+  BOOL InitInstance() override {
+    auto* frame = new HostFrame;  // ends with its window
+    m_pMainWnd = frame;
+    if (frame->LoadFrame(IDR_ZP_HOST) == FALSE) return FALSE;
+    frame->m_strTitle = m_pszAppName;
+    frame->OnUpdateFrameTitle(FALSE);
+    frame->ShowWindow(SW_SHOW);
+    for (int i = 1; i < m_argc; ++i) frame->Show(m_argv[i]);
+    return TRUE;
+  }
+};
+
+Host g_host;
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  return AfxWinMain(argc, argv);
+}
