@@ -111,9 +111,9 @@ void CMDIChildWnd::ShowMenu(bool activate, bool anyActive) {
 }
 
 void CMDIChildWnd::OnUpdateFrameTitle(BOOL addToTitle) {
-  if ((GetStyle() & FWS_ADDTOTITLE) != 0 && addToTitle != 0) {
-    CString title = m_strTitle;
-    GetDocumentTitle(title);
+  CString title;
+  // Without a document the text is the program's.
+  if ((GetStyle() & FWS_ADDTOTITLE) != 0 && addToTitle != 0 && GetDocumentTitle(title) != 0) {
     if (m_nWindow > 0) {
       CString number;
       number.Format(":%d", m_nWindow);
