@@ -34,7 +34,10 @@ BOOL CFrameWnd::Create(LPCTSTR className, LPCTSTR title, DWORD style, const RECT
     }
   }
   m_hMenuDefault = menu;
-  if (title != nullptr && title != static_cast<LPCTSTR>(m_strTitle)) m_strTitle = title;
+  if (title != nullptr) {
+    m_strTitle = CString(title);  // a copy first: it may be m_strTitle's own text
+    title = m_strTitle;
+  }
   const bool anywhere = rect.left == CW_USEDEFAULT;
   const BOOL created = CreateEx(exStyle, className, title, style, rect.left, rect.top,
                                 anywhere ? CW_USEDEFAULT : rect.right - rect.left,

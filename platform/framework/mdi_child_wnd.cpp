@@ -23,7 +23,10 @@ BOOL CMDIChildWnd::Create(LPCTSTR className, LPCTSTR title, DWORD style, const R
     PostNcDestroy();
     return FALSE;
   }
-  if (title != nullptr && title != static_cast<LPCTSTR>(m_strTitle)) m_strTitle = title;
+  if (title != nullptr) {
+    m_strTitle = CString(title);  // a copy first: it may be m_strTitle's own text
+    title = m_strTitle;
+  }
   const bool anywhere = rect.left == CW_USEDEFAULT;
   const int width = anywhere ? CW_USEDEFAULT : rect.right - rect.left;
   const int height = anywhere ? CW_USEDEFAULT : rect.bottom - rect.top;
@@ -111,9 +114,9 @@ void CMDIChildWnd::ShowMenu(bool activate, bool anyActive) {
 }
 
 void CMDIChildWnd::OnUpdateFrameTitle(BOOL addToTitle) {
-  if ((GetStyle() & FWS_ADDTOTITLE) != 0 && addToTitle != 0) {
-    CString title = m_strTitle;
-    GetDocumentTitle(title);
+  CString title;
+  // Without a document the text is the program's.
+  if ((GetStyle() & FWS_ADDTOTITLE) != 0 && addToTitle != 0 && GetDocumentTitle(title) != 0) {
     if (m_nWindow > 0) {
       CString number;
       number.Format(":%d", m_nWindow);
@@ -139,7 +142,7 @@ void CMDIChildWnd::OnFileClose() {
 
 BOOL CMDIChildWnd::PreTranslateMessage(MSG* message) {
   // Keys are looked up with the main window's menu, where this window's commands stand.
-  if (CWnd::PreTranslateMessage(message) != 0) return TRUE;
+  if (CWnd::PreTranslateMessage(message) != 0) return TRUE;  // NOLINT: past CFrameWnd's table
   const CMDIFrameWnd* frame = GetMDIFrame();
   const bool key = message->message >= WM_KEYFIRST && message->message <= WM_KEYLAST;
   return key && frame != nullptr && m_hAccelTable != nullptr &&

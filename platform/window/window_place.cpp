@@ -19,7 +19,9 @@ namespace {
 int EdgeOf(const WindowRecord& window) {
   if (window.control) return 0;
   if ((window.exStyle & WS_EX_CLIENTEDGE) != 0) return GetSystemMetrics(SM_CXEDGE);
-  return window.IsChild() && !window.mdiChild && (window.style & WS_BORDER) != 0 ? GetSystemMetrics(SM_CXBORDER) : 0;
+  return window.IsChild() && !window.mdiChild && (window.style & WS_BORDER) != 0
+             ? GetSystemMetrics(SM_CXBORDER)
+             : 0;
 }
 
 int BarExtent(const WindowRecord& window, int bar) {

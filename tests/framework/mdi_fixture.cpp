@@ -99,7 +99,7 @@ Child* Child::Show(CMDIFrameWnd* parent, const std::string& name, bool bars, boo
     child->LoadFrame(kChildMenu, DWORD{WS_OVERLAPPEDWINDOW} | FWS_ADDTOTITLE, parent);
   else
     child->Create(nullptr, "", DWORD{WS_OVERLAPPEDWINDOW} | FWS_ADDTOTITLE, rectDefault, parent);
-  child->m_strTitle = name.c_str();
+  child->SetWindowText(name.c_str());
   if (bars) {
     child->toolbar.CreateEx(child, TBSTYLE_FLAT, DWORD{WS_CHILD} | WS_VISIBLE | CBRS_TOP, CRect(0, 0, 0, 0),
                             AFX_IDW_TOOLBAR);

@@ -359,6 +359,59 @@ TEST_F(Mdi, ACommandMayEndItsOwnWindow) {
   EXPECT_EQ(Active(), "-");
 }
 
+// Making and disabling
+
+class Choosy : public Child {
+ public:
+  static inline CCreateContext* given = nullptr;
+  static inline bool made = true;
+
+ protected:
+  BOOL OnCreateClient(LPCREATESTRUCT, CCreateContext* context) override {
+    given = context;
+    return made;
+  }
+};
+
+TEST_F(Mdi, AWindowIsMadeInTheMainWindowWithItsContextOrNotAtAll) {
+  int anything = 0;
+  auto* context = reinterpret_cast<CCreateContext*>(&anything);  // handed on, not looked into
+  EXPECT_FALSE((new Choosy)->LoadFrame(kChildMenu)) << "there is no main window";
+  AfxGetThread()->m_pMainWnd = m_main;
+  auto* child = new Choosy;  // NOLINT: ends with its window
+  EXPECT_TRUE(child->LoadFrame(kChildMenu, WS_OVERLAPPEDWINDOW, nullptr, context));
+  EXPECT_EQ(Choosy::given, context);
+  EXPECT_EQ(child->GetMDIFrame(), m_main);
+  EXPECT_EQ(Active(), "-") << "hidden until it is activated";
+  child->ActivateFrame();
+  EXPECT_EQ(m_main->MDIGetActive(), child);
+  child->ShowWindow(SW_HIDE);
+  EXPECT_EQ(Active(), "-") << "what can't be seen takes no commands";
+  Choosy::made = false;
+  EXPECT_FALSE((new Choosy)->LoadFrame(kChildMenu, DWORD{WS_OVERLAPPEDWINDOW} | WS_VISIBLE));
+  EXPECT_EQ(::GetWindow(child->m_hWnd, GW_HWNDNEXT), nullptr) << "the refused one is gone";
+  AfxGetThread()->m_pMainWnd = nullptr;
+}
+
+TEST_F(Mdi, ADisabledMainWindowsDocumentsTakeNoInput) {
+  Child* uno = Add("Uno");
+  Child* due = Add("Due");
+  const CRect place = PlaceOf(*uno);
+  m_main->EnableWindow(FALSE);
+  desktop::PressMouse(*uno, {60, -10});
+  desktop::MoveMouse(*uno, {90, 10}, true);
+  desktop::ReleaseMouse(*uno, {90, 10});
+  desktop::PressMouse(uno->pane, {5, 5});
+  desktop::PumpUntilIdle();
+  EXPECT_EQ(Active(), "Due");
+  EXPECT_EQ(PlaceOf(*uno), place);
+  due->MDIMaximize();
+  desktop::ClickMaximizedButton(*m_main, SC_CLOSE);
+  desktop::PumpUntilIdle();
+  EXPECT_EQ(Active(), "Due") << "as it waits for the end of a dialog";
+  m_main->EnableWindow(TRUE);
+}
+
 // The end
 
 TEST_F(Mdi, ClosingAsksTheWindowsInTheirOrderAndEachMayRefuse) {
