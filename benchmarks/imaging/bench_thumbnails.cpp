@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "benchmarks/imaging/text_page.h"
+#include "benchmarks/imaging/text_file.h"
 #include "benchmarks/ratio.h"
 #include "imaging/ltwrap.h"
 
@@ -23,43 +23,6 @@ namespace {
 constexpr int kPages = 100;
 constexpr int kThumbnailHeight = 79;
 constexpr int kThumbnailWidth = kThumbnailHeight * kWidth / kHeight;
-
-struct Form {
-  int samples;
-  int bits;
-  int compression;
-  int photometric;
-};
-
-void SetFields(TIFF* tiff, const Form& form) {
-  TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, kWidth);
-  TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, kHeight);
-  TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, form.bits);
-  TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, form.samples);
-  TIFFSetField(tiff, TIFFTAG_COMPRESSION, form.compression);
-  TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, form.photometric);
-  TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
-  TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, kHeight);
-}
-
-/// The page is coded once and its strip repeated.
-void WritePages(const std::string& path, const Form& form, std::vector<std::uint8_t>& page) {
-  TIFF* tiff = TIFFOpen(path.c_str(), "w");
-  SetFields(tiff, form);
-  if (TIFFWriteEncodedStrip(tiff, 0, page.data(), static_cast<tmsize_t>(page.size())) < 0) std::abort();
-  TIFFClose(tiff);
-  tiff = TIFFOpen(path.c_str(), "r");
-  std::vector<std::uint8_t> strip(static_cast<std::size_t>(TIFFGetStrileByteCount(tiff, 0)));
-  if (TIFFReadRawStrip(tiff, 0, strip.data(), static_cast<tmsize_t>(strip.size())) < 0) std::abort();
-  TIFFClose(tiff);
-  tiff = TIFFOpen(path.c_str(), "w");
-  for (int i = 0; i < kPages; ++i) {
-    SetFields(tiff, form);
-    if (TIFFWriteRawStrip(tiff, 0, strip.data(), static_cast<tmsize_t>(strip.size())) < 0) std::abort();
-    TIFFWriteDirectory(tiff);
-  }
-  TIFFClose(tiff);
-}
 
 void DecodeAll(const std::string& path, std::vector<std::uint8_t>& page) {
   TIFF* tiff = TIFFOpen(path.c_str(), "r");
@@ -133,13 +96,13 @@ int main(int count, char** arguments) {
   const std::string g4 = folder + "/g4.tif";
   const std::string color = folder + "/color.tif";
   std::vector<std::uint8_t> page = TextPage();
-  WritePages(g4, {1, 1, COMPRESSION_CCITTFAX4, PHOTOMETRIC_MINISWHITE}, page);
+  WritePages(g4, {1, 1, COMPRESSION_CCITTFAX4, PHOTOMETRIC_MINISWHITE}, page, kPages);
   constexpr int kRepeats = 5;
   Ratio(
       "thumbnails_g4", 1.5, [&] { MakeThumbnails(g4); }, [&] { DecodeAll(g4, page); }, [] {}, kRepeats);
   std::vector<std::uint8_t> colors(3U * kWidth * kHeight);
   for (std::size_t i = 0; i < colors.size(); ++i) colors[i] = static_cast<std::uint8_t>(i / 1000);
-  WritePages(color, {3, 8, COMPRESSION_LZW, PHOTOMETRIC_RGB}, colors);
+  WritePages(color, {3, 8, COMPRESSION_LZW, PHOTOMETRIC_RGB}, colors, kPages);
   MeasureMemory(color);
   std::filesystem::remove_all(folder);
 }
