@@ -28,10 +28,11 @@ void TellActivation(HWND to, HWND former, HWND now) {
   if (record != nullptr && record->frame) record->frame->update();  // its title bar
 }
 
-/// The keyboard goes to the document window unless another main window or a dialog has it.
-void GiveFocus(HWND child) {
+/// The keyboard goes to a document window, or to the client after the last, unless another main window or a
+/// dialog has it.
+void GiveFocus(HWND window) {
   const HWND focus = GetFocus();
-  if (focus == nullptr || GetTopLevelWindow(focus) == GetTopLevelWindow(child)) SetFocus(child);
+  if (focus == nullptr || GetTopLevelWindow(focus) == GetTopLevelWindow(window)) SetFocus(window);
 }
 
 void BringToTop(HWND child) {
@@ -92,12 +93,10 @@ void ActivateMdiChild(HWND clientHandle, HWND child) {
   if (child != nullptr) BringToTop(child);
   if (maximized) HandOnMaximized(former, child);
   if (outdated()) return;
-  if (child != nullptr) {
-    TellActivation(child, former, child);
-    if (outdated()) return;
-    GiveFocus(child);
-    if (outdated()) return;
-  }
+  if (child != nullptr) TellActivation(child, former, child);
+  if (outdated()) return;
+  GiveFocus(child != nullptr ? child : clientHandle);
+  if (outdated()) return;
   RefreshMdiList(*client, false);
   RefreshMdiFrame(*client);
 }

@@ -73,6 +73,7 @@ TEST_F(Mdi, ActivationTellsBothWindowsAndBringsMenuTitleAndFocus) {
   EXPECT_STREQ(Title(), "Visore");
   EXPECT_EQ(GetMenu(*m_main), own);
   EXPECT_EQ(m_main->GetActiveFrame(), m_main);
+  EXPECT_EQ(::GetFocus(), m_main->m_hWndMDIClient) << "keys still come to the main window";
 }
 
 TEST_F(Mdi, CommandsGoToTheActiveWindowFirst) {
