@@ -54,7 +54,8 @@ void RefreshMdiList(MdiClient& client, bool whole) {
     if (window == nullptr || (window->style & WS_VISIBLE) == 0) continue;
     if (listed == 0) AppendMenuA(client.windowMenu, MF_SEPARATOR, 0, nullptr);
     if (listed < kListed) {
-      Append(client.windowMenu, client, child, "&" + std::to_string(listed + 1) + " ");
+      Append(client.windowMenu, client, child,
+             std::string("&").append(std::to_string(listed + 1)).append(" "));
     } else {
       if (client.moreMenu == nullptr) {
         client.moreMenu = CreatePopupMenu();

@@ -1,5 +1,6 @@
 #include <QPaintEvent>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <utility>
@@ -24,6 +25,7 @@ std::map<HDC, HWND>& WindowDCs() {
 
 HDC OpenWindowDC(WindowRecord& window, const QRegion& clip) {
   const HWND handle = window.handle;
+  platform::RefreshSurface(window);
   QImage* image = window.surface.isNull() ? nullptr : &window.surface;
   const HDC dc = platform::CreateWindowSurfaceDC(
       image, window.surface.devicePixelRatio(), clip, [handle](const QRect& drawn) {
@@ -59,28 +61,43 @@ void ResizeSurface(WindowRecord& window) {
   const double scale = window.client->devicePixelRatioF();
   const QSize size(static_cast<int>(std::ceil(window.client->width() * scale)),
                    static_cast<int>(std::ceil(window.client->height() * scale)));
-  if (size == window.surface.size() && scale == window.surface.devicePixelRatio()) return;
+  if (size == window.surfaceSize && scale == window.surfaceScale) return;
   const QRect area(QPoint(0, 0), window.client->size());
-  QImage surface(size, QImage::Format_RGB32);
   QRegion uncovered = area;
-  const bool sameScale = scale == window.surface.devicePixelRatio();
   const bool redrawAll = (window.windowClass->style & (CS_HREDRAW | CS_VREDRAW)) != 0;
-  if (!surface.isNull() && !window.surface.isNull() && sameScale) {
+  if (scale == window.surfaceScale && !redrawAll) {
+    const QSize kept(static_cast<int>(window.surfaceSize.width() / scale),
+                     static_cast<int>(window.surfaceSize.height() / scale));
+    uncovered -= QRect(QPoint(0, 0), kept);
+  }
+  window.surfaceSize = size;
+  window.surfaceScale = scale;
+  window.invalid &= area;
+  InvalidateRegion(window, uncovered, true);
+  const bool drawnOn = std::any_of(WindowDCs().begin(), WindowDCs().end(),
+                                   [&](const auto& open) { return open.second == window.handle; });
+  if (drawnOn) RefreshSurface(window);
+}
+
+void RefreshSurface(WindowRecord& window) {
+  const QImage& former = window.surface;
+  if (former.size() == window.surfaceSize && former.devicePixelRatio() == window.surfaceScale) return;
+  const QRect area(QPoint(0, 0), window.client->size());
+  QImage surface(window.surfaceSize, QImage::Format_RGB32);
+  const bool sameScale = former.devicePixelRatio() == window.surfaceScale;
+  if (!surface.isNull() && !former.isNull() && sameScale && !(QRegion(area) - window.invalid).isEmpty()) {
     QPainter painter(&surface);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
-    QImage former = window.surface;
-    former.setDevicePixelRatio(1);
-    painter.drawImage(0, 0, former);
-    const QSize kept(static_cast<int>(former.width() / scale), static_cast<int>(former.height() / scale));
-    if (!redrawAll) uncovered -= QRect(QPoint(0, 0), kept);
+    QImage pixels = former;
+    pixels.setDevicePixelRatio(1);
+    painter.drawImage(0, 0, pixels);
   }
-  surface.setDevicePixelRatio(scale);
+  surface.setDevicePixelRatio(window.surfaceScale);
   window.surface = surface;
   for (const auto& [dc, handle] : WindowDCs())
     if (handle == window.handle)
-      SetWindowSurface(dc, window.surface.isNull() ? nullptr : &window.surface, scale, QRegion(area));
-  window.invalid &= area;
-  InvalidateRegion(window, uncovered, true);
+      SetWindowSurface(dc, window.surface.isNull() ? nullptr : &window.surface, window.surfaceScale,
+                       QRegion(area));
 }
 
 void InvalidateRegion(WindowRecord& window, const QRegion& region, bool erase) {
@@ -110,8 +127,7 @@ void ForgetWindowDCs(HWND window) {
 void ClientWidget::paintEvent(QPaintEvent* event) {
   WindowRecord* window = FindWindowRecord(m_window);
   if (window == nullptr || window->control) return;
-  if (window->surface.devicePixelRatio() != devicePixelRatioF())
-    ResizeSurface(*window);  // moved to another screen
+  if (window->surfaceScale != devicePixelRatioF()) ResizeSurface(*window);  // moved to another screen
   const QRegion painted = window->invalid;
   if (!painted.isEmpty() && window->paintDepth == 0) {
     window->inQtPaint = true;
@@ -122,6 +138,7 @@ void ClientWidget::paintEvent(QPaintEvent* event) {
     if (window == nullptr) return;
     window->inQtPaint = false;
   }
+  RefreshSurface(*window);
   QPainter painter(this);
   painter.setCompositionMode(QPainter::CompositionMode_Source);
   painter.drawImage(QPoint(0, 0), window->surface);

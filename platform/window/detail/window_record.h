@@ -67,7 +67,11 @@ struct WindowRecord {
   std::array<QPointer<WindowScrollBar>, 2> bars;  ///< by SB_HORZ, SB_VERT
   std::array<ScrollBarState, 2> scroll;
 
-  QImage surface;   ///< what the client area shows, in device pixels
+  /// What the client area shows, in device pixels. It follows surfaceSize only when somebody draws on it or
+  /// looks at it: most windows change their size some times before they are seen, and many never are.
+  QImage surface;
+  QSize surfaceSize;
+  double surfaceScale = 1;
   QRegion invalid;  ///< client coordinates
   bool eraseInvalid = false;
   int paintDepth = 0;  ///< inside BeginPaint
@@ -106,7 +110,10 @@ bool IsEnabledChain(HWND window);
 
 // Painting (paint.cpp)
 
+/// Notes the client area's size and invalidates what is uncovered.
 void ResizeSurface(WindowRecord& window);
+/// Makes the surface as large as noted.
+void RefreshSurface(WindowRecord& window);
 /// Sends WM_PAINT for what is invalid.
 void PaintInvalid(HWND window);
 void InvalidateRegion(WindowRecord& window, const QRegion& region, bool erase);
