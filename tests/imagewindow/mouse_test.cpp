@@ -1,6 +1,7 @@
 // Real mouse input and what it does to scale, position and picture.
 
 #include "library/resource_ids.h"
+#include "platform/framework/menu.h"
 #include "tests/imagewindow/window_fixture.h"
 
 namespace {
@@ -175,6 +176,91 @@ TEST_F(Mouse, TheBandIsDrawnAndTakenOffExactly) {
   Release({140, 30});
   EXPECT_EQ(window->m_ptScroll, place);
   EXPECT_EQ(window->m_dScaleFactor, 1.0);
+}
+
+// Cursors
+
+constexpr UINT kArrow = 32512;
+constexpr UINT kCross = 32515;
+
+TEST_F(Mouse, TheCursorTellsWhatAClickDoes) {
+  Show({{2000, 1600}});
+  const struct {
+    int mode;
+    bool shift;
+    double factor;
+    bool armed;
+    UINT cursor;
+  } rows[] = {
+      {MouseModeNone, false, 1.0, false, kArrow},
+      {MouseModeNone, true, 1.0, false, kArrow},
+      {MouseModeDrag, false, 1.0, false, IDC_ZP_CURSOR_HAND},
+      {MouseModeZoomIn, false, 1.0, false, IDC_ZP_CURSOR_ZOOM_IN},
+      {MouseModeZoomIn, true, 1.0, false, IDC_ZP_CURSOR_ZOOM_OUT},
+      {MouseModeZoomIn, false, 10.0, false, IDC_ZP_CURSOR_ZOOM_LIMIT},
+      {MouseModeZoomIn, true, 10.0, false, IDC_ZP_CURSOR_ZOOM_OUT},
+      {MouseModeZoomOut, false, 1.0, false, IDC_ZP_CURSOR_ZOOM_OUT},
+      {MouseModeZoomOut, true, 1.0, false, IDC_ZP_CURSOR_ZOOM_IN},
+      {MouseModeZoomOut, false, 0.01, false, IDC_ZP_CURSOR_ZOOM_LIMIT},
+      {MouseModeDrag, false, 1.0, true, IDC_ZP_CURSOR_SELECT},
+      {MouseModeZoomOut, true, 0.01, true, IDC_ZP_CURSOR_SELECT},
+  };
+  for (const auto& row : rows) {
+    window->SendMessage(row.shift ? WM_KEYDOWN : WM_KEYUP, VK_SHIFT, 1);
+    window->SetMouseMode(row.mode);
+    window->ZoomToScaleFactor(row.factor);
+    if (row.armed) window->ToggleZoomSelect();
+    ::SetCursor(nullptr);
+    window->SendMessage(WM_SETCURSOR, reinterpret_cast<WPARAM>(window->m_hWnd),
+                        MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    EXPECT_EQ(platform::testing::CursorId(::GetCursor()), row.cursor) << row.mode << row.shift << row.factor;
+    if (row.armed) window->ToggleZoomSelect();
+  }
+}
+
+TEST_F(Mouse, TheCursorFollowsButtonsModesAndTheSelection) {
+  Show({{2000, 1600}});
+  const auto shown = [] { return platform::testing::CursorId(::GetCursor()); };
+  Press({50, 50});
+  EXPECT_EQ(shown(), UINT{IDC_ZP_CURSOR_GRABBING});
+  Move({40, 40});
+  EXPECT_EQ(shown(), UINT{IDC_ZP_CURSOR_GRABBING});
+  Release({40, 40});
+  EXPECT_EQ(shown(), UINT{IDC_ZP_CURSOR_HAND});
+  window->SetMouseMode(MouseModeZoomIn);
+  EXPECT_EQ(shown(), UINT{IDC_ZP_CURSOR_ZOOM_IN});
+  window->SetMouseMode(77);
+  EXPECT_EQ(shown(), UINT{IDC_ZP_CURSOR_ZOOM_IN}) << "an unknown mode leaves it";
+  window->SetMouseMode(MouseModeZoomOut);
+  window->ToggleZoomSelect();
+  EXPECT_EQ(shown(), kCross);
+  window->ToggleZoomSelect();
+  EXPECT_EQ(shown(), UINT{IDC_ZP_CURSOR_ZOOM_OUT});
+  window->SetMouseMode(MouseModeZoomIn);
+  window->ZoomToScaleFactor(9.0);
+  Click({100, 100});
+  EXPECT_EQ(shown(), UINT{IDC_ZP_CURSOR_ZOOM_LIMIT}) << "the click has reached the limit";
+}
+
+// Context menu
+
+TEST_F(Mouse, TheContextMenuCommandsTheFrame) {
+  struct Asked {
+    HWND owner = nullptr;
+    int items = 0;
+  };
+  static Asked asked;
+  platform::testing::SetMenuAnswer([](HMENU menu, HWND owner) {
+    asked = {owner, ::GetMenuItemCount(menu)};
+    return 0;
+  });
+  Show({{300, 200}});
+  platform::testing::PressMouse(*window, {50, 50}, Button::Right);
+  platform::testing::ReleaseMouse(*window, {50, 50}, Button::Right);
+  platform::testing::PumpUntilIdle();
+  platform::testing::SetMenuAnswer(nullptr);
+  EXPECT_EQ(asked.owner, frame->m_hWnd);
+  EXPECT_EQ(asked.items, 15);
 }
 
 class Drop : public ImageWindowTest {
