@@ -25,7 +25,13 @@ void CViewerFrame<Base>::ShowZoomStatus(BOOL update) {
   CString text;
   text.FormatMessage(ID_ZP_INDICATOR_ZOOM, percent);
   SetPane(ID_ZP_INDICATOR_ZOOM, text, update);
-  m_wndComboScale.SetWindowText(ScaleText(percent));
+  const CString scale = ScaleText(percent);
+  // An entry picked before must not stand for a scale that has come by another way.
+  const int entry = m_wndComboScale.GetCurSel();
+  CString picked;
+  if (entry != CB_ERR) m_wndComboScale.GetLBText(entry, picked);
+  if (picked != scale) m_wndComboScale.SetCurSel(-1);
+  m_wndComboScale.SetWindowText(scale);
 }
 
 template <typename Base>
