@@ -108,3 +108,8 @@ int LEADTOOLS::PaintDC(HDC dc, struct_LEAD_Bitmap* bitmap, tagRECT* source, tagR
     return 1;
   });
 }
+
+HDC LEADTOOLS::PrintBitmapExt(HDC, struct_LEAD_Bitmap* bitmap, int, int, int, int, unsigned int) {
+  imaging::RequirePixels(bitmap, "print");
+  return nullptr;
+}
