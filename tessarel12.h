@@ -10,3 +10,6 @@
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/wnd.h"
+#include "print/print_bitmap.h"
+#include "print/print_failure.h"
+#include "print/print_file.h"

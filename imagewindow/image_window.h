@@ -83,6 +83,12 @@ class TESSAREL_API CImageWindow : public CWnd {
   /// else all pages into a tif, or one page into a bmp or jpg. Tells the user of success in a message box.
   /// False after a reported failure or if the user refuses.
   bool ExportAs(CString target);
+  /// Prints the page as it is shown on the default printer, without a dialog. Failures are reported, as in
+  /// PrintCurFile.
+  void PrintCurrentPage();
+  /// Prints the source, as it is and not as it is shown. The print dialog comes up unless the default printer
+  /// is to be taken; parent, which may be null, is disabled while the job runs.
+  void PrintCurFile(CWnd* parent, bool defaultPrinter);
 
   // State, for hosts to read.
 
