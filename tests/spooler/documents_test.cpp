@@ -185,7 +185,9 @@ TEST_F(Documents, AFailedJobKeepsTheFormerFile) {
     DrawGrey(dc, 10, 10);
     EndPage(dc);
     EXPECT_EQ(Read(target), "former");
-    if (finish) EXPECT_GT(EndDoc(dc), 0);
+    if (finish) {
+      EXPECT_GT(EndDoc(dc), 0);
+    }
     DeleteDC(dc);
   }
   EXPECT_EQ(Read(target).substr(0, 5), "%PDF-");
