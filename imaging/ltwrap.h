@@ -90,7 +90,7 @@ class LTWRAP_API LEADTOOLS {
   /// caller's.
   static int ChangeFromDIB(struct_LEAD_Bitmap* target, void* dib);
 
-  // Paint (leadtools_paint.cpp)
+  // Paint (leadtools_paint.cpp), print (leadtools_print.cpp)
 
   /// A palette with the bitmap's colours; the caller deletes it.
   static HPALETTE CreatePaintPalette(HDC dc, struct_LEAD_Bitmap* bitmap);
