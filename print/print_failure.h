@@ -1,5 +1,6 @@
 #pragma once
 
+#include "library/export.h"
 #include "library/report_error.h"
 
 /// What a job throws, as an int, beside the spooler's own negative results.
@@ -13,6 +14,6 @@ enum PrintFailure : int {
 
 /// Tells the user how a job has failed: a job that was stopped in a message box, all else by the report with
 /// code 0.
-void ReportPrintFailure(int code, ReportErrorFunction report);
+TESSAREL_API void ReportPrintFailure(int code, ReportErrorFunction report);
 /// A failure that isn't a job's own.
-void ReportUnknownPrintFailure(ReportErrorFunction report);
+TESSAREL_API void ReportUnknownPrintFailure(ReportErrorFunction report);

@@ -131,7 +131,7 @@ void CPrintFile::PresetOrientation(CPrintDialog& dialog) const {
 void CPrintFile::DoPrint(short copies, CWnd* parent, bool defaultPrinter, int first, int last) {
   const int pages = CountJobPages();
   if (last == -1) last = pages - 1;
-  DWORD flags = m_pSelBitmap == nullptr ? PD_NOSELECTION : 0;
+  DWORD flags = m_pSelBitmap == nullptr ? PD_NOSELECTION : PD_ALLPAGES;
   if (first != 0 || last != pages - 1) flags |= PD_PAGENUMS;
   CPrintDialog dialog(FALSE, flags, parent);
   FillRecord(dialog, copies, first, last, pages);
