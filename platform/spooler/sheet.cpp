@@ -50,7 +50,7 @@ bool IsDpi(int dpi) {
   return dpi >= kLeastDpi && dpi <= kMostDpi;
 }
 
-void SetPaper(Sheet& sheet, const PrintQueue& queue, const DEVMODEA& mode) {
+void ChoosePaper(Sheet& sheet, const PrintQueue& queue, const DEVMODEA& mode) {
   int width = sheet.paper.width;
   int length = sheet.paper.length;
   if ((mode.dmFields & DM_PAPERSIZE) != 0)
@@ -94,7 +94,7 @@ void CopyName(char* target, std::size_t size, const std::string& name) {
 Sheet SheetOf(const PrintQueue& queue, const DEVMODEA* mode) {
   Sheet sheet{queue.papers.front(), false, queue.dpiX, queue.dpiY};
   if (mode == nullptr) return sheet;
-  SetPaper(sheet, queue, *mode);
+  ChoosePaper(sheet, queue, *mode);
   sheet.landscape = (mode->dmFields & DM_ORIENTATION) != 0 && mode->dmOrientation == DMORIENT_LANDSCAPE;
   if ((mode->dmFields & DM_PRINTQUALITY) != 0 && IsDpi(mode->dmPrintQuality)) {
     sheet.dpiX = sheet.dpiY = mode->dmPrintQuality;
@@ -104,25 +104,31 @@ Sheet SheetOf(const PrintQueue& queue, const DEVMODEA* mode) {
   return sheet;
 }
 
+std::string PaperText(const Paper& paper) {
+  for (const KnownPaper& known : kPapers)
+    if (SameSize(known.width, known.length, paper)) return known.name;
+  const auto millimetres = [](int hundredths) { return std::to_string((hundredths + 50) / 100); };
+  return millimetres(paper.width) + " x " + millimetres(paper.length) + " mm";
+}
+
+void SetPaper(DEVMODEA& mode, const Paper& paper) {
+  mode.dmPaperSize = DMPAPER_USER;
+  for (const KnownPaper& known : kPapers)
+    if (SameSize(known.width, known.length, paper)) mode.dmPaperSize = known.number;
+  CopyName(mode.dmFormName, sizeof mode.dmFormName, PaperText(paper));
+  mode.dmPaperWidth = static_cast<short>(std::min(paper.width / 10, 32767));
+  mode.dmPaperLength = static_cast<short>(std::min(paper.length / 10, 32767));
+}
+
 DEVMODEA DevModeOf(const PrintQueue& queue) {
   DEVMODEA mode{};
-  const Paper& paper = queue.papers.front();
   CopyName(mode.dmDeviceName, sizeof mode.dmDeviceName, queue.name);
   mode.dmSpecVersion = 0x0401;
   mode.dmSize = sizeof mode;
   mode.dmFields = DM_ORIENTATION | DM_PAPERSIZE | DM_PAPERLENGTH | DM_PAPERWIDTH | DM_COPIES |
                   DM_PRINTQUALITY | DM_YRESOLUTION | DM_COLLATE | DM_FORMNAME;
   mode.dmOrientation = DMORIENT_PORTRAIT;
-  mode.dmPaperSize = DMPAPER_USER;
-  std::string name = paper.name;
-  for (const KnownPaper& known : kPapers)
-    if (SameSize(known.width, known.length, paper)) {
-      mode.dmPaperSize = known.number;
-      name = known.name;
-    }
-  CopyName(mode.dmFormName, sizeof mode.dmFormName, name);
-  mode.dmPaperWidth = static_cast<short>(std::min(paper.width / 10, 32767));
-  mode.dmPaperLength = static_cast<short>(std::min(paper.length / 10, 32767));
+  SetPaper(mode, queue.papers.front());
   mode.dmScale = 100;
   mode.dmCopies = 1;
   mode.dmPrintQuality = static_cast<short>(queue.dpiX);

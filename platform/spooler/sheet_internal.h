@@ -22,6 +22,10 @@ struct Sheet {
 PLATFORM_API Sheet SheetOf(const PrintQueue& queue, const DEVMODEA* mode);
 /// The record of a queue with its own sheet.
 PLATFORM_API DEVMODEA DevModeOf(const PrintQueue& queue);
+/// Puts a paper into the record.
+PLATFORM_API void SetPaper(DEVMODEA& mode, const Paper& paper);
+/// How the user knows the paper.
+PLATFORM_API std::string PaperText(const Paper& paper);
 /// The sheet as GetDeviceCaps tells it.
 PLATFORM_API std::map<int, int> CapsOf(const Sheet& sheet);
 /// Width and height of the sheet as it is printed, in points.

@@ -39,7 +39,10 @@ class PrintTest : public ::testing::Test {
     setenv("TMPDIR", (m_folder / "spool").c_str(), 1);
     SetPrinters();
   }
-  void TearDown() override { std::filesystem::remove_all(m_folder); }
+  void TearDown() override {
+    unsetenv("TMPDIR");
+    std::filesystem::remove_all(m_folder);
+  }
 
   void SetPrinters(bool accepting = true, bool gone = false) {
     platform::TestPrinter one;
