@@ -107,7 +107,8 @@ class Decoded {
 };
 
 TEST_F(DialogJob, TheDialogIsAskedForWhatTheJobIs) {
-  Decoded pages(WriteFile({Black(100, 50, 1, 0, 0), Black(50, 100, 1, 0, 0), Black(300, 50, 1, 0, 0)}), 3);
+  Decoded pages(WriteFile({Black(100, 50, 1, 99, 99), Black(50, 100, 1, 99, 99), Black(300, 50, 1, 99, 99)}),
+                3);
   struct_LEAD_Bitmap* array[] = {pages.At(1), pages.At(2), pages.At(3)};
   const HGLOBAL mode = GlobalAlloc(GHND, sizeof(DEVMODE));
   static_cast<DEVMODE*>(GlobalLock(mode))->dmFields = DM_ORIENTATION;

@@ -121,8 +121,10 @@ class PrintJobTest : public PrintTest {
     return widths;
   }
   int SpooledFiles() const {
-    const auto files = std::filesystem::directory_iterator(m_folder / "spool");
-    return static_cast<int>(std::distance(begin(files), end(files)));
+    int count = 0;  // the desktop's library has a folder of its own there
+    for (const auto& entry : std::filesystem::directory_iterator(m_folder / "spool"))
+      count += entry.is_regular_file() ? 1 : 0;
+    return count;
   }
 
   static std::vector<std::string>& Boxes() {
