@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <limits>
-#include <utility>
 
 #include "platform/graphics/gdi.h"
 #include "print/print_dialogs.h"
@@ -56,22 +55,6 @@ square_pixels::Resolution ScreenDpi() {
 WORD PageNumber(int page) {
   return static_cast<WORD>(std::clamp(page, 0, static_cast<int>(std::numeric_limits<WORD>::max())));
 }
-
-/// Once for a device context that nobody has wrapped yet.
-class ContextOwner {
- public:
-  explicit ContextOwner(HDC dc) : m_dc(dc) {}
-  ContextOwner(const ContextOwner&) = delete;
-  ContextOwner& operator=(const ContextOwner&) = delete;
-  ~ContextOwner() {
-    if (m_dc != nullptr) ::DeleteDC(m_dc);
-  }
-  HDC Get() const { return m_dc; }
-  HDC Release() { return std::exchange(m_dc, nullptr); }
-
- private:
-  HDC m_dc;
-};
 
 }  // namespace
 
@@ -198,7 +181,9 @@ void CPrintFile::PrintNamed(const char* printerName, const char* path, short cop
   const CString file(path);  // it may be the field that is emptied now
   SourceReset reset(*this);
   const printers::NamedPrinter printer(printerName);
-  ContextOwner context(printer.CreateContext());
+  CDC dc;
+  const HDC context = printer.CreateContext();
+  if (context != nullptr) dc.Attach(context);
   Initialize();
   m_strFile = file;
   m_strDocName = file;
@@ -210,9 +195,8 @@ void CPrintFile::PrintNamed(const char* printerName, const char* path, short cop
   record.nFromPage = record.nMinPage = fromPage.value_or(1);
   record.nToPage = record.nMaxPage = toPage.value_or(PageNumber(pages));
   record.hDevMode = printer.Mode();
-  record.hDC = context.Get();
+  record.hDC = context;
+  if (dc.m_hDC == nullptr) throw static_cast<int>(PrintFailureNoDeviceContext);
   const JobFormat jobFormat(*this, format);
-  CDC dc;
-  TakeDeviceContext(context.Release(), dc);
   Print_Work(path, record, pages, dc, nullptr, false);
 }
