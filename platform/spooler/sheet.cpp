@@ -170,9 +170,8 @@ std::map<int, int> CapsOf(const Sheet& sheet) {
 }
 
 std::pair<double, double> PointsOf(const Sheet& sheet) {
-  const double width = sheet.paper.width * 72.0 / 2540;
-  const double length = sheet.paper.length * 72.0 / 2540;
-  return sheet.landscape ? std::pair(length, width) : std::pair(width, length);
+  const auto caps = CapsOf(sheet);
+  return {caps.at(PHYSICALWIDTH) * 72.0 / sheet.dpiX, caps.at(PHYSICALHEIGHT) * 72.0 / sheet.dpiY};
 }
 
 PrintQueue FileQueue() {
