@@ -28,7 +28,7 @@ constexpr const char* kDriver = R"ppd(*PPD-Adobe: "4.3"
 *ShortNickName: "Prova PDF"
 *NickName: "Prova PDF"
 *PSVersion: "(3010) 0"
-*cupsFilter2: "application/pdf application/pdf 0 -"
+*cupsFilter2: "application/pdf application/pdf 0 FILTER"
 *OpenUI *PageSize: PickOne
 *DefaultPageSize: A5
 *PageSize A4/A4: ""
@@ -72,12 +72,18 @@ class Cups : public PrintTest {
     std::filesystem::permissions(s_folder, std::filesystem::perms(0755));
     for (const char* sub : {"etc", "spool", "cache", "state", "out"})
       std::filesystem::create_directory(s_folder / sub);
-    std::ofstream(s_folder / "test.ppd") << kDriver;
     std::ofstream(s_folder / "cupsd.conf")
         << "Listen " << Socket() << "\nLogLevel debug\nWebInterface No\nBrowsing No\n"
         << "DefaultAuthType None\n<Location />\nAllow all\n</Location>\n"
         << "<Policy default>\n<Limit All>\nOrder deny,allow\n</Limit>\n</Policy>\n";
     if (!WriteFiles()) return;
+    // Own files, after those that go to the service's user: it runs no filter that others may change.
+    const std::filesystem::path filter = s_folder / "filter";
+    std::ofstream(filter) << "#!/bin/sh\nif [ -n \"$6\" ]; then cat \"$6\"; else cat; fi\n";
+    std::filesystem::permissions(filter, std::filesystem::perms(0755));
+    std::string driver = kDriver;
+    driver.replace(driver.find("FILTER"), 6, filter.string());
+    std::ofstream(s_folder / "test.ppd") << driver;
     setenv("CUPS_SERVER", Socket().c_str(), 1);
     Start();
   }

@@ -89,7 +89,7 @@ class PrintTest : public ::testing::Test {
   }
   static std::string Output(const std::string& command) {
     std::string text;
-    FILE* pipe = popen((command + " 2>&1").c_str(), "r");
+    FILE* pipe = popen(("(" + command + ") 2>&1").c_str(), "r");
     if (pipe == nullptr) return text;
     char buffer[4096];
     for (std::size_t got = 0; (got = fread(buffer, 1, sizeof buffer, pipe)) > 0;) text.append(buffer, got);
