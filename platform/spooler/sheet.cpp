@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 
 #include "platform/graphics/gdi_constants.h"
 
@@ -85,8 +84,8 @@ Margins MarginsOf(const Sheet& sheet) {
 }
 
 void CopyName(char* target, std::size_t size, const std::string& name) {
-  std::memset(target, 0, size);
-  std::memcpy(target, name.data(), std::min(size - 1, name.size()));
+  std::fill_n(target, size, '\0');
+  name.copy(target, size - 1);
 }
 
 }  // namespace
