@@ -6,6 +6,7 @@
 #include <cups/cups.h>
 
 #include <array>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <map>
@@ -118,8 +119,8 @@ Details AskDetails(cups_dest_t& dest) {
     int y = 0;
     const int x = ::ippGetResolution(resolution, 0, &y, &unit);
     const double factor = unit == IPP_RES_PER_CM ? 2.54 : 1;
-    if (x > 0) details.dpiX = static_cast<int>(x * factor + 0.5);
-    if (x > 0) details.dpiY = static_cast<int>((y > 0 ? y : x) * factor + 0.5);
+    if (x > 0) details.dpiX = static_cast<int>(std::lround(x * factor));
+    if (x > 0) details.dpiY = static_cast<int>(std::lround((y > 0 ? y : x) * factor));
   }
   return details;
 }

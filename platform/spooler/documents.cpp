@@ -52,8 +52,6 @@ bool TakesJobs(const PrinterDc& printer) {
 }  // namespace
 }  // namespace platform
 
-using platform::PrinterDc;
-
 int StartDocA(HDC dc, const DOCINFOA* info) {
   const auto printer = platform::FindPrinterDc(dc);
   if (!printer || info == nullptr || printer->job || printer->asking) return SP_ERROR;

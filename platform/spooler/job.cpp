@@ -1,5 +1,7 @@
 #include "platform/spooler/job_internal.h"
 
+#include <algorithm>
+
 #include "platform/graphics/gdi_constants.h"
 
 namespace platform {

@@ -1,5 +1,6 @@
 #include "platform/spooler/print_dialog.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -58,9 +59,9 @@ std::string DeviceOf(HGLOBAL block) {
   DEVNAMES head{};
   if (size >= sizeof head) std::memcpy(&head, names, sizeof head);
   const std::size_t offset = head.wDeviceOffset;
-  const std::string device = offset >= sizeof head && offset < size
-                                 ? std::string(names + offset, strnlen(names + offset, size - offset))
-                                 : "";
+  std::string device = offset >= sizeof head && offset < size
+                           ? std::string(names + offset, strnlen(names + offset, size - offset))
+                           : "";
   GlobalUnlock(block);
   return device;
 }

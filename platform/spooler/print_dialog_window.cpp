@@ -155,10 +155,11 @@ void PrintWindow::ShowRange() {
 void PrintWindow::OnPrinter() {
   const LRESULT index = Send(kPrinters, CB_GETCURSEL);
   if (index < 0 || m_choice.queues.empty()) return;
-  std::string name(static_cast<std::size_t>(Send(kPrinters, CB_GETLBTEXTLEN, static_cast<WPARAM>(index))),
-                   ' ');
+  const LRESULT length = Send(kPrinters, CB_GETLBTEXTLEN, static_cast<WPARAM>(index));
+  if (length < 0) return;
+  std::vector<char> name(static_cast<std::size_t>(length) + 1);
   Send(kPrinters, CB_GETLBTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(name.data()));
-  ChoosePrinter(m_choice, name);
+  ChoosePrinter(m_choice, name.data());
   ShowPrinter();
 }
 

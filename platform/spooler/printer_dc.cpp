@@ -1,6 +1,7 @@
 #include "platform/spooler/printer_dc_internal.h"
 
 #include <QtCore/QRect>
+#include <algorithm>
 #include <cmath>
 #include <map>
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/base/export.h"
 #include "platform/base/types.h"
 
 namespace platform {
@@ -61,9 +62,9 @@ class PrintService {
   virtual int Send(const std::string& queue, const PrintJob& job) = 0;
 };
 
-PrintService& CurrentPrintService();
+PLATFORM_API PrintService& CurrentPrintService();
 /// A queue by its exact name.
-std::optional<PrintQueue> FindQueue(const std::string& name);
+PLATFORM_API std::optional<PrintQueue> FindQueue(const std::string& name);
 std::optional<PrintQueue> DefaultQueue();
 
 /// The print service of this system; without one, a service that can't be reached.

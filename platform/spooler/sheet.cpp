@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 
 #include "platform/graphics/gdi_constants.h"
 
@@ -85,8 +84,8 @@ Margins MarginsOf(const Sheet& sheet) {
 }
 
 void CopyName(char* target, std::size_t size, const std::string& name) {
-  std::memset(target, 0, size);
-  std::memcpy(target, name.data(), std::min(size - 1, name.size()));
+  std::fill_n(target, size, '\0');
+  name.copy(target, size - 1);
 }
 
 }  // namespace
@@ -170,9 +169,8 @@ std::map<int, int> CapsOf(const Sheet& sheet) {
 }
 
 std::pair<double, double> PointsOf(const Sheet& sheet) {
-  const double width = sheet.paper.width * 72.0 / 2540;
-  const double length = sheet.paper.length * 72.0 / 2540;
-  return sheet.landscape ? std::pair(length, width) : std::pair(width, length);
+  const auto caps = CapsOf(sheet);
+  return {caps.at(PHYSICALWIDTH) * 72.0 / sheet.dpiX, caps.at(PHYSICALHEIGHT) * 72.0 / sheet.dpiY};
 }
 
 PrintQueue FileQueue() {

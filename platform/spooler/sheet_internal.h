@@ -1,6 +1,8 @@
 #pragma once
 
 #include <map>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/base/export.h"
@@ -28,7 +30,8 @@ PLATFORM_API void SetPaper(DEVMODEA& mode, const Paper& paper);
 PLATFORM_API std::string PaperText(const Paper& paper);
 /// The sheet as GetDeviceCaps tells it.
 PLATFORM_API std::map<int, int> CapsOf(const Sheet& sheet);
-/// Width and height of the sheet as it is printed, in points.
+/// Width and height of the sheet as it is printed, in points: whole dots, so that images lie on the grid of
+/// the device.
 PLATFORM_API std::pair<double, double> PointsOf(const Sheet& sheet);
 /// What printing to a file has in the place of a queue.
 PLATFORM_API PrintQueue FileQueue();

@@ -148,7 +148,8 @@ TEST_F(PrintDialogs, TheDialogIsFilledAndAnswers) {
     EXPECT_EQ(g_hookCommands, 1);
     // Sorted: "Due" is the first.
     SendMessage(GetDlgItem(window, 1139), CB_SETCURSEL, 0, 0);
-    SendMessage(window, WM_COMMAND, MAKEWPARAM(1139, CBN_SELCHANGE), 0);
+    SendMessage(window, WM_COMMAND, MAKEWPARAM(1139, CBN_SELCHANGE),
+                reinterpret_cast<LPARAM>(GetDlgItem(window, 1139)));
     Type(window, 1152, "3");
     EXPECT_TRUE(Checked(window, 1058)) << "a number typed is a range";
     Type(window, 1153, "5");

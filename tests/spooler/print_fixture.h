@@ -89,7 +89,7 @@ class PrintTest : public ::testing::Test {
   }
   static std::string Output(const std::string& command) {
     std::string text;
-    FILE* pipe = popen((command + " 2>&1").c_str(), "r");
+    FILE* pipe = popen(("(" + command + ") 2>&1").c_str(), "r");
     if (pipe == nullptr) return text;
     char buffer[4096];
     for (std::size_t got = 0; (got = fread(buffer, 1, sizeof buffer, pipe)) > 0;) text.append(buffer, got);
@@ -97,13 +97,16 @@ class PrintTest : public ::testing::Test {
     return text;
   }
 
-  /// A page, rendered so that one dot of it is a pixel, without smoothing.
-  Picture Render(const std::string& pdf, int page, int dpi) const {
+  /// A part of a page (in dots of dpi from the sheet's corner), rendered with scale pixels to a dot, without
+  /// smoothing.
+  Picture Render(const std::string& pdf, const RECT& part, int dpi, int scale) const {
     const std::string prefix = (m_folder / "page").string();
-    const std::string number = std::to_string(page);
-    EXPECT_EQ(Output("pdftoppm -singlefile -aa no -aaVector no -r " + std::to_string(dpi) + " -f " + number +
-                     " -l " + number + " " + pdf + " " + prefix),
-              "");
+    const auto option = [scale](const char* name, int dots) { return name + std::to_string(dots * scale); };
+    EXPECT_EQ(
+        Output("pdftoppm -singlefile -aa no -aaVector no" + option(" -r ", dpi) + option(" -x ", part.left) +
+               option(" -y ", part.top) + option(" -W ", part.right - part.left) +
+               option(" -H ", part.bottom - part.top) + " " + pdf + " " + prefix),
+        "");
     Picture picture;
     std::istringstream file(Read(prefix + ".ppm"));
     std::string magic;
