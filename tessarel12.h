@@ -15,3 +15,6 @@
 #include "platform/framework/mdi_wnd.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/wnd.h"
+#include "print/print_bitmap.h"
+#include "print/print_failure.h"
+#include "print/print_file.h"

@@ -85,6 +85,12 @@ class TESSAREL_API CImageWindow : public CWnd {
   bool ExportAs(CString target);
   /// Shows what the source says of the current page, until the user closes the dialog.
   void ShowPropertiesDlg();
+  /// Prints the page as it is shown on the default printer, without a dialog. Failures are reported, as in
+  /// PrintCurFile.
+  void PrintCurrentPage();
+  /// Prints the source, as it is and not as it is shown. The print dialog comes up unless the default printer
+  /// is to be taken; parent, which may be null, is disabled while the job runs.
+  void PrintCurFile(CWnd* parent, bool defaultPrinter);
 
   // State, for hosts to read.
 

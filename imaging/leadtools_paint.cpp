@@ -6,9 +6,11 @@
 #include "imaging/ltwrap.h"
 #include "imaging/pixels/paint.h"
 #include "imaging/pixels/record.h"
+#include "imaging/printing.h"
 #include "platform/base/bitmapinfo.h"
 #include "platform/graphics/gdi.h"
 #include "platform/graphics/surface.h"
+#include "platform/spooler/page_images.h"
 
 using imaging::PaintRects;
 
@@ -75,6 +77,18 @@ void PaintByBands(HDC dc, struct_LEAD_Bitmap* bitmap, const PaintRects& rects, u
               operation);
 }
 
+/// A printer scales for itself, and gets the image at its own depth.
+void PaintOnPrinter(HDC dc, struct_LEAD_Bitmap* bitmap, const PaintRects& rects) {
+  const RECT whole{0, 0, bitmap->Width, bitmap->Height};
+  const RECT source = rects.source == nullptr ? whole : *rects.source;
+  const int saved = SaveDC(dc);
+  if (const RECT* clip = rects.destinationClip)
+    IntersectClipRect(dc, clip->left, clip->top, clip->right, clip->bottom);
+  const bool drawn = imaging::DrawOnPrinter(dc, bitmap, source, *rects.destination);
+  RestoreDC(dc, saved);
+  if (!drawn) imaging::Fail(imaging::kErrorInvalidParameter, "The printer doesn't take the image");
+}
+
 }  // namespace
 
 HPALETTE LEADTOOLS::CreatePaintPalette(HDC /*dc*/, struct_LEAD_Bitmap* bitmap) {
@@ -98,6 +112,10 @@ int LEADTOOLS::PaintDC(HDC dc, struct_LEAD_Bitmap* bitmap, tagRECT* source, tagR
     if (destination == nullptr)
       imaging::Fail(imaging::kErrorInvalidParameter, "The rectangle to paint into is missing");
     const PaintRects rects{source, sourceClip, destination, destinationClip};
+    if (sourceClip == nullptr && rasterOperation == SRCCOPY && platform::IsPrinterDC(dc)) {
+      PaintOnPrinter(dc, bitmap, rects);
+      return 1;
+    }
     platform::SurfaceView view;
     if (!platform::LockSurface(dc, view)) {
       PaintByBands(dc, bitmap, rects, rasterOperation);

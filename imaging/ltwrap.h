@@ -90,7 +90,7 @@ class LTWRAP_API LEADTOOLS {
   /// caller's.
   static int ChangeFromDIB(struct_LEAD_Bitmap* target, void* dib);
 
-  // Paint (leadtools_paint.cpp)
+  // Paint (leadtools_paint.cpp), print (leadtools_print.cpp)
 
   /// A palette with the bitmap's colours; the caller deletes it.
   static HPALETTE CreatePaintPalette(HDC dc, struct_LEAD_Bitmap* bitmap);
@@ -98,6 +98,12 @@ class LTWRAP_API LEADTOOLS {
   /// the destination clip (null: none): averaged on reduction, exact pixels on enlargement.
   static int PaintDC(HDC dc, struct_LEAD_Bitmap* bitmap, tagRECT* source, tagRECT* sourceClip,
                      tagRECT* destination, tagRECT* destinationClip, unsigned long rasterOperation);
+
+  /// Prints the bitmap at (x, y) of the open page, in the printer's dots, scaled to width and height; both 0:
+  /// as large as the page allows, with square pixels unless both resolutions are known. What doesn't fit is
+  /// cut off. flags is 0. The device context; null if it can't print the bitmap.
+  static HDC PrintBitmapExt(HDC dc, struct_LEAD_Bitmap* bitmap, int x, int y, int width, int height,
+                            unsigned int flags);
 
   // Save (leadtools_files.cpp)
 

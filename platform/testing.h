@@ -25,6 +25,37 @@ struct FileDialogRequest {
   unsigned filterIndex = 1;
 };
 
+/// What the print dialog asks, and the answer.
+struct PrintDialogRequest {
+  enum class Range { All, Pages, Selection };
+  std::vector<std::string> printers;  ///< the queues to choose from; empty: only printing to a file is left
+  std::string printer;                ///< in: the one proposed; out: the one chosen
+  std::string file;                   ///< out: a file to print to, as PDF; empty: the queue
+  Range range = Range::All;
+  int fromPage = 0;
+  int toPage = 0;
+  int copies = 1;
+  bool collate = false;
+  bool landscape = false;
+};
+
+/// A queue that stands in for one of the print service. Jobs arrive as the files job-1.pdf and so on.
+struct TestPrinter {
+  std::string name;
+  std::string folder;  ///< where the jobs go
+  bool isDefault = false;
+  bool accepting = true;  ///< else jobs are refused
+  bool gone = false;      ///< listed, but there is no such queue any more when a job is sent
+  int dpi = 300;
+  int paperWidth = 21000;  ///< hundredths of a millimetre, of the upright sheet
+  int paperLength = 29700;
+  int margin = 420;  ///< on all four sides
+  std::string comment;
+  std::string location;
+  std::string model = "PDF";
+  unsigned status = 0;  ///< PRINTER_STATUS_...
+};
+
 }  // namespace platform
 
 // Seams for tests and for programs without a user: boxes answered by a function, time that goes by at once,
@@ -41,6 +72,12 @@ PLATFORM_API void SetMessageBoxAnswer(MessageBoxAnswer answer);
 /// up.
 using FileDialogAnswer = bool (*)(FileDialogRequest& request);
 PLATFORM_API void SetFileDialogAnswer(FileDialogAnswer answer);
+/// Takes the place of print dialogs: changes the request and returns true, or false to give up. What the
+/// dialog would refuse counts as given up. The hook procedure isn't called.
+using PrintDialogAnswer = bool (*)(PrintDialogRequest& request);
+PLATFORM_API void SetPrintDialogAnswer(PrintDialogAnswer answer);
+/// Takes the place of the print service, with these queues only.
+PLATFORM_API void SetTestPrinters(std::span<const TestPrinter> printers);
 /// Takes the place of a tracked pop-up on the screen, after WM_INITMENUPOPUP for it and each sub-menu: the
 /// command that is chosen, 0 for none. One that isn't there or is grey counts as none. Null brings the real
 /// one back.

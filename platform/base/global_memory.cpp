@@ -20,8 +20,9 @@ struct GlobalBlock {
   int locks = 0;
 };
 
+// Never destroyed: an application object with static storage frees its blocks while the process ends.
 platform::HandleTable<GlobalBlock, HGLOBAL>& Blocks() {
-  static platform::HandleTable<GlobalBlock, HGLOBAL> table;
+  static auto& table = *new platform::HandleTable<GlobalBlock, HGLOBAL>;
   return table;
 }
 

@@ -1,7 +1,9 @@
 #include "platform/framework/app.h"
 
+#include "platform/base/global_memory.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/wnd.h"
+#include "platform/spooler/print_dialog.h"
 #include "platform/window/message_box_internal.h"
 
 IMPLEMENT_DYNAMIC(CWinApp, CWinThread)
@@ -27,6 +29,32 @@ int ChangeWaitCursor(int count, int change) {
 
 CWinApp::CWinApp(LPCTSTR name) : m_pszAppName(name == nullptr ? "Tessarel12" : name) {
   g_app = this;
+}
+
+CWinApp::~CWinApp() {
+  GlobalFree(m_hDevMode);
+  GlobalFree(m_hDevNames);
+  if (g_app == this) g_app = nullptr;
+}
+
+BOOL CWinApp::GetPrinterDeviceDefaults(PRINTDLGA* dialog) {
+  if (dialog == nullptr) return FALSE;
+  if (m_hDevNames == nullptr) {
+    CPrintDialog defaults(FALSE);
+    defaults.m_pd.Flags &= ~PD_RETURNDC;
+    if (defaults.GetDefaults() == 0) return FALSE;
+    m_hDevMode = defaults.m_pd.hDevMode;
+    m_hDevNames = defaults.m_pd.hDevNames;
+  }
+  dialog->hDevMode = m_hDevMode;
+  dialog->hDevNames = m_hDevNames;
+  return TRUE;
+}
+
+AFX_MODULE_STATE* AfxGetModuleState() {
+  static AFX_MODULE_STATE state{};
+  state = {g_app, AfxGetAppName()};
+  return &state;
 }
 
 void CWinApp::DoWaitCursor(int change) {

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "platform/graphics/dc_record_internal.h"
+#include "platform/spooler/page_images.h"
 
 using platform::BlitSource;
 using platform::DcRecord;
@@ -133,6 +134,40 @@ QRect Existing(const BlitSource& source) {
   return source.pixels & QRect(0, 0, source.raster.width, source.raster.height);
 }
 
+/// The raster as a printer takes it; colours and pixels hold what had to be brought into another form.
+PrinterImage PrinterImageOf(const Raster& raster, std::vector<RGBQUAD>& colors, QImage& pixels) {
+  PrinterImage image{raster.top, raster.stride, raster.width, raster.height, raster.bits, {}, true};
+  if (raster.bits == 16 || raster.masks[0] != 0) {
+    pixels = ImageOf(raster, QRect(0, 0, raster.width, raster.height));
+    image = {pixels.constBits(), pixels.bytesPerLine(), pixels.width(), pixels.height(), 32, {}, true};
+  }
+  for (int i = 0; raster.bits <= 8 && i < raster.colorCount; ++i) {
+    const COLORREF color = ColorOf(raster.colors[i]);
+    colors.push_back({GetBValue(color), GetGValue(color), GetRValue(color), 0});
+  }
+  image.colors = colors;
+  return image;
+}
+
+bool BlitToPrinter(const DcRecord& dc, const QRect& units, const BlitSource& source, unsigned table) {
+  if (table != TruthTable(SRCCOPY)) return false;
+  Raster raster = source.raster;
+  // A bilevel device bitmap takes the colours of its target.
+  const std::array<std::uint32_t, 2> own = {ResolveColor(dc, dc.state.textColor),
+                                            ResolveColor(dc, dc.state.bkColor)};
+  if (raster.bilevelDevice) {
+    raster.colors = own.data();
+    raster.colorCount = 2;
+  }
+  std::vector<RGBQUAD> colors;
+  QImage pixels;
+  const PrinterImage image = PrinterImageOf(raster, colors, pixels);
+  RECT place = ToRect(units);
+  if (source.mirrorX) std::swap(place.left, place.right);
+  if (source.mirrorY) std::swap(place.top, place.bottom);
+  return dc.drawImage(image, ToRect(source.pixels), place, ToRect(ClipOf(dc).boundingRect()));
+}
+
 bool BlitToPainter(const DcRecord& dc, const QRect& units, const BlitSource& source, unsigned table) {
   if (dc.painter == nullptr || table != TruthTable(SRCCOPY)) return false;
   const QRect part = Existing(source);
@@ -204,6 +239,7 @@ void SetAside(BlitSource& source, const Raster& target, const QRect& pixels, std
 bool BlitUnits(DcRecord& dc, const QRect& units, const BlitSource& given, unsigned table) {
   if (units.isEmpty() || given.pixels.isEmpty()) return true;
   BlitSource source = given;
+  if (dc.drawImage) return BlitToPrinter(dc, units, source, table);
   if (dc.kind == DcKind::Painter) return BlitToPainter(dc, units, source, table);
   const auto target = TargetOf(dc);
   if (!target) return false;

@@ -16,6 +16,8 @@ class QFont;
 
 namespace platform {
 
+struct PrinterImage;
+
 using DrawnFunction = std::function<void(const QRect& clientUnits)>;
 
 /// A device context on a window's image. The image is borrowed: 32 bits (Format_RGB32 or premultiplied ARGB),
@@ -38,6 +40,12 @@ PLATFORM_API HDC CreatePainterDC(QPainter* painter, std::map<int, int> caps,
 /// Null between pages: drawing then fails softly, measuring goes on.
 PLATFORM_API bool SetPainter(HDC dc, QPainter* painter);
 PLATFORM_API bool SetPainterCaps(HDC dc, std::map<int, int> caps);
+/// Draws a part of an image (image pixels, may reach outside) at a place; place and clip are units, and a
+/// place whose right or bottom edge comes first mirrors.
+using ImageDrawer =
+    std::function<bool(const PrinterImage& image, const RECT& source, const RECT& place, const RECT& clip)>;
+/// Images then go to the function and not to the painter. False for a device context of another kind.
+PLATFORM_API bool SetImageDrawer(HDC dc, ImageDrawer drawer);
 /// The painter of such a device context, or null.
 PLATFORM_API QPainter* PainterOf(HDC dc);
 

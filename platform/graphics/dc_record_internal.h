@@ -49,6 +49,7 @@ struct DcRecord {
   DrawnFunction onDrawn;
 
   QPainter* painter = nullptr;  ///< painter: borrowed, null between pages
+  ImageDrawer drawImage;        ///< painter: takes images in the painter's place
   std::map<int, int> caps;
   std::function<void()> onDelete;
 

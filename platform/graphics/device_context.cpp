@@ -219,6 +219,13 @@ bool SetPainterCaps(HDC dc, std::map<int, int> caps) {
   return true;
 }
 
+bool SetImageDrawer(HDC dc, ImageDrawer drawer) {
+  DcRecord* record = FindDc(dc);
+  if (record == nullptr || record->kind != DcKind::Painter) return false;
+  record->drawImage = std::move(drawer);
+  return true;
+}
+
 QPainter* PainterOf(HDC dc) {
   const DcRecord* record = FindDc(dc);
   return record == nullptr ? nullptr : record->painter;

@@ -22,6 +22,8 @@ enum : int {
 
 // Dialogs
 
+/// Sent to the hook of a system dialog, once its controls are filled; lParam points to the dialog's record.
+enum : UINT { WM_INITDIALOG = 0x0110 };
 inline constexpr DWORD DS_MODALFRAME = 0x80;
 inline constexpr DWORD DS_CENTER = 0x800;
 inline constexpr DWORD DS_CONTROL = 0x400;

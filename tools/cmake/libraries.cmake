@@ -11,7 +11,11 @@ function(tessarel_library name)
 endfunction()
 
 tessarel_library(TessarelPlatform)
-target_link_libraries(TessarelPlatform PRIVATE Qt6::Widgets)
+target_link_libraries(TessarelPlatform PRIVATE Qt6::Widgets ZLIB::ZLIB)
+if(CUPS_FOUND)
+  target_link_libraries(TessarelPlatform PRIVATE Cups::Cups)
+  target_compile_definitions(TessarelPlatform PRIVATE TESSAREL_CUPS)
+endif()
 target_compile_definitions(TessarelPlatform PRIVATE QT_NO_KEYWORDS)
 # Most of the build time of the window layer is Qt's headers.
 target_precompile_headers(TessarelPlatform PRIVATE <QApplication> <QPainter> <QWidget> <algorithm> <map> <memory> <vector>)

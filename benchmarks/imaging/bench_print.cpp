@@ -1,0 +1,116 @@
+#include <sys/resource.h>
+#include <tiffio.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "benchmarks/imaging/text_page.h"
+#include "benchmarks/ratio.h"
+#include "imaging/ltwrap.h"
+#include "platform/graphics/gdi.h"
+#include "platform/spooler/printing.h"
+
+// A fax of a hundred pages printed to a PDF, as a print job does it page by page, against the codec library
+// decoding and encoding the same pages; then the size of the PDF against that of the fax, and the memory of
+// the job against a decoded page.
+namespace {
+
+constexpr int kPages = 100;
+constexpr std::size_t kPageBytes = kRowBytes * kHeight;
+
+void WriteFax(const std::string& path, std::vector<std::uint8_t>& page) {
+  TIFF* tiff = TIFFOpen(path.c_str(), "w");
+  for (int i = 0; i < kPages; ++i) {
+    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, kWidth);
+    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, kHeight);
+    TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 1);
+    TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, 1);
+    TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_CCITTFAX4);
+    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE);
+    TIFFSetField(tiff, TIFFTAG_XRESOLUTION, 300.0);
+    TIFFSetField(tiff, TIFFTAG_YRESOLUTION, 300.0);
+    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, kHeight);
+    if (TIFFWriteEncodedStrip(tiff, 0, page.data(), static_cast<tmsize_t>(page.size())) < 0) std::abort();
+    TIFFWriteDirectory(tiff);
+  }
+  TIFFClose(tiff);
+}
+
+void CopyByLibrary(const std::string& from, const std::string& to, std::vector<std::uint8_t>& page) {
+  TIFF* tiff = TIFFOpen(from.c_str(), "r");
+  TIFF* target = TIFFOpen(to.c_str(), "w");
+  do {
+    if (TIFFReadEncodedStrip(tiff, 0, page.data(), -1) < 0) std::abort();
+    TIFFSetField(target, TIFFTAG_IMAGEWIDTH, kWidth);
+    TIFFSetField(target, TIFFTAG_IMAGELENGTH, kHeight);
+    TIFFSetField(target, TIFFTAG_BITSPERSAMPLE, 1);
+    TIFFSetField(target, TIFFTAG_SAMPLESPERPIXEL, 1);
+    TIFFSetField(target, TIFFTAG_COMPRESSION, COMPRESSION_CCITTFAX4);
+    TIFFSetField(target, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE);
+    TIFFSetField(target, TIFFTAG_ROWSPERSTRIP, kHeight);
+    TIFFWriteEncodedStrip(target, 0, page.data(), static_cast<tmsize_t>(page.size()));
+    TIFFWriteDirectory(target);
+  } while (TIFFReadDirectory(tiff) != 0);
+  TIFFClose(target);
+  TIFFClose(tiff);
+}
+
+void Print(const std::string& from, const std::string& to) {
+  const HDC dc = CreateDCA(nullptr, nullptr, to.c_str(), nullptr);
+  const DOCINFOA info{sizeof info, "Fax", nullptr, nullptr, 0};
+  if (StartDocA(dc, &info) < 0) std::abort();
+  struct_LEAD_Bitmap bitmap{};
+  for (int page = 1; page <= kPages; ++page) {
+    _LOADFILEOPTION options{};
+    LEADTOOLS::GetDefaultLoadFileOption(&options);
+    options.PageNumber = page;
+    LEADTOOLS::LoadBitmapA(from.c_str(), &bitmap, 1, 0, &options, nullptr);
+    StartPage(dc);
+    LEADTOOLS::PrintBitmapExt(dc, &bitmap, 1, 1, 0, 0, 0);
+    EndPage(dc);
+    LEADTOOLS::FreeBitmap(&bitmap);
+  }
+  if (EndDoc(dc) < 0) std::abort();
+  DeleteDC(dc);
+}
+
+long PeakKilobytes() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return usage.ru_maxrss;
+}
+
+}  // namespace
+
+int main() {
+  const std::filesystem::path memory = "/dev/shm";
+  const bool inMemory = std::filesystem::is_directory(memory);
+  std::string folder =
+      ((inMemory ? memory : std::filesystem::temp_directory_path()) / "bench_print_XXXXXX").string();
+  if (mkdtemp(folder.data()) == nullptr) std::abort();
+  const std::string from = folder + "/fax.tif";
+  const std::string to = folder + "/fax.pdf";
+  const std::string copy = folder + "/copy.tif";
+  std::vector<std::uint8_t> page = TextPage();
+  WriteFax(from, page);
+  const long before = PeakKilobytes();
+  Print(from, to);
+  const long grown = PeakKilobytes() - before;
+  constexpr int kRepeats = 8;
+  Ratio(
+      "print_100_fax_pages", 2.0, [&] { Print(from, to); }, [&] { CopyByLibrary(from, copy, page); }, [] {},
+      kRepeats);
+  const auto size = [](const std::string& path) {
+    return static_cast<double>(std::filesystem::file_size(path));
+  };
+  std::printf("RATIO print_100_fax_pages_size %.3f %.2f\n", size(to) / size(from), 1.5);
+  std::printf("RATIO print_100_fax_pages_memory %.3f %.2f\n", static_cast<double>(grown) * 1024 / kPageBytes,
+              4.0);
+  std::filesystem::remove_all(folder);
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "imaging/pixels/record.h"
+#include "platform/base/types.h"
+
+namespace imaging {
+
+/// The rectangle that PrintBitmapExt fills, in the printer's dots: as asked, or with width and height 0 the
+/// largest of the bitmap's shape between (x, y) and the far edges of the page. The shape is that in inches
+/// where both resolutions are known, else that in pixels.
+RECT PrintedRect(const Bitmap& bitmap, const RECT& asked, const SIZE& page, const SIZE& dotsPerInch);
+
+/// Draws a part of the bitmap on a printing device context, at its own depth; the printer scales. False
+/// without an open page; why a page was closed shows in the results of the document.
+bool DrawOnPrinter(HDC dc, Bitmap* bitmap, const RECT& source, const RECT& destination);
+
+}  // namespace imaging

@@ -1,0 +1,208 @@
+#include "platform/spooler/print_dialog.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "platform/base/global_memory.h"
+#include "platform/resources/find_internal.h"
+#include "platform/spooler/print_choice_internal.h"
+#include "platform/spooler/printer_dc_internal.h"
+
+IMPLEMENT_DYNAMIC(CPrintDialog, CDialog)
+
+namespace {
+
+using platform::PrintChoice;
+using platform::PrintDialogRequest;
+using platform::PrintQueue;
+using Range = PrintDialogRequest::Range;
+
+DWORD g_error = 0;
+platform::testing::PrintDialogAnswer g_answer = nullptr;
+
+BOOL Fail(DWORD error) {
+  g_error = error;
+  return FALSE;
+}
+
+/// Writes bytes into the block, which is made if it is null, so that the caller's own handles stay the same.
+bool PutBlock(HGLOBAL& block, const void* data, std::size_t size) {
+  if (block == nullptr || GlobalSize(block) < size)
+    block = block == nullptr ? GlobalAlloc(GHND, size) : GlobalReAlloc(block, size, GMEM_ZEROINIT);
+  void* target = GlobalLock(block);
+  if (target == nullptr) return false;
+  std::memcpy(target, data, size);
+  GlobalUnlock(block);
+  return true;
+}
+
+bool PutNames(HGLOBAL& block, const PrintQueue& queue, const std::string& output) {
+  const std::string texts[] = {queue.model, queue.name, output};
+  std::string record(sizeof(DEVNAMES), 0);
+  WORD offsets[3] = {};
+  for (int i = 0; i < 3; ++i) {
+    offsets[i] = static_cast<WORD>(record.size());
+    record += texts[i];
+    record.push_back(0);
+  }
+  const DEVNAMES names{offsets[0], offsets[1], offsets[2],
+                       static_cast<WORD>(queue.isDefault ? DN_DEFAULTPRN : 0)};
+  std::memcpy(record.data(), &names, sizeof names);
+  return PutBlock(block, record.data(), record.size());
+}
+
+std::string DeviceOf(HGLOBAL block) {
+  const auto* names = static_cast<const char*>(GlobalLock(block));
+  if (names == nullptr) return "";
+  const std::size_t size = GlobalSize(block);
+  DEVNAMES head{};
+  if (size >= sizeof head) std::memcpy(&head, names, sizeof head);
+  const std::size_t offset = head.wDeviceOffset;
+  std::string device = offset >= sizeof head && offset < size
+                           ? std::string(names + offset, strnlen(names + offset, size - offset))
+                           : "";
+  GlobalUnlock(block);
+  return device;
+}
+
+bool ReadMode(HGLOBAL block, DEVMODEA& mode) {
+  const void* given = GlobalLock(block);
+  if (given == nullptr) return false;
+  const bool whole = GlobalSize(block) >= sizeof mode;
+  if (whole) std::memcpy(&mode, given, sizeof mode);
+  GlobalUnlock(block);
+  return whole;
+}
+
+/// Fills the record for a printer. output: the file printed to, or empty.
+BOOL Answer(PRINTDLGA& dialog, const PrintQueue& queue, const std::string& output, const DEVMODEA& mode) {
+  const std::string port = output.empty() ? queue.port : output;
+  if (!PutBlock(dialog.hDevMode, &mode, sizeof mode) || !PutNames(dialog.hDevNames, queue, port))
+    return Fail(CDERR_MEMALLOCFAILURE);
+  if ((dialog.Flags & (PD_RETURNDC | PD_RETURNIC)) == 0) return TRUE;
+  dialog.hDC = platform::CreatePrinterDC(queue, output, &mode);
+  return dialog.hDC == nullptr ? Fail(PDERR_CREATEICFAILURE) : TRUE;
+}
+
+BOOL AnswerDefault(PRINTDLGA& dialog) {
+  if (dialog.hDevMode != nullptr || dialog.hDevNames != nullptr) return Fail(PDERR_RETDEFFAILURE);
+  const auto queue = platform::DefaultQueue();
+  if (!queue) return Fail(PDERR_NODEFAULTPRN);
+  return Answer(dialog, *queue, "", platform::DevModeOf(*queue));
+}
+
+/// What is wrong with the record's template and hook; 0 if nothing is.
+DWORD FaultOf(const PRINTDLGA& dialog) {
+  if ((dialog.Flags & PD_PRINTSETUP) != 0) return CDERR_INITIALIZATION;
+  if ((dialog.Flags & PD_ENABLEPRINTHOOK) != 0 && dialog.lpfnPrintHook == nullptr) return CDERR_NOHOOK;
+  if ((dialog.Flags & PD_ENABLEPRINTTEMPLATE) == 0 || dialog.lpPrintTemplateName == nullptr)
+    return CDERR_NOTEMPLATE;
+  if (dialog.hInstance == nullptr) return CDERR_NOHINSTANCE;
+  const auto* resource = platform::FindDialogResource(dialog.hInstance, dialog.lpPrintTemplateName);
+  return resource == nullptr ? CDERR_FINDRESFAILURE : 0U;
+}
+
+PrintChoice ChoiceOf(const PRINTDLGA& dialog) {
+  PrintChoice choice;
+  PrintDialogRequest& request = choice.request;
+  choice.queues = platform::CurrentPrintService().Queues().value_or(std::vector<PrintQueue>{});
+  for (const PrintQueue& queue : choice.queues) {
+    request.printers.push_back(queue.name);
+    if (request.printer.empty() || queue.isDefault) request.printer = queue.name;
+  }
+  const std::string device = DeviceOf(dialog.hDevNames);
+  for (const PrintQueue& queue : choice.queues)
+    if (queue.name == device) request.printer = device;
+  choice.mode = platform::DevModeOf(platform::ChosenQueue(choice));
+  DEVMODEA given{};
+  if (ReadMode(dialog.hDevMode, given)) {
+    if (device == request.printer) choice.mode = given;
+    request.landscape = (given.dmFields & DM_ORIENTATION) != 0 && given.dmOrientation == DMORIENT_LANDSCAPE;
+    choice.mode.dmOrientation = request.landscape ? DMORIENT_LANDSCAPE : DMORIENT_PORTRAIT;
+  }
+  choice.minPage = dialog.nMinPage;
+  choice.maxPage = dialog.nMaxPage;
+  choice.mayPages = (dialog.Flags & PD_NOPAGENUMS) == 0;
+  choice.maySelection = (dialog.Flags & PD_NOSELECTION) == 0;
+  choice.mayFile =
+      (dialog.Flags & (PD_DISABLEPRINTTOFILE | PD_HIDEPRINTTOFILE)) == 0 || choice.queues.empty();
+  if ((dialog.Flags & PD_PAGENUMS) != 0 && choice.mayPages) request.range = Range::Pages;
+  if ((dialog.Flags & PD_SELECTION) != 0 && choice.maySelection) request.range = Range::Selection;
+  request.fromPage = dialog.nFromPage;
+  request.toPage = dialog.nToPage;
+  request.copies = std::max<int>(dialog.nCopies, 1);
+  request.collate = (dialog.Flags & PD_COLLATE) != 0;
+  return choice;
+}
+
+bool AskSeam(PrintChoice& choice) {
+  PrintDialogRequest& request = choice.request;
+  const std::string proposed = request.printer;
+  const bool given = g_answer(request);
+  if (request.printer != proposed) ChoosePrinter(choice, request.printer);
+  choice.mode.dmOrientation = request.landscape ? DMORIENT_LANDSCAPE : DMORIENT_PORTRAIT;
+  platform::PrintField field{};
+  return given && RefusalOf(choice, field).empty();
+}
+
+void PutRange(PRINTDLGA& dialog, const PrintChoice& choice) {
+  const PrintDialogRequest& request = choice.request;
+  const auto set = [&](DWORD flag, bool on) {
+    dialog.Flags = on ? dialog.Flags | flag : dialog.Flags & ~flag;
+  };
+  set(PD_PAGENUMS, request.range == Range::Pages);
+  set(PD_SELECTION, request.range == Range::Selection);
+  set(PD_COLLATE, request.collate);
+  set(PD_PRINTTOFILE, !request.file.empty());
+  dialog.nCopies = static_cast<WORD>(request.copies);
+  if (!choice.mayPages) return;
+  // Programs that look at the numbers alone get the whole document where it was chosen.
+  const bool pages = request.range == Range::Pages;
+  dialog.nFromPage = static_cast<WORD>(pages ? request.fromPage : choice.minPage);
+  dialog.nToPage = static_cast<WORD>(pages ? request.toPage : choice.maxPage);
+}
+
+}  // namespace
+
+void platform::testing::SetPrintDialogAnswer(PrintDialogAnswer answer) {
+  g_answer = answer;
+}
+
+BOOL PrintDlgA(PRINTDLGA* dialog) {
+  g_error = 0;
+  if (dialog == nullptr) return Fail(CDERR_INITIALIZATION);
+  if (dialog->lStructSize != sizeof *dialog) return Fail(CDERR_STRUCTSIZE);
+  dialog->hDC = nullptr;
+  if ((dialog->Flags & PD_RETURNDEFAULT) != 0) return AnswerDefault(*dialog);
+  if (const DWORD fault = FaultOf(*dialog); fault != 0) return Fail(fault);
+  PrintChoice choice = ChoiceOf(*dialog);
+  if (!(g_answer != nullptr ? AskSeam(choice) : platform::AskPrintChoice(*dialog, choice))) return FALSE;
+  PutRange(*dialog, choice);
+  return Answer(*dialog, platform::ChosenQueue(choice), choice.request.file, choice.mode);
+}
+
+DWORD CommDlgExtendedError() {
+  return g_error;
+}
+
+CPrintDialog::CPrintDialog(BOOL printSetupOnly, DWORD flags, CWnd* parent) {
+  m_pParentWnd = parent;
+  m_pd.lStructSize = sizeof m_pd;
+  m_pd.Flags = flags & ~static_cast<DWORD>(PD_RETURNIC);
+  m_pd.Flags |= printSetupOnly != 0 ? PD_PRINTSETUP : PD_RETURNDC;
+}
+
+int CPrintDialog::DoModal() {
+  m_pd.hwndOwner = ModalOwner(m_pParentWnd);
+  return PrintDlgA(&m_pd) != 0 ? IDOK : IDCANCEL;
+}
+
+BOOL CPrintDialog::GetDefaults() {
+  m_pd.Flags |= PD_RETURNDEFAULT;
+  return PrintDlgA(&m_pd);
+}
+
+CString CPrintDialog::GetDeviceName() const {
+  return DeviceOf(m_pd.hDevNames).c_str();
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/spooler/job_internal.h"
+
+namespace platform {
+
+/// What stands behind a printing device context.
+struct PrinterDc {
+  PrintQueue queue;
+  std::string output;  ///< the file that is printed to; empty: the queue
+  Sheet sheet;
+  ABORTPROC abortProcedure = nullptr;
+  bool asking = false;  ///< the abort procedure runs
+  std::unique_ptr<Job> job;
+  int failure = 0;  ///< SP_... that ended the document; 0: none did
+};
+
+/// Null for any other or dead device context. Shared, since an abort procedure may delete it while it is
+/// used.
+std::shared_ptr<PrinterDc> FindPrinterDc(HDC dc);
+/// A device context for a queue, or for a file if output isn't empty.
+HDC CreatePrinterDC(const PrintQueue& queue, const std::string& output, const DEVMODEA* mode);
+
+}  // namespace platform

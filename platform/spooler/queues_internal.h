@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/base/export.h"
+#include "platform/base/types.h"
+
+namespace platform {
+
+class SpoolFile;
+
+/// A kind of paper, lying upright. Hundredths of a millimetre.
+struct Paper {
+  std::string name;  ///< the print service's
+  int width = 21000;
+  int length = 29700;
+  int left = 0;  ///< what of it can't be printed on
+  int top = 0;
+  int right = 0;
+  int bottom = 0;
+};
+
+/// A queue of the print service.
+struct PrintQueue {
+  std::string name;
+  std::string comment;
+  std::string location;
+  std::string model;
+  std::string port;
+  bool isDefault = false;
+  bool accepting = true;
+  DWORD status = 0;  ///< PRINTER_STATUS_...
+  int dpiX = 300;
+  int dpiY = 300;
+  std::vector<Paper> papers;  ///< the queue's own first; never empty
+};
+
+/// A finished document for a queue.
+struct PrintJob {
+  SpoolFile& file;
+  std::string title;
+  Paper paper;
+  /// Asked while the document is sent; false: stop.
+  std::function<bool()> goOn;
+};
+
+/// The desktop's print service, or what stands in for it.
+class PrintService {
+ public:
+  PrintService() = default;
+  PrintService(const PrintService&) = delete;
+  PrintService& operator=(const PrintService&) = delete;
+  virtual ~PrintService() = default;
+
+  /// None if the service can't be reached.
+  virtual std::optional<std::vector<PrintQueue>> Queues() = 0;
+  /// Above 0, or SP_... and the queue holds nothing of the job.
+  virtual int Send(const std::string& queue, const PrintJob& job) = 0;
+};
+
+PLATFORM_API PrintService& CurrentPrintService();
+/// A queue by its exact name.
+PLATFORM_API std::optional<PrintQueue> FindQueue(const std::string& name);
+std::optional<PrintQueue> DefaultQueue();
+
+/// The print service of this system; without one, a service that can't be reached.
+PrintService& SystemPrintService();
+
+}  // namespace platform
