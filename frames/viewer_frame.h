@@ -113,6 +113,13 @@ class CViewerFrame : public Base, public CImageWindowFrame {
   void OnUpdateGotoPage(CCmdUI* ui);
   void OnUpdatePageProperties(CCmdUI* ui);
 
+  // Printing (detail/viewer_frame_print.h)
+
+  void OnFilePrint();
+  void OnPagePrint();
+  void OnUpdateFilePrint(CCmdUI* ui);
+  void OnUpdatePagePrint(CCmdUI* ui);
+
   // Zoom, rotation, mouse modes (detail/viewer_frame_zoom.h)
 
   /// Has the scale written to the user's settings once no further call has come for a second.

@@ -2,6 +2,7 @@
 
 #include "frames/detail/viewer_frame_open.h"
 #include "frames/detail/viewer_frame_pages.h"
+#include "frames/detail/viewer_frame_print.h"
 #include "frames/detail/viewer_frame_shell.h"
 #include "frames/detail/viewer_frame_zoom.h"
 
@@ -13,6 +14,10 @@ ON_WM_CLOSE()
 ON_WM_SETFOCUS()
 ON_WM_TIMER()
 ON_COMMAND(ID_APP_EXIT, OnAppExit)
+ON_COMMAND(ID_FILE_PRINT, OnFilePrint)
+ON_UPDATE_COMMAND_UI(ID_FILE_PRINT, OnUpdateFilePrint)
+ON_COMMAND(ID_ZP_PAGE_PRINT, OnPagePrint)
+ON_UPDATE_COMMAND_UI(ID_ZP_PAGE_PRINT, OnUpdatePagePrint)
 ON_COMMAND(ID_ZP_FILE_EXPORT, OnFileExport)
 ON_UPDATE_COMMAND_UI(ID_ZP_FILE_EXPORT, OnUpdateFileExport)
 ON_COMMAND(ID_ZP_VIEW_THUMBNAILS, OnViewThumbnails)
