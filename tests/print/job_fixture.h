@@ -93,12 +93,33 @@ class PrintJobTest : public PrintTest {
   static constexpr int kNothing = 1000;
   static constexpr int kServiceFailed = 1001;
 
+  /// A whole sheet, a pixel for each dot, without smoothing: the brightness of each.
+  std::vector<std::uint8_t> RenderSheet(const std::string& pdf, int page, SIZE& size) const {
+    const std::string prefix = (m_folder / "sheet").string();
+    const std::string number = std::to_string(page);
+    EXPECT_EQ(Output("pdftoppm -gray -singlefile -aa no -aaVector no -r " + std::to_string(kDpi) + " -f " +
+                     number + " -l " + number + " " + pdf + " " + prefix),
+              "");
+    std::istringstream file(Read(prefix + ".pgm"));
+    std::string magic;
+    int most = 0;
+    file >> magic >> size.cx >> size.cy >> most;
+    EXPECT_EQ(magic, "P5") << pdf;
+    file.get();
+    std::vector<std::uint8_t> grey(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy));
+    file.read(reinterpret_cast<char*>(grey.data()), static_cast<std::streamsize>(grey.size()));
+    return grey;
+  }
+
   Printed Look(const std::string& pdf, int page = 1) const {
-    const Picture picture = Render(pdf, page, kDpi);
-    Printed printed{{picture.width, picture.height}, {picture.width, picture.height, 0, 0}};
-    for (int y = 0; y < picture.height; ++y)
-      for (int x = 0; x < picture.width; ++x) {
-        if (*picture.At(x, y) > 127) continue;
+    SIZE size{};
+    const std::vector<std::uint8_t> grey = RenderSheet(pdf, page, size);
+    Printed printed{size, {size.cx, size.cy, 0, 0}};
+    for (int y = 0; y < size.cy; ++y)
+      for (int x = 0; x < size.cx; ++x) {
+        if (grey[static_cast<std::size_t>(y) * static_cast<std::size_t>(size.cx) +
+                 static_cast<std::size_t>(x)] > 127)
+          continue;
         printed.dark.left = std::min(printed.dark.left, x);
         printed.dark.right = std::max(printed.dark.right, x + 1);
         printed.dark.top = std::min(printed.dark.top, y);
