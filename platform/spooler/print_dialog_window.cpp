@@ -206,7 +206,7 @@ void PrintWindow::OnOK() {
   request.copies = Number(kCopies);
   request.collate = IsChecked(kCollate);
   const bool toFile = IsChecked(kToFile);
-  request.file = toFile ? "?" : "";  // not asked yet
+  request.file.assign(toFile ? 1U : 0U, '?');  // its name isn't asked yet
   PrintField field = PrintField::None;
   const std::string refusal = RefusalOf(m_choice, field);
   if (!refusal.empty()) {

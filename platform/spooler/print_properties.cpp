@@ -1,3 +1,5 @@
+#include <array>
+
 #include "platform/framework/dialog.h"
 #include "platform/framework/extension.h"
 #include "platform/resources/resources.h"
@@ -14,17 +16,18 @@ enum : int { kPapers = 1136, kUpright = 1058, kLying = 1059 };
 using Kind = DialogItem::Kind;
 constexpr const char* kName = "PRINT_PROPERTIES";
 
-constexpr DialogItem kItems[] = {
-    {Kind::Static, "&Formato carta:", -1, 8, 10, 52, 8},
-    {Kind::ComboBox, "", kPapers, 64, 8, 128, 120, WS_GROUP | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST},
-    {Kind::GroupBox, "Orientamento", -1, 8, 26, 184, 42, WS_GROUP},
-    {Kind::RadioButton, "&Verticale", kUpright, 16, 38, 80, 10, WS_GROUP | WS_TABSTOP},
-    {Kind::RadioButton, "&Orizzontale", kLying, 16, 52, 80, 10, WS_TABSTOP},
-    {Kind::DefaultPushButton, "OK", IDOK, 88, 76, 50, 14, WS_GROUP | WS_TABSTOP},
-    {Kind::PushButton, "Annulla", IDCANCEL, 142, 76, 50, 14, WS_TABSTOP},
+constexpr std::array kItems = {
+    DialogItem{Kind::Static, "&Formato carta:", -1, 8, 10, 52, 8},
+    DialogItem{Kind::ComboBox, "", kPapers, 64, 8, 128, 120,
+               WS_GROUP | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST},
+    DialogItem{Kind::GroupBox, "Orientamento", -1, 8, 26, 184, 42, WS_GROUP},
+    DialogItem{Kind::RadioButton, "&Verticale", kUpright, 16, 38, 80, 10, WS_GROUP | WS_TABSTOP},
+    DialogItem{Kind::RadioButton, "&Orizzontale", kLying, 16, 52, 80, 10, WS_TABSTOP},
+    DialogItem{Kind::DefaultPushButton, "OK", IDOK, 88, 76, 50, 14, WS_GROUP | WS_TABSTOP},
+    DialogItem{Kind::PushButton, "Annulla", IDCANCEL, 142, 76, 50, 14, WS_TABSTOP},
 };
-constexpr DialogResource kDialogs[] = {{0, kName, "Proprietà della stampante", 200, 98,
-                                        WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME, kItems}};
+constexpr std::array kDialogs = {DialogResource{0, kName, "Proprietà della stampante", 200, 98,
+                                                WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME, kItems}};
 
 /// Templates are found with the linked libraries; this layer's own stand under a module of its own.
 void LinkTemplate() {
