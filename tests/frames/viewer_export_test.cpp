@@ -55,7 +55,9 @@ TEST_F(ViewerExport, WritesUnderTheNameWithItsExtension) {
     const std::vector<char> bytes = ReadAll(In(c.written));
     ASSERT_GE(bytes.size(), 2U) << c.name;
     EXPECT_EQ(std::string(bytes.data(), 2), c.magic) << c.name;
-    if (std::string(c.name) != c.written) EXPECT_FALSE(std::filesystem::exists(In(c.name))) << c.name;
+    if (std::string(c.name) != c.written) {
+      EXPECT_FALSE(std::filesystem::exists(In(c.name))) << c.name;
+    }
     EXPECT_EQ(Questions(), 0) << c.name;
     EXPECT_EQ(MessagePane(), "Pronto") << c.name;
   }

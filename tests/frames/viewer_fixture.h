@@ -14,6 +14,7 @@
 #include "frames/image_frame.h"
 #include "imaging/ltwrap.h"
 #include "library/resource_ids.h"
+#include "platform/framework/dialog.h"
 #include "platform/framework/menu.h"
 #include "platform/framework/message_box.h"
 #include "platform/testing.h"
@@ -43,6 +44,10 @@ struct Boxes {
     return answer;
   }
 };
+
+inline void EndDialog(HWND dialog, int result) {
+  static_cast<CDialog*>(CWnd::FromHandlePermanent(dialog))->EndDialog(result);
+}
 
 /// A fresh user and a folder of its own; message boxes are written down.
 class ViewerFolder : public testing::Test {

@@ -76,7 +76,9 @@ TEST_F(ViewerStates, FollowWhatIsOpen) {
     OpenMenus(::GetMenu(frame->m_hWnd));
     for (const State& state : kStates) {
       EXPECT_EQ(Item(state.id), state.*column) << what << " " << state.id;
-      if (state.button) EXPECT_EQ(Button(state.id), state.*column) << what << " button " << state.id;
+      if (state.button) {
+        EXPECT_EQ(Button(state.id), state.*column) << what << " button " << state.id;
+      }
     }
     const char* popup = column == &State::none ? "-" : "+";
     EXPECT_EQ(Popup({3}), popup) << what << ": Zoom";
