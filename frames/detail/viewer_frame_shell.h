@@ -192,6 +192,9 @@ void CViewerFrame<Base>::EnablePane(UINT pane, bool enable) {
 
 template <typename Base>
 void CViewerFrame<Base>::Clear() {
+  // A combo that loses the keyboard writes page or scale once more, so it has to lose it before it is
+  // emptied.
+  if (::IsChild(m_wndToolBar.m_hWnd, ::GetFocus()) != FALSE) m_pImageWnd->SetFocus();
   EnablePane(ID_ZP_INDICATOR_ZOOM, false);
   EnablePane(ID_ZP_INDICATOR_PAGE, false);
   ShowMessage(AFX_IDS_IDLEMESSAGE);
