@@ -41,6 +41,8 @@ class ModalViewer : public ViewerFolder {
   }
   void TearDown() override {
     if (host != nullptr) host->DestroyWindow();
+    MSG quit;
+    PeekMessage(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
     ViewerFolder::TearDown();
   }
   static CImageFrame* FrameOf(HWND window) { return static_cast<CImageFrame*>(CWnd::FromHandle(window)); }

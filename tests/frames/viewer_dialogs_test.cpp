@@ -152,7 +152,7 @@ TEST_F(ViewerDialogs, CustomZoom) {
                         {"x12y", VK_RETURN, 12, false},
                         {"60", -1, 150, false},
                         {"60", VK_ESCAPE, 150, false},
-                        {"1", 0, 7, false},
+                        {"1", 0, 6, false},
                         {"1000%", 0, 1000, false}};
   for (const Case& c : cases) {
     Open(1);

@@ -82,9 +82,9 @@ TEST_F(Thumbs, SelectionIsOfOneItemAlone) {
     wanted[static_cast<std::size_t>(page - 1)] = '1';
     EXPECT_EQ(Selection(), wanted);
   }
-  const int top = LEADTOOLS::ImgListGetPage(strip->m_hWnd);
+  EXPECT_EQ(LEADTOOLS::ImgListGetPage(strip->m_hWnd), 1) << "the first screenful";
   strip->SetSel(9);
-  EXPECT_GT(LEADTOOLS::ImgListGetPage(strip->m_hWnd), top) << "brought into view";
+  EXPECT_NE(LEADTOOLS::ImgListGetPage(strip->m_hWnd), 1) << "brought into view";
   for (const int page : {0, -1, 10}) {
     strip->SetSel(page);
     EXPECT_EQ(Selection(), "000000001") << page << ": no such page";
