@@ -55,7 +55,7 @@ class CViewerFrame : public Base, public CImageWindowFrame {
   CSplitter m_wndSplitter;
 
  protected:
-  ~CViewerFrame() override = default;
+  ~CViewerFrame() override;
 
   // Shell (detail/viewer_frame_shell.h)
 

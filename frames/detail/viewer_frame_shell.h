@@ -67,6 +67,13 @@ inline LOGFONT ComboFont() {
 }  // namespace viewer_shell
 
 template <typename Base>
+CViewerFrame<Base>::~CViewerFrame() {
+  // Still there if the window ended otherwise than by being closed.
+  delete m_pImageWnd;
+  delete m_pThumbsWnd;
+}
+
+template <typename Base>
 BOOL CViewerFrame<Base>::PreCreateWindow(CREATESTRUCT& cs) {
   if (Base::PreCreateWindow(cs) == FALSE) return FALSE;
   cs.dwExStyle &= ~static_cast<DWORD>(WS_EX_CLIENTEDGE);
@@ -156,10 +163,10 @@ template <typename Base>
 BOOL CViewerFrame<Base>::OnCreateClient(LPCREATESTRUCT, CCreateContext* context) {
   using viewer_shell::kPaneSize;
   if (m_wndSplitter.CreateStatic(this, 1, 2, WS_CHILD | WS_VISIBLE, AFX_IDW_PANE_FIRST) == FALSE ||
-      m_wndSplitter.CreateView(0, 0, RUNTIME_CLASS(CThumbsWindow), kPaneSize, context) == FALSE ||
-      m_wndSplitter.CreateView(0, 1, RUNTIME_CLASS(CImageWindow), kPaneSize, context) == FALSE)
+      m_wndSplitter.CreateView(0, 0, RUNTIME_CLASS(CThumbsWindow), kPaneSize, context) == FALSE)
     return FALSE;
   m_pThumbsWnd = static_cast<CThumbsWindow*>(m_wndSplitter.GetPane(0, 0));
+  if (m_wndSplitter.CreateView(0, 1, RUNTIME_CLASS(CImageWindow), kPaneSize, context) == FALSE) return FALSE;
   m_pImageWnd = static_cast<CImageWindow*>(m_wndSplitter.GetPane(0, 1));
   if (m_bThumbsVisible == FALSE) m_wndSplitter.HideColumn(0);
   return TRUE;
