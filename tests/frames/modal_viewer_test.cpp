@@ -146,7 +146,6 @@ TEST_F(ModalViewer, StandsInAnother) {
     outer = viewer;
     host->steps.push_back(kClose);  // of the outer one, after the inner one's end
     // The inner one's owner is the outer frame, which has no steps: it closes itself.
-    std::vector<char> block = ReadAll(path);
     PostQuitMessage(0);
     inner = CImageFrame::DoModalViewer(FrameOf(viewer), path.c_str(), "Il visore dentro");
     MSG message;

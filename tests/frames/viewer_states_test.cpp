@@ -100,10 +100,6 @@ TEST_F(ViewerStates, FollowWhatIsOpen) {
 
 TEST_F(ViewerStates, ChecksFollowTheModes) {
   Open(1);
-  struct Case {
-    UINT command;
-    UINT checked;
-  };
   for (const UINT mode : {ID_ZP_ZOOM_IN_MODE, ID_ZP_ZOOM_OUT_MODE, ID_ZP_DRAG_MODE}) {
     Command(mode);
     OpenMenus(::GetMenu(frame->m_hWnd));

@@ -121,8 +121,6 @@ TEST_F(ViewerThumbs, TheColumnComesBackAsWideAsItWas) {
   CRect before;
   frame->m_pThumbsWnd->GetWindowRect(before);
   EXPECT_GE(before.Width(), 120);
-  platform::testing::SaveWindowPicture(frame->m_hWnd,
-                                       (std::filesystem::temp_directory_path() / "ft_viewer.png").c_str());
   Toggle();
   CRect whole;
   frame->m_pImageWnd->GetWindowRect(whole);
