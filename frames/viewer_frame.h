@@ -62,7 +62,7 @@ class CViewerFrame : public Base, public CImageWindowFrame {
   CSplitter m_wndSplitter;
 
  protected:
-  ~CViewerFrame() override { DestroyMenu(m_hOwnMenu); }
+  ~CViewerFrame() override;
 
   // Shell (detail/viewer_frame_shell.h)
 

@@ -66,6 +66,8 @@ namespace platform::testing {
 /// back.
 using MessageBoxAnswer = int (*)(const CString& text, UINT type);
 PLATFORM_API void SetMessageBoxAnswer(MessageBoxAnswer answer);
+/// Of the box that was answered last.
+PLATFORM_API CString LastMessageBoxTitle();
 
 /// Takes the place of file dialogs: changes path and filter index and returns true, or false to give up. The
 /// path is looked at as a typed one, with the same questions; what the dialog would refuse counts as given

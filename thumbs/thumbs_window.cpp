@@ -142,7 +142,8 @@ void CThumbsWindow::Select(unsigned index, bool selected) {
 
 void CThumbsWindow::SetSel(int page) {
   if (m_pBitmapList == nullptr) return;
-  const unsigned count = Count();
+  // The items count, not the pictures: a failure may have left pictures without items.
+  const auto count = static_cast<unsigned>(LEADTOOLS::ImgListGetItemCount(m_hWnd));
   const auto chosen = static_cast<unsigned>(page - 1);
   if (chosen >= count) return;
   for (unsigned i = 0; i < count; ++i) Select(i, false);

@@ -67,6 +67,14 @@ inline LOGFONT ComboFont() {
 }  // namespace viewer_shell
 
 template <typename Base>
+CViewerFrame<Base>::~CViewerFrame() {
+  // Still there if the window ended otherwise than by being closed.
+  delete m_pImageWnd;
+  delete m_pThumbsWnd;
+  DestroyMenu(m_hOwnMenu);
+}
+
+template <typename Base>
 BOOL CViewerFrame<Base>::PreCreateWindow(CREATESTRUCT& cs) {
   if (Base::PreCreateWindow(cs) == FALSE) return FALSE;
   cs.dwExStyle &= ~static_cast<DWORD>(WS_EX_CLIENTEDGE);
@@ -157,10 +165,10 @@ template <typename Base>
 BOOL CViewerFrame<Base>::OnCreateClient(LPCREATESTRUCT, CCreateContext* context) {
   using viewer_shell::kPaneSize;
   if (m_wndSplitter.CreateStatic(this, 1, 2, WS_CHILD | WS_VISIBLE, AFX_IDW_PANE_FIRST) == FALSE ||
-      m_wndSplitter.CreateView(0, 0, RUNTIME_CLASS(CThumbsWindow), kPaneSize, context) == FALSE ||
-      m_wndSplitter.CreateView(0, 1, RUNTIME_CLASS(CImageWindow), kPaneSize, context) == FALSE)
+      m_wndSplitter.CreateView(0, 0, RUNTIME_CLASS(CThumbsWindow), kPaneSize, context) == FALSE)
     return FALSE;
   m_pThumbsWnd = static_cast<CThumbsWindow*>(m_wndSplitter.GetPane(0, 0));
+  if (m_wndSplitter.CreateView(0, 1, RUNTIME_CLASS(CImageWindow), kPaneSize, context) == FALSE) return FALSE;
   m_pImageWnd = static_cast<CImageWindow*>(m_wndSplitter.GetPane(0, 1));
   if (m_bThumbsVisible == FALSE) m_wndSplitter.HideColumn(0);
   return TRUE;
@@ -193,6 +201,9 @@ void CViewerFrame<Base>::EnablePane(UINT pane, bool enable) {
 
 template <typename Base>
 void CViewerFrame<Base>::Clear() {
+  // A combo that loses the keyboard writes page or scale once more, so it has to lose it before it is
+  // emptied.
+  if (::IsChild(m_wndToolBar.m_hWnd, ::GetFocus()) != FALSE) m_pImageWnd->SetFocus();
   EnablePane(ID_ZP_INDICATOR_ZOOM, false);
   EnablePane(ID_ZP_INDICATOR_PAGE, false);
   ShowMessage(AFX_IDS_IDLEMESSAGE);

@@ -215,6 +215,7 @@ LRESULT CFrameWnd::OnPopMessageString(WPARAM id, LPARAM text) {
 void CFrameWnd::OnIdleUpdateCmdUI() {
   if (m_layoutDelayed) RecalcLayout();
   if (m_nIDTracking != m_nIDLastMessage) SetMessageText(m_nIDTracking);
+  UpdateMenuBar();
 }
 
 LRESULT CFrameWnd::OnIdleUpdate(WPARAM, LPARAM) {

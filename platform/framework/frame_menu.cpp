@@ -60,6 +60,23 @@ void CFrameWnd::OnInitMenuPopup(CMenu* menu, UINT, BOOL systemMenu) {
   }
 }
 
+void CFrameWnd::UpdateMenuBar() {
+  // Nothing opens the bar itself, so its sub-menus are asked about whenever there is nothing else to do.
+  CMenu* bar = GetMenu();
+  if (bar == nullptr) return;
+  CCmdUI state;
+  state.m_pMenu = bar;
+  state.m_nIndexMax = static_cast<UINT>(bar->GetMenuItemCount());
+  bool changed = false;
+  for (; state.m_nIndex < state.m_nIndexMax; ++state.m_nIndex) {
+    if (!NameItem(state) || state.m_pSubMenu == nullptr) continue;
+    const UINT former = bar->GetMenuState(state.m_nIndex, MF_BYPOSITION);
+    state.DoUpdate(this, FALSE);
+    changed = changed || bar->GetMenuState(state.m_nIndex, MF_BYPOSITION) != former;
+  }
+  if (changed) ::DrawMenuBar(m_hWnd);
+}
+
 void CFrameWnd::OnMenuSelect(UINT item, UINT flags, HMENU menu) {
   const bool closed = flags == 0xffff && menu == nullptr;
   const bool command = !closed && (flags & (MF_POPUP | MF_SEPARATOR)) == 0;

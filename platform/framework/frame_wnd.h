@@ -80,7 +80,7 @@ class PLATFORM_API CFrameWnd : public CWnd {
   void SetMessageText(UINT id);
   /// The prompt of a command: its string up to the line end.
   virtual void GetMessageString(UINT id, CString& message) const;
-  /// What idle time does for a frame: a delayed layout and the prompt that is wanted.
+  /// What idle time does for a frame: a delayed layout, the prompt that is wanted, the look of the menu bar.
   void OnIdleUpdateCmdUI();
   /// Turns the bar with the command's number on or off. FALSE if there is none.
   BOOL OnBarCheck(UINT id);
@@ -110,6 +110,9 @@ class PLATFORM_API CFrameWnd : public CWnd {
   std::vector<CControlBar*> m_controlBars;
 
  private:
+  /// Greys the sub-menus of the menu bar that have nothing to offer.
+  void UpdateMenuBar();
+
   bool m_layoutDelayed = false;
 
   DECLARE_MESSAGE_MAP()

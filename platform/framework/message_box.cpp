@@ -9,14 +9,26 @@ namespace {
 
 platform::testing::MessageBoxAnswer g_answer = nullptr;
 
+CString& LastTitle() {
+  static CString title;
+  return title;
+}
+
 }  // namespace
 
 void platform::testing::SetMessageBoxAnswer(MessageBoxAnswer answer) {
   g_answer = answer;
 }
 
+CString platform::testing::LastMessageBoxTitle() {
+  return LastTitle();
+}
+
 int AfxMessageBox(LPCTSTR text, UINT type, UINT helpId) {
-  if (g_answer != nullptr) return g_answer(CString(text), type);
+  if (g_answer != nullptr) {
+    LastTitle() = AfxGetAppName();
+    return g_answer(CString(text), type);
+  }
   CWinApp* app = AfxGetApp();
   return app == nullptr ? platform::ShowMessageBox(AfxGetAppName(), text == nullptr ? "" : text, type)
                         : app->DoMessageBox(text == nullptr ? "" : text, type, helpId);
@@ -29,7 +41,10 @@ int AfxMessageBox(UINT stringId, UINT type, UINT helpId) {
 }
 
 int CWnd::MessageBox(LPCTSTR text, LPCTSTR caption, UINT type) {
-  if (g_answer != nullptr) return g_answer(CString(text), type);
+  if (g_answer != nullptr) {
+    LastTitle() = caption == nullptr ? AfxGetAppName() : caption;
+    return g_answer(CString(text), type);
+  }
   return platform::ShowMessageBox(caption == nullptr ? AfxGetAppName() : caption, text == nullptr ? "" : text,
                                   type);
 }
