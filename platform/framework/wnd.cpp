@@ -57,6 +57,7 @@ BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR title, DWORD style
 BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR title, DWORD style, int x, int y, int width,
                     int height, HWND parent, HMENU menuOrId, LPVOID params) {
   if (m_hWnd != nullptr) return FALSE;
+  AfxGetThread();  // through it windows see messages before dispatch, in a host's own loop too
   CREATESTRUCT cs = {params, nullptr, menuOrId, parent, height,    width,
                      y,      x,       style,    title,  className, exStyle};
   if (PreCreateWindow(cs) == 0) {

@@ -38,7 +38,7 @@ void SetHeight(QFont& font, int height) {
 
 // The classic dialog font stands for one pinned family, so that dialogs measure the same on every machine.
 QString FamilyOf(const char* face) {
-  const QString name = QString::fromUtf8(face);
+  QString name = QString::fromUtf8(face);
   if (name.compare(u"MS Sans Serif", Qt::CaseInsensitive) != 0 &&
       name.compare(u"MS Shell Dlg", Qt::CaseInsensitive) != 0)
     return name;

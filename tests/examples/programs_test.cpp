@@ -53,7 +53,8 @@ class Programs : public ::testing::Test {
   }
   Outcome Screenshot(const std::string& file, const std::string& options,
                      const std::string& environment = "") const {
-    return Run(environment + " " PAGE_WINDOW " '" + file + "' --screenshot " + picture.string() + " " + options);
+    return Run(environment + " " PAGE_WINDOW " '" + file + "' --screenshot " + picture.string() + " " +
+               options);
   }
   Picture Load() const {
     png_image image{};

@@ -4,9 +4,8 @@
 
 #include "library/library_entry.h"
 #include "library/resource_ids.h"
-#include "platform/framework/frame_wnd.h"
-#include "platform/framework/frame_wnd.h"
 #include "platform/base/string.h"
+#include "platform/framework/frame_wnd.h"
 #include "platform/resources/resources.h"
 
 namespace {
