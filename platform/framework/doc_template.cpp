@@ -158,7 +158,8 @@ BOOL CDocTemplate::SaveAllModified() {
 }
 
 void CDocTemplate::CloseAllDocuments(BOOL) {
-  POSITION position = GetFirstDocPosition();
-  while (position != nullptr)
-    if (CDocument* document = GetNextDoc(position)) document->OnCloseDocument();
+  // The end of one may be the end of others, whose frames show both.
+  const std::list<CDocument*> open = m_documents;
+  for (CDocument* document : open)
+    if (Has(document)) document->OnCloseDocument();
 }

@@ -1,6 +1,7 @@
 // A frame and what it shows: its views and their document.
 
 #include <utility>
+#include <vector>
 
 #include "platform/framework/app.h"
 #include "platform/framework/document.h"
@@ -9,16 +10,19 @@
 
 namespace {
 
-/// The view that a window is or holds: along the first panes, as a splitter has the pane's own number, else
-/// the first in the order of the children.
-CView* ViewIn(HWND window) {
-  if (CView* view = DYNAMIC_DOWNCAST(CView, CWnd::FromHandlePermanent(window))) return view;
-  const HWND pane = ::GetDlgItem(window, AFX_IDW_PANE_FIRST);
-  if (pane != nullptr)
-    if (CView* view = ViewIn(pane)) return view;
+/// The first view below a window: along the first panes, as a splitter has the pane's own number, then in the
+/// order of the children, but not in another frame. A pane that is put away counts only with hidden.
+CView* ViewBelow(HWND window, bool hidden) {
+  std::vector<HWND> children = {::GetDlgItem(window, AFX_IDW_PANE_FIRST)};
   for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
-    if (child != pane)
-      if (CView* view = ViewIn(child)) return view;
+    children.push_back(child);
+  for (const HWND child : children) {
+    if (child == nullptr || (!hidden && (GetWindowLong(child, GWL_STYLE) & WS_VISIBLE) == 0)) continue;
+    CWnd* object = CWnd::FromHandlePermanent(child);
+    if (CView* view = DYNAMIC_DOWNCAST(CView, object)) return view;
+    if (DYNAMIC_DOWNCAST(CFrameWnd, object) != nullptr) continue;
+    if (CView* view = ViewBelow(child, hidden)) return view;
+  }
   return nullptr;
 }
 
@@ -66,7 +70,8 @@ BOOL CFrameWnd::GetDocumentTitle(CString& title) const {
 }
 
 CView* CFrameWnd::FindFirstView() const {
-  return ViewIn(m_hWnd);
+  CView* seen = ViewBelow(m_hWnd, false);
+  return seen != nullptr ? seen : ViewBelow(m_hWnd, true);
 }
 
 void CFrameWnd::InitialUpdateFrame(CDocument* document, BOOL makeVisible) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -32,6 +34,7 @@ enum : UINT {
 std::string g_trace;
 int g_alive = 0;          // objects of all classes below
 bool g_failPane = false;  // the second pane can't be made
+bool g_hidePane = false;  // the first pane is put away at once
 bool g_saves = false;     // documents can be saved
 int g_answer = IDCANCEL;  // to message boxes
 int g_questions = 0;
@@ -147,6 +150,7 @@ class SplitFrame : public FrameOf<CFrameWnd> {
     if (splitter.CreateStatic(this, 1, 2) == 0) return FALSE;
     if (splitter.CreateView(0, 0, RUNTIME_CLASS(View), CSize(140, 0), context) == 0) return FALSE;
     CRuntimeClass* second = g_failPane ? RUNTIME_CLASS(Doc) : RUNTIME_CLASS(View);
+    if (g_hidePane) splitter.GetPane(0, 0)->ShowWindow(SW_HIDE);
     return splitter.CreateView(0, 1, second, CSize(140, 0), context);
   }
 };
@@ -198,7 +202,7 @@ class DocView : public testing::Test {
     platform::testing::SetMessageBoxAnswer(&Answer);
     g_alive = g_questions = 0;
     g_answer = IDCANCEL;
-    g_failPane = g_saves = false;
+    g_failPane = g_hidePane = g_saves = false;
     g_trace.clear();
   }
   ~DocView() override {
@@ -481,6 +485,35 @@ TEST_F(DocView, TheKeyboardMakesAViewActive) {
   frame->splitter.DeleteView(0, 1);
   EXPECT_EQ(frame->GetActiveView(), nullptr) << "no pointer to a view that is gone";
   frame->DestroyWindow();
+}
+
+TEST_F(DocView, APaneThatIsPutAwayIsNotTheFirstToBeActive) {
+  g_hidePane = true;
+  CSingleDocTemplate split(kBare, RUNTIME_CLASS(Doc), RUNTIME_CLASS(SplitFrame), nullptr);
+  CDocument* document = split.OpenDocumentFile(nullptr);
+  ASSERT_NE(document, nullptr);
+  auto* frame = static_cast<SplitFrame*>(FirstView(document)->GetParentFrame());
+  EXPECT_EQ(frame->GetActiveView(), frame->Pane(1));
+  frame->DestroyWindow();
+}
+
+TEST_F(DocView, TheBaseOpensWhatCanBeRead) {
+  const std::string folder = testing::TempDir();
+  const std::string file = folder + "doc_view_test.bin";
+  std::ofstream(file) << "x";
+  const struct {
+    std::string path;
+    BOOL opens;
+  } cases[] = {{file, TRUE}, {folder, FALSE}, {file + ".missing", FALSE}};
+  Doc document;
+  for (const auto& c : cases) {
+    g_questions = 0;
+    document.SetModifiedFlag();
+    EXPECT_EQ(document.CDocument::OnOpenDocument(c.path.c_str()), c.opens) << c.path;
+    EXPECT_EQ(document.IsModified(), c.opens == 0) << c.path;
+    EXPECT_EQ(g_questions, c.opens == 0 ? 1 : 0) << "a failure is told";
+  }
+  std::filesystem::remove(file);
 }
 
 TEST_F(DocView, ADocumentOfItsMakerOutlivesItsViews) {
