@@ -32,6 +32,7 @@ CWinApp::CWinApp(LPCTSTR name) : m_pszAppName(name == nullptr ? "Tessarel12" : n
 }
 
 CWinApp::~CWinApp() {
+  DeleteTemplates();
   GlobalFree(m_hDevMode);
   GlobalFree(m_hDevNames);
   if (g_app == this) g_app = nullptr;

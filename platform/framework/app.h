@@ -1,14 +1,22 @@
 #pragma once
 
+#include <list>
+
 #include "platform/base/string.h"
+#include "platform/framework/position.h"
 #include "platform/framework/thread.h"
 #include "platform/spooler/print_records.h"
+
+class CDocTemplate;
+class CDocument;
 
 /// The application. A program has one object of a class derived from it.
 class PLATFORM_API CWinApp : public CWinThread {
   DECLARE_DYNAMIC(CWinApp)
  public:
   explicit CWinApp(LPCTSTR name = nullptr);
+  CWinApp(const CWinApp&) = delete;
+  CWinApp& operator=(const CWinApp&) = delete;
   ~CWinApp() override;
 
   LPCTSTR m_pszAppName;  ///< shown in the title of message boxes
@@ -24,12 +32,41 @@ class PLATFORM_API CWinApp : public CWinThread {
   /// They stay the application's. FALSE if there is no printer.
   BOOL GetPrinterDeviceDefaults(PRINTDLGA* dialog);
 
+  /// Its own handlers; without a main window the exit command has none.
+  BOOL OnCmdMsg(UINT id, int code, void* extra, void* handlerInfo) override;
+
+  // Documents (app_documents.cpp)
+
+  /// The application takes the template over and deletes it at its own end.
+  void AddDocTemplate(CDocTemplate* docTemplate);
+  POSITION GetFirstDocTemplatePosition() const;
+  CDocTemplate* GetNextDocTemplate(POSITION& position) const;
+  /// Brings the document that has the file to the front, or has the template that suits the file best open
+  /// it. Null on failure, of which the user has been told.
+  virtual CDocument* OpenDocumentFile(LPCTSTR path);
+  /// FALSE once the user wants a document to stay open.
+  virtual BOOL SaveAllModified();
+  void CloseAllDocuments(BOOL endSession);
+
+  // Handlers for a program's own map; the exit command is in the map already.
+
+  /// A new document of the first template.
+  void OnFileNew();
+  /// Asks for a file and opens it.
+  void OnFileOpen();
+  /// Closes the main window as its user does.
+  void OnAppExit();
+
  protected:
   HGLOBAL m_hDevMode = nullptr;
   HGLOBAL m_hDevNames = nullptr;
 
  private:
   int m_waitCount = 0;
+  std::list<CDocTemplate*> m_templates;
+  void DeleteTemplates();
+
+  DECLARE_MESSAGE_MAP()
 };
 
 /// What the framework knows of the running program.

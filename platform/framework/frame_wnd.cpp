@@ -1,6 +1,7 @@
 #include "platform/framework/frame_wnd.h"
 
 #include "platform/framework/app.h"
+#include "platform/framework/view.h"
 #include "platform/resources/resources.h"
 
 IMPLEMENT_DYNCREATE(CFrameWnd, CWnd)
@@ -62,26 +63,18 @@ int CFrameWnd::OnCreate(LPCREATESTRUCT cs) {
   return 0;
 }
 
-BOOL CFrameWnd::OnCreateClient(LPCREATESTRUCT, CCreateContext*) {
-  return TRUE;
-}
-
 void CFrameWnd::OnSize(UINT type, int, int) {
   Default();
   if (type != SIZE_MINIMIZED) RecalcLayout();
 }
 
 void CFrameWnd::OnSetFocus(CWnd*) {
-  CWnd* pane = GetDlgItem(AFX_IDW_PANE_FIRST);
+  CWnd* pane = m_pViewActive != nullptr ? m_pViewActive : GetDlgItem(AFX_IDW_PANE_FIRST);
   if (pane != nullptr) {
     pane->SetFocus();
   } else {
     Default();
   }
-}
-
-void CFrameWnd::OnClose() {
-  DestroyWindow();
 }
 
 BOOL CFrameWnd::OnEraseBkgnd(CDC*) {
@@ -91,6 +84,7 @@ BOOL CFrameWnd::OnEraseBkgnd(CDC*) {
 }
 
 BOOL CFrameWnd::OnCmdMsg(UINT id, int code, void* extra, void* handlerInfo) {
+  if (m_pViewActive != nullptr && m_pViewActive->OnCmdMsg(id, code, extra, handlerInfo) != 0) return TRUE;
   if (CWnd::OnCmdMsg(id, code, extra, handlerInfo) != 0) return TRUE;
   CWinApp* app = AfxGetApp();
   return app != nullptr && app->OnCmdMsg(id, code, extra, handlerInfo) != 0;
@@ -117,7 +111,10 @@ void CFrameWnd::UpdateFrameTitleForDocument(LPCTSTR document) {
       number.Format(":%d", m_nWindow);
       name += number;
     }
-    title = (GetStyle() & FWS_PREFIXTITLE) != 0 ? name + " - " + m_strTitle : m_strTitle + " - " + name;
+    if (m_strTitle.IsEmpty() != 0)
+      title = name;
+    else
+      title = (GetStyle() & FWS_PREFIXTITLE) != 0 ? name + " - " + m_strTitle : m_strTitle + " - " + name;
   }
   SetWindowText(title);
 }

@@ -16,6 +16,8 @@ enum : UINT { AFX_IDS_IDLEMESSAGE = 0xE001 };
 struct CCreateContext;
 class CCmdUI;
 class CControlBar;
+class CDocument;
+class CView;
 
 /// A main window. The object deletes itself after its window is destroyed.
 class PLATFORM_API CFrameWnd : public CWnd {
@@ -45,6 +47,21 @@ class PLATFORM_API CFrameWnd : public CWnd {
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handlerInfo) override;
   /// The frame that commands and prompts are for: with document windows inside the active one.
   virtual CFrameWnd* GetActiveFrame() { return this; }
+
+  // Document and views (frame_documents.cpp)
+
+  /// The view that commands go to first; null if there is none.
+  CView* GetActiveView() const { return m_pViewActive; }
+  /// Null: none is active. notify: the view that comes is told; the one that goes always is.
+  void SetActiveView(CView* view, BOOL notify = TRUE);
+  /// The active view's document, or null.
+  virtual CDocument* GetActiveDocument();
+  /// Makes the context's view as a child. Null on failure.
+  CWnd* CreateView(CCreateContext* context, UINT id = AFX_IDW_PANE_FIRST);
+  /// The first view becomes the active one; if the frame is to be seen, all views have their first update and
+  /// it comes to the front. document may be null.
+  void InitialUpdateFrame(CDocument* document, BOOL makeVisible);
+
   /// With the style FWS_ADDTOTITLE: title and, if asked, the document's name.
   virtual void OnUpdateFrameTitle(BOOL addToTitle);
   void UpdateFrameTitleForDocument(LPCTSTR document);
@@ -88,15 +105,16 @@ class PLATFORM_API CFrameWnd : public CWnd {
   void OnUpdateControlBarMenu(CCmdUI* item);
 
  protected:
-  /// Makes what the client area holds. FALSE: the frame isn't made.
+  /// Makes what the client area holds: the view that the context names, if any. FALSE: the frame isn't made.
   virtual BOOL OnCreateClient(LPCREATESTRUCT cs, CCreateContext* context);
   void PostNcDestroy() override { delete this; }
   /// The name of the document that the frame shows. FALSE, with the text as it was, if there is none.
-  virtual BOOL GetDocumentTitle(CString&) const { return FALSE; }
+  virtual BOOL GetDocumentTitle(CString& title) const;
 
   int OnCreate(LPCREATESTRUCT cs);
   void OnSize(UINT type, int cx, int cy);
   void OnSetFocus(CWnd* former);
+  /// Unless its document objects; with the last frame of a document the document closes.
   void OnClose();
   void OnInitMenuPopup(CMenu* menu, UINT index, BOOL systemMenu);
   void OnMenuSelect(UINT item, UINT flags, HMENU menu);
@@ -112,8 +130,11 @@ class PLATFORM_API CFrameWnd : public CWnd {
  private:
   /// Greys the sub-menus of the menu bar that have nothing to offer.
   void UpdateMenuBar();
+  CView* FindFirstView() const;
+  bool IsOnlyFrameOf(const CDocument& document) const;
 
   bool m_layoutDelayed = false;
+  CView* m_pViewActive = nullptr;
 
   DECLARE_MESSAGE_MAP()
 };

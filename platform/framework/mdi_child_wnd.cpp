@@ -1,5 +1,6 @@
 #include "platform/framework/mdi_wnd.h"
 #include "platform/framework/thread.h"
+#include "platform/framework/view.h"
 #include "platform/resources/resources.h"
 #include "platform/window/accelerators.h"
 
@@ -100,6 +101,7 @@ void CMDIChildWnd::ActivateFrame(int command) {
 }
 
 void CMDIChildWnd::OnMDIActivate(BOOL activate, CWnd* activated, CWnd*) {
+  if (CView* view = GetActiveView()) view->OnActivateView(activate, view, view);
   OnUpdateFrameTitle(activate != 0 || activated != nullptr);
   ShowMenu(activate != 0, activated != nullptr);
 }

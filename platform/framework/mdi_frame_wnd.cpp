@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "platform/framework/app.h"
 #include "platform/framework/cmd_ui.h"
 #include "platform/framework/mdi_wnd.h"
 #include "platform/framework/menu.h"
@@ -187,6 +188,12 @@ BOOL CMDIFrameWnd::CloseChildren() {
 
 void CMDIFrameWnd::OnClose() {
   const HWND window = m_hWnd;
+  CWinApp* app = AfxGetApp();
+  if (app != nullptr && app->m_pMainWnd == this) {
+    if (app->SaveAllModified() == 0) return;
+    app->CloseAllDocuments(FALSE);
+    if (::IsWindow(window) == 0) return;
+  }
   if (CloseChildren() != 0 && ::IsWindow(window) != 0) CFrameWnd::OnClose();
 }
 

@@ -19,7 +19,9 @@ enum : UINT {
 class CMDIChildWnd;
 
 /// A main window with document windows inside. Commands and their updates go to the active document window
-/// first, with all that it asks, then to this window, then to the application.
+/// first, with all that it asks, then to this window, then to the application. Closing the application's main
+/// window asks all documents of its templates first; if none objects, they are closed in the order in which
+/// templates and documents were made, then what document windows are left, then this window.
 class PLATFORM_API CMDIFrameWnd : public CFrameWnd {
   DECLARE_DYNCREATE(CMDIFrameWnd)
  public:

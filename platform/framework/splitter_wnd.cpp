@@ -1,4 +1,5 @@
 #include "platform/framework/splitter_wnd.h"
+#include "platform/framework/view.h"
 
 #include <algorithm>
 #include <memory>
@@ -44,6 +45,15 @@ BOOL CSplitterWnd::CreateView(int row, int column, CRuntimeClass* viewClass, SIZ
   }
   m_pColInfo[column].nIdealSize = size.cx;
   m_pRowInfo[row].nIdealSize = size.cy;
+  CCreateContext beside;
+  if (context == nullptr) {
+    // As one more view of what the frame shows.
+    const CFrameWnd* frame = GetParentFrame();
+    beside.m_pLastView = frame == nullptr ? nullptr : frame->GetActiveView();
+    if (beside.m_pLastView != nullptr) beside.m_pCurrentDoc = beside.m_pLastView->GetDocument();
+    beside.m_pNewViewClass = viewClass;
+    context = &beside;
+  }
   // A pane that can't be made ends by the rule of its class.
   if (pane->Create(nullptr, nullptr, WS_CHILD | WS_VISIBLE | WS_BORDER, CRect(CPoint(0, 0), size), this,
                    static_cast<UINT>(IdFromRowCol(row, column)), context) == 0)

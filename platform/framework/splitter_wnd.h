@@ -25,7 +25,8 @@ class PLATFORM_API CSplitterWnd : public CWnd {
   /// 1 to 16 rows and columns.
   BOOL CreateStatic(CWnd* parent, int rows, int columns, DWORD style = WS_CHILD | WS_VISIBLE,
                     UINT id = AFX_IDW_PANE_FIRST);
-  /// Makes a pane of a class that can be created by name; size becomes the ideal one of its row and column.
+  /// Makes a pane of a class that can be created by name; size becomes the ideal one of its row and column. A
+  /// view belongs to the context's document; without a context to that of the frame's active view.
   virtual BOOL CreateView(int row, int column, CRuntimeClass* viewClass, SIZE size, CCreateContext* context);
   virtual void DeleteView(int row, int column);
 
