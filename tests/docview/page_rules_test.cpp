@@ -26,7 +26,8 @@ TEST(PageSize, PixelsBecomeSquareByTheExactRatio) {
       {{100, 100}, {0, 98}, {96, 96}, std::nullopt},          // unknown
       {{100, 100}, {204, 0}, {96, 96}, std::nullopt},
       {{100, 100}, {204, 98}, {0, 96}, std::nullopt},
-      {{100, 100}, {1, 40000000}, {96, 96}, SIZE{INT_MAX, 100}}  // 4e9 pixels: no int holds them
+      {{1000, 100}, {1, 20000000}, {96, 96}, SIZE{INT_MAX, 100}},  // 2e10 pixels: no int holds them
+      {{100, 100}, {1, 40000000}, {96, 96}, std::nullopt},         // wraps round and would leave none
   };
   for (const auto& c : cases) {
     const auto size = page_size::WithSquarePixels(c.page, c.resolution, c.screen);
