@@ -96,18 +96,23 @@ struct Halving {
   }
 };
 
+/// count * 255 / 2^(8 - shift), cut off, of counts from 0 to 2^(8 - shift): one less than count * 2^shift,
+/// except that 0 stays. The largest wraps round to 0 and then to 255.
+template <int shift>
+TARGET_AVX2 inline __m256i GrayOf(__m256i counts) {
+  const __m256i isZero = _mm256_cmpeq_epi8(counts, _mm256_setzero_si256());
+  const __m256i less = _mm256_andnot_si256(isZero, _mm256_set1_epi8(1));
+  // Shifts work on words, so what leaves a byte is masked from its neighbour.
+  const __m256i mask = _mm256_set1_epi8(static_cast<char>(0xff << shift));
+  return _mm256_sub_epi8(_mm256_and_si256(_mm256_slli_epi16(counts, shift), mask), less);
+}
+
 /// Blocks of 4 by 4: 32 bytes of four rows become 64 bytes.
 struct Quartering {
   static constexpr std::size_t kOutputs = 64;
   __m256i bits = Table(kBitsOfNibble);
   TARGET_AVX2 Quartering() = default;
 
-  /// count * 255 / 16, cut off, of 0 to 16: one less than count * 16, except that 0 stays.
-  TARGET_AVX2 static __m256i Gray(__m256i counts) {
-    const __m256i zero = _mm256_cmpeq_epi8(counts, _mm256_setzero_si256());
-    const __m256i less = _mm256_andnot_si256(zero, _mm256_set1_epi8(1));
-    return _mm256_sub_epi8(_mm256_slli_epi16(counts, 4), less);
-  }
   TARGET_AVX2 void Run(const Job& job, const std::uint8_t* source, std::uint8_t* out) const {
     __m256i high = _mm256_setzero_si256();
     __m256i low = high;
@@ -116,10 +121,32 @@ struct Quartering {
       high = _mm256_add_epi8(high, _mm256_shuffle_epi8(bits, nibbles.high));
       low = _mm256_add_epi8(low, _mm256_shuffle_epi8(bits, nibbles.low));
     }
-    const __m256i a = _mm256_unpacklo_epi8(Gray(high), Gray(low));
-    const __m256i b = _mm256_unpackhi_epi8(Gray(high), Gray(low));
+    const __m256i a = _mm256_unpacklo_epi8(GrayOf<4>(high), GrayOf<4>(low));
+    const __m256i b = _mm256_unpackhi_epi8(GrayOf<4>(high), GrayOf<4>(low));
     Store(out, _mm256_permute2x128_si256(a, b, 0x20));
     Store(out + 32, _mm256_permute2x128_si256(a, b, 0x31));
+  }
+};
+
+/// Set bits of each of 32 bytes over 8 rows; bits counts those of a nibble.
+TARGET_AVX2 inline __m256i CountEightRows(const Job& job, const std::uint8_t* source, __m256i bits) {
+  __m256i sum = _mm256_setzero_si256();
+  for (int i = 0; i < 8; ++i, source += job.blocks.sourcePitch) {
+    const Nibbles nibbles = Split(job.Bits(source));
+    sum = _mm256_add_epi8(sum, _mm256_add_epi8(_mm256_shuffle_epi8(bits, nibbles.high),
+                                               _mm256_shuffle_epi8(bits, nibbles.low)));
+  }
+  return sum;
+}
+
+/// Blocks of 8 by 8: the bytes themselves.
+struct Eighth {
+  static constexpr std::size_t kOutputs = 32;
+  __m256i bits = Table(kBitsOfNibble);
+  TARGET_AVX2 Eighth() = default;
+
+  TARGET_AVX2 void Run(const Job& job, const std::uint8_t* source, std::uint8_t* out) const {
+    Store(out, GrayOf<2>(CountEightRows(job, source, bits)));
   }
 };
 
@@ -148,20 +175,11 @@ std::vector<std::uint8_t> GrayTable(int n) {
   return gray;
 }
 
-/// Set bits of each byte over 8 rows.
+/// Set bits of each byte over 8 rows, written for whole vectors.
 TARGET_AVX2 void CountEightRows(const Job& job, const std::uint8_t* source, std::uint8_t* counts,
                                 std::size_t bytes) {
   const __m256i bits = Table(kBitsOfNibble);
-  for (std::size_t x = 0; x < bytes; x += kVector) {
-    __m256i sum = _mm256_setzero_si256();
-    const std::uint8_t* row = source + x;
-    for (int i = 0; i < 8; ++i, row += job.blocks.sourcePitch) {
-      const Nibbles nibbles = Split(job.Bits(row));
-      sum = _mm256_add_epi8(sum, _mm256_add_epi8(_mm256_shuffle_epi8(bits, nibbles.high),
-                                                 _mm256_shuffle_epi8(bits, nibbles.low)));
-    }
-    Store(counts + x, sum);
-  }
+  for (std::size_t x = 0; x < bytes; x += kVector) Store(counts + x, CountEightRows(job, source + x, bits));
 }
 
 /// Divisors that are multiples of 8: blocks of whole bytes.
@@ -312,6 +330,8 @@ TARGET_AVX2 void Reduce(const BitBlocks& blocks) {
     ReduceInSteps<Halving>(job);
   else if (blocks.divisor == 4)
     ReduceInSteps<Quartering>(job);
+  else if (blocks.divisor == 8)
+    ReduceInSteps<Eighth>(job);
   else if (blocks.divisor % 8 == 0)
     ReduceByBytes(job);
   else if (blocks.divisor < NarrowSums::kLargest)
