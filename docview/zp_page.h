@@ -8,6 +8,7 @@
 /// One page of a document: its pixels, and what the file says of it. A page is loaded once, into an object
 /// that holds nothing, and keeps its bitmap as long as it lives. A host may derive from it.
 ///
+/// A load into a page that holds a bitmap doesn't free it: whoever kept a header of that bitmap owns it then.
 /// Pages are counted from 0 here. Results are 1 for success and 0 for failure. Everything runs on the thread
 /// of the user interface.
 class TESSAREL_API CZPPage {
