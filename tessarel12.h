@@ -2,6 +2,7 @@
 
 // Everything that a host needs of the image-viewing component.
 
+#include "docview/zp_page.h"
 #include "frames/image_frame.h"
 #include "frames/image_mdi_child.h"
 #include "imagewindow/frame_link.h"

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <optional>
 
 #include "imaging/ltwrap.h"
 #include "imaging/pixels/orient.h"
@@ -91,6 +92,39 @@ int LEADTOOLS::CopyBitmapRect(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* so
     record = *source;
     imaging::Adopt(record, std::move(part));
   }
+  return 1;
+}
+
+int LEADTOOLS::SetBitmapRgnRect(struct_LEAD_Bitmap* bitmap, const tagRECT* rect) {
+  PixelStorage& pixels = imaging::RequirePixels(bitmap, "select a part of");
+  if (rect == nullptr) {
+    pixels.SetRegion(std::nullopt);
+    return 1;
+  }
+  if (rect->left < 0 || rect->top < 0 || rect->right > pixels.Width() || rect->bottom > pixels.Height() ||
+      rect->left >= rect->right || rect->top >= rect->bottom)
+    imaging::Fail(imaging::kErrorInvalidParameter,
+                  "The part from column %ld, row %ld to column %ld, row %ld doesn't lie within the image",
+                  static_cast<long>(rect->left), static_cast<long>(rect->top), static_cast<long>(rect->right),
+                  static_cast<long>(rect->bottom));
+  pixels.SetRegion(*rect);
+  return 1;
+}
+
+unsigned int LEADTOOLS::BitmapHasRgn(struct_LEAD_Bitmap* bitmap) {
+  if (bitmap == nullptr || (bitmap->Flags & leadtools12::kAllocated) == 0 ||
+      !PixelStorage::IsLive(bitmap->pStorage))
+    return 0;
+  return bitmap->pStorage->Region() ? 1 : 0;
+}
+
+int LEADTOOLS::GetBitmapRgnBounds(struct_LEAD_Bitmap* bitmap, _RGNXFORM* transformation, tagRECT* bounds) {
+  const PixelStorage& pixels = imaging::RequirePixels(bitmap, "look for a selected part in");
+  if (bounds == nullptr || transformation != nullptr)
+    imaging::Fail(imaging::kErrorInvalidParameter,
+                  "The bounds of a selected part need a rectangle and no transformation");
+  if (!pixels.Region()) imaging::Fail(imaging::kErrorInvalidParameter, "No part of the image is selected");
+  *bounds = *pixels.Region();
   return 1;
 }
 

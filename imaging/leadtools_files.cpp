@@ -59,15 +59,48 @@ int Load(const Source& source, struct_LEAD_Bitmap* bitmap, const DecodeWish& wis
   return 1;
 }
 
-}  // namespace
-
-Bitmap imaging::RecordOf(DecodedPage page) {
-  Bitmap record{};
-  record.uStructSize = sizeof record;
+Bitmap HeaderOf(const DecodedPage& page) {
+  Bitmap record = EmptyBitmap(page.pixels->Width(), page.pixels->Height(), page.pixels->Bits());
   record.ViewPerspective = page.info.viewPerspective;
   record.Order = page.order;
   record.XResolution = page.info.xResolution;
   record.YResolution = page.info.yResolution;
+  return record;
+}
+
+/// Who is told of the rows, and what it is given with them.
+struct RowListener {
+  leadtools12::LoadRowCallback callback;
+  void* userData;
+  UINT flags;
+};
+
+void TellRows(const RowListener& listener, const Source& source, struct_file_information& info,
+              PixelStorage& pixels, Bitmap header) {
+  for (int y = 0; y < pixels.Height(); ++y)
+    if (listener.callback(&info, &header, pixels.Row(y), listener.flags, y, 1, listener.userData) == 0)
+      Fail(kErrorUserAbort, "%s: loading was ended", source.Name().c_str());
+}
+
+int LoadWithRows(const Source& source, struct_LEAD_Bitmap* bitmap, const DecodeWish& wish,
+                 const RowListener& listener, const _LOADFILEOPTION* options, struct_file_information* info) {
+  if (bitmap == nullptr) Fail(kErrorInvalidParameter, "No record for the bitmap was given");
+  const int page = PageOf(options);
+  DecodedPage decoded = OpenReader(source)->Decode(page, wish);
+  struct_file_information own{};
+  struct_file_information& told = info == nullptr ? own : *info;
+  if ((told.InfoFlags & leadtools12::kInfoIsFilled) == 0) FillInformation(decoded.info, source, page, told);
+
+  // The listener gets a header that refers to no pixels: it may throw, and it mustn't free them.
+  if (listener.callback != nullptr) TellRows(listener, source, told, *decoded.pixels, HeaderOf(decoded));
+  *bitmap = RecordOf(std::move(decoded));
+  return 1;
+}
+
+}  // namespace
+
+Bitmap imaging::RecordOf(DecodedPage page) {
+  Bitmap record = HeaderOf(page);
   Adopt(record, std::move(page.pixels));
   return record;
 }
@@ -97,6 +130,24 @@ int LEADTOOLS::LoadBitmapMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bi
                                 _LOADFILEOPTION* options, struct_file_information* info) {
   return imaging::Guarded([&] {
     return Load(*OpenMemorySource(buffer, size), bitmap, {bits, order}, options, info);
+  });
+}
+
+int LEADTOOLS::LoadFile(const char* path, struct_LEAD_Bitmap* bitmap, int bits, int order, unsigned int flags,
+                        leadtools12::LoadRowCallback callback, void* userData, _LOADFILEOPTION* options,
+                        struct_file_information* info) {
+  return imaging::Guarded([&] {
+    return LoadWithRows(*OpenFileSource(path), bitmap, {bits, order}, {callback, userData, flags}, options,
+                        info);
+  });
+}
+
+int LEADTOOLS::LoadMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, int order, unsigned int flags,
+                          leadtools12::LoadRowCallback callback, void* userData, long size,
+                          _LOADFILEOPTION* options, struct_file_information* info) {
+  return imaging::Guarded([&] {
+    return LoadWithRows(*OpenMemorySource(buffer, size), bitmap, {bits, order}, {callback, userData, flags},
+                        options, info);
   });
 }
 

@@ -5,6 +5,7 @@
 #include "imaging/pixels/dib.h"
 #include "imaging/pixels/orient.h"
 #include "imaging/pixels/record.h"
+#include "imaging/pixels/reduce.h"
 #include "imaging/pixels/resize.h"
 #include "platform/base/global_memory.h"
 
@@ -58,6 +59,24 @@ int LEADTOOLS::ResizeBitmap(struct_LEAD_Bitmap* source, struct_LEAD_Bitmap* targ
     PixelStorage& to = imaging::RequirePixels(target, "scale into");
     if (&from == &to) return 1;
     imaging::ResizeInto(from, source->Order, to, target->Order);
+    return 1;
+  });
+}
+
+int LEADTOOLS::SmartResize(struct_LEAD_Bitmap* source, struct_LEAD_Bitmap* target, double factor) {
+  return imaging::Guarded([&] {
+    const PixelStorage& pixels = imaging::RequirePixels(source, "reduce");
+    imaging::Require(target);
+    if (!(factor > 0 && factor <= 1.0))
+      imaging::Fail(imaging::kErrorInvalidParameter, "An image can't be reduced by the factor %g", factor);
+    auto reduced = imaging::Reduced(pixels, factor);
+    if (target == source) {
+      imaging::Replace(*target, std::move(reduced));
+    } else {
+      *target = *source;
+      imaging::Adopt(*target, std::move(reduced));
+    }
+    if (target->BitsPerPixel < 24) target->Order = 1;
     return 1;
   });
 }

@@ -10,6 +10,7 @@ using leadtools12::_LILITEMOPTION;
 using leadtools12::_LILPICKED;
 using leadtools12::_LILSELOPTION;
 using leadtools12::_LOADFILEOPTION;
+using leadtools12::_RGNXFORM;
 using leadtools12::_SAVEFILEOPTION;
 using leadtools12::struct_file_information;
 using leadtools12::struct_LEAD_Bitmap;
@@ -33,6 +34,15 @@ class LTWRAP_API LEADTOOLS {
                          _LOADFILEOPTION* options, struct_file_information* info);
   static int LoadBitmapMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, int order, long size,
                               _LOADFILEOPTION* options, struct_file_information* info);
+  /// The same, with a callback (null: none) that is told of each row once the page is decoded. If it gives 0
+  /// the load throws kErrorUserAbort, and the record stays as it was. flags is 3. info, if given, is filled,
+  /// unless its InfoFlags have kInfoIsFilled.
+  static int LoadFile(const char* path, struct_LEAD_Bitmap* bitmap, int bits, int order, unsigned int flags,
+                      leadtools12::LoadRowCallback callback, void* userData, _LOADFILEOPTION* options,
+                      struct_file_information* info);
+  static int LoadMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, int order, unsigned int flags,
+                        leadtools12::LoadRowCallback callback, void* userData, long size,
+                        _LOADFILEOPTION* options, struct_file_information* info);
 
   // Bitmap life (leadtools_bitmap.cpp)
 
@@ -49,6 +59,15 @@ class LTWRAP_API LEADTOOLS {
   /// Turns the pixels so that ViewPerspective becomes viewPerspective; target null: in place.
   static int ChangeBitmapViewPerspective(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source,
                                          int viewPerspective);
+
+  /// Selects a part of the image; null: none. The region belongs to the pixels, and goes when they are scaled
+  /// or turned; a copy has none. Throws if the part doesn't lie within the image.
+  static int SetBitmapRgnRect(struct_LEAD_Bitmap* bitmap, const tagRECT* rect);
+  /// Non-zero if a part is selected. A null pointer and an empty record have none.
+  static unsigned int BitmapHasRgn(struct_LEAD_Bitmap* bitmap);
+  /// The bounds of the selected part in pixels of the image. transformation is null. Throws if nothing is
+  /// selected.
+  static int GetBitmapRgnBounds(struct_LEAD_Bitmap* bitmap, _RGNXFORM* transformation, tagRECT* bounds);
 
   // List of bitmaps (leadtools_list.cpp). A list is a handle that DestroyBitmapList ends; a dead or null one
   // makes every other call throw. Indices count from 0.
@@ -80,6 +99,10 @@ class LTWRAP_API LEADTOOLS {
   static int SizeBitmapExt(struct_LEAD_Bitmap* bitmap, int width, int height, unsigned long flags);
   /// Writes the source, scaled, into the allocated target at the target's size.
   static int ResizeBitmap(struct_LEAD_Bitmap* source, struct_LEAD_Bitmap* target);
+  /// Makes the target a new bitmap, the source averaged down by a factor of at most 1.0, at least a pixel
+  /// wide and high. A 1-bit source gives shades between its two colours; if the factor is the reciprocal of a
+  /// whole number n, of whole blocks of n by n pixels only. What the target held is not freed.
+  static int SmartResize(struct_LEAD_Bitmap* source, struct_LEAD_Bitmap* target, double factor);
   /// In place; angle in hundredths of a degree, clockwise, a multiple of 9000.
   static int RotateBitmap(struct_LEAD_Bitmap* bitmap, int angle, unsigned int flags, unsigned long fillColor);
   /// Turns a bitmap of any depth into 8-bit grey in place; bits is 8.

@@ -43,9 +43,21 @@ struct struct_file_information {
   int TotalPages;   ///< filled only if the call was asked to count pages
   int XResolution;  ///< dots per inch, 0 unknown
   int YResolution;
-  int InfoFlags;
+  int InfoFlags;   ///< kInfoIsFilled or 0
   int PageNumber;  ///< the page described, from 1
 };
+
+/// Bit of InfoFlags: the record describes the page already, and LoadFile and LoadMemory leave it as it is.
+inline constexpr int kInfoIsFilled = 8192;
+
+/// Told of each row of a page that LoadFile or LoadMemory decoded: the file's information, the page's header
+/// without pixels, the row's bytes at the page's depth, the load's flags, the row's number from 0, how many
+/// rows follow each other in the bytes (1), what the caller gave. Result 0 ends the load.
+using LoadRowCallback = int (*)(struct_file_information* info, struct_LEAD_Bitmap* bitmap, BYTE* bytes,
+                                UINT flags, int row, int lines, void* userData);
+
+/// A transformation of region coordinates. There is none but the null pointer.
+struct _RGNXFORM;
 
 struct _LOADFILEOPTION {
   UINT uStructSize;

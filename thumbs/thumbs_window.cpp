@@ -4,6 +4,7 @@
 
 #include "imaging/ltwrap.h"
 #include "library/resource_ids.h"
+#include "thumbs/thumb_caption.h"
 #include "thumbs/thumb_size.h"
 
 IMPLEMENT_DYNCREATE(CThumbsWindow, CWnd)
@@ -19,12 +20,6 @@ constexpr auto kAppend = static_cast<unsigned>(-1);
 constexpr UINT kPicture = 1;
 constexpr UINT kCaption = 2;
 constexpr UINT kSelection = 8;
-
-CString CaptionOfFilePage(int page) {
-  CString caption;
-  caption.FormatMessage(IDS_ZP_PAGE_CAPTION, page);
-  return caption;
-}
 
 // In English, whatever the texts of the library are: so it has always been for images in memory.
 CString CaptionOfMemoryPage(int page) {
@@ -65,7 +60,7 @@ void CThumbsWindow::CreateThumbsFile(const char* path) {
     Clear();
     LEADTOOLS::LoadBitmapList(const_cast<char*>(path), &m_pBitmapList, 0, 1, nullptr, nullptr);
     CreateThumbnails();
-    InsertItems(&CaptionOfFilePage);
+    InsertItems(&thumbs::CaptionOfPage);
   } catch (CLeadtoolsException* exception) {
     ShowFailure(exception);
   }

@@ -155,6 +155,30 @@ void BenchTurns() {
       [&] { (void)bilevelPeer.transformed(turn); });
 }
 
+/// Grey reductions of a two-level page against a copy of the same page at 8 bits.
+void BenchReductions() {
+  Page bilevel(kPageWidth, kPageHeight, 1);
+  Page gray(kPageWidth, kPageHeight, 8);
+  auto copy = imaging::PixelStorage::Create(kPageWidth, kPageHeight, 8);
+  const auto bytes = static_cast<std::size_t>(copy->Pitch()) * kPageHeight;
+  const struct {
+    int divisor;
+    double target;
+  } cases[] = {{2, 0.4}, {3, 1.2}, {4, 0.3}, {7, 0.8}, {8, 0.3}, {13, 1.0}, {16, 0.5}};
+  for (const auto& c : cases) {
+    char name[64];
+    std::snprintf(name, sizeof name, "reduce_1bit_by_%d_vs_8bit_copy", c.divisor);
+    Ratio(
+        name, c.target,
+        [&] {
+          struct_LEAD_Bitmap reduced{};
+          LEADTOOLS::SmartResize(&bilevel, &reduced, 1.0 / c.divisor);
+          LEADTOOLS::FreeBitmap(&reduced);
+        },
+        [&] { std::memcpy(copy->Row(0), gray.pStorage->Row(0), bytes); });
+  }
+}
+
 }  // namespace
 
 int main() {
@@ -162,5 +186,6 @@ int main() {
   for (const int bits : {1, 8, 24}) BenchRepaint(bits);
   for (const int bits : {1, 8}) BenchZoomStep(bits);
   BenchTurns();
+  BenchReductions();
   return 0;
 }

@@ -148,6 +148,7 @@ void PixelStorage::Exchange(PixelStorage& other) noexcept {
   std::swap(m_palette, other.m_palette);
   for (PixelStorage* storage : {this, &other}) {
     ++storage->m_revision;
+    storage->m_region.reset();
     ViewCache::Instance().Drop(storage->m_serial);
   }
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 
 #include "imaging/export.h"
@@ -47,8 +48,11 @@ class LTWRAP_API PixelStorage {
   /// other's address.
   std::uint64_t Serial() const { return m_serial; }
   std::uint64_t Revision() const { return m_revision; }
+  /// The selected part; it lies within the image.
+  const std::optional<RECT>& Region() const { return m_region; }
+  void SetRegion(const std::optional<RECT>& region) { m_region = region; }
   /// Exchanges size, depth, colours and pixels; each storage stays itself, so that every record which refers
-  /// to it sees what the other held. Both count as changed.
+  /// to it sees what the other held. Both count as changed and lose their regions.
   void Exchange(PixelStorage& other) noexcept;
   /// False for the address of a storage that is gone: a copied record can't know that its owner has freed it.
   static bool IsLive(const PixelStorage* storage);
@@ -65,6 +69,7 @@ class LTWRAP_API PixelStorage {
   std::uint64_t m_serial = 0;
   std::uint64_t m_revision = 0;
   std::array<RGBQUAD, 256> m_palette{};
+  std::optional<RECT> m_region;
 };
 
 }  // namespace imaging

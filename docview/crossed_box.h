@@ -1,0 +1,22 @@
+#pragma once
+
+#include <array>
+
+#include "platform/base/geometry.h"
+
+// The mark of a page that can't be shown: a box with a cross, in the view and in the strip of thumbnails.
+namespace crossed_box {
+
+struct Line {
+  POINT from;
+  POINT to;
+};
+
+/// From corner to corner; the last pixel of a line isn't drawn.
+inline std::array<Line, 2> Cross(SIZE box) {
+  return {{{{0, 0}, {box.cx, box.cy}}, {{box.cx - 1, 0}, {0, box.cy}}}};
+}
+
+inline constexpr unsigned kColour = 0x9e9e9e;  ///< the three parts are equal
+
+}  // namespace crossed_box

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+#include "imaging/export.h"
+#include "imaging/pixels/storage.h"
+
+namespace imaging {
+
+/// A two-level image and its reduction: every block of divisor by divisor pixels becomes one byte, the share
+/// of its set bits (with invert: of its clear bits), 0 to 255, fractions cut off.
+struct BitBlocks {
+  const std::uint8_t* source;  ///< most significant bit first; rows readable in whole units of 64 bytes
+  std::ptrdiff_t sourcePitch;  ///< bytes
+  std::uint8_t* target;
+  std::ptrdiff_t targetPitch;  ///< bytes
+  int width;                   ///< of the target; the source has divisor times as many pixels, or more
+  int height;
+  int divisor;  ///< at least 1
+  bool invert;
+};
+
+/// Writes width bytes in each of height target rows. Any divisor.
+LTWRAP_API void ReduceBitsPlain(const BitBlocks& blocks);
+/// The same with vectors. False, and nothing done, for a processor without them and for divisors other than
+/// 2 to 255.
+LTWRAP_API bool ReduceBitsFast(const BitBlocks& blocks);
+
+/// A new image, averaged down by a factor above 0 and up to 1.0, at least a pixel wide and high. 1 bit gives
+/// 8 bits with shades between its two colours, other depths as SizedByAveraging. A 1-bit image that is
+/// reduced by a whole number loses the pixels at the right and lower edge that make no whole block.
+LTWRAP_API std::unique_ptr<PixelStorage> Reduced(const PixelStorage& source, double factor);
+
+}  // namespace imaging
