@@ -8,8 +8,8 @@ namespace square_pixels {
 
 /// Dots per inch in both directions.
 struct Resolution {
-  int x;
-  int y;
+  int x = 0;
+  int y = 0;
 };
 
 /// How many times each pixel is repeated.

@@ -162,7 +162,8 @@ void CPrintFile::PrintSheet(CDC& dc, HGLOBAL mode) {
   const int format = m_jobFormat ? *m_jobFormat : GetPrintFormat();
   const sheet::Page page{m_Bitmap.Width, m_Bitmap.Height, {m_Bitmap.XResolution, m_Bitmap.YResolution}};
   PrinterPaper paper(dc, mode);
-  const sheet::Correction correction = m_ppBitmaps == nullptr ? sheet::Correction() : ScreenDpi();
+  sheet::Correction correction;
+  if (m_ppBitmaps != nullptr) correction = ScreenDpi();
   if (const auto size = sheet::Place(format, page, correction, paper)) {
     // The true size counts from the corner of the paper, as a ruler does; all else from the printable area.
     if (format == PrintFormatActualSize && sheet::IsKnown(page.dpi))
