@@ -51,7 +51,8 @@ BOOL CCustomZoomDlg::PreTranslateMessage(MSG* message) {
   return CDialog::PreTranslateMessage(message);
 }
 
-void CCustomZoomDlg::OnOk() {
+// A button of its own, not the IDOK that OnOK is for.
+void CCustomZoomDlg::OnOk() {  // NOLINT(bugprone-virtual-near-miss)
   CString text;
   m_wndEdit.GetWindowText(text);
   const int percent = PercentOfText(text);

@@ -15,7 +15,7 @@ class TESSAREL_API CCustomZoomDlg : public CDialog {
   void DoDataExchange(CDataExchange* exchange) override;
   BOOL OnInitDialog() override;
   void OnCancel() override;
-  void OnOk();  // NOLINT(bugprone-virtual-near-miss): a button of its own, not IDOK
+  void OnOk();
 
   CEdit m_wndEdit;
   int m_nMax;

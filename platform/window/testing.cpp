@@ -221,7 +221,7 @@ CString ToolTipAt(HWND window, POINT point) {
   const QPoint local(point.x, point.y);
   QHelpEvent event(QEvent::ToolTip, local, client->mapToGlobal(local));
   QApplication::sendEvent(client, &event);
-  const CString text = QToolTip::isVisible() ? QToolTip::text().toUtf8().constData() : "";
+  CString text = QToolTip::isVisible() ? QToolTip::text().toUtf8().constData() : "";
   QToolTip::hideText();
   return text;
 }
