@@ -9,6 +9,7 @@
 #include <QRadioButton>
 
 #include "platform/window/controls/detail/control.h"
+#include "platform/window/controls/detail/still_control.h"
 
 namespace platform {
 namespace {
@@ -172,7 +173,7 @@ class ButtonControl : public Control {
 class GroupBoxWidget : public QWidget {
  public:
   explicit GroupBoxWidget(QWidget* parent) : QWidget(parent) {}
-  void SetTitle(const QString& title) {
+  void SetText(const QString& title) {
     m_title = title;
     update();
   }
@@ -199,31 +200,12 @@ class GroupBoxWidget : public QWidget {
   QString m_title;
 };
 
-/// A frame with a title. It neither covers what stands inside nor takes its clicks.
-class GroupBoxControl : public Control {
- public:
-  GroupBoxControl(HWND window, QWidget* parent) : Control(window, new GroupBoxWidget(parent)) {
-    parent->parentWidget()->setAttribute(Qt::WA_TransparentForMouseEvents);
-    parent->setFocusProxy(nullptr);
-  }
-
- protected:
-  QString Text() const override { return m_text; }
-  void SetText(const QString& text) override {
-    m_text = text;
-    static_cast<GroupBoxWidget*>(Widget())->SetTitle(text);
-  }
-  bool TakesFocusByMouse() const override { return false; }
-  int DialogCode() const override { return DLGC_STATIC; }
-
- private:
-  QString m_text;
-};
-
 }  // namespace
 
 std::shared_ptr<Control> MakeButton(HWND window, QWidget* parent) {
-  if (TypeOf(window) == BS_GROUPBOX) return std::make_shared<GroupBoxControl>(window, parent);
+  // A frame with a title neither covers what stands inside nor takes its clicks.
+  if (TypeOf(window) == BS_GROUPBOX)
+    return std::make_shared<StillControl<GroupBoxWidget>>(window, parent, new GroupBoxWidget(parent));
   return std::make_shared<ButtonControl>(window, parent);
 }
 

@@ -2,7 +2,7 @@
 #include <QStyle>
 #include <QStyleOptionFrame>
 
-#include "platform/window/controls/detail/control.h"
+#include "platform/window/controls/detail/still_control.h"
 
 namespace platform {
 namespace {
@@ -77,31 +77,11 @@ class StaticWidget : public QWidget {
   QString m_text;
 };
 
-class StaticControl : public Control {
- public:
-  StaticControl(HWND window, QWidget* parent)
-      : Control(window, new StaticWidget(static_cast<DWORD>(GetWindowLong(window, GWL_STYLE)), parent)) {
-    parent->parentWidget()->setAttribute(Qt::WA_TransparentForMouseEvents);
-    parent->setFocusProxy(nullptr);
-  }
-
- protected:
-  QString Text() const override { return m_text; }
-  void SetText(const QString& text) override {
-    m_text = text;
-    static_cast<StaticWidget*>(Widget())->SetText(text);
-  }
-  bool TakesFocusByMouse() const override { return false; }
-  int DialogCode() const override { return DLGC_STATIC; }
-
- private:
-  QString m_text;
-};
-
 }  // namespace
 
 std::shared_ptr<Control> MakeStatic(HWND window, QWidget* parent) {
-  return std::make_shared<StaticControl>(window, parent);
+  const auto style = static_cast<DWORD>(GetWindowLong(window, GWL_STYLE));
+  return std::make_shared<StillControl<StaticWidget>>(window, parent, new StaticWidget(style, parent));
 }
 
 }  // namespace platform
