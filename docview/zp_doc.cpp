@@ -1,0 +1,193 @@
+#include "docview/zp_doc.h"
+
+#include "docview/document_frame.h"
+#include "docview/view_rules.h"
+#include "docview/zp_view.h"
+#include "library/report_error.h"
+#include "library/resource_ids.h"
+#include "platform/framework/frame_wnd.h"
+
+namespace {
+
+constexpr unsigned kCountPages = 1;
+constexpr int kTurnAngleRemembered = 1;
+
+/// A number in the place of the object that a hint carries.
+CObject* HintNumber(int number) {
+  return reinterpret_cast<CObject*>(static_cast<std::intptr_t>(number));
+}
+
+void ShowOpening() {
+  CWnd* const main = AfxGetMainWnd();
+  if (main != nullptr) main->SendMessage(WM_SETMESSAGESTRING, IDS_ZP_OPENING, 0);
+}
+
+/// What is asked about the first page, to see that there is one.
+_LOADFILEOPTION FirstPage() {
+  _LOADFILEOPTION options{};
+  LEADTOOLS::GetDefaultLoadFileOption(&options);
+  options.PageNumber = 1;
+  return options;
+}
+
+}  // namespace
+
+IMPLEMENT_DYNCREATE(CZPDoc, CDocument)
+
+BEGIN_MESSAGE_MAP(CZPDoc, CDocument)
+END_MESSAGE_MAP()
+
+CZPDoc::~CZPDoc() {
+  DeletePages();
+}
+
+// Opening
+
+BOOL CZPDoc::OnNewDocument() {
+  return CDocument::OnNewDocument() != 0 ? 1 : 0;
+}
+
+BOOL CZPDoc::OnSaveDocument(LPCTSTR) {
+  return 0;
+}
+
+BOOL CZPDoc::OnOpenDocument(LPCTSTR pszPath) {
+  const CString path(pszPath);  // the caller's text may be the document's own path
+  ShowOpening();
+  DeletePages();
+  struct_file_information info{};
+  try {
+    LEADTOOLS::FileInfo(path, &info, kCountPages, nullptr);
+    _LOADFILEOPTION options = FirstPage();
+    struct_file_information first{};
+    LEADTOOLS::FileInfo(path, &first, 0, &options);
+  } catch (CLeadtoolsException* exception) {
+    return FailOpen(exception);
+  }
+  SetPathName(path, TRUE);
+  return LoadPages(info.TotalPages, [&path](CZPPage& page, int number) {
+    return page.LoadPage(path, number, nullptr, nullptr);
+  });
+}
+
+int CZPDoc::OpenDocumentMemory(BYTE* pBuffer, DWORD dwSize) {
+  ShowOpening();
+  char* const bytes = reinterpret_cast<char*>(pBuffer);
+  const auto size = static_cast<long>(dwSize);
+  struct_file_information info{};
+  try {
+    LEADTOOLS::FileInfoMemory(bytes, &info, size, kCountPages, nullptr);
+    _LOADFILEOPTION options = FirstPage();
+    struct_file_information first{};
+    LEADTOOLS::FileInfoMemory(bytes, &first, size, 0, &options);
+  } catch (CLeadtoolsException* exception) {
+    // The title still names what was open, and so does the path; but with no active page there is nothing
+    // that the views could show of it, and a strip of pages that can't be reached would only mislead.
+    DeletePages();
+    return FailOpen(exception);
+  }
+  m_strPathName.Empty();
+  SetTitle(nullptr);
+  DeletePages();
+  return LoadPages(info.TotalPages, [pBuffer, dwSize](CZPPage& page, int number) {
+    return page.LoadPage(pBuffer, dwSize, number, nullptr, nullptr);
+  });
+}
+
+template <class LoadPage>
+int CZPDoc::LoadPages(int nCount, const LoadPage& loadPage) {
+  m_arrPages.SetSize(std::max(nCount, 0));
+  for (int i = 0; i < m_arrPages.GetSize(); ++i) m_arrPages[i] = CreatePage();
+  int loaded = 0;
+  for (int i = 0; i < m_arrPages.GetSize(); ++i) {
+    CZPPage* const page = PageAt(i);
+    if (page != nullptr) loaded |= loadPage(*page, i);
+  }
+  ShowOpened(0);
+  return loaded != 0 ? 1 : 0;
+}
+
+int CZPDoc::FailOpen(CLeadtoolsException* pException) {
+  ReportError(pException->GetLastError(), CLeadtoolsException::GetErrorMessage(pException->m_nError));
+  pException->Delete();
+  ShowOpened(-1);
+  return 0;
+}
+
+void CZPDoc::ShowOpened(int nActivePage) {
+  m_nActivePage = nActivePage;
+  UpdateAllViews(nullptr, view::kHintAllPages, nullptr);
+  InitialFrameUpdate();
+}
+
+void CZPDoc::InitialFrameUpdate() {
+  POSITION position = GetFirstViewPosition();
+  if (position == nullptr) return;
+  const CView* const view = GetNextView(position);
+  if (view == nullptr) return;
+  auto* const frame = dynamic_cast<CZPDocumentFrame*>(view->GetParentFrame());
+  if (frame != nullptr) frame->InitialFrameUpdate();
+}
+
+// Pages
+
+CZPPage* CZPDoc::CreatePage() {
+  return new CZPPage;
+}
+
+void CZPDoc::DeletePages() {
+  // The views hold a pointer to the active page's bitmap until the next hint. Should they be painted before
+  // it, while a host's page waits for a slow source for example, there is nothing to show.
+  POSITION position = GetFirstViewPosition();
+  while (position != nullptr) {
+    auto* const view = dynamic_cast<CZPView*>(GetNextView(position));
+    if (view != nullptr) view->ForgetBitmap();
+  }
+  m_nActivePage = -1;
+  CPtrArray pages;
+  std::swap(pages, m_arrPages);
+  for (int i = 0; i < pages.GetSize(); ++i) delete static_cast<CZPPage*>(pages[i]);
+}
+
+CZPPage* CZPDoc::PageAt(int nPage) const {
+  if (nPage < 0 || nPage >= m_arrPages.GetSize()) return nullptr;
+  return static_cast<CZPPage*>(m_arrPages[nPage]);
+}
+
+CZPPage* CZPDoc::PageOrActive(int nPage) const {
+  return PageAt(nPage == view::kActivePage ? m_nActivePage : nPage);
+}
+
+int CZPDoc::SetActivePage(int nPage) {
+  if (nPage < 0 || nPage >= GetPagesNum()) return 0;
+  const CWaitCursor wait;
+  m_nActivePage = nPage;
+  CZPPage* const page = PageAt(nPage);
+  if (page != nullptr) page->Activate(1);
+  UpdateAllViews(nullptr, view::kHintOtherPage, nullptr);
+  return 1;
+}
+
+struct_LEAD_Bitmap* CZPDoc::GetHBitmap(int nPage) {
+  CZPPage* const page = PageOrActive(nPage);
+  return page == nullptr ? nullptr : page->GetHBitmap();
+}
+
+int CZPDoc::ReleaseHBitmap(int nPage) {
+  if (nPage == m_nActivePage) return 0;
+  CZPPage* const page = PageAt(nPage);
+  return page == nullptr ? 0 : page->Activate(0);
+}
+
+int CZPDoc::Rotate(int nAngle) {
+  CZPPage* const page = PageOrActive(view::kActivePage);
+  if (page == nullptr || page->GetHBitmap() == nullptr) return 0;
+  if (page->Rotate(nAngle, kTurnAngleRemembered) == 0) return 0;
+  UpdateAllViews(nullptr, view::kHintPageChanged, HintNumber(view::kActivePage));
+  return 1;
+}
+
+int CZPDoc::GetPageFormat(int nPage) const {
+  const CZPPage* const page = PageOrActive(nPage);
+  return page == nullptr ? -1 : page->GetFormat();
+}
