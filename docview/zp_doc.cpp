@@ -1,11 +1,16 @@
 #include "docview/zp_doc.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <utility>
+
 #include "docview/document_frame.h"
 #include "docview/view_rules.h"
 #include "docview/zp_view.h"
 #include "library/report_error.h"
 #include "library/resource_ids.h"
 #include "platform/framework/frame_wnd.h"
+#include "platform/framework/thread.h"
 
 namespace {
 

@@ -61,6 +61,10 @@ class BorrowedPages {
   std::vector<struct_LEAD_Bitmap*> m_bitmaps;
 };
 
+void ReportToHook(int code, CString text) {  // NOLINT(performance-unnecessary-value-param): a hook's shape
+  ReportError(code, text);
+}
+
 }  // namespace
 
 void CZPDoc::PrintPage(int nPage) {
@@ -69,7 +73,7 @@ void CZPDoc::PrintPage(int nPage) {
   if (bitmap == nullptr) return;
   CPrintBitmap job(PrintAppName());
   const auto format = static_cast<PrintFormat>(m_nPrintFormat);
-  if (RunPrintJob(&ReportError, [&] { job.Print(bitmap, PrintParent(), true, format); }))
+  if (RunPrintJob(&ReportToHook, [&] { job.Print(bitmap, PrintParent(), true, format); }))
     m_nPrintFormat = CPrintBitmap::GetPrintFormat();
 }
 
@@ -85,7 +89,7 @@ int CZPDoc::PrintDocument(CWnd* pParent, bool bDefaultPrinter, int nFirstPage, i
   PrintSelection selection(GetHBitmap(-1));
   const auto format = static_cast<PrintFormat>(m_nPrintFormat);
   try {
-    const bool done = RunPrintJob(&ReportError, [&] {
+    const bool done = RunPrintJob(&ReportToHook, [&] {
       job.PrintBitmaps(pages.Bitmaps(), pages.Count(), selection.Bitmap(), 1, pParent, bDefaultPrinter,
                        format, first, last, m_strTitle);
     });
