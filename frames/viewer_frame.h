@@ -163,11 +163,8 @@ class CViewerFrame : public Base, public CImageWindowFrame {
   int Page() const { return m_pImageWnd == nullptr ? 0 : m_pImageWnd->m_nCurrPage; }
   int Pages() const { return m_pImageWnd == nullptr ? 0 : m_pImageWnd->m_nMaxPage; }
 
-  bool CreateCombo(CComboBox* combo, int button, UINT id, int width, DWORD style, int mostCharacters);
-  bool SetPaneWidth(UINT pane, UINT rulerText);
   /// A text of the table in the message pane, on the screen at once.
   void ShowMessage(UINT text);
-  void SetPane(UINT pane, const CString& text, BOOL update);
   void EnablePane(UINT pane, bool enable);
 
   bool AskForFile(CString* path);
@@ -181,7 +178,6 @@ class CViewerFrame : public Base, public CImageWindowFrame {
   void EnableWithPage(CCmdUI* ui);
   void UpdateMode(CCmdUI* ui, int mode);
   bool UpdatePopup(CCmdUI* ui);
-  CString ChosenScale();
 
   DECLARE_MESSAGE_MAP()
 };

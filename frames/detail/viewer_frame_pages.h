@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frames/go_to_page_dlg.h"
+#include "frames/viewer_bars.h"
 #include "frames/viewer_frame.h"
 #include "library/resource_ids.h"
 #include "platform/framework/cmd_ui.h"
@@ -10,20 +11,13 @@
 
 template <typename Base>
 void CViewerFrame<Base>::InitPageComboBox(int pages) {
-  if (m_wndComboPage.SendMessage(CB_GETCOUNT) != 0) m_wndComboPage.SendMessage(CB_RESETCONTENT);
-  CString number;
-  for (int page = 1; page <= pages; ++page) {
-    number.Format("%d", page);
-    m_wndComboPage.SendMessage(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(static_cast<LPCSTR>(number)));
-  }
+  viewer_bars::FillPageCombo(m_wndComboPage, pages);
   m_wndComboPage.SendMessage(CB_SETCURSEL, 0);
 }
 
 template <typename Base>
 void CViewerFrame<Base>::ShowPageStatus(BOOL update) {
-  CString text;
-  text.FormatMessage(ID_ZP_INDICATOR_PAGE, Page(), Pages());
-  SetPane(ID_ZP_INDICATOR_PAGE, text, update);
+  viewer_bars::ShowPagePane(m_wndStatusBar, Page(), Pages(), update);
 }
 
 template <typename Base>

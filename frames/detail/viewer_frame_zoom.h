@@ -2,6 +2,7 @@
 
 #include "frames/custom_zoom_dlg.h"
 #include "frames/scale_text.h"
+#include "frames/viewer_bars.h"
 #include "frames/viewer_frame.h"
 #include "library/resource_ids.h"
 #include "library/settings.h"
@@ -10,28 +11,9 @@
 
 // The viewer frame's zoom, rotation and mouse-mode commands. For the sources of the two frames.
 
-namespace viewer_zoom {
-
-inline constexpr UINT kSaveDelay = 1000;  // ms
-inline constexpr int kLowestPercent = 1;
-inline constexpr int kHighestPercent = 1000;
-inline constexpr double kFactorOfPercent = 0.01;
-
-}  // namespace viewer_zoom
-
 template <typename Base>
 void CViewerFrame<Base>::ShowZoomStatus(BOOL update) {
-  const int percent = m_pImageWnd->GetScalePercent();
-  CString text;
-  text.FormatMessage(ID_ZP_INDICATOR_ZOOM, percent);
-  SetPane(ID_ZP_INDICATOR_ZOOM, text, update);
-  const CString scale = ScaleText(percent);
-  // An entry picked before must not stand for a scale that has come by another way.
-  const int entry = m_wndComboScale.GetCurSel();
-  CString picked;
-  if (entry != CB_ERR) m_wndComboScale.GetLBText(entry, picked);
-  if (picked != scale) m_wndComboScale.SetCurSel(-1);
-  m_wndComboScale.SetWindowText(scale);
+  viewer_bars::ShowScale(m_wndStatusBar, m_wndComboScale, m_pImageWnd->GetScalePercent(), update);
 }
 
 template <typename Base>
@@ -44,7 +26,7 @@ void CViewerFrame<Base>::UpdateZoomStatus() {
 template <typename Base>
 void CViewerFrame<Base>::SaveZoomFactor() {
   // Starts anew with each step of the user, so that a series of them ends in one write.
-  this->SetTimer(ID_ZP_TIMER_SAVE_ZOOM, viewer_zoom::kSaveDelay, nullptr);
+  this->SetTimer(ID_ZP_TIMER_SAVE_ZOOM, viewer_bars::kSaveDelay, nullptr);
 }
 
 template <typename Base>
@@ -96,7 +78,7 @@ void CViewerFrame<Base>::OnZoomFitToWidth() {
 
 template <typename Base>
 void CViewerFrame<Base>::OnZoomCustom() {
-  using namespace viewer_zoom;
+  using namespace viewer_bars;
   if (m_pImageWnd == nullptr) return;
   const int percent = m_pImageWnd->GetScalePercent();
   CCustomZoomDlg dialog(percent, kLowestPercent, kHighestPercent, nullptr);
@@ -107,28 +89,11 @@ void CViewerFrame<Base>::OnZoomCustom() {
 }
 
 template <typename Base>
-CString CViewerFrame<Base>::ChosenScale() {
-  CString text;
-  if constexpr (Traits::kScaleFromEntry) {
-    const auto entry = static_cast<int>(m_wndComboScale.SendMessage(CB_GETCURSEL));
-    if (entry != CB_ERR) {
-      m_wndComboScale.GetLBText(entry, text);
-      return text;
-    }
-  }
-  m_wndComboScale.GetWindowText(text);
-  if (text.IsEmpty() != FALSE) {
-    m_wndComboScale.SendMessage(CB_SETCURSEL, 0);
-    m_wndComboScale.GetWindowText(text);
-  }
-  return text;
-}
-
-template <typename Base>
 void CViewerFrame<Base>::OnComboScaleSelChange() {
   if (m_pImageWnd == nullptr) return;
   // A scale that is refused leaves the old one, which the combo then shows again.
-  m_pImageWnd->ZoomToScaleFactor(PercentOfText(ChosenScale()) * viewer_zoom::kFactorOfPercent);
+  const CString chosen = viewer_bars::ChosenScale(m_wndComboScale, Traits::kScaleFromEntry);
+  m_pImageWnd->ZoomToScaleFactor(PercentOfText(chosen) * viewer_bars::kFactorOfPercent);
   UpdateZoomStatus();
 }
 
