@@ -27,6 +27,25 @@ int LEADTOOLS::AllocateBitmap(struct_LEAD_Bitmap* bitmap, int memoryType) {
   return 1;
 }
 
+int LEADTOOLS::CreateBitmap(struct_LEAD_Bitmap* bitmap, unsigned int memoryType, unsigned int width,
+                            unsigned int height, unsigned int bits, unsigned int order, tagRGBQUAD* palette,
+                            unsigned int viewPerspective, unsigned char* data, unsigned long dataSize) {
+  constexpr unsigned kTrueColor = 24;  // and not 32, of which the fourth byte would be an opacity
+  Bitmap& record = imaging::Require(bitmap);
+  if (data != nullptr || dataSize != 0)
+    imaging::Fail(imaging::kErrorInvalidParameter, "A new bitmap takes no pixels");
+  // No size is lost: what doesn't fit becomes negative, and is refused as such.
+  Bitmap created = imaging::EmptyBitmap(static_cast<int>(width), static_cast<int>(height),
+                                        static_cast<int>(bits == 0 ? kTrueColor : bits));
+  created.Order = static_cast<int>(order);
+  created.ViewPerspective = static_cast<int>(viewPerspective);
+  AllocateBitmap(&created, static_cast<int>(memoryType));
+  if (palette != nullptr && created.BitsPerPixel <= 8)
+    std::copy_n(palette, std::size_t{1} << created.BitsPerPixel, created.pStorage->Palette().begin());
+  record = created;
+  return 1;
+}
+
 void LEADTOOLS::FreeBitmap(struct_LEAD_Bitmap* bitmap) {
   if (bitmap == nullptr || (bitmap->Flags & leadtools12::kAllocated) == 0) return;
   // Called from destructors, so a record that outlived its pixels is only cleared.

@@ -39,6 +39,19 @@ RECT Intersect(const RECT& a, const RECT* b) {
           std::min(a.bottom, b->bottom)};
 }
 
+HPALETTE PaletteOf(const std::vector<PALETTEENTRY>& colors) {
+  // The record ends in as many entries as it says; room for one is counted already.
+  std::vector<std::byte> memory(sizeof(LOGPALETTE) + colors.size() * sizeof(PALETTEENTRY));
+  auto* palette = reinterpret_cast<LOGPALETTE*>(memory.data());
+  palette->palVersion = 0x300;
+  palette->palNumEntries = static_cast<WORD>(colors.size());
+  std::copy(colors.begin(), colors.end(),
+            reinterpret_cast<PALETTEENTRY*>(memory.data() + offsetof(LOGPALETTE, palPalEntry)));
+  const HPALETTE result = CreatePalette(palette);
+  if (result == nullptr) imaging::Fail(imaging::kErrorNoMemory, "No palette could be made for the image");
+  return result;
+}
+
 /// Draws rows top to bottom of drawn, which lies in the destination, by way of a block of pixels. For device
 /// contexts whose own pixels can't be reached: printers, bilevel bitmaps.
 void PaintBand(HDC dc, struct_LEAD_Bitmap* bitmap, const PaintRects& rects, const RECT& band,
@@ -92,17 +105,17 @@ void PaintOnPrinter(HDC dc, struct_LEAD_Bitmap* bitmap, const PaintRects& rects)
 }  // namespace
 
 HPALETTE LEADTOOLS::CreatePaintPalette(HDC /*dc*/, struct_LEAD_Bitmap* bitmap) {
-  const std::vector<PALETTEENTRY> colors = ColorsOf(imaging::RequirePixels(bitmap, "paint"));
-  // The record ends in as many entries as it says; room for one is counted already.
-  std::vector<std::byte> memory(sizeof(LOGPALETTE) + colors.size() * sizeof(PALETTEENTRY));
-  auto* palette = reinterpret_cast<LOGPALETTE*>(memory.data());
-  palette->palVersion = 0x300;
-  palette->palNumEntries = static_cast<WORD>(colors.size());
-  std::copy(colors.begin(), colors.end(),
-            reinterpret_cast<PALETTEENTRY*>(memory.data() + offsetof(LOGPALETTE, palPalEntry)));
-  const HPALETTE result = CreatePalette(palette);
-  if (result == nullptr) imaging::Fail(imaging::kErrorNoMemory, "No palette could be made for the image");
-  return result;
+  return imaging::Guarded([&] { return PaletteOf(ColorsOf(imaging::RequirePixels(bitmap, "paint"))); });
+}
+
+HPALETTE LEADTOOLS::DupPalette(HPALETTE palette) {
+  if (palette == nullptr) return nullptr;
+  return imaging::Guarded([&] {
+    std::vector<PALETTEENTRY> colors(GetPaletteEntries(palette, 0, 0, nullptr));
+    if (colors.empty()) imaging::Fail(imaging::kErrorInvalidParameter, "There is no palette to copy");
+    GetPaletteEntries(palette, 0, static_cast<UINT>(colors.size()), colors.data());
+    return PaletteOf(colors);
+  });
 }
 
 int LEADTOOLS::PaintDC(HDC dc, struct_LEAD_Bitmap* bitmap, tagRECT* source, tagRECT* sourceClip,

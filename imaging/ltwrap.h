@@ -50,6 +50,11 @@ class LTWRAP_API LEADTOOLS {
   static int InitBitmap(struct_LEAD_Bitmap* bitmap, int width, int height, int bits);
   /// Gives an initialised record pixels, all zero. memoryType is 1.
   static int AllocateBitmap(struct_LEAD_Bitmap* bitmap, int memoryType);
+  /// InitBitmap and AllocateBitmap in one. bits 0: true colour, 24 bits. palette: the colours of up to 8 bits
+  /// (2^bits of them), null for grey. data is null and dataSize 0.
+  static int CreateBitmap(struct_LEAD_Bitmap* bitmap, unsigned int memoryType, unsigned int width,
+                          unsigned int height, unsigned int bits, unsigned int order, tagRGBQUAD* palette,
+                          unsigned int viewPerspective, unsigned char* data, unsigned long dataSize);
   /// Releases the pixels and clears Allocated. An empty record is left alone.
   static void FreeBitmap(struct_LEAD_Bitmap* bitmap);
   static int CopyBitmap(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source);
@@ -121,6 +126,18 @@ class LTWRAP_API LEADTOOLS {
   /// the destination clip (null: none): averaged on reduction, exact pixels on enlargement.
   static int PaintDC(HDC dc, struct_LEAD_Bitmap* bitmap, tagRECT* source, tagRECT* sourceClip,
                      tagRECT* destination, tagRECT* destinationClip, unsigned long rasterOperation);
+  /// A copy of a palette, which the caller deletes; null of null.
+  static HPALETTE DupPalette(HPALETTE palette);
+
+  // Drawing into a bitmap (leadtools_dc.cpp)
+
+  /// A device context that shows the bitmap's pixels as they are stored. What is drawn is in the bitmap once
+  /// the device context is ended, which the caller does by DeleteLeadDC. Colours that the bitmap's table
+  /// lacks become the nearest ones.
+  static HDC CreateLeadDC(struct_LEAD_Bitmap* bitmap);
+  /// Also of a bitmap that was freed, or given another size or depth, meanwhile: the drawing is lost then.
+  /// 0, and nothing done, if this is no device context of CreateLeadDC.
+  static unsigned int DeleteLeadDC(HDC dc);
 
   /// Prints the bitmap at (x, y) of the open page, in the printer's dots, scaled to width and height; both 0:
   /// as large as the page allows, with square pixels unless both resolutions are known. What doesn't fit is
