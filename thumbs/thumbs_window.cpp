@@ -4,6 +4,7 @@
 
 #include "imaging/ltwrap.h"
 #include "library/resource_ids.h"
+#include "thumbs/strip_items.h"
 #include "thumbs/thumb_caption.h"
 #include "thumbs/thumb_size.h"
 
@@ -12,14 +13,10 @@ IMPLEMENT_DYNCREATE(CThumbsWindow, CWnd)
 namespace {
 
 constexpr UINT kShowItem = WM_USER + 17;
-constexpr UINT kSetStripColour = WM_USER + 21;
 constexpr int kGrayDepth = 8;
 constexpr unsigned kScaleGray = 2;  // of SizeBitmapExt, for a page that was bilevel
 constexpr unsigned kCountPages = 1;
 constexpr auto kAppend = static_cast<unsigned>(-1);
-constexpr UINT kPicture = 1;
-constexpr UINT kCaption = 2;
-constexpr UINT kSelection = 8;
 
 // In English, whatever the texts of the library are: so it has always been for images in memory.
 CString CaptionOfMemoryPage(int page) {
@@ -38,13 +35,7 @@ BOOL CThumbsWindow::Create(LPCTSTR, LPCTSTR title, DWORD style, const RECT& rect
                            void* context) {
   LEADTOOLS::UseImageListControl();
   if (CWnd::Create("LEADIMGLIST32", title, style, rect, parent, id, context) == FALSE) return FALSE;
-  _LILSELOPTION selection{};
-  LEADTOOLS::ImgListGetSelOptions(m_hWnd, &selection);
-  selection.uStructSize = sizeof selection;
-  selection.bSelectPicked = 1;
-  selection.bSingle = 1;
-  LEADTOOLS::ImgListSetSelOptions(m_hWnd, &selection);
-  SendMessage(kSetStripColour, 0, static_cast<LPARAM>(GetSysColor(COLOR_INACTIVECAPTION)));
+  thumbs::PrepareStrip(m_hWnd);
   return TRUE;
 }
 
@@ -110,40 +101,20 @@ void CThumbsWindow::CreateThumbnails() {
 
 void CThumbsWindow::InsertItems(CString (*caption)(int page)) {
   const unsigned count = Count();
-  _LILITEM item{};
-  item.uStructSize = sizeof item;
   for (unsigned i = 0; i < count; ++i) {
     struct_LEAD_Bitmap bitmap{};
     LEADTOOLS::GetBitmapListItem(m_pBitmapList, i, &bitmap);
-    CString text = caption(static_cast<int>(i) + 1);
-    item.uMask = kPicture | kCaption | kSelection;
-    item.pBitmap = &bitmap;
-    item.pszText = text.GetBuffer(0);
-    item.bSelected = 0;
-    LEADTOOLS::ImgListInsert(m_hWnd, &item);
-    text.ReleaseBuffer();
+    thumbs::Append(m_hWnd, &bitmap, caption(static_cast<int>(i) + 1));
   }
-  if (count > 0) Select(0, true);
-}
-
-void CThumbsWindow::Select(unsigned index, bool selected) {
-  _LILITEM item{};
-  item.uStructSize = sizeof item;
-  LEADTOOLS::ImgListGetItem(m_hWnd, index, &item);
-  item.uMask = kSelection;
-  item.bSelected = selected ? 1 : 0;
-  LEADTOOLS::ImgListSetItem(m_hWnd, index, &item);
+  thumbs::SelectAlone(m_hWnd, 0);
 }
 
 void CThumbsWindow::SetSel(int page) {
   if (m_pBitmapList == nullptr) return;
   // The items count, not the pictures: a failure may have left pictures without items.
-  const auto count = static_cast<unsigned>(LEADTOOLS::ImgListGetItemCount(m_hWnd));
-  const auto chosen = static_cast<unsigned>(page - 1);
-  if (chosen >= count) return;
-  for (unsigned i = 0; i < count; ++i) Select(i, false);
-  Select(chosen, true);
-  SendMessage(kShowItem, chosen);
+  if (page < 1 || page > LEADTOOLS::ImgListGetItemCount(m_hWnd)) return;
+  thumbs::SelectAlone(m_hWnd, page - 1);
+  SendMessage(kShowItem, static_cast<WPARAM>(page - 1));
 }
 
 void CThumbsWindow::ShowFailure(CLeadtoolsException* exception) {

@@ -40,6 +40,5 @@ class TESSAREL_API CThumbsWindow : public CWnd {
   void InsertItems(CString (*caption)(int page));
   unsigned Count() const;
   void Shrink(unsigned index);
-  void Select(unsigned index, bool selected);
   void ShowFailure(class CLeadtoolsException* exception);
 };
