@@ -1,9 +1,6 @@
 #pragma once
 
-#include <cmath>
-
 #include "imagewindow/zoom_steps.h"
-#include "library/resource_ids.h"
 #include "platform/base/geometry.h"
 
 /// Mouse modes of the document's view. Higher values are kept and do nothing.
@@ -51,19 +48,6 @@ inline CPoint KeepingCentre(POINT position, SIZE client, double ratio) {
           zoom::TruncateToInt((client.cy / 2) * (ratio - 1) + position.y * ratio)};
 }
 
-/// A scale that is multiplied, but not beyond the highest.
-struct Multiplied {
-  double multiplier;  ///< that was used
-  double factor;      ///< the new scale
-};
-
-inline Multiplied MultiplyFactor(double factor, double multiplier) {
-  if (!std::isfinite(multiplier)) return {1.0, factor};
-  const double product = multiplier * factor;
-  if (product * 100.0 <= zoom::kHighestPercent) return {multiplier, product};
-  return {zoom::kHighestFactor / factor, zoom::kHighestFactor};
-}
-
 // Mouse
 
 inline bool ClickDrags(int mode) {
@@ -75,12 +59,6 @@ inline bool ClickZooms(int mode) {
 /// Shift turns the direction over. For modes in which a click zooms.
 inline bool ClickZoomsIn(int mode, bool shift) {
   return (mode == ViewMouseZoomIn) != shift;
-}
-
-/// The cursor of a zoom mode, for the direction in which a click zooms.
-inline UINT ZoomCursor(bool in, bool possible) {
-  if (!possible) return IDC_ZP_CURSOR_ZOOM_LIMIT;
-  return in ? IDC_ZP_CURSOR_ZOOM_IN : IDC_ZP_CURSOR_ZOOM_OUT;
 }
 
 // A page that can't be shown (crossed_box.h)

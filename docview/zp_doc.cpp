@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "docview/document_frame.h"
+#include "docview/failure.h"
 #include "docview/view_rules.h"
 #include "docview/zp_view.h"
-#include "library/report_error.h"
 #include "library/resource_ids.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/thread.h"
@@ -113,8 +113,7 @@ int CZPDoc::LoadPages(int nCount, const LoadPage& loadPage) {
 }
 
 int CZPDoc::FailOpen(CLeadtoolsException* pException) {
-  ReportError(pException->GetLastError(), CLeadtoolsException::GetErrorMessage(pException->m_nError));
-  pException->Delete();
+  ReportFailure(pException);
   ShowOpened(-1);
   return 0;
 }

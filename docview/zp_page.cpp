@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
+#include "docview/failure.h"
 #include "docview/load_progress.h"
 #include "docview/page_size.h"
-#include "library/report_error.h"
 #include "platform/framework/wnd.h"
 #include "platform/window/control_messages.h"
 
@@ -38,8 +38,7 @@ void MakePixelsSquare(struct_LEAD_Bitmap* bitmap) {
 }
 
 int Report(CLeadtoolsException* exception) {
-  ReportError(exception->GetLastError(), CLeadtoolsException::GetErrorMessage(exception->m_nError));
-  exception->Delete();
+  ReportFailure(exception);
   return 0;
 }
 

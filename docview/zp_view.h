@@ -8,6 +8,8 @@
 class CPaintDC;
 class CScrollBar;
 class CZPDoc;
+template <class Window>
+class PageInput;
 
 /// Shows the active page of a CZPDoc, scaled and scrolled. The page's bitmap stays the document's; it comes
 /// with the document's hints. A page that can't be shown is a crossed box with a text, a document without
@@ -112,7 +114,26 @@ class TESSAREL_API CZPView : public CView {
   struct_LEAD_Bitmap* m_pBitmap = nullptr;  ///< the active page's; the document's
 
  private:
+  /// Null for a view that was made without one.
   CZPDoc* Document() const;
+  /// Full size of the page; 0 by 0 without one.
+  CSize PageSize() const;
+  /// Whether a reduced copy stands for the page.
+  bool IsReduced() const;
+  void FreeSmartBitmap();
+  /// Zooms, but lets a running fit run.
+  void ZoomKeepingFit(double factor);
+  void StepTo(int divisor);
+  /// Brings the view in line with a new scale.
+  void ShowScale(double oldFactor);
+  /// The crossed box with its text.
+  void DrawNoPage(CDC* dc);
+  bool ClickDrags() const;
+  bool ClickZooms() const;
+  bool ClickZoomsIn() const;
+  double MultiplyScale(double multiplier);
+
+  friend class PageInput<CZPView>;
 
   DECLARE_MESSAGE_MAP()
 };

@@ -1,34 +1,14 @@
 #include <cstring>
 
 #include "imagewindow/image_window.h"
+#include "imagewindow/page_input.h"
+#include "imagewindow/page_paint.h"
+#include "imagewindow/page_window.h"
 #include "imagewindow/smart_resize.h"
-#include "imagewindow/viewport.h"
 #include "platform/base/bitmapinfo.h"
 #include "platform/base/global_memory.h"
-#include "platform/graphics/surface.h"
 
 namespace {
-
-/// The bitmap's colours, selected while it is painted, also if painting throws.
-class PaintPalette {
- public:
-  PaintPalette(HDC dc, struct_LEAD_Bitmap* bitmap)
-      : m_dc(dc), m_palette(LEADTOOLS::CreatePaintPalette(dc, bitmap)) {
-    m_former = SelectPalette(m_dc, m_palette, FALSE);
-    RealizePalette(m_dc);
-  }
-  PaintPalette(const PaintPalette&) = delete;
-  PaintPalette& operator=(const PaintPalette&) = delete;
-  ~PaintPalette() {
-    SelectPalette(m_dc, m_former, FALSE);
-    DeleteObject(m_palette);
-  }
-
- private:
-  HDC m_dc;
-  HPALETTE m_palette;
-  HPALETTE m_former;
-};
 
 /// The address of a global block while it is in use.
 class LockedBlock {
@@ -51,29 +31,16 @@ class LockedBlock {
 
 void CImageWindow::OnPaint() {
   CPaintDC dc(this);
-  if (!DoDraw(&dc)) {
-    CRect client;
-    GetClientRect(client);
-    dc.DPtoLP(static_cast<LPRECT>(client));
-    CGdiObject* former = dc.SelectStockObject(GRAY_BRUSH);
-    dc.PatBlt(0, 0, client.right, client.bottom, PATCOPY);
-    dc.SelectObject(former);
-  }
-  RestoreBand(&dc);
+  if (!DoDraw(&dc)) page_window::FillGray(*this, dc);
+  PageInput(*this).RestoreBand(&dc);
 }
 
 bool CImageWindow::DoDraw(CPaintDC* dc) {
   // Without pixels the failure has been told already, when the page was loaded.
   if (m_nCurrPage < 1 || !HasPage()) return false;
-  // On a scaled display the copy has fewer pixels than the screen; the page itself is then scaled straight to
-  // the screen's pixels.
-  const bool reduced = NeedsSmartBitmap() && (m_SmartBitmap.Flags & leadtools12::kAllocated) != 0 &&
-                       platform::DeviceScale(dc->m_hDC) <= 1.0;
-  struct_LEAD_Bitmap* bitmap = reduced ? &m_SmartBitmap : &m_Bitmap;
+  const bool reduced = NeedsSmartBitmap() && ShowsReducedCopy(dc->m_hDC, m_SmartBitmap);
   try {
-    const PaintPalette palette(dc->m_hDC, bitmap);
-    CRect destination = viewport::PageRect(m_ptScroll, m_szScaled);
-    LEADTOOLS::PaintDC(dc->m_hDC, bitmap, nullptr, nullptr, destination, &dc->m_ps.rcPaint, SRCCOPY);
+    PaintPage(dc->m_hDC, reduced ? &m_SmartBitmap : &m_Bitmap, m_ptScroll, m_szScaled, &dc->m_ps.rcPaint);
   } catch (CLeadtoolsException* exception) {
     Report(exception);
     return false;
@@ -96,7 +63,7 @@ void CImageWindow::DoSmartResizing() {
 }
 
 int CImageWindow::GetWidthBytes(int bits) {
-  return static_cast<int>((std::int64_t{bits} + 31) / 32 * 4);
+  return page_window::WidthBytes(bits);
 }
 
 void* CImageWindow::SmartResize(void* sourceBlock) {

@@ -37,14 +37,9 @@ bool CImageWindow::ZoomToScaleFactor(double factor) {
 
 double CImageWindow::MultiplyScaleFactor(double multiplier) {
   if (!std::isfinite(multiplier)) return 1.0;  // refused: nothing is scaled
-  const double product = multiplier * m_dScaleFactor;
-  if (product * 100.0 <= zoom::kHighestPercent) {
-    ZoomToScaleFactor(product);
-    return multiplier;
-  }
-  multiplier = zoom::kHighestFactor / m_dScaleFactor;
-  ZoomToScaleFactor(zoom::kHighestFactor);
-  return multiplier;
+  const zoom::Multiplied scale = zoom::MultiplyFactor(m_dScaleFactor, multiplier);
+  ZoomToScaleFactor(scale.factor);
+  return scale.multiplier;
 }
 
 bool CImageWindow::ZoomInPossible() const {

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "imagewindow/page_window.h"
 #include "library/settings.h"
 #include "platform/base/path.h"
 
@@ -26,8 +27,6 @@ ON_WM_DROPFILES()
 END_MESSAGE_MAP()
 
 namespace {
-
-constexpr int kClassBackground = 5;  // the window class names its brush by a colour number plus 1
 
 std::array<RGBQUAD, 256> LinearGray() {
   std::array<RGBQUAD, 256> palette{};
@@ -86,8 +85,7 @@ BOOL CImageWindow::PreCreateWindow(CREATESTRUCT& cs) {
   if (CWnd::PreCreateWindow(cs) == FALSE) return FALSE;
   cs.dwExStyle |= WS_EX_CLIENTEDGE;
   cs.style &= ~static_cast<DWORD>(WS_BORDER);
-  cs.lpszClass = AfxRegisterWndClass(CS_BYTEALIGNCLIENT, nullptr,
-                                     reinterpret_cast<HBRUSH>(std::intptr_t{kClassBackground}), nullptr);
+  cs.lpszClass = page_window::WindowClass();
   return TRUE;
 }
 
@@ -95,12 +93,6 @@ int CImageWindow::OnCreate(LPCREATESTRUCT cs) {
   if (CWnd::OnCreate(cs) == -1) return -1;
   SetClassLong(m_hWnd, GCL_HCURSOR, 0);  // the window alone decides on its cursor
   DragAcceptFiles(TRUE);
-  ModifyStyle(0, WS_HSCROLL | WS_VSCROLL);
-  ShowScrollBar(SB_BOTH, FALSE);
-  SCROLLINFO nothing{};
-  nothing.cbSize = sizeof nothing;
-  nothing.fMask = SIF_ALL;
-  SetScrollInfo(SB_HORZ, &nothing, FALSE);
-  SetScrollInfo(SB_VERT, &nothing, FALSE);
+  page_window::AddScrollBars(*this);
   return 0;
 }

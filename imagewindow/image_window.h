@@ -8,6 +8,8 @@
 #include "platform/framework/wnd.h"
 
 class CImageWindowFrame;
+template <class Window>
+class PageInput;
 
 /// Fit modes. Any other value is kept and does nothing.
 enum : int { FitModeNone = 0, FitModeWidth = 1, FitModeHeight = 2, FitModeBest = 3 };
@@ -189,23 +191,17 @@ class TESSAREL_API CImageWindow : public CWnd {
   /// Repeats rows or columns of m_Bitmap until its pixels are square on the screen; throws.
   void MakePixelsSquare();
   void StepTo(int divisor, CPoint position);
-  void ScrollBy(int bar, UINT code, UINT* position);
   /// The frame round this window, or null.
   CImageWindowFrame* Frame() const;
   void OpenDropped(const char* path);
+  bool ClickDrags() const;
   bool ClickZooms() const;
   bool ClickZoomsIn() const;
-  void ShowZoomCursor();
-  void SetShift(bool down);
-  void ZoomAt(CPoint point);
-  /// Draws the selection's frame at its new place, and takes it off the last one.
-  void MoveBand(const CRect& band);
-  /// Draws the frame again over what was just painted.
-  void RestoreBand(CDC* dc);
-  void ScrollByWheel(int bar, int delta);
-  void TurnPageByWheel(int delta);
+  double MultiplyScale(double multiplier) { return MultiplyScaleFactor(multiplier); }
   bool ExportByCopy(const CString& target);
   bool ExportPages(const CString& target);
+
+  friend class PageInput<CImageWindow>;
 
   DECLARE_MESSAGE_MAP()
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "imagewindow/zoom_steps.h"
+#include "library/resource_ids.h"
 #include "platform/base/geometry.h"
 
 // What clicks and selections mean, as arithmetic without windows. Points are client coordinates; a scroll
@@ -37,6 +38,12 @@ inline double SelectionMultiplier(SIZE client, SIZE selection) {
 /// A point of the scaled page after the scale was multiplied.
 inline CPoint Multiplied(POINT point, double multiplier) {
   return {zoom::TruncateToInt(point.x * multiplier), zoom::TruncateToInt(point.y * multiplier)};
+}
+
+/// The cursor of a zoom mode, for the direction in which a click zooms.
+inline UINT ZoomCursor(bool in, bool possible) {
+  if (!possible) return IDC_ZP_CURSOR_ZOOM_LIMIT;
+  return in ? IDC_ZP_CURSOR_ZOOM_IN : IDC_ZP_CURSOR_ZOOM_OUT;
 }
 
 }  // namespace mouse

@@ -40,9 +40,14 @@ inline CPoint Moved(POINT position, SIZE offset, POINT largest) {
           Limit(std::int64_t{position.y} + offset.cy, largest.y)};
 }
 
+/// Whether a client area of this size, grown or shrunk, would show more than the page's end.
+inline bool IsBeyondEnd(int position, int client, int scaled) {
+  return std::int64_t{client} + position > scaled;
+}
+
 /// Where a position stays after the client area has grown or shrunk to `client`.
 inline int AfterResize(int position, int client, int scaled, int largest) {
-  return std::int64_t{client} + position > scaled ? largest : position;
+  return IsBeyondEnd(position, client, scaled) ? largest : position;
 }
 
 /// One axis of the window, as a scroll bar event finds it.

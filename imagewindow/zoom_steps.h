@@ -56,6 +56,19 @@ inline double KeepSmallestSide(double factor, SIZE page) {
   return factor;
 }
 
+/// A scale that is multiplied, but not beyond the highest.
+struct Multiplied {
+  double multiplier;  ///< that was used
+  double factor;      ///< the new scale
+};
+
+inline Multiplied MultiplyFactor(double factor, double multiplier) {
+  if (!std::isfinite(multiplier)) return {1.0, factor};
+  const double product = multiplier * factor;
+  if (product * 100.0 <= kHighestPercent) return {multiplier, product};
+  return {kHighestFactor / factor, kHighestFactor};
+}
+
 inline double FactorOfDivisor(int divisor) {
   return divisor > 0 ? 1.0 / divisor : -static_cast<double>(divisor);
 }

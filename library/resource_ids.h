@@ -69,6 +69,7 @@ enum : UINT {
   IDS_ZP_PRINT_ABORTED = 40030,
   IDS_ZP_NO_DETAILS = 40032,
   IDS_ZP_PAGE_CAPTION = 40033,
+  IDS_ZP_PAGE_UNSUPPORTED = 40034,
 };
 
 // Menus, dialogs and pictures. Kinds count apart, so a menu, a cursor and an icon may have one number.

@@ -19,6 +19,12 @@ platform::WrapperMap<CGdiObject, HGDIOBJ>& Wrappers() {
   return map;
 }
 
+/// A theme colour's number plus 1, as a window class may have it for its background and FillRect takes it.
+bool IsThemeColorNumber(HGDIOBJ object) {
+  const auto number = reinterpret_cast<std::uintptr_t>(object);
+  return number >= 1 && number <= COLOR_INFOBK + 1;
+}
+
 std::unique_ptr<CGdiObject> MakeWrapper(DWORD type) {
   switch (type) {
     case OBJ_PEN:
@@ -51,7 +57,7 @@ CGdiObject::~CGdiObject() {
 }
 
 CGdiObject* CGdiObject::FromHandle(HGDIOBJ object) {
-  auto wrapper = MakeWrapper(GetObjectType(object));
+  auto wrapper = MakeWrapper(IsThemeColorNumber(object) ? OBJ_BRUSH : GetObjectType(object));
   if (!wrapper) return nullptr;
   if (CGdiObject* known = Wrappers().Find(object)) return known;
   wrapper->m_hObject = object;

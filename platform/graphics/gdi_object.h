@@ -46,6 +46,7 @@ class PLATFORM_API CBrush : public CGdiObject {
   CBrush() = default;
   explicit CBrush(COLORREF color) { CreateSolidBrush(color); }
   operator HBRUSH() const { return static_cast<HBRUSH>(m_hObject); }  // NOLINT: likewise
+  /// Also of a theme colour's number plus 1, which FillRect takes in a brush's place.
   static CBrush* FromHandle(HBRUSH brush);
   BOOL CreateSolidBrush(COLORREF color) { return Attach(::CreateSolidBrush(color)); }
   BOOL CreateSysColorBrush(int index) { return Attach(::GetSysColorBrush(index)); }

@@ -8,7 +8,7 @@
 #include <cmath>
 
 #include "docview/crossed_box.h"
-#include "library/resource_ids.h"
+#include "imagewindow/mouse_rules.h"
 #include "thumbs/thumb_caption.h"
 #include "thumbs/thumb_size.h"
 
@@ -60,7 +60,7 @@ TEST(ViewRules, AMultipliedScaleEndsAtTheHighest) {
     double factor, multiplier, used, result;
   } cases[] = {{2, 3, 3, 6}, {2, 5, 5, 10}, {2, 6, 5, 10}, {0.5, 0.1, 0.1, 0.05}, {2, HUGE_VAL, 1, 2}};
   for (const auto& c : cases) {
-    const view::Multiplied got = view::MultiplyFactor(c.factor, c.multiplier);
+    const zoom::Multiplied got = zoom::MultiplyFactor(c.factor, c.multiplier);
     EXPECT_DOUBLE_EQ(got.multiplier, c.used) << c.multiplier;
     EXPECT_DOUBLE_EQ(got.factor, c.result) << c.multiplier;
   }
@@ -80,8 +80,8 @@ TEST(ViewRules, ModesAndTheirCursors) {
     ASSERT_EQ(view::ClickZooms(c.mode), c.zooms) << c.mode;
     if (!c.zooms) continue;
     EXPECT_EQ(view::ClickZoomsIn(c.mode, c.shift), c.in) << c.mode;
-    EXPECT_EQ(view::ZoomCursor(c.in, true), c.cursor) << c.mode;
-    EXPECT_EQ(view::ZoomCursor(c.in, false), c.atLimit) << c.mode;
+    EXPECT_EQ(mouse::ZoomCursor(c.in, true), c.cursor) << c.mode;
+    EXPECT_EQ(mouse::ZoomCursor(c.in, false), c.atLimit) << c.mode;
   }
 }
 
