@@ -1,0 +1,111 @@
+#pragma once
+
+#include "docview/zp_frame.h"
+#include "frames/viewer_bars.h"
+#include "thumbs/zp_thumbs_view.h"
+
+// How a document's frame is made, and how its bars follow the document. For the sources of the two frames.
+
+template <typename Base>
+CZPFrame<Base>::CZPFrame() : m_pSplitter(new CSplitter) {
+  this->m_bAutoMenuEnable = FALSE;
+}
+
+template <typename Base>
+CZPFrame<Base>::~CZPFrame() {
+  delete m_pSplitter;
+}
+
+template <typename Base>
+BOOL CZPFrame<Base>::PreCreateWindow(CREATESTRUCT& cs) {
+  if (Base::PreCreateWindow(cs) == FALSE) return FALSE;
+  cs.lpszClass = viewer_bars::FrameClass(IDR_ZP_HOST);
+  return TRUE;
+}
+
+template <typename Base>
+BOOL CZPFrame<Base>::OnCreateClient(LPCREATESTRUCT, CCreateContext* context) {
+  using viewer_bars::kPaneSize;
+  if (m_pSplitter->CreateStatic(this, 1, 2, WS_CHILD | WS_VISIBLE, AFX_IDW_PANE_FIRST) == FALSE ||
+      m_pSplitter->CreateView(0, 0, RUNTIME_CLASS(CZPThumbsView), kPaneSize, context) == FALSE ||
+      m_pSplitter->CreateView(0, 1, RUNTIME_CLASS(CZPView), kPaneSize, context) == FALSE)
+    return FALSE;
+  m_pThumbsView = static_cast<CZPThumbsView*>(m_pSplitter->GetPane(0, 0));
+  m_pView = static_cast<CZPView*>(m_pSplitter->GetPane(0, 1));
+  m_pDoc = DYNAMIC_DOWNCAST(CZPDoc, m_pView->GetDocument());
+  if (m_bThumbsVisible == 0) m_pSplitter->HideColumn(0);
+  return TRUE;
+}
+
+// Bars
+
+template <typename Base>
+bool CZPFrame<Base>::HasBars() {
+  return StatusBar() != nullptr && PageCombo() != nullptr && ScaleCombo() != nullptr &&
+         StatusBar()->m_hWnd != nullptr && PageCombo()->m_hWnd != nullptr && ScaleCombo()->m_hWnd != nullptr;
+}
+
+template <typename Base>
+void CZPFrame<Base>::InitialFrameUpdate() {
+  if (!HasBars()) return;
+  CString idle;
+  idle.FormatMessage(AFX_IDS_IDLEMESSAGE);
+  StatusBar()->SetWindowText(idle);
+  UpdateFrame();
+}
+
+template <typename Base>
+void CZPFrame<Base>::UpdateFrame() {
+  if (HasBars() && OwnsBars()) UpdateBars();
+  if (m_pView == nullptr) return;
+  // A mode that the user has chosen outlasts pages, unless one comes that can't be shown.
+  if (!IsShown())
+    m_pView->SetMouseMode(ViewMouseNone);
+  else if (m_pView->GetMouseMode() == ViewMouseNone)
+    m_pView->SetMouseMode(ViewMouseDrag);
+}
+
+template <typename Base>
+void CZPFrame<Base>::UpdateBars() {
+  CComboPageNum& combo = *PageCombo();
+  if (Pages() < 2) {
+    // A combo that loses the keyboard writes its page once more, so it has to lose it before it is emptied.
+    if (m_pView != nullptr && ::IsChild(combo.m_hWnd, ::GetFocus()) != FALSE) m_pView->SetFocus();
+    combo.EnableWindow(FALSE);
+    combo.SetWindowText("");
+  } else {
+    combo.EnableWindow(TRUE);
+    InitPageComboBox(Pages());
+    combo.SendMessage(CB_SETCURSEL, static_cast<WPARAM>(Page()));
+  }
+  if (IsOpen()) viewer_bars::ShowPagePane(*StatusBar(), Page() + 1, Pages(), TRUE);
+  viewer_bars::EnablePane(*StatusBar(), ID_ZP_INDICATOR_PAGE, IsOpen());
+
+  ScaleCombo()->EnableWindow(IsShown() ? TRUE : FALSE);
+  if (IsShown()) UpdateZoomStatus();
+  viewer_bars::EnablePane(*StatusBar(), ID_ZP_INDICATOR_ZOOM, IsShown());
+}
+
+// Thumbnails
+
+template <typename Base>
+void CZPFrame<Base>::OnZpViewThumbnails() {
+  m_bThumbsVisible = m_bThumbsVisible == 0 ? 1 : 0;
+  if (m_bThumbsVisible != 0)
+    m_pSplitter->ShowColumn();
+  else
+    m_pSplitter->HideColumn(0);
+}
+
+template <typename Base>
+void CZPFrame<Base>::OnUpdateZpViewThumbnails(CCmdUI* ui) {
+  ui->Enable(TRUE);
+  ui->SetCheck(m_bThumbsVisible);
+}
+
+template <typename Base>
+BOOL CZPFrame<Base>::OnCommand(WPARAM wParam, LPARAM lParam) {
+  if (LOWORD(wParam) != m_pSplitter->IdFromRowCol(0, 0)) return Base::OnCommand(wParam, lParam);
+  if (HIWORD(wParam) == viewer_bars::kPicked) ShowOtherPage(viewer_bars::PickedIndex(lParam));
+  return TRUE;
+}
