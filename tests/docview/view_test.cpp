@@ -54,7 +54,7 @@ TEST_F(View, ScaleAndModesOutlastPages) {
   EXPECT_EQ(view->m_szScaled, CSize(185, 185));
 }
 
-void StoreScale(int percent) {
+void StoreScale(UINT percent) {
   HKEY key = nullptr;
   ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "software\\Morvane Software Works\\Tessarel12\\1.0\\Settings",
                             0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr),
@@ -64,7 +64,10 @@ void StoreScale(int percent) {
 }
 
 TEST_F(View, ScaleOfTheSettings) {
-  const struct { int stored, shown; } cases[] = {{50, 50}, {0, 100}, {1001, 100}, {1000, 1000}, {-5, 100}};
+  const struct {
+    UINT stored;
+    int shown;
+  } cases[] = {{50, 50}, {0, 100}, {1001, 100}, {1000, 1000}, {0xfffffffb, 100}};
   for (const auto& c : cases) {
     StoreScale(c.stored);
     MakeView();
