@@ -127,7 +127,7 @@ void CZPView::OnDraw(CDC* dc) {
       DrawNoPage(dc);
   }
   // Another device context than the window's never had the frame of a selection.
-  if (dc->IsKindOf(RUNTIME_CLASS(CPaintDC)) != FALSE) PageInput(*this).RestoreBand(dc);
+  if (dynamic_cast<CPaintDC*>(dc) != nullptr) PageInput(*this).RestoreBand(dc);
 }
 
 int CZPView::DisplayBmp(CDC* dc) {

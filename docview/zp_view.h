@@ -128,9 +128,11 @@ class TESSAREL_API CZPView : public CView {
   void ShowScale(double oldFactor);
   /// The crossed box with its text.
   void DrawNoPage(CDC* dc);
+  // What a click does in the current mode, for PageInput.
   bool ClickDrags() const;
   bool ClickZooms() const;
   bool ClickZoomsIn() const;
+  /// Zooms as far as the scale goes; the multiplier that was used.
   double MultiplyScale(double multiplier);
 
   friend class PageInput<CZPView>;

@@ -194,6 +194,7 @@ class TESSAREL_API CImageWindow : public CWnd {
   /// The frame round this window, or null.
   CImageWindowFrame* Frame() const;
   void OpenDropped(const char* path);
+  // What a click does in the current mode, and a zoom by a selection, for PageInput.
   bool ClickDrags() const;
   bool ClickZooms() const;
   bool ClickZoomsIn() const;

@@ -48,6 +48,7 @@ class PageTest : public testing::Test {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
+  const std::filesystem::path& Folder() const { return m_folder; }
   static std::vector<std::string>& Boxes() {
     static std::vector<std::string> boxes;
     return boxes;
