@@ -1,0 +1,84 @@
+// The multiple-document shell: bars that its windows share.
+
+#include "tests/docview/shell_fixture.h"
+
+namespace {
+
+class MdiShell : public ShellTest {
+ protected:
+  void SetUp() override {
+    ShellTest::SetUp();
+    main = MakeMdi();
+    Settle();
+  }
+  std::string Bars() { return ShellTest::Bars(main); }
+  static CZPmdiChild* ChildOf(CZPDoc* document) {
+    POSITION position = document->GetFirstViewPosition();
+    return static_cast<CZPmdiChild*>(document->GetNextView(position)->GetParentFrame());
+  }
+  CZPmdiFrame* main = nullptr;
+};
+
+TEST_F(MdiShell, TheBarsShowTheWindowInFront) {
+  EXPECT_EQ(Bars(), "()|()||");
+  CZPDoc* const three = OpenPages(3);
+  Command(ID_ZP_LAST_PAGE);
+  Command(ID_ZP_ZOOM_IN);
+  CZPDoc* const one = OpenPages(1);
+  EXPECT_EQ(Bars(), "()|100%|Zoom 1:100|Pagina 1 of 1");
+  ChildOf(three)->MDIActivate();
+  Settle();
+  EXPECT_EQ(Bars(), "3|200%|Zoom 1:200|Pagina 3 of 3");
+  Type(main->m_wndComboPage, "2", VK_RETURN);
+  EXPECT_EQ(three->GetActivePageNum(), 1);
+  // What goes on behind the window in front isn't shown.
+  one->Rotate(9000);
+  EXPECT_EQ(Bars(), "2|200%|Zoom 1:200|Pagina 2 of 3");
+  ChildOf(one)->m_pView->SetFitMode(1);
+  main->MDITile();
+  Settle();
+  EXPECT_EQ(Bars(), "2|200%|Zoom 1:200|Pagina 2 of 3");
+}
+
+TEST_F(MdiShell, AnOpenThatFailsLeavesTheWindowInFrontAlone) {
+  OpenPages(3);
+  EXPECT_EQ(Open(TextFile()), nullptr);
+  EXPECT_EQ(Boxes().size(), 1U);
+  EXPECT_EQ(Bars(), "1|100%|Zoom 1:100|Pagina 1 of 3");
+  EXPECT_EQ(Text(main->m_wndStatusBar), "Pronto");
+  EXPECT_EQ(State(ID_ZP_NEXT_PAGE), "+");
+}
+
+TEST_F(MdiShell, TheBarsAreEmptyOnceTheLastWindowHasGone) {
+  OpenPages(3);
+  OpenPages(2);
+  while (CMDIChildWnd* child = main->MDIGetActive()) {
+    child->SendMessage(WM_CLOSE);
+    Settle();
+  }
+  EXPECT_EQ(Bars(), "()|()||");
+  const CToolBarCtrl& bar = main->m_wndToolBar.GetToolBarCtrl();
+  for (const UINT id : {ID_FILE_PRINT, ID_ZP_DRAG_MODE, ID_ZP_ZOOM_IN, ID_ZP_VIEW_THUMBNAILS})
+    EXPECT_FALSE(bar.IsButtonEnabled(static_cast<int>(id))) << id;
+  OpenPages(2);
+  EXPECT_EQ(Bars(), "1|100%|Zoom 1:100|Pagina 1 of 2");
+  EXPECT_TRUE(bar.IsButtonEnabled(ID_ZP_VIEW_THUMBNAILS));
+}
+
+TEST_F(MdiShell, AFileThatIsOpenComesToTheFront) {
+  const std::string path = PagesFile(2);
+  CZPDoc* const first = static_cast<CZPDoc*>(g_testApp.OpenDocumentFile(path.c_str()));
+  OpenPages(1);
+  EXPECT_EQ(g_testApp.OpenDocumentFile(path.c_str()), first);
+  Settle();
+  EXPECT_EQ(main->MDIGetActive(), ChildOf(first));
+}
+
+TEST_F(MdiShell, UnderAnotherMainWindowAChildCantBeMade) {
+  auto* const other = MakeMain<CMDIFrameWnd>();
+  auto* const child = static_cast<CZPmdiChild*>(
+      RUNTIME_CLASS(CZPmdiChild)->CreateObject());  // deletes itself when its window can't be made
+  EXPECT_FALSE(child->LoadFrame(IDR_ZP_HOST, WS_OVERLAPPEDWINDOW, other, nullptr));
+}
+
+}  // namespace
