@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
+#include "docview/failure.h"
 #include "docview/view_rules.h"
 #include "docview/zp_doc.h"
-#include "library/report_error.h"
 #include "thumbs/page_picture.h"
 #include "thumbs/strip_items.h"
 #include "thumbs/thumb_caption.h"
@@ -17,11 +17,6 @@ ON_WM_PAINT()
 END_MESSAGE_MAP()
 
 namespace {
-
-void Report(CLeadtoolsException* exception) {
-  ReportError(exception->GetLastError(), CLeadtoolsException::GetErrorMessage(exception->m_nError));
-  exception->Delete();
-}
 
 /// Tells the document at its end that a page's bitmap isn't needed any more. For a host's kind of page, which
 /// may hold its pixels only while they are in use.
@@ -97,7 +92,7 @@ void CZPThumbsView::CreateThumbsList() {
     for (int i = 0; i < pages; ++i) InsertPage(*document, i);
     ChangeSelPage();
   } catch (CLeadtoolsException* exception) {
-    Report(exception);
+    ReportFailure(exception);
   }
 }
 
@@ -124,7 +119,7 @@ void CZPThumbsView::UpdatePageModification(int nPage) {
     picture.MakeScaled(*page, PictureRoom());
     thumbs::SetPicture(m_hWnd, nPage, picture.Bitmap());
   } catch (CLeadtoolsException* exception) {
-    Report(exception);
+    ReportFailure(exception);
   }
 }
 
@@ -136,7 +131,7 @@ void CZPThumbsView::ChangeSelPage() {
     const int page = ActivePage();
     if (thumbs::SelectAlone(m_hWnd, page)) EnsureVisible(page);
   } catch (CLeadtoolsException* exception) {
-    Report(exception);
+    ReportFailure(exception);
   }
 }
 
