@@ -183,20 +183,34 @@ int FaxDecoder::ReadRun(const FaxRunTable& table) {
   return -1;
 }
 
-/// An end-of-line code is at least eleven zeros and a one. False if the stream ends instead.
-bool FaxDecoder::SkipEndsOfLine() {
-  constexpr int kZeros = kEndOfLineBits - 1;
-  Refill();
-  while (m_bits >> (64 - kZeros) == 0) {
-    while (std::countl_zero(m_bits) >= m_have) {
-      if (m_next >= m_coded.data() + m_coded.size()) return false;
-      Consume(m_have);
-      Refill();
-    }
-    Consume(std::countl_zero(m_bits) + 1);
+/// An end-of-line code is at least eleven zeros and a one.
+bool FaxDecoder::AtEndOfLine() const {
+  return m_bits >> (64 - (kEndOfLineBits - 1)) == 0;
+}
+
+/// False if the stream ends instead.
+bool FaxDecoder::SkipEndOfLine() {
+  while (std::countl_zero(m_bits) >= m_have) {
+    if (m_next >= m_coded.data() + m_coded.size()) return false;
+    Consume(m_have);
     Refill();
   }
+  Consume(std::countl_zero(m_bits) + 1);
+  Refill();
   return true;
+}
+
+bool FaxDecoder::SkipEndsOfLine() {
+  Refill();
+  while (AtEndOfLine())
+    if (!SkipEndOfLine()) return false;
+  return true;
+}
+
+FaxDecoder::Row FaxDecoder::NextAfterEndOfLine() {
+  Refill();
+  if (!AtEndOfLine() || !SkipEndOfLine() || AtEndOfLine()) return Row::kDamaged;
+  return NextOneDimensional();
 }
 
 FaxDecoder::Row FaxDecoder::NextOneDimensional() {

@@ -32,6 +32,9 @@ class LTWRAP_API FaxDecoder {
   Row Next();
   /// The next row of one-dimensional coding, with end-of-line codes (T.4, 4.1.2) and filling or without.
   Row NextOneDimensional();
+  /// The same where exactly one end-of-line code stands before the row, as T.4 wants it. Without one, or at
+  /// the several that end a page, kDamaged.
+  Row NextAfterEndOfLine();
   /// Whether what was decoded lies within the strip.
   bool WithinData() const;
 
@@ -48,6 +51,8 @@ class LTWRAP_API FaxDecoder {
   int ReadRun(const FaxRunTable& table);
   bool DecodeHorizontal(int& position, int& count);
   Row DecodeRow();
+  bool AtEndOfLine() const;
+  bool SkipEndOfLine();
   bool SkipEndsOfLine();
 
   const FaxRunTable& m_white;

@@ -41,24 +41,35 @@ class BilevelPage {
   std::uint8_t m_one;
 };
 
-/// Group 4 strips by the decoder of our own, which takes half the library's time.
-class G4Strips {
+enum class FaxCoding { kNone, kGroup4, kOneDimensional };
+
+/// What the decoder of our own takes: no uncompressed stretches, no mixture of both kinds of rows.
+FaxCoding FaxCodingOf(const TiffHandle& tiff, const TiffLayout& layout) {
+  if (layout.tiled) return FaxCoding::kNone;
+  if (layout.compression == COMPRESSION_CCITTFAX4 && tiff.Long(TIFFTAG_GROUP4OPTIONS, 0) == 0)
+    return FaxCoding::kGroup4;
+  const bool plain = (tiff.Long(TIFFTAG_GROUP3OPTIONS, 0) & ~std::uint32_t{GROUP3OPT_FILLBITS}) == 0;
+  return layout.compression == COMPRESSION_CCITTFAX3 && plain ? FaxCoding::kOneDimensional : FaxCoding::kNone;
+}
+
+/// Fax strips by the decoder of our own, which takes half the library's time.
+class FaxStrips {
  public:
-  G4Strips(const TiffHandle& tiff, const TiffLayout& layout, std::uint8_t white)
+  FaxStrips(const TiffHandle& tiff, const TiffLayout& layout, std::uint8_t white)
       : m_tiff(tiff),
         m_white(white),
         m_reversed(tiff.Short(TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_LSB2MSB),
-        m_usable(layout.compression == COMPRESSION_CCITTFAX4 && !layout.tiled &&
-                 tiff.Long(TIFFTAG_GROUP4OPTIONS, 0) == 0),  // no uncompressed stretches
-        m_decoder(m_usable ? layout.width : 1),
-        m_row(m_usable ? (static_cast<std::size_t>(layout.width) + 63) / 64 * 8 : 0) {}
+        m_coding(FaxCodingOf(tiff, layout)),
+        m_decoder(m_coding != FaxCoding::kNone ? layout.width : 1),
+        m_row(m_coding != FaxCoding::kNone ? (static_cast<std::size_t>(layout.width) + 63) / 64 * 8 : 0) {}
 
   /// False if the strip isn't sound; what was stored of it is then to be overwritten.
   bool Decode(int firstRow, int endRow, BilevelPage& page) {
-    if (!m_usable || !ReadStrip(firstRow)) return false;
+    if (m_coding == FaxCoding::kNone || !ReadStrip(firstRow)) return false;
     m_decoder.Start(std::span(m_coded).first(m_coded.size() - FaxDecoder::kPadding));
     for (int y = firstRow; y < endRow; ++y) {
-      const FaxDecoder::Row row = m_decoder.Next();
+      const FaxDecoder::Row row =
+          m_coding == FaxCoding::kGroup4 ? m_decoder.Next() : m_decoder.NextAfterEndOfLine();
       if (row == FaxDecoder::Row::kDamaged) return false;
       if (row == FaxDecoder::Row::kEndOfBlock) return y > firstRow && FillRest(y, endRow, page);
       if (row == FaxDecoder::Row::kSameAsAbove && y > firstRow)
@@ -104,7 +115,7 @@ class G4Strips {
   const TiffHandle& m_tiff;
   std::uint8_t m_white;
   bool m_reversed;
-  bool m_usable;
+  FaxCoding m_coding;
   FaxDecoder m_decoder;
   std::vector<std::uint8_t> m_row;
   std::vector<std::uint8_t> m_coded;
@@ -122,7 +133,7 @@ std::unique_ptr<PixelStorage> DecodeBilevelTiff(const TiffHandle& tiff, const Ti
   TiffBands bands(tiff, layout);
   BilevelPage page(layout, colors, bits);
   // The fax coders write white as 0, so that it is the file's 0 that is turned over.
-  G4Strips strips(tiff, layout, flip);
+  FaxStrips strips(tiff, layout, flip);
   while (!bands.AtEnd()) {
     if (strips.Decode(bands.EndRow(), bands.NextEndRow(), page)) {
       bands.Skip();

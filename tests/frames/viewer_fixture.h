@@ -8,10 +8,12 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "frames/image_frame.h"
+#include "frames/image_mdi_child.h"
 #include "imaging/ltwrap.h"
 #include "library/resource_ids.h"
 #include "platform/framework/dialog.h"
@@ -87,27 +89,43 @@ class ViewerFolder : public testing::Test {
   std::filesystem::path m_folder;
 };
 
-/// A viewer in the host's own loop, shown, with nothing open.
+/// A viewer in the host's own loop, shown, with nothing open. A document window stands in a main window.
 template <typename Frame>
 class ViewerTestOf : public ViewerFolder {
  protected:
   void SetUp() override {
     ViewerFolder::SetUp();
+    if constexpr (kInHost) {
+      host = new CMDIFrameWnd;  // deletes itself with its window
+      ASSERT_TRUE(host->LoadFrame(IDR_ZP_HOST));
+      host->SetWindowPos(nullptr, 0, 0, 1000, 800, SWP_NOZORDER);
+      host->ShowWindow(SW_SHOW);
+    }
     MakeFrame();
   }
   void TearDown() override {
     if (frame != nullptr) frame->DestroyWindow();
+    if (host != nullptr) host->DestroyWindow();
     ViewerFolder::TearDown();
   }
 
   void MakeFrame() {
     if (frame != nullptr) frame->DestroyWindow();
-    frame = new OpenedUp<Frame>;  // deletes itself with its window
-    ASSERT_TRUE(
-        frame->LoadFrame(IDR_ZP_VIEWER, DWORD{WS_OVERLAPPEDWINDOW} | FWS_ADDTOTITLE, nullptr, nullptr));
-    frame->SetWindowPos(nullptr, 0, 0, 900, 700, SWP_NOZORDER);
-    frame->ShowWindow(SW_SHOW);
+    frame = NewFrame();
+    ASSERT_NE(frame, nullptr);
     Settle();
+  }
+  /// Null if it could not be made.
+  OpenedUp<Frame>* NewFrame() {
+    auto* made = new OpenedUp<Frame>;  // deletes itself with its window
+    if (made->LoadFrame(IDR_ZP_VIEWER, DWORD{WS_OVERLAPPEDWINDOW} | FWS_ADDTOTITLE, host, nullptr) == FALSE)
+      return nullptr;
+    made->SetWindowPos(nullptr, 0, 0, 900, 700, SWP_NOZORDER);
+    if constexpr (kInHost)
+      made->ActivateFrame();
+    else
+      made->ShowWindow(SW_SHOW);
+    return made;
   }
   void Open(int pages) {
     ASSERT_TRUE(frame->OpenImageFile(WriteFile(pages).c_str()));
@@ -169,7 +187,12 @@ class ViewerTestOf : public ViewerFolder {
     Settle();
   }
 
+  static constexpr bool kInHost = std::is_base_of_v<CMDIChildWnd, Frame>;
+
+  CMDIFrameWnd* host = nullptr;  ///< null for a frame that is a main window itself
   OpenedUp<Frame>* frame = nullptr;
 };
 
 using ViewerTest = ViewerTestOf<CImageFrame>;
+/// What holds for both frames word for word.
+using BothFrames = testing::Types<CImageFrame, CImageMDIChild>;

@@ -198,8 +198,11 @@ TEST_F(ViewerTest, BearsMessagesAfterItsPanesAreGone) {
     if (id == ID_ZP_GOTO_PAGE) platform::testing::OnNextDialog([](HWND dialog) { EndDialog(dialog, 0); });
     frame->SendMessage(WM_COMMAND, id);
   }
-  for (const UINT combo : {UINT{ID_ZP_COMBO_PAGE}, UINT{ID_ZP_COMBO_SCALE}})
-    for (const UINT code : {9U, 4U}) frame->SendMessage(WM_COMMAND, MAKEWPARAM(combo, code));
+  for (const CWnd* combo :
+       {static_cast<CWnd*>(&frame->m_wndComboPage), static_cast<CWnd*>(&frame->m_wndComboScale)})
+    for (const int code : {CBN_SELENDOK, CBN_KILLFOCUS})
+      frame->SendMessage(WM_COMMAND, MAKEWPARAM(combo->GetDlgCtrlID(), code),
+                         reinterpret_cast<LPARAM>(combo->m_hWnd));
   leadtools12::_LILPICKED picked{};
   picked.nIndex = 1;
   frame->SendMessage(WM_COMMAND, MAKEWPARAM(59648, 1024), reinterpret_cast<LPARAM>(&picked));

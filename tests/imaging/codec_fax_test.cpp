@@ -126,6 +126,25 @@ TEST(FaxOneDimensional, RowsBetweenEndsOfLine) {
   EXPECT_EQ(decoder.NextOneDimensional(), FaxDecoder::Row::kEndOfBlock);
 }
 
+TEST(FaxOneDimensional, OneEndOfLineWhereItIsWanted) {
+  // Eight white pixels behind end-of-line codes: none, one, one after filling, the two that begin a page's
+  // end.
+  const std::pair<Bytes, FaxDecoder::Row> cases[] = {
+      {{0x98}, FaxDecoder::Row::kDamaged},
+      {{0x00, 0x19, 0x80}, FaxDecoder::Row::kDecoded},
+      {{0x00, 0x00, 0x00, 0x19, 0x80}, FaxDecoder::Row::kDecoded},
+      {{0x00, 0x10, 0x01, 0x98}, FaxDecoder::Row::kDamaged},
+      {{0x00, 0x00, 0x00}, FaxDecoder::Row::kDamaged},
+  };
+  for (const auto& [strip, expected] : cases) {
+    Bytes coded = strip;
+    coded.resize(strip.size() + FaxDecoder::kPadding);
+    FaxDecoder decoder(8);
+    decoder.Start(std::span(coded).first(strip.size()));
+    EXPECT_EQ(decoder.NextAfterEndOfLine(), expected) << strip.size() << " bytes";
+  }
+}
+
 // libtiff finds one row in each strip of this file, which has no end-of-line codes. A line runs down its
 // lower half, so a page that was read whole has black in most rows.
 TEST(FaxOneDimensional, RowsWithoutEndsOfLine) {
@@ -164,13 +183,16 @@ TEST(FaxG4, DamageStopsIt) {
   EXPECT_GT(stopped, static_cast<int>(strip.size) / 2);
 }
 
-TEST(FaxG4, SampleFilesAgreeWithLibtiff) {
+TEST(Fax, SampleFilesAgreeWithLibtiff) {
   if (!std::filesystem::exists(CorpusFolder() + "/TRUTH.tsv")) GTEST_SKIP() << "no sample files";
   for (const char* folder : {"fax-and-bilevel", "multipage", "orientation", "broken"})
     for (const auto& entry : std::filesystem::directory_iterator(CorpusFolder() + "/" + folder)) {
       const std::string path = entry.path().string();
       const Loaded page = LoadFile(path, 1, 1);
-      if (!page.error.empty() || page.info.Format != 29) continue;
+      // Two that the library doesn't read whole.
+      const bool withEnds = page.info.Format == 27 && path.find("noEOL") == std::string::npos &&
+                            path.find("bug_513") == std::string::npos;
+      if (!page.error.empty() || (page.info.Format != 29 && !withEnds)) continue;
       SCOPED_TRACE(path);
       TIFF* tiff = TIFFOpen(path.c_str(), "r");
       std::uint16_t photometric = 0;
