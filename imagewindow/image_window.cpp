@@ -52,6 +52,7 @@ CImageWindow::CImageWindow()
 }
 
 CImageWindow::~CImageWindow() {
+  StopPrinting();
   FreeBitmaps();
 }
 
