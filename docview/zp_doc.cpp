@@ -140,6 +140,7 @@ CZPPage* CZPDoc::CreatePage() {
 }
 
 void CZPDoc::DeletePages() {
+  StopPrinting();
   // The views hold a pointer to the active page's bitmap until the next hint. Should they be painted before
   // it, while a host's page waits for a slow source for example, there is nothing to show.
   POSITION position = GetFirstViewPosition();

@@ -78,6 +78,8 @@ class TESSAREL_API CZPDoc : public CDocument {
   /// The same with -1 for the active page.
   CZPPage* PageOrActive(int nPage) const;
   void DeletePages();
+  /// The pages are about to go, in the midst of a print job perhaps.
+  void StopPrinting();
   void ShowOpened(int nActivePage);
   int FailOpen(CLeadtoolsException* pException);
 

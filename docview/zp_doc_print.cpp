@@ -44,20 +44,22 @@ class PrintSelection {
 /// The bitmaps of all pages while a job needs them; null for a page that could not be decoded.
 class BorrowedPages {
  public:
-  explicit BorrowedPages(CZPDoc& document) : m_document(document) {
+  explicit BorrowedPages(CZPDoc& document) : m_watch(document) {
     for (int i = 0; i < document.GetPagesNum(); ++i) m_bitmaps.push_back(document.GetHBitmap(i));
   }
   BorrowedPages(const BorrowedPages&) = delete;
   BorrowedPages& operator=(const BorrowedPages&) = delete;
   ~BorrowedPages() {
-    for (int i = 0; i < Count(); ++i) m_document.ReleaseHBitmap(i);
+    for (int i = 0; i < Count() && Document() != nullptr; ++i) Document()->ReleaseHBitmap(i);
   }
 
   struct_LEAD_Bitmap** Bitmaps() { return m_bitmaps.data(); }
   int Count() const { return static_cast<int>(m_bitmaps.size()); }
+  /// Null once the pages have gone.
+  CZPDoc* Document() const { return m_watch.Get(); }
 
  private:
-  CZPDoc& m_document;
+  JobWatch<CZPDoc> m_watch;
   std::vector<struct_LEAD_Bitmap*> m_bitmaps;
 };
 
@@ -67,13 +69,19 @@ void ReportToHook(int code, CString text) {  // NOLINT(performance-unnecessary-v
 
 }  // namespace
 
+void CZPDoc::StopPrinting() {
+  JobWatch<CZPDoc>::Gone(*this);
+}
+
 void CZPDoc::PrintPage(int nPage) {
   CZPPage* const page = PageOrActive(nPage);
   struct_LEAD_Bitmap* const bitmap = page == nullptr ? nullptr : page->GetHBitmap();
   if (bitmap == nullptr) return;
+  const JobWatch<CZPDoc> watch(*this);
   CPrintBitmap job(PrintAppName());
   const auto format = static_cast<PrintFormat>(m_nPrintFormat);
-  if (RunPrintJob(&ReportToHook, [&] { job.Print(bitmap, PrintParent(), true, format); }))
+  if (RunPrintJob(&ReportToHook, [&] { job.Print(bitmap, PrintParent(), true, format); }) &&
+      watch.Get() != nullptr)
     m_nPrintFormat = CPrintBitmap::GetPrintFormat();
 }
 
@@ -94,7 +102,7 @@ int CZPDoc::PrintDocument(CWnd* pParent, bool bDefaultPrinter, int nFirstPage, i
                        format, first, last, m_strTitle);
     });
     if (!done) return 0;
-    m_nPrintFormat = CPrintFile::GetPrintFormat();
+    if (pages.Document() != nullptr) m_nPrintFormat = CPrintFile::GetPrintFormat();
   } catch (...) {
     // A host's own exception ends the job, but not the command.
   }

@@ -3,14 +3,21 @@
 #include "print/print_command.h"
 #include "print/print_file.h"
 
+void CImageWindow::StopPrinting() {
+  JobWatch<CImageWindow>::Gone(*this);
+}
+
 void CImageWindow::PrintCurrentPage() {
+  const JobWatch<CImageWindow> watch(*this);
   CPrintBitmap job(PrintAppName());
   const auto format = static_cast<PrintFormat>(m_nPrintFormat);
-  if (RunPrintJob(m_pfnReportError, [&] { job.Print(&m_Bitmap, PrintParent(), true, format); }))
+  if (RunPrintJob(m_pfnReportError, [&] { job.Print(&m_Bitmap, PrintParent(), true, format); }) &&
+      watch.Get() != nullptr)
     m_nPrintFormat = CPrintBitmap::GetPrintFormat();
 }
 
 void CImageWindow::PrintCurFile(CWnd* parent, bool defaultPrinter) {
+  const JobWatch<CImageWindow> watch(*this);
   CPrintFile job(PrintAppName());
   TakePrinterDefaults(job);
   const auto format = static_cast<PrintFormat>(m_nPrintFormat);
@@ -20,5 +27,5 @@ void CImageWindow::PrintCurFile(CWnd* parent, bool defaultPrinter) {
     else
       job.PrintMem(m_pFileBuf, static_cast<unsigned long>(m_nFileBufSize), 1, parent, defaultPrinter, format);
   });
-  if (done) m_nPrintFormat = CPrintFile::GetPrintFormat();
+  if (done && watch.Get() != nullptr) m_nPrintFormat = CPrintFile::GetPrintFormat();
 }

@@ -51,6 +51,7 @@ CImageWindow::CImageWindow()
 }
 
 CImageWindow::~CImageWindow() {
+  StopPrinting();
   FreeBitmaps();
 }
 

@@ -184,6 +184,8 @@ class TESSAREL_API CImageWindow : public CWnd {
   /// True while the page is shown by its reduced grey copy.
   bool NeedsSmartBitmap() const { return m_nZoomDivisor > 1 && !m_bMultiLevel && HasPage(); }
   void FreeBitmaps();
+  /// This window is about to go, in the midst of a print job perhaps.
+  void StopPrinting();
   /// Tells the callback and ends the exception.
   void Report(CLeadtoolsException* exception);
   /// Decodes a page of the source into m_Bitmap; throws.

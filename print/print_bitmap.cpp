@@ -52,8 +52,9 @@ void CPrintBitmap::Print(struct_LEAD_Bitmap* bitmap, CWnd* parent, bool defaultP
     stage.Dismiss();
     return;
   }
-  CDC dc;
+  CDC dc;  // ends what the dialog has made, whatever comes
   TakeDeviceContext(dialog.m_pd.hDC, dc);
+  stage.ThrowIfParentGone();
   AbortStage::Open(dc, parent);
   PrintSheet(bitmap, dc);
 }

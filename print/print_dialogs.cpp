@@ -31,8 +31,13 @@ BOOL CPrintAbortDlg::OnInitDialog() {
 }
 
 void CPrintAbortDlg::OnCancel() {
-  *m_pbAbort = 1;
+  if (m_pbAbort != nullptr) *m_pbAbort = 1;
   CDialog::OnCancel();
+}
+
+void CPrintAbortDlg::PostNcDestroy() {
+  if (m_pbAbort != nullptr) *m_pbAbort = 1;
+  CDialog::PostNcDestroy();
 }
 
 void CustomizePrintDialog(CPrintDialog& dialog) {

@@ -23,11 +23,13 @@ class CPrintAbortDlg : public CDialog {
  public:
   CPrintAbortDlg();
 
-  int* m_pbAbort;  ///< the flag that is set
+  int* m_pbAbort;  ///< the flag that is set; null once the job has ended
 
  protected:
   BOOL OnInitDialog() override;
   void OnCancel() override;
+  /// A dialog that goes with its parent stops the job, since the window that asked for it is gone.
+  void PostNcDestroy() override;
   DECLARE_MESSAGE_MAP()
 };
 

@@ -128,8 +128,9 @@ void CPrintFile::DoPrint(short copies, CWnd* parent, bool defaultPrinter, int fi
     reset.Dismiss();
     return;
   }
-  CDC dc;
+  CDC dc;  // ends what the dialog has made, whatever comes
   TakeDeviceContext(dialog.m_pd.hDC, dc);
+  stage.ThrowIfParentGone();
   Print_Work(m_strFile, dialog.m_pd, pages, dc, parent, false);
 }
 

@@ -20,8 +20,13 @@ void AbortStage::Open(CDC& dc, CWnd* parent) {
   g_pPrintAbortDlg->Create(IDD_ZP_PRINT_ABORT, parent);
 }
 
+void AbortStage::ThrowIfParentGone() const {
+  if (m_parent != nullptr && ::IsWindow(m_parent) == 0) throw static_cast<int>(PrintFailureAborted);
+}
+
 AbortStage::~AbortStage() {
   if (g_pPrintAbortDlg != m_before) {
+    g_pPrintAbortDlg->m_pbAbort = nullptr;
     if (::IsWindow(g_pPrintAbortDlg->m_hWnd) != 0) g_pPrintAbortDlg->DestroyWindow();
     delete g_pPrintAbortDlg;
     g_pPrintAbortDlg = m_before;

@@ -33,6 +33,8 @@ class AbortStage {
   static void Open(CDC& dc, CWnd* parent);
   /// The job has ended in the print dialog: nothing is to be undone.
   void Dismiss() { m_parent = nullptr; }
+  /// Throws PrintFailureAborted if the parent was destroyed meanwhile, as during the print dialog.
+  void ThrowIfParentGone() const;
 
  private:
   HWND m_parent;             // a handle, since the window may go while the job pumps messages

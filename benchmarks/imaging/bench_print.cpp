@@ -1,4 +1,4 @@
-#include <sys/resource.h>
+#include <malloc.h>
 #include <tiffio.h>
 
 #include <algorithm>
@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -18,25 +19,26 @@
 
 // A fax of a hundred pages printed to a PDF, as a print job does it page by page, against the codec library
 // decoding and encoding the same pages; then the size of the PDF against that of the fax, and the memory of
-// the job against a decoded page.
+// the job against a decoded page. The program's code isn't counted: a tiny job has brought it in before.
 namespace {
 
 constexpr int kPages = 100;
 constexpr std::size_t kPageBytes = kRowBytes * kHeight;
 
-void WriteFax(const std::string& path, std::vector<std::uint8_t>& page) {
+void WriteFax(const std::string& path, std::vector<std::uint8_t>& page, int pages, int height) {
   TIFF* tiff = TIFFOpen(path.c_str(), "w");
-  for (int i = 0; i < kPages; ++i) {
+  for (int i = 0; i < pages; ++i) {
     TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, kWidth);
-    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, kHeight);
+    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, height);
     TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 1);
     TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, 1);
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_CCITTFAX4);
     TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE);
     TIFFSetField(tiff, TIFFTAG_XRESOLUTION, 300.0);
     TIFFSetField(tiff, TIFFTAG_YRESOLUTION, 300.0);
-    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, kHeight);
-    if (TIFFWriteEncodedStrip(tiff, 0, page.data(), static_cast<tmsize_t>(page.size())) < 0) std::abort();
+    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, height);
+    const auto bytes = static_cast<tmsize_t>(kRowBytes) * height;
+    if (TIFFWriteEncodedStrip(tiff, 0, page.data(), bytes) < 0) std::abort();
     TIFFWriteDirectory(tiff);
   }
   TIFFClose(tiff);
@@ -61,12 +63,12 @@ void CopyByLibrary(const std::string& from, const std::string& to, std::vector<s
   TIFFClose(tiff);
 }
 
-void Print(const std::string& from, const std::string& to) {
+void Print(const std::string& from, const std::string& to, int pages) {
   const HDC dc = CreateDCA(nullptr, nullptr, to.c_str(), nullptr);
   const DOCINFOA info{sizeof info, "Fax", nullptr, nullptr, 0};
   if (StartDocA(dc, &info) < 0) std::abort();
   struct_LEAD_Bitmap bitmap{};
-  for (int page = 1; page <= kPages; ++page) {
+  for (int page = 1; page <= pages; ++page) {
     _LOADFILEOPTION options{};
     LEADTOOLS::GetDefaultLoadFileOption(&options);
     options.PageNumber = page;
@@ -80,10 +82,22 @@ void Print(const std::string& from, const std::string& to) {
   DeleteDC(dc);
 }
 
-long PeakKilobytes() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss;
+/// A line of the kernel's account of this process, in KiB.
+long Account(const std::string& name) {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);)
+    if (line.starts_with(name + ":")) return std::atol(line.c_str() + name.size() + 1);
+  std::abort();
+}
+
+/// Runs the work; the most memory it held over what was in use before, in bytes.
+template <typename Work>
+double GrownBy(Work work) {
+  malloc_trim(0);
+  std::ofstream("/proc/self/clear_refs") << "5\n";  // the peak begins anew
+  const long before = Account("VmRSS");
+  work();
+  return static_cast<double>(Account("VmHWM") - before) * 1024;
 }
 
 }  // namespace
@@ -98,19 +112,18 @@ int main() {
   const std::string to = folder + "/fax.pdf";
   const std::string copy = folder + "/copy.tif";
   std::vector<std::uint8_t> page = TextPage();
-  WriteFax(from, page);
-  const long before = PeakKilobytes();
-  Print(from, to);
-  const long grown = PeakKilobytes() - before;
+  WriteFax(from, page, 1, 100);
+  Print(from, to, 1);
+  WriteFax(from, page, kPages, kHeight);
+  const double grown = GrownBy([&] { Print(from, to, kPages); });
   constexpr int kRepeats = 8;
   Ratio(
-      "print_100_fax_pages", 2.0, [&] { Print(from, to); }, [&] { CopyByLibrary(from, copy, page); }, [] {},
-      kRepeats);
+      "print_100_fax_pages", 2.0, [&] { Print(from, to, kPages); }, [&] { CopyByLibrary(from, copy, page); },
+      [] {}, kRepeats);
   const auto size = [](const std::string& path) {
     return static_cast<double>(std::filesystem::file_size(path));
   };
   std::printf("RATIO print_100_fax_pages_size %.3f %.2f\n", size(to) / size(from), 1.5);
-  std::printf("RATIO print_100_fax_pages_memory %.3f %.2f\n", static_cast<double>(grown) * 1024 / kPageBytes,
-              4.0);
+  std::printf("RATIO print_100_fax_pages_memory %.3f %.2f\n", grown / kPageBytes, 1.5);
   std::filesystem::remove_all(folder);
 }

@@ -18,6 +18,9 @@ constexpr std::size_t kRowAlignment = 64;
 constexpr std::size_t kHugePage = 2U << 20;
 // Blocks below this size come from and go back to the system each time.
 constexpr std::size_t kRecycledFrom = 256U << 10;
+// Sizes of such blocks below a huge page, in steps so that pages of nearly one size share them. Rounded up to
+// a huge page, a bilevel page would take twice its memory.
+constexpr std::size_t kStep = 64U << 10;
 constexpr std::size_t kMaxRecycled = 4;
 constexpr std::size_t kMaxRecycledBytes = 128U << 20;
 
@@ -26,7 +29,8 @@ class BlockPool {
  public:
   /// Rounds size up to what was taken; null if there isn't enough memory.
   std::uint8_t* Take(std::size_t& size) {
-    const std::size_t unit = size >= kRecycledFrom ? kHugePage : 4096;
+    std::size_t unit = 4096;
+    if (size >= kRecycledFrom) unit = size >= kHugePage ? kHugePage : kStep;
     size = (size + unit - 1) / unit * unit;
     for (std::size_t i = 0; i < m_free.size(); ++i) {
       if (m_free[i].size < size || m_free[i].size > size * 2) continue;
@@ -36,7 +40,7 @@ class BlockPool {
       size = block.size;
       return block.data;
     }
-    return Map(size, unit);
+    return Map(size, unit == kHugePage ? kHugePage : 4096);
   }
 
   void Give(std::uint8_t* data, std::size_t size) {

@@ -132,6 +132,11 @@ void FaxEncoder::Flush32() {
   for (int shift = 24; shift >= 0; shift -= 8) m_output[m_size++] = static_cast<std::uint8_t>(word >> shift);
 }
 
+std::span<const std::uint8_t> FaxEncoder::Drain() {
+  const std::size_t size = std::exchange(m_size, 0);
+  return {m_output.data(), size};
+}
+
 std::span<const std::uint8_t> FaxEncoder::Finish() {
   m_output.resize(m_size + 16);
   Put(kEndOfLine.bits, kEndOfLine.length);

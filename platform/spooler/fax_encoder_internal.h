@@ -16,7 +16,9 @@ class PLATFORM_API FaxEncoder {
   FaxEncoder(int width, int blackBit);
   /// Takes a row of (width + 7) / 8 bytes.
   void AddRow(const std::uint8_t* row);
-  /// Adds the mark of the end. The coded bytes, the encoder's own; no row may follow.
+  /// The bytes coded since the last call, the encoder's own until the next row.
+  std::span<const std::uint8_t> Drain();
+  /// Adds the mark of the end. The bytes that weren't drained, the encoder's own; no row may follow.
   std::span<const std::uint8_t> Finish();
 
  private:

@@ -104,6 +104,15 @@ unsigned long Filter(std::uint8_t kind, std::span<const std::uint8_t> row,
   return sum;
 }
 
+/// True if the rows deflate to fewer bytes than the limit. The bytes themselves aren't kept.
+bool DeflatesBelow(ImageRows& rows, int height, std::size_t limit) {
+  std::size_t bytes = 0;
+  Deflater deflater([&bytes](std::span<const std::uint8_t> out) { bytes += out.size(); });
+  for (int y = 0; y < height && bytes < limit; ++y) deflater.Add(rows.Read(y));
+  if (bytes < limit) deflater.Finish();
+  return bytes < limit;
+}
+
 }  // namespace
 
 int PdfWriter::WriteImage(const PrinterImage& image, const RECT& part) {
@@ -111,38 +120,47 @@ int PdfWriter::WriteImage(const PrinterImage& image, const RECT& part) {
 }
 
 int PdfWriter::WriteBilevel(const PrinterImage& image, const RECT& part) {
+  const bool grey = image.colors.size() == 2 && IsGrey(image.colors[0], 255) && IsGrey(image.colors[1], 0);
+  const std::string head = "/Type /XObject /Subtype /Image " + Size(part) +
+                           " /BitsPerComponent 1 /ColorSpace " + (grey ? "/DeviceGray" : ColorSpace(image)) +
+                           " ";
+  ImageRows rows(image, part);
+  const int height = part.bottom - part.top;
+  const std::size_t before = m_file.Size();
+  const std::size_t objects = m_offsets.size();
+  std::size_t coded = 0;
+  const int fax = WriteFax(image, part, head, grey, coded);
+  // Fine screens of dots are what fax coding is bad at. Nothing is kept of either form, so the better one may
+  // be coded twice.
+  const std::size_t raw = rows.Bytes() * static_cast<std::size_t>(height);
+  if (coded <= raw / 2 || m_file.Error() != 0 || !DeflatesBelow(rows, height, coded)) return fax;
+  m_file.Cut(before);
+  m_offsets.resize(objects);
+  const Stream stream = BeginStream(head + (grey ? "/Decode [1 0] " : "") + "/Filter /FlateDecode ");
+  Deflater deflater([this](std::span<const std::uint8_t> out) { m_file.Write(out); });
+  for (int y = 0; y < height && m_file.Error() == 0; ++y) deflater.Add(rows.Read(y));
+  deflater.Finish();
+  EndStream(stream);
+  return stream.object;
+}
+
+int PdfWriter::WriteFax(const PrinterImage& image, const RECT& part, std::string_view head, bool grey,
+                        std::size_t& bytes) {
   const int width = part.right - part.left;
   const int height = part.bottom - part.top;
-  const bool grey = image.colors.size() == 2 && IsGrey(image.colors[0], 255) && IsGrey(image.colors[1], 0);
+  const Stream stream =
+      BeginStream(std::string(head) + "/Filter /CCITTFaxDecode /DecodeParms << /K -1 /Columns " +
+                  std::to_string(width) + " /Rows " + std::to_string(height) + " >> ");
   // The coder's black comes out of the filter as 0 (7.4.6), so white and black need no colour table.
   FaxEncoder encoder(width, grey ? 1 : 0);
   ImageRows rows(image, part);
-  for (int y = 0; y < height; ++y) encoder.AddRow(rows.Read(y).data());
-  std::span<const std::uint8_t> data = encoder.Finish();
-  const std::size_t raw = rows.Bytes() * static_cast<std::size_t>(height);
-  std::string head = "/Type /XObject /Subtype /Image " + Size(part) + " /BitsPerComponent 1 /ColorSpace " +
-                     (grey ? "/DeviceGray" : ColorSpace(image));
-  std::vector<std::uint8_t> deflated;
-  // Fine screens of dots are what fax coding is bad at.
-  if (data.size() > raw / 2) {
-    const auto keep = [&](std::span<const std::uint8_t> out) {
-      deflated.insert(deflated.end(), out.begin(), out.end());
-    };
-    Deflater deflater(keep);
-    for (int y = 0; y < height; ++y) deflater.Add(rows.Read(y));
-    deflater.Finish();
+  for (int y = 0; y < height && m_file.Error() == 0; ++y) {
+    encoder.AddRow(rows.Read(y).data());
+    m_file.Write(encoder.Drain());
   }
-  const int object = NewObject();
-  if (!deflated.empty() && deflated.size() < data.size()) {
-    if (grey) head += " /Decode [1 0]";
-    WriteStream(object, head + " /Filter /FlateDecode ", deflated);
-  } else {
-    WriteStream(object,
-                head + " /Filter /CCITTFaxDecode /DecodeParms << /K -1 /Columns " + std::to_string(width) +
-                    " /Rows " + std::to_string(height) + " >> ",
-                data);
-  }
-  return object;
+  m_file.Write(encoder.Finish());
+  bytes = EndStream(stream);
+  return stream.object;
 }
 
 int PdfWriter::WriteDeflated(const PrinterImage& image, const RECT& part) {
@@ -151,16 +169,12 @@ int PdfWriter::WriteDeflated(const PrinterImage& image, const RECT& part) {
   const int channels = image.bits > 8 ? 3 : 1;
   const int depth = image.bits > 8 ? 8 : image.bits;
   const bool filtered = depth == 8 && (channels == 3 || IsLinearGrey(image));
-  const int object = NewObject();
-  const int length = NewObject();
-  Begin(object);
-  m_file.Write("<< /Type /XObject /Subtype /Image " + Size(part) + " /BitsPerComponent " +
-               std::to_string(depth) + " /ColorSpace " + ColorSpace(image) + " /Filter /FlateDecode ");
+  std::string head = "/Type /XObject /Subtype /Image " + Size(part) + " /BitsPerComponent " +
+                     std::to_string(depth) + " /ColorSpace " + ColorSpace(image) + " /Filter /FlateDecode ";
   if (filtered)
-    m_file.Write("/DecodeParms << /Predictor 15 /Colors " + std::to_string(channels) + " /Columns " +
-                 std::to_string(width) + " >> ");
-  m_file.Write("/Length " + std::to_string(length) + " 0 R >>\nstream\n");
-  const std::size_t start = m_file.Size();
+    head += "/DecodeParms << /Predictor 15 /Colors " + std::to_string(channels) + " /Columns " +
+            std::to_string(width) + " >> ";
+  const Stream stream = BeginStream(head);
   Deflater deflater([this](std::span<const std::uint8_t> out) { m_file.Write(out); });
   ImageRows rows(image, part);
   std::vector<std::uint8_t> above(rows.Bytes());
@@ -179,10 +193,8 @@ int PdfWriter::WriteDeflated(const PrinterImage& image, const RECT& part) {
     above.assign(row.begin(), row.end());
   }
   deflater.Finish();
-  const std::size_t bytes = m_file.Size() - start;
-  m_file.Write("\nendstream\nendobj\n");
-  WriteObject(length, std::to_string(bytes));
-  return object;
+  EndStream(stream);
+  return stream.object;
 }
 
 }  // namespace platform

@@ -74,6 +74,23 @@ void PdfWriter::WriteStream(int object, std::string_view dictionary, std::span<c
   m_file.Write("\nendstream\nendobj\n");
 }
 
+PdfWriter::Stream PdfWriter::BeginStream(std::string_view dictionary) {
+  const int object = NewObject();
+  const int length = NewObject();
+  Begin(object);
+  m_file.Write("<< ");
+  m_file.Write(dictionary);
+  m_file.Write("/Length " + Reference(length) + " >>\nstream\n");
+  return {object, length, m_file.Size()};
+}
+
+std::size_t PdfWriter::EndStream(const Stream& stream) {
+  const std::size_t bytes = m_file.Size() - stream.start;
+  m_file.Write("\nendstream\nendobj\n");
+  WriteObject(stream.length, std::to_string(bytes));
+  return bytes;
+}
+
 void PdfWriter::BeginPage(double width, double height) {
   m_mediaBox = "[0 0 " + PdfNumber(width) + " " + PdfNumber(height) + "]";
   m_contents.clear();

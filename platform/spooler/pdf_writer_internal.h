@@ -41,8 +41,20 @@ class PLATFORM_API PdfWriter {
   void Begin(int object);
   void WriteObject(int object, std::string_view body);
   void WriteStream(int object, std::string_view dictionary, std::span<const std::uint8_t> data);
+  /// A stream whose length isn't known before it is written.
+  struct Stream {
+    int object;
+    int length;
+    std::size_t start;
+  };
+  Stream BeginStream(std::string_view dictionary);
+  /// The bytes of the stream.
+  std::size_t EndStream(const Stream& stream);
   int WriteImage(const PrinterImage& image, const RECT& part);
   int WriteBilevel(const PrinterImage& image, const RECT& part);
+  /// bytes: of the coded image.
+  int WriteFax(const PrinterImage& image, const RECT& part, std::string_view head, bool grey,
+               std::size_t& bytes);
   int WriteDeflated(const PrinterImage& image, const RECT& part);
 
   SpoolFile& m_file;

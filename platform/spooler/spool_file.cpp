@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -72,8 +73,21 @@ int SpoolFile::OpenFor(const std::string& target) {
 void SpoolFile::Write(std::span<const std::uint8_t> data) {
   m_size += data.size();
   if (m_error != 0) return;
-  m_held.insert(m_held.end(), data.begin(), data.end());
-  if (m_held.size() >= kMostHeld) Flush();
+  if (m_held.capacity() == 0) m_held.reserve(kMostHeld);
+  while (!data.empty()) {
+    const auto piece = data.first(std::min(data.size(), kMostHeld - m_held.size()));
+    m_held.insert(m_held.end(), piece.begin(), piece.end());
+    data = data.subspan(piece.size());
+    if (m_held.size() == kMostHeld && Flush() != 0) return;
+  }
+}
+
+void SpoolFile::Cut(std::size_t size) {
+  if (Flush() != 0) return;
+  m_size = size;
+  const auto end = static_cast<off_t>(size);
+  if (::ftruncate(m_file.Get(), end) != 0 || ::lseek(m_file.Get(), end, SEEK_SET) < 0)
+    m_error = SpoolError(errno);
 }
 
 int SpoolFile::Flush() {

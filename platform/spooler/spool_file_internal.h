@@ -29,6 +29,8 @@ class SpoolFile {
   void Write(std::string_view text) {
     Write({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
   }
+  /// Takes back all but the first bytes. Failures show in Error.
+  void Cut(std::size_t size);
   /// Bytes written so far, those still held included.
   std::size_t Size() const { return m_size; }
   /// 0, or the SP_... of the first write that failed.

@@ -1,0 +1,160 @@
+#!/usr/bin/env bash
+# drive_print.sh VIEWER FAX: prints from the viewer as a person does, with real keys and a real mouse on an X server,
+# and looks at the PDFs that come of it. With PICTURES set to a folder, pictures of the dialogs are left there.
+set -uo pipefail
+for tool in xvfb-run xauth xdotool pdfinfo pdfimages pdftoppm; do
+  command -v "$tool" >/dev/null || { echo "$tool is missing"; exit 77; }
+done
+if [[ ${3:-} != inside ]]; then
+  exec xvfb-run -a -s '-screen 0 1100x900x24' "$0" "$1" "$2" inside
+fi
+
+unset WAYLAND_DISPLAY
+export QT_QPA_PLATFORM=xcb
+work=$(mktemp -d)
+mkdir "$work/config" "$work/temporary" "$work/out"
+export XDG_CONFIG_HOME=$work/config TMPDIR=$work/temporary
+export CUPS_SERVER=$work/none # no print service, so that files are all there is
+failures=0
+"$1" "$2" &
+viewer=$!
+trap 'kill $viewer 2>/dev/null; rm -rf "$work"' EXIT
+
+complain() { echo "$1"; failures=$((failures + 1)); }
+find_window() { xdotool search --onlyvisible --name "$1" 2>/dev/null | tail -1; }
+# Waits for a window with this title and gives its number.
+await() {
+  local found
+  for _ in $(seq 200); do
+    found=$(find_window "$1")
+    [[ -n $found ]] && { echo "$found"; return; }
+    sleep 0.05
+  done
+}
+# Waits for a dialog and gives it the keys: no window manager does it.
+enter() { # title
+  dialog=$(await "$1")
+  [[ -n $dialog ]] || { echo "no dialog '$1'"; exit 1; }
+  xdotool windowfocus --sync "$dialog"
+  sleep 0.2
+}
+expect_gone() { # title
+  for _ in $(seq 100); do [[ -z $(find_window "$1") ]] && return; sleep 0.05; done
+  complain "'$1' stays"
+}
+picture() { # name
+  [[ -n ${PICTURES:-} ]] && import -window root "$PICTURES/$1.png"
+  sleep 0.1
+}
+# The windows beside the viewer's own: of a job the dialog that can stop it, then what it says.
+others() { xdotool search --onlyvisible --pid "$viewer" 2>/dev/null | grep -vx "$window"; }
+print_command() {
+  xdotool windowfocus --sync "$window" key alt+f
+  sleep 0.2
+  xdotool key s
+  enter '^Stampa$'
+}
+choose_file() { # path
+  xdotool key alt+t Return # with the focus on the button of the format, Return would press that
+  enter '^Stampa su file$'
+  xdotool key ctrl+a
+  xdotool type "$1"
+  xdotool key Return
+}
+expect_pages() { # pdf pages resolution
+  for _ in $(seq 200); do [[ -e $1 ]] && break; sleep 0.05; done
+  local pages resolutions
+  pages=$(pdfinfo "$1" 2>/dev/null | awk '/^Pages:/ { print $2 }')
+  [[ $pages == "$2" ]] || complain "$1: ${pages:-no} pages, not $2"
+  resolutions=$(pdfimages -list "$1" 2>/dev/null | awk 'NR > 2 { print $13 }' | sort -u)
+  [[ $resolutions == "$3" ]] || complain "$1: $resolutions pixels to the inch, not $3"
+  # The text of a fax blackens a few percent of the paper.
+  local dark
+  dark=$(pdftoppm -f 1 -l 1 -r 50 -gray -scale-to-x 400 -scale-to-y 500 "$1" 2>/dev/null | tail -c 200000 |
+    od -An -v -tu1 -w1 | awk '$1 < 160 { ++dark } END { print dark + 0 }')
+  ((dark > 500 && dark < 100000)) || complain "$1: $dark of 200000 dots are dark"
+}
+
+window=$(await '^Tessarel12$')
+[[ -n $window ]] || { echo "no window appeared"; exit 1; }
+xdotool windowsize --sync "$window" 1000 800 windowfocus "$window"
+sleep 0.3
+
+# The format dialog opens from the print dialog, and what is chosen there counts.
+print_command
+picture print
+xdotool key alt+f
+enter '^Formato di stampa$'
+picture format
+xdotool key alt+p Return
+expect_gone '^Formato di stampa$'
+enter '^Stampa$'
+choose_file "$work/out/pixels.pdf"
+expect_gone '^Stampa$'
+expect_pages "$work/out/pixels.pdf" 3 300
+
+# Cancel in the format dialog leaves it, and the window remembers it from job to job.
+print_command
+xdotool key alt+f
+enter '^Formato di stampa$'
+xdotool key alt+a Escape
+expect_gone '^Formato di stampa$'
+enter '^Stampa$'
+choose_file "$work/out/again.pdf"
+expect_gone '^Stampa$'
+expect_pages "$work/out/again.pdf" 3 300
+
+# Cancel in the print dialog, and in the dialog for the file's name, prints nothing.
+print_command
+xdotool key alt+t Return
+enter '^Stampa su file$'
+xdotool key Escape
+expect_gone '^Stampa su file$'
+enter '^Stampa$'
+xdotool key Escape
+expect_gone '^Stampa$'
+[[ $(find "$work/out" "$work/temporary" -type f | wc -l) == 2 ]] || complain "a cancelled job left something"
+
+# Thousands of sheets, stopped by the button of the dialog that stands there meanwhile.
+print_command
+xdotool key alt+u
+xdotool type 9999
+choose_file "$work/out/long.pdf"
+expect_gone '^Stampa$'
+sleep 1
+abort=$(others)
+picture abort
+if [[ $(wc -w <<<"$abort") != 1 ]]; then
+  complain "not one dialog to stop the job: '$abort'"
+else
+  ls "$work"/out/*.part >/dev/null 2>&1 || complain "the long job was over before it was stopped"
+  eval "$(xdotool getwindowgeometry --shell "$abort")"
+  xdotool mousemove $((X + WIDTH / 2)) $((Y + HEIGHT * 38 / 52)) click 1
+  for _ in $(seq 100); do
+    boxes=$(others)
+    [[ -n $boxes && $boxes != "$abort" ]] && break
+    sleep 0.05
+  done
+  sleep 0.3
+  boxes=$(others)
+  picture stopped
+  [[ $(wc -w <<<"$boxes") == 1 && $boxes != "$abort" ]] || complain "not one message: '$boxes'"
+  for box in $boxes; do xdotool windowfocus --sync "$box" key Return; done
+  sleep 0.5
+  [[ -z $(others) ]] || complain "the message stays, or another came"
+fi
+[[ $(find "$work/out" "$work/temporary" -type f | wc -l) == 2 ]] ||
+  complain "the stopped job left something: $(find "$work/out" "$work/temporary" -type f)"
+
+# The viewer goes on.
+print_command
+choose_file "$work/out/after.pdf"
+expect_gone '^Stampa$'
+expect_pages "$work/out/after.pdf" 3 300
+xdotool windowfocus --sync "$window" key alt+f
+sleep 0.2
+xdotool key u
+for _ in $(seq 100); do kill -0 "$viewer" 2>/dev/null || break; sleep 0.05; done
+if kill -0 "$viewer" 2>/dev/null; then echo "the menu didn't end it"; exit 1; fi
+wait "$viewer" || { echo "exit status $?"; exit 1; }
+exit $((failures > 0))
