@@ -13,9 +13,9 @@ namespace {
 // cache.
 constexpr int kScratchBytes = 16384;
 constexpr int kMaxRowsInSums = 256;
-constexpr int kRowsWorthCounting = 6;
-constexpr int kMostRowsCounted = 255;
-constexpr std::size_t kSlack = 32;  // kernels read whole vectors
+constexpr int kRowsWorthCounting = 10;  // for fewer the table of a row takes longer than it saves
+constexpr int kMostRowsCounted = 255;   // in a byte
+constexpr std::size_t kSlack = 32;      // kernels read whole vectors
 
 /// Sums of one column must leave the columns' weights room in 32 bits.
 int SumBits(const Scaling& scaling) {
