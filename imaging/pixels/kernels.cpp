@@ -53,6 +53,14 @@ void ExpandBits(std::uint8_t* out, const std::uint8_t* row, std::size_t firstBit
   }
 }
 
+void CountBits(std::uint8_t* out, const std::uint8_t* rows, std::ptrdiff_t pitch, int height,
+               std::size_t bytes) {
+  std::memset(out, 0, 8 * bytes);
+  for (int y = 0; y < height; ++y, rows += pitch)
+    for (std::size_t i = 0; i < 8 * bytes; ++i)
+      out[i] = static_cast<std::uint8_t>(out[i] + (rows[i / 8] >> (7 - i % 8) & 1));
+}
+
 void GrayToPixels(std::uint32_t* out, const std::uint8_t* grays, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) out[i] = 0xff000000U | grays[i] * 0x010101U;
 }
@@ -67,8 +75,8 @@ void ColorsToPixels(std::uint32_t* out, const std::uint8_t* bytes, std::size_t c
 }  // namespace
 
 const Kernels& PlainKernels() {
-  static constexpr Kernels kernels{SumRows,    Interleave,   BoxEight,      Deinterleave,
-                                   ExpandBits, GrayToPixels, ColorsToPixels};
+  static constexpr Kernels kernels{SumRows,    Interleave, BoxEight,     Deinterleave,
+                                   ExpandBits, CountBits,  GrayToPixels, ColorsToPixels};
   return kernels;
 }
 

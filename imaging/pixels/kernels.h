@@ -46,6 +46,10 @@ struct Kernels {
   /// last.
   void (*expandBits)(std::uint8_t* out, const std::uint8_t* row, std::size_t firstBit, std::size_t count,
                      std::uint8_t zero, std::uint8_t one);
+  /// The set bits of each column of a block of packed rows (at most 255), for the 8 columns of each of so
+  /// many bytes.
+  void (*countBits)(std::uint8_t* out, const std::uint8_t* rows, std::ptrdiff_t pitch, int height,
+                    std::size_t bytes);
   /// 0xffRRGGBB from grey.
   void (*grayToPixels)(std::uint32_t* out, const std::uint8_t* grays, std::size_t count);
   /// 0xffRRGGBB from 3 or 4 bytes a pixel, whose red stands first or third.

@@ -1,6 +1,7 @@
 #include "imaging/pixels/scaler.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstring>
@@ -12,7 +13,9 @@ namespace {
 // cache.
 constexpr int kScratchBytes = 16384;
 constexpr int kMaxRowsInSums = 256;
-constexpr std::size_t kSlack = 32;  // kernels read whole vectors
+constexpr int kRowsWorthCounting = 10;  // for fewer the table of a row takes longer than it saves
+constexpr int kMostRowsCounted = 255;   // in a byte
+constexpr std::size_t kSlack = 32;      // kernels read whole vectors
 
 /// Sums of one column must leave the columns' weights room in 32 bits.
 int SumBits(const Scaling& scaling) {
@@ -78,6 +81,10 @@ void BoxScaler::SumRows(int y, std::uint16_t* sums) {
       SumManyRows(span, first, std::min(step, m_sourceCount - first), sums);
     return;
   }
+  if (m_reader.IsBilevelGray() && span.full >= kRowsWorthCounting && span.full <= kMostRowsCounted) {
+    SumPackedRows(span, sums);
+    return;
+  }
   RowWeights weights = m_weights;
   weights.first = span.firstWeight;
   weights.last = span.lastWeight;
@@ -101,6 +108,38 @@ BoxScaler::RowBlock BoxScaler::ReadRows(int row, int rows, int first, int count)
     if (bytes != scratch) std::memcpy(scratch, bytes, static_cast<std::size_t>(pitch));
   }
   return {m_scratch.data(), pitch};
+}
+
+/// The same sums from packed bits: a count for each column stands for all rows between the two ends, so that
+/// no pixel is expanded to a byte.
+void BoxScaler::SumPackedRows(const BoxSpan& span, std::uint16_t* sums) {
+  const int left = m_scaling.sourceLeft + m_firstSource;
+  const auto skipped = static_cast<std::size_t>(left % 8);
+  const std::size_t bytes = (skipped + static_cast<std::size_t>(m_sourceCount) + 7) / 8;
+  const std::size_t columns = 8 * bytes;
+  m_bits.resize(3 * columns);
+  std::uint8_t* const counts = m_bits.data();
+  std::uint8_t* const first = counts + columns;
+  std::uint8_t* const last = first + columns;
+  const std::uint8_t* const rows = m_reader.Packed(m_scaling.sourceTop + span.first) + left / 8;
+  m_kernels.countBits(counts, rows + m_reader.Pitch(), m_reader.Pitch(), span.full, bytes);
+  m_kernels.countBits(first, rows, m_reader.Pitch(), 1, bytes);
+  const int hasLast = span.lastWeight != 0 ? 1 : 0;
+  m_kernels.countBits(last, rows + hasLast * (span.full + 1) * m_reader.Pitch(), m_reader.Pitch(), hasLast,
+                      bytes);
+
+  // By the bits of the two ends and the count between them.
+  std::array<std::array<std::uint16_t, kMostRowsCounted + 1>, 4> table;
+  const auto full = static_cast<std::uint32_t>(span.full);
+  for (unsigned ends = 0; ends < table.size(); ++ends)
+    for (std::uint32_t set = 0; set <= full; ++set) {
+      const std::uint32_t between = m_reader.Gray(0) * (full - set) + m_reader.Gray(1) * set;
+      const std::uint32_t sum = (between << m_weights.fraction) + m_reader.Gray(ends & 1) * span.firstWeight +
+                                m_reader.Gray(ends >> 1) * span.lastWeight;
+      table[ends][set] = static_cast<std::uint16_t>(sum >> m_weights.shift);
+    }
+  for (std::size_t i = skipped; i < skipped + static_cast<std::size_t>(m_sourceCount); ++i)
+    *sums++ = table[first[i] + 2U * last[i]][counts[i]];
 }
 
 /// More rows than 16-bit sums hold.

@@ -43,6 +43,7 @@ class BoxScaler {
     std::ptrdiff_t pitch;
   };
   RowBlock ReadRows(int row, int rows, int first, int count);
+  void SumPackedRows(const BoxSpan& span, std::uint16_t* sums);
   void SumManyRows(const BoxSpan& span, int first, int count, std::uint16_t* sums);
   const std::uint8_t* Read(int row, int first, int count, std::uint8_t* scratch) const;
 
@@ -61,6 +62,7 @@ class BoxScaler {
   std::vector<std::uint16_t> m_interleaved;
   std::vector<std::uint8_t> m_levels;
   std::vector<std::uint8_t> m_scratch;
+  std::vector<std::uint8_t> m_bits;  ///< of SumPackedRows: the columns' counts, and of the rows at both ends
 };
 
 /// Renders the pixels of a rectangle of the scaled picture as 0xffRRGGBB; alpha lies on white.

@@ -2,6 +2,7 @@
 
 #include "imaging/pixels/axis.h"
 #include "imaging/pixels/kernels.h"
+#include "imaging/pixels/resize.h"
 #include "imaging/pixels/scaler.h"
 #include "tests/imaging/pixel_support.h"
 
@@ -172,6 +173,32 @@ TEST(Kernels, FastEqualPlain) {
                             imaging::PlainKernels());
       for (std::size_t i = 0; i < count; ++i)
         ASSERT_EQ(fast[i], plain[i]) << bits << " bits, " << width << " x " << height << ", pixel " << i;
+    }
+  }
+}
+
+// Bits are counted where they are packed; the bytes of the same picture are added up one by one.
+TEST(BoxScaler, PackedBitsGiveWhatTheirBytesGive) {
+  for (const int width : {40, 63, 64, 71, 1201}) {
+    auto packed = imaging::PixelStorage::Create(width, 600, 1);
+    pixel_test::FillNoise(*packed, static_cast<unsigned>(width));
+    for (int y = 0; y < 300; ++y) packed->Row(y)[2] = 0xff;  // columns that are full
+    packed->Palette()[0] = {200, 200, 200, 0};
+    packed->Palette()[1] = {31, 31, 31, 0};
+    const auto bytes = imaging::Grayed(*packed, 1);
+    for (const int height : {99, 41, 7, 3, 2, 1}) {  // 1: too many rows to count
+      for (const int left : {0, 5, 16}) {
+        const imaging::Scaling scaling{left, 3, width - left, 590, (width - left) / 3 + 1, height};
+        const RECT part{2, 0, scaling.width, height};
+        const int columns = scaling.width - 2;
+        std::vector<std::uint32_t> wanted(static_cast<std::size_t>(columns * height));
+        imaging::RenderScaled(*bytes, 1, scaling, part, wanted.data(), columns);
+        for (const auto* kernels : {&imaging::FastKernels(), &imaging::PlainKernels()}) {
+          std::vector<std::uint32_t> shown(wanted.size());
+          imaging::RenderScaled(*packed, 1, scaling, part, shown.data(), columns, *kernels);
+          ASSERT_EQ(shown, wanted) << width << " from " << left << " to " << height << " rows";
+        }
+      }
     }
   }
 }

@@ -81,7 +81,7 @@ class DocumentThumbs : public ViewerFolder {
     return std::to_string(picture.Width) + "x" + std::to_string(picture.Height) + ", " +
            std::to_string(picture.BitsPerPixel) + " bits";
   }
-  /// Serial number and changes of the pixels: equal as long as nobody gave the item another picture.
+  /// Stays the same as long as the item gets no other picture.
   std::uint64_t Picture(int index) const { return Item(index).pBitmap->pStorage->Serial(); }
   /// "1" for each selected picture, "0" for each other.
   std::string Selection() const {
