@@ -5,19 +5,16 @@
 
 #include <csignal>
 #include <functional>
-#include <new>
 
 #include "imagewindow/image_window.h"
 #include "platform/framework/app.h"
 #include "platform/framework/frame_wnd.h"
 #include "tests/print/job_fixture.h"
+#include "tests/print/refused_memory.h"
 
 namespace {
 
 CWinApp g_app;
-
-/// Blocks of at least this size can't be had.
-std::size_t g_refusedFrom = SIZE_MAX;
 
 /// Does something a moment after a job has begun, and holds an image window that may be deleted then.
 class TroubledFrame : public CFrameWnd {
@@ -181,15 +178,3 @@ TEST_F(Trouble, TheWindowOfThePageGoes) {
 }
 
 }  // namespace
-
-void* operator new(std::size_t size) {
-  void* block = size >= g_refusedFrom ? nullptr : std::malloc(size == 0 ? 1 : size);
-  if (block == nullptr) throw std::bad_alloc();
-  return block;
-}
-void operator delete(void* block) noexcept {
-  std::free(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-  std::free(block);
-}
