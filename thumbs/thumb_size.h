@@ -26,7 +26,7 @@ inline constexpr int kCellMargin = 7;    ///< width that the control needs for i
 inline constexpr int kCaptionRoom = 35;  ///< height for itself and the caption
 
 /// The most that a picture should take in a cell.
-inline CSize PictureRoom(SIZE cell) {
+inline SIZE PictureRoom(SIZE cell) {
   return {cell.cx - kCellMargin, cell.cy - kCaptionRoom};
 }
 

@@ -46,7 +46,7 @@ class TESSAREL_API CZPThumbsView : public CView {
 
  private:
   CZPDoc* Document() const;
-  CSize PictureRoom() const { return thumbs::PictureRoom({m_nThumbWidth, m_nThumbHeight}); }
+  SIZE PictureRoom() const { return thumbs::PictureRoom({m_nThumbWidth, m_nThumbHeight}); }
   int ActivePage() const;
   void InsertPage(CZPDoc& document, int nPage);
 
