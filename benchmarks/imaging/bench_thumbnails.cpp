@@ -119,7 +119,7 @@ std::string MakeFolder() {
 }  // namespace
 
 int main(int count, char** arguments) {
-  if (count > 1) {
+  if (count > 1 && arguments[1][0] != '-') {  // no option for all benchmarks
     PrintMemory(arguments[1]);
     return 0;
   }
