@@ -35,6 +35,18 @@ void CImageWindow::OnPaint() {
   PageInput(*this).RestoreBand(&dc);
 }
 
+BOOL CImageWindow::OnEraseBkgnd(CDC* dc) {
+  if (m_nCurrPage < 1 || !HasPage()) return CWnd::OnEraseBkgnd(dc);
+  // The page will cover its place; short of its edge, which may fall between two pixels of a scaled display.
+  CRect page = viewport::PageRect(m_ptScroll, m_szScaled);
+  page.DeflateRect(1, 1);
+  const int saved = dc->SaveDC();
+  dc->ExcludeClipRect(page);
+  const BOOL erased = CWnd::OnEraseBkgnd(dc);
+  dc->RestoreDC(saved);
+  return erased;
+}
+
 bool CImageWindow::DoDraw(CPaintDC* dc) {
   // Without pixels the failure has been told already, when the page was loaded.
   if (m_nCurrPage < 1 || !HasPage()) return false;

@@ -161,6 +161,7 @@ class TESSAREL_API CImageWindow : public CWnd {
 
   int OnCreate(LPCREATESTRUCT cs);
   void OnPaint();
+  BOOL OnEraseBkgnd(CDC* dc);
   void OnSize(UINT type, int cx, int cy);
   void OnHScroll(UINT code, UINT position, CScrollBar* bar);
   void OnVScroll(UINT code, UINT position, CScrollBar* bar);

@@ -8,6 +8,7 @@ namespace {
 
 constexpr std::size_t kMaxViews = 4;
 constexpr std::size_t kMaxPixels = std::size_t{1} << 23;  // of all views: one screen of 3840 by 2160
+constexpr LONG kBandRows = 48;
 constexpr std::size_t kGrowth = 128;  // a window that is drawn larger makes a new buffer now and then
 
 std::size_t RoundUp(std::size_t length) {
@@ -128,13 +129,28 @@ std::size_t ScaledView::Bring(const Picture& picture, const RECT& part) {
 
 std::size_t ScaledView::Draw(const Picture& picture, const RECT& part, std::uint32_t* out,
                              std::ptrdiff_t stride) {
-  const std::size_t rendered = Bring(picture, part);
+  if (AreaOf(Intersect(m_valid, part)) != 0) {
+    const std::size_t rendered = Bring(picture, part);
+    CopyOut(part, out, stride);
+    return rendered;
+  }
+  // All of it is new: each band is copied while the processor's cache holds it.
+  std::size_t rendered = 0;
+  RECT band = part;
+  for (; band.top < part.bottom; band.top = band.bottom) {
+    band.bottom = std::min(part.bottom, band.top + kBandRows);
+    rendered += Bring(picture, band);
+    CopyOut(band, out + (band.top - part.top) * stride, stride);
+  }
+  return rendered;
+}
+
+void ScaledView::CopyOut(const RECT& part, std::uint32_t* out, std::ptrdiff_t stride) {
   ForPieces(part, [&](const RECT& piece, const std::uint32_t* at) {
     std::uint32_t* target = out + (piece.top - part.top) * stride + (piece.left - part.left);
     for (LONG y = piece.top; y < piece.bottom; ++y, target += stride, at += m_width)
       std::memcpy(target, at, WidthOf(piece) * sizeof *target);
   });
-  return rendered;
 }
 
 ViewCache& ViewCache::Instance() {

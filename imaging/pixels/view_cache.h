@@ -35,6 +35,7 @@ class ScaledView {
  private:
   std::size_t Bring(const Picture& picture, const RECT& part);
   std::size_t Render(const Picture& picture, const RECT& area);
+  void CopyOut(const RECT& part, std::uint32_t* out, std::ptrdiff_t stride);
   template <typename Visit>
   void ForPieces(const RECT& area, Visit visit);
 
