@@ -1,0 +1,107 @@
+#include <unistd.h>
+
+#include <filesystem>
+#include <string>
+
+#include "benchmarks/imaging/text_file.h"
+#include "benchmarks/ratio.h"
+#include "benchmarks/viewer/peak_memory.h"
+#include "docview/zp_mdi_child.h"
+#include "docview/zp_mdi_frame.h"
+#include "library/resource_ids.h"
+#include "platform/framework/app.h"
+#include "platform/framework/doc_template.h"
+#include "platform/testing.h"
+
+// A document of 100 bilevel pages in a shell: its open, which decodes them all, against the codec library's
+// decoding alone; its memory against that of the pages and 30 MiB; and what opening and closing leaves
+// behind. Wants QT_QPA_PLATFORM=offscreen where there is no display.
+
+namespace {
+
+constexpr int kPages = 100;
+constexpr int kOpens = 1000;
+constexpr long kAllowedKiB = 30L << 10;
+
+class App : public CWinApp {
+ public:
+  App() : CWinApp("bench") {}
+};
+App g_app;
+
+void DecodeAll(const std::string& path, std::vector<std::uint8_t>& page) {
+  TIFF* tiff = TIFFOpen(path.c_str(), "r");
+  do {
+    if (TIFFReadEncodedStrip(tiff, 0, page.data(), -1) < 0) std::abort();
+  } while (TIFFReadDirectory(tiff) != 0);
+  TIFFClose(tiff);
+}
+
+long ResidentKiB() {
+  long pages = 0;
+  long resident = 0;
+  if (std::FILE* file = std::fopen("/proc/self/statm", "r")) {
+    if (std::fscanf(file, "%ld %ld", &pages, &resident) != 2) resident = 0;
+    std::fclose(file);
+  }
+  return resident * (::sysconf(_SC_PAGESIZE) / 1024);
+}
+
+void OpenAndClose(CDocTemplate& kind, const std::string& path) {
+  CDocument* const document = kind.OpenDocumentFile(path.c_str());
+  if (document == nullptr) std::abort();
+  platform::testing::PumpUntilIdle();
+  document->OnCloseDocument();
+  platform::testing::PumpUntilIdle();
+}
+
+std::string WriteText(const char* name, std::vector<std::uint8_t>& page, int pages) {
+  const std::string path =
+      (std::filesystem::temp_directory_path() / (name + std::to_string(::getpid()) + ".tif")).string();
+  WritePages(path, {1, 1, COMPRESSION_CCITTFAX4, PHOTOMETRIC_MINISWHITE}, page, pages);
+  return path;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (AfxWinInit(argc, argv) == FALSE) return 1;
+  std::vector<std::uint8_t> page = TextPage();
+  const std::string path = WriteText("bench-open-", page, kPages);
+  auto* const kind = new CMultiDocTemplate(IDR_ZP_HOST, RUNTIME_CLASS(CZPDoc), RUNTIME_CLASS(CZPmdiChild),
+                                           RUNTIME_CLASS(CZPView));
+  g_app.AddDocTemplate(kind);
+  auto* const main = new CZPmdiFrame;  // ends with its window
+  g_app.m_pMainWnd = main;
+  if (main->LoadFrame(IDR_ZP_HOST) == FALSE) return 1;
+  main->ShowWindow(SW_SHOW);
+  platform::testing::PumpUntilIdle();
+
+  const long before = PeakMemory();
+  auto* const document = dynamic_cast<CZPDoc*>(kind->OpenDocumentFile(path.c_str()));
+  if (document == nullptr) return 1;
+  platform::testing::PumpUntilIdle();
+  const long used = PeakMemory() - before;
+  const long pagesKiB = static_cast<long>(kPages) * ((kWidth + 7) / 8) * kHeight / 1024;
+  std::printf("RATIO document_of_100_pages_memory %.3f %.2f\n",
+              static_cast<double>(used) / static_cast<double>(pagesKiB + kAllowedKiB), 1.0);
+  std::fprintf(stderr, "  document_of_100_pages_memory: %ld KiB, the pages %ld KiB\n", used, pagesKiB);
+
+  // Into the open document, so that the making of windows isn't counted; the strip is.
+  Ratio(
+      "open_100_pages_vs_decode", 1.2, [&] { document->OnOpenDocument(path.c_str()); },
+      [&] { DecodeAll(path, page); }, [] {}, 5);
+  document->OnCloseDocument();
+
+  const std::string small = WriteText("bench-close-", page, 2);
+  for (int i = 0; i < kOpens / 10; ++i) OpenAndClose(*kind, small);
+  const long settled = ResidentKiB();
+  for (int i = 0; i < kOpens; ++i) OpenAndClose(*kind, small);
+  const long grown = ResidentKiB() - settled;
+  std::printf("RATIO memory_left_by_1000_opens_in_MiB %.3f %.2f\n", static_cast<double>(grown) / 1024, 1.0);
+  std::filesystem::remove(path);
+  std::filesystem::remove(small);
+  g_app.m_pMainWnd = nullptr;
+  main->DestroyWindow();
+  return 0;
+}
