@@ -1,0 +1,142 @@
+#!/usr/bin/env bash
+# drive_shells.sh MDI_SHELL SDI_SHELL FAX: uses both document shells as a person does, with real keys and a real mouse
+# on an X server. What came of it is read from window titles, from exported files and from the scale that is saved.
+# With SHELL_PICTURES=folder, pictures of the screen are left there.
+set -uo pipefail
+for tool in xvfb-run xauth xdotool; do
+  command -v "$tool" >/dev/null || { echo "$tool is missing"; exit 77; }
+done
+if [[ ${4:-} != inside ]]; then
+  exec xvfb-run -a -s '-screen 0 1100x900x24' "$0" "$1" "$2" "$3" inside
+fi
+
+unset WAYLAND_DISPLAY
+export QT_QPA_PLATFORM=xcb
+work=$(mktemp -d)
+trap 'kill $shell 2>/dev/null; rm -rf "$work"' EXIT
+failures=0
+complain() { echo "$1"; failures=$((failures + 1)); }
+picture() { [[ -z ${SHELL_PICTURES:-} ]] || import -window root "$SHELL_PICTURES/$1.png"; }
+await() { # title; gives the window's number
+  for _ in $(seq 100); do
+    local found
+    found=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | tail -1)
+    [[ -n $found ]] && { echo "$found"; return; }
+    sleep 0.05
+  done
+}
+expect_gone() { # title
+  for _ in $(seq 60); do [[ -z $(xdotool search --onlyvisible --name "$1" 2>/dev/null) ]] && return; sleep 0.05; done
+  complain "'$1' stays"
+}
+scale() { # in percent, as saved; 0 if none is
+  local line
+  line=$(grep -h '^"Scale"=dword:' "$XDG_CONFIG_HOME"/*/registry 2>/dev/null)
+  line=${line##*:}
+  echo $((16#${line:-0}))
+}
+expect_scale() { # what lowest highest
+  local now=0
+  for _ in $(seq 60); do
+    now=$(scale)
+    ((now >= $2 && now <= $3)) && return
+    sleep 0.05
+  done
+  complain "$1: the scale is $now %, not $2 to $3"
+}
+keys() { for key in "$@"; do xdotool key "$key"; sleep 0.25; done; }
+start() { # program files...
+  XDG_CONFIG_HOME=$(mktemp -d -p "$work")
+  export XDG_CONFIG_HOME
+  "$@" &
+  shell=$!
+  window=$(await '^Tessarel12')
+  [[ -n $window ]] || { echo "no window of $1"; exit 1; }
+  xdotool windowsize --sync "$window" 1000 780 windowfocus "$window"
+  sleep 0.5
+}
+open_file() { # path; in the dialog of the open command
+  xdotool windowfocus "$window" key ctrl+a
+  local dialog
+  dialog=$(await '^Apri')
+  [[ -n $dialog ]] || { complain "no open dialog"; return; }
+  xdotool windowfocus "$dialog" type "$1"
+  keys Return
+}
+expect_end() {
+  for _ in $(seq 100); do kill -0 "$shell" 2>/dev/null || break; sleep 0.05; done
+  if kill -0 "$shell" 2>/dev/null; then complain "the menu didn't end $1"; kill -9 "$shell"; fi
+  wait "$shell" || complain "$1 ended with $?"
+}
+
+for name in uno due tre; do cp "$3" "$work/$name.tif"; done
+echo "no picture at all" >"$work/text.tif"
+
+# Many documents
+
+start "$1" "$work/uno.tif" "$work/due.tif" "$work/tre.tif"
+picture mdi_cascaded
+keys ctrl+Up
+expect_scale "Ctrl and Up zoom in" 200 200
+keys ctrl+Down ctrl+Down
+expect_scale "and Down out" 50 50
+keys alt+n o # one above the other
+xdotool mousemove 510 32 click 1 # the thumbnails
+sleep 0.3
+keys ctrl+Next
+xdotool mousemove 457 32 click 1 # to the right
+sleep 0.3
+xdotool mousemove 380 32 click 1 # as wide as the window
+picture mdi_tiled
+expect_scale "the page is as wide as the window" 20 90
+wide=$(scale)
+xdotool windowsize --sync "$window" 800 700
+keys alt+n o
+expect_scale "and stays so in a narrow one" 5 $((wide - 1))
+picture mdi_narrow
+xdotool windowsize --sync "$window" 1000 780
+
+xdotool windowfocus "$window" key ctrl+e
+dialog=$(await '^Salva')
+if [[ -n $dialog ]]; then
+  xdotool windowfocus "$dialog" type "$work/esportato.tif"
+  keys Return
+  sleep 0.5
+  picture mdi_exported
+  keys Return # what tells of it
+  cmp -s "$work/tre.tif" "$work/esportato.tif" || complain "the export isn't the file"
+else
+  complain "no export dialog"
+fi
+
+open_file "$work/text.tif"
+sleep 0.4
+picture mdi_refused
+keys Return
+xdotool windowfocus "$window"
+keys ctrl+F6 ctrl+Next ctrl+F4 ctrl+F4 ctrl+F4
+picture mdi_empty
+open_file "$work/uno.tif"
+sleep 0.4
+picture mdi_again
+keys alt+f u
+expect_end "the shell for many documents"
+
+# One document
+
+start "$2" "$work/uno.tif"
+[[ -n $(await 'uno.tif') ]] || complain "the title doesn't name the file"
+picture sdi
+keys ctrl+Up
+expect_scale "the single shell zooms" 200 200
+open_file "$work/due.tif"
+[[ -n $(await 'due.tif') ]] || complain "the second file isn't open"
+open_file "$work/text.tif"
+sleep 0.4
+keys Return
+picture sdi_refused
+open_file "$work/tre.tif"
+[[ -n $(await 'tre.tif') ]] || complain "no file is open after a refused one"
+keys alt+f u
+expect_end "the shell for one document"
+exit $((failures > 0))
