@@ -18,9 +18,50 @@ class CHostWindow : public CImageWindow {
   using CImageWindow::RoundDouble;
 };
 
+/// A host's own pages in a document of its own, in the shell for many documents.
+class CHostPage : public CZPPage {
+ public:
+  static inline int activated = 0;
+  int Activate(int bActivate) override {
+    activated += bActivate;
+    return CZPPage::Activate(bActivate);
+  }
+};
+
+class CHostDoc : public CZPDoc {
+  DECLARE_DYNCREATE(CHostDoc)
+  CZPPage* CreatePage() override { return new CHostPage; }
+};
+IMPLEMENT_DYNCREATE(CHostDoc, CZPDoc)
+
+class CHostApp : public CWinApp {};
+CHostApp g_app;
+
 int Check(bool condition, const char* what) {
   if (!condition) std::printf("failed: %s\n", what);
   return condition ? 0 : 1;
+}
+
+int CheckShell(const char* path) {
+  auto* kind = new CMultiDocTemplate(IDR_ZP_HOST, RUNTIME_CLASS(CHostDoc), RUNTIME_CLASS(CZPmdiChild),
+                                     RUNTIME_CLASS(CZPView));
+  g_app.AddDocTemplate(kind);
+  auto* main = new CZPmdiFrame;  // ends with its window
+  g_app.m_pMainWnd = main;
+  int failures = Check(main->LoadFrame(IDR_ZP_HOST), "shell");
+  auto* document = dynamic_cast<CHostDoc*>(g_app.OpenDocumentFile(path));
+  if (Check(document != nullptr, "document") != 0) return failures + 1;
+  auto* child = dynamic_cast<CZPmdiChild*>(main->MDIGetActive());
+  if (Check(child != nullptr && child->m_pDoc == document, "child") != 0) return failures + 1;
+  main->SendMessage(WM_COMMAND, ID_ZP_LAST_PAGE);
+  failures += Check(document->GetActivePageNum() == 2 && CHostPage::activated == 1, "last page");
+  child->m_pView->SetFitMode(FitModeWidth);
+  failures += Check(child->m_pView->GetScalePercent() < 100, "fit");
+  g_pfnReportError = &Count;
+  failures += Check(document->OnOpenDocument("/no/such/file.tif") == 0 && g_reports == 2, "reported");
+  g_app.m_pMainWnd = nullptr;
+  main->DestroyWindow();
+  return failures;
 }
 
 }  // namespace
@@ -43,5 +84,5 @@ int main(int argc, char** argv) {
   failures += Check(window.ZoomToScaleFactor(0.5) && window.m_SmartBitmap.Width == 864, "grey copy");
   window.SendMessage(WM_VSCROLL, SB_PAGEDOWN);
   failures += Check(window.m_ptScroll.y > 0 && g_reports == 1, "scrolled");
-  return failures;
+  return failures + CheckShell(argv[1]);
 }
