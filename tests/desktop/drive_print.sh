@@ -1,50 +1,24 @@
 #!/usr/bin/env bash
 # drive_print.sh VIEWER FAX: prints from the viewer as a person does, with real keys and a real mouse on an X server,
 # and looks at the PDFs that come of it. With PICTURES set to a folder, pictures of the dialogs are left there.
-set -uo pipefail
-for tool in xvfb-run xauth xdotool pdfinfo pdfimages pdftoppm; do
-  command -v "$tool" >/dev/null || { echo "$tool is missing"; exit 77; }
-done
-if [[ ${3:-} != inside ]]; then
-  exec xvfb-run -a -s '-screen 0 1100x900x24' "$0" "$1" "$2" inside
-fi
+tools=(pdfinfo pdfimages pdftoppm)
+# shellcheck source=tests/desktop/desktop.sh
+. "$(dirname "$0")/desktop.sh" "$@"
 
-unset WAYLAND_DISPLAY
-export QT_QPA_PLATFORM=xcb
 work=$(mktemp -d)
 mkdir "$work/config" "$work/temporary" "$work/out"
 export XDG_CONFIG_HOME=$work/config TMPDIR=$work/temporary
 export CUPS_SERVER=$work/none # no print service, so that files are all there is
-failures=0
 "$1" "$2" &
 viewer=$!
 trap 'kill $viewer 2>/dev/null; rm -rf "$work"' EXIT
 
-complain() { echo "$1"; failures=$((failures + 1)); }
-find_window() { xdotool search --onlyvisible --name "$1" 2>/dev/null | tail -1; }
-# Waits for a window with this title and gives its number.
-await() {
-  local found
-  for _ in $(seq 200); do
-    found=$(find_window "$1")
-    [[ -n $found ]] && { echo "$found"; return; }
-    sleep 0.05
-  done
-}
 # Waits for a dialog and gives it the keys: no window manager does it.
 enter() { # title
   dialog=$(await "$1")
   [[ -n $dialog ]] || { echo "no dialog '$1'"; exit 1; }
   xdotool windowfocus --sync "$dialog"
   sleep 0.2
-}
-expect_gone() { # title
-  for _ in $(seq 100); do [[ -z $(find_window "$1") ]] && return; sleep 0.05; done
-  complain "'$1' stays"
-}
-picture() { # name
-  [[ -n ${PICTURES:-} ]] && import -window root "$PICTURES/$1.png"
-  sleep 0.1
 }
 # The windows beside the viewer's own: of a job the dialog that can stop it, then what it says.
 others() { xdotool search --onlyvisible --pid "$viewer" 2>/dev/null | grep -vx "$window"; }
@@ -154,7 +128,5 @@ expect_pages "$work/out/after.pdf" 3 300
 xdotool windowfocus --sync "$window" key alt+f
 sleep 0.2
 xdotool key u
-for _ in $(seq 100); do kill -0 "$viewer" 2>/dev/null || break; sleep 0.05; done
-if kill -0 "$viewer" 2>/dev/null; then echo "the menu didn't end it"; exit 1; fi
-wait "$viewer" || { echo "exit status $?"; exit 1; }
+expect_end "$viewer" "the viewer"
 exit $((failures > 0))

@@ -1,49 +1,12 @@
 #!/usr/bin/env bash
 # drive_shells.sh MDI_SHELL SDI_SHELL FAX: uses both document shells as a person does, with real keys and a real mouse
 # on an X server. What came of it is read from window titles, from exported files and from the scale that is saved.
-# With SHELL_PICTURES=folder, pictures of the screen are left there.
-set -uo pipefail
-for tool in xvfb-run xauth xdotool; do
-  command -v "$tool" >/dev/null || { echo "$tool is missing"; exit 77; }
-done
-if [[ ${4:-} != inside ]]; then
-  exec xvfb-run -a -s '-screen 0 1100x900x24' "$0" "$1" "$2" "$3" inside
-fi
+tools=()
+# shellcheck source=tests/desktop/desktop.sh
+. "$(dirname "$0")/desktop.sh" "$@"
 
-unset WAYLAND_DISPLAY
-export QT_QPA_PLATFORM=xcb
 work=$(mktemp -d)
 trap 'kill $shell 2>/dev/null; rm -rf "$work"' EXIT
-failures=0
-complain() { echo "$1"; failures=$((failures + 1)); }
-picture() { [[ -z ${SHELL_PICTURES:-} ]] || import -window root "$SHELL_PICTURES/$1.png"; }
-await() { # title; gives the window's number
-  for _ in $(seq 100); do
-    local found
-    found=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | tail -1)
-    [[ -n $found ]] && { echo "$found"; return; }
-    sleep 0.05
-  done
-}
-expect_gone() { # title
-  for _ in $(seq 60); do [[ -z $(xdotool search --onlyvisible --name "$1" 2>/dev/null) ]] && return; sleep 0.05; done
-  complain "'$1' stays"
-}
-scale() { # in percent, as saved; 0 if none is
-  local line
-  line=$(grep -h '^"Scale"=dword:' "$XDG_CONFIG_HOME"/*/registry 2>/dev/null)
-  line=${line##*:}
-  echo $((16#${line:-0}))
-}
-expect_scale() { # what lowest highest
-  local now=0
-  for _ in $(seq 60); do
-    now=$(scale)
-    ((now >= $2 && now <= $3)) && return
-    sleep 0.05
-  done
-  complain "$1: the scale is $now %, not $2 to $3"
-}
 keys() { for key in "$@"; do xdotool key "$key"; sleep 0.25; done; }
 start() { # program files...
   XDG_CONFIG_HOME=$(mktemp -d -p "$work")
@@ -63,12 +26,6 @@ open_file() { # path; in the dialog of the open command
   xdotool windowfocus "$dialog" type "$1"
   keys Return
 }
-expect_end() {
-  for _ in $(seq 100); do kill -0 "$shell" 2>/dev/null || break; sleep 0.05; done
-  if kill -0 "$shell" 2>/dev/null; then complain "the menu didn't end $1"; kill -9 "$shell"; fi
-  wait "$shell" || complain "$1 ended with $?"
-}
-
 for name in uno due tre; do cp "$3" "$work/$name.tif"; done
 echo "no picture at all" >"$work/text.tif"
 
@@ -120,7 +77,7 @@ open_file "$work/uno.tif"
 sleep 0.4
 picture mdi_again
 keys alt+f u
-expect_end "the shell for many documents"
+expect_end "$shell" "the shell for many documents"
 
 # One document
 
@@ -138,5 +95,5 @@ picture sdi_refused
 open_file "$work/tre.tif"
 [[ -n $(await 'tre.tif') ]] || complain "no file is open after a refused one"
 keys alt+f u
-expect_end "the shell for one document"
+expect_end "$shell" "the shell for one document"
 exit $((failures > 0))

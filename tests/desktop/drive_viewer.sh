@@ -1,57 +1,19 @@
 #!/usr/bin/env bash
 # drive_viewer.sh VIEWER FAX: uses the viewer as a person does, with real keys and a real mouse on an X server. What
 # came of it is read from the window titles of its dialogs and from the scale that it saves for its user.
-set -uo pipefail
-for tool in xvfb-run xauth xdotool; do
-  command -v "$tool" >/dev/null || { echo "$tool is missing"; exit 77; }
-done
-if [[ ${3:-} != inside ]]; then
-  exec xvfb-run -a -s '-screen 0 1100x900x24' "$0" "$1" "$2" inside
-fi
+tools=()
+# shellcheck source=tests/desktop/desktop.sh
+. "$(dirname "$0")/desktop.sh" "$@"
 
-unset WAYLAND_DISPLAY
-export QT_QPA_PLATFORM=xcb
 XDG_CONFIG_HOME=$(mktemp -d)
 export XDG_CONFIG_HOME
-failures=0
 "$1" "$2" &
 viewer=$!
 trap 'kill $viewer 2>/dev/null; rm -rf "$XDG_CONFIG_HOME"' EXIT
 
-complain() { echo "$1"; failures=$((failures + 1)); }
-find_window() { xdotool search --onlyvisible --name "$1" 2>/dev/null | tail -1; }
-# Waits for a window with this title and gives its number.
-await() {
-  for _ in $(seq 100); do
-    local found
-    found=$(find_window "$1")
-    [[ -n $found ]] && { echo "$found"; return; }
-    sleep 0.05
-  done
-}
 expect_dialog() { # title
   [[ -n $(await "$1") ]] || complain "no dialog '$1'"
   sleep 0.2
-}
-expect_gone() { # title
-  for _ in $(seq 60); do [[ -z $(find_window "$1") ]] && return; sleep 0.05; done
-  complain "'$1' stays"
-}
-# The scale in percent, as saved a second after the last change; 0 if none is.
-scale() {
-  local line
-  line=$(grep -h '^"Scale"=dword:' "$XDG_CONFIG_HOME"/*/registry 2>/dev/null)
-  line=${line##*:}
-  echo $((16#${line:-0}))
-}
-expect_scale() { # what lowest highest
-  local now=0
-  for _ in $(seq 60); do
-    now=$(scale)
-    ((now >= $2 && now <= $3)) && return
-    sleep 0.05
-  done
-  complain "$1: the scale is $now %, not $2 to $3"
 }
 menu() { # keys, the first one with Alt
   xdotool windowfocus "$window" key "alt+$1"
@@ -112,14 +74,8 @@ menu v n # the thumbnails
 xdotool mousemove 70 100 click 1
 sleep 1.2
 
-before=$(awk '{print $14 + $15}' "/proc/$viewer/stat")
-sleep 2
-after=$(awk '{print $14 + $15}' "/proc/$viewer/stat")
-# 2 of 200 ticks are 1 percent.
-((after - before <= 2)) || complain "idle, but $((after - before)) ticks in 2 seconds"
+expect_idle "$viewer"
 
 menu f u
-for _ in $(seq 100); do kill -0 "$viewer" 2>/dev/null || break; sleep 0.05; done
-if kill -0 "$viewer" 2>/dev/null; then echo "the menu didn't end it"; exit 1; fi
-wait "$viewer" || { echo "exit status $?"; exit 1; }
+expect_end "$viewer" "the viewer"
 exit $((failures > 0))

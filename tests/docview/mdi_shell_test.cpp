@@ -1,5 +1,10 @@
 // The multiple-document shell: bars that its windows share.
 
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <string>
+
 #include "tests/docview/shell_fixture.h"
 
 namespace {
@@ -79,6 +84,35 @@ TEST_F(MdiShell, UnderAnotherMainWindowAChildCantBeMade) {
   auto* const child = static_cast<CZPmdiChild*>(
       RUNTIME_CLASS(CZPmdiChild)->CreateObject());  // deletes itself when its window can't be made
   EXPECT_FALSE(child->LoadFrame(IDR_ZP_HOST, WS_OVERLAPPEDWINDOW, other, nullptr));
+}
+
+TEST_F(MdiShell, FilesFromElsewhereOpenWithAllTheirPages) {
+  const char* corpus = std::getenv("TESSAREL_CORPUS");
+  std::ifstream truth(std::string(corpus == nullptr ? "" : corpus) + "/TRUTH-PAGES.tsv");
+  if (!truth) GTEST_SKIP() << "no corpus";
+  OpenPages(1);
+  Command(ID_ZP_VIEW_THUMBNAILS);
+  std::string line;
+  std::map<std::string, int> pages;  // of each file
+  for (std::getline(truth, line); std::getline(truth, line);) ++pages[line.substr(0, line.find('\t'))];
+  int opened = 0;
+  for (const auto& [name, count] : pages) {
+    Boxes().clear();
+    CZPDoc* const document = Open(std::string(corpus) + "/" + name);
+    if (document == nullptr) {
+      EXPECT_LE(Boxes().size(), 1U) << name;
+      continue;
+    }
+    ++opened;
+    EXPECT_TRUE(Boxes().empty()) << name << ": " << Boxes()[0];
+    EXPECT_EQ(document->GetPagesNum(), count) << name;
+    Command(ID_ZP_VIEW_THUMBNAILS);
+    Command(ID_ZP_ZOOM_BEST_FIT);
+    Command(ID_ZP_LAST_PAGE);
+    document->OnCloseDocument();
+    Settle();
+  }
+  EXPECT_GT(opened, 0);
 }
 
 }  // namespace
