@@ -19,9 +19,12 @@ namespace {
 PreTranslateHook g_preTranslate = nullptr;
 IdleHook g_idle = nullptr;
 
-// Longest wait inside an empty polling peek: short enough that WM_ENTERIDLE still comes a hundred times a
-// second.
+// Longest wait inside an empty polling peek: short enough that WM_ENTERIDLE comes a hundred times a second
+// for a while, and then so rarely that an idle program leaves the processor alone. Whatever comes ends it at
+// once.
 constexpr int kPollWaitMs = 10;
+constexpr int kLongPollWaitMs = 50;
+constexpr int kShortPolls = 20;
 // Two empty peeks closer together than this belong to a polling loop.
 constexpr qint64 kPollGapNs = 200'000;
 constexpr qint64 kLongestWithoutQtMs = 10;
@@ -281,8 +284,12 @@ BOOL PeekMessage(MSG* message, HWND window, UINT first, UINT last, UINT remove) 
   if (take) return FALSE;
   static QElapsedTimer sinceEmpty;
   const bool polling = sinceEmpty.isValid() && sinceEmpty.nsecsElapsed() < platform::kPollGapNs;
-  if (polling) queue.Wait(platform::kPollWaitMs);
+  static int emptyPolls = 0;
+  emptyPolls = polling ? std::min(emptyPolls + 1, platform::kShortPolls) : 0;
+  if (polling)
+    queue.Wait(emptyPolls < platform::kShortPolls ? platform::kPollWaitMs : platform::kLongPollWaitMs);
   const bool found = queue.Take(message, window, first, last, false);
+  if (found) emptyPolls = 0;
   sinceEmpty.start();
   return found;
 }
