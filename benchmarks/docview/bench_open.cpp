@@ -1,6 +1,9 @@
 #include <unistd.h>
 
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include "benchmarks/imaging/text_file.h"
@@ -55,6 +58,70 @@ void OpenAndClose(CDocTemplate& kind, const std::string& path) {
   platform::testing::PumpUntilIdle();
 }
 
+double Milliseconds(const std::function<void()>& work) {
+  double best = 1e9;
+  for (int i = 0; i < 15; ++i) {
+    const auto begin = std::chrono::steady_clock::now();
+    work();
+    platform::testing::PumpUntilIdle();
+    best = std::min(
+        best, std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count());
+  }
+  return best;
+}
+
+struct Costs {
+  double paint;
+  double command;
+  double change;  ///< to the other window in front
+};
+
+/// Between the two windows that were opened last.
+Costs MeasureWindows(CZPmdiFrame& main) {
+  CMDIChildWnd* const front = main.MDIGetActive();
+  main.MDINext();
+  CMDIChildWnd* const other = main.MDIGetActive();
+  auto* const view = static_cast<CZPmdiChild*>(other)->m_pView;
+  Costs costs{};
+  costs.paint = Milliseconds([&] {
+    view->Invalidate();
+    view->UpdateWindow();
+  });
+  costs.command = Milliseconds([&] {
+    main.SendMessage(WM_COMMAND, ID_ZP_ZOOM_IN);
+    main.SendMessage(WM_COMMAND, ID_ZP_ZOOM_OUT);
+  });
+  costs.change = Milliseconds([&] {
+    front->MDIActivate();
+    other->MDIActivate();
+  });
+  return costs;
+}
+
+/// With many windows everything costs what it costs with two.
+void CompareWindows(CZPmdiFrame& main, CDocTemplate& kind, const std::string& path) {
+  constexpr int kMany = 200;
+  const auto open = [&](int count) {
+    for (int i = 0; i < count; ++i) {
+      const std::string copy = path + std::to_string(i) + ".tif";  // a file that is open isn't opened again
+      std::filesystem::create_symlink(path, copy);
+      CDocument* const document = kind.OpenDocumentFile(copy.c_str());
+      std::filesystem::remove(copy);
+      if (document == nullptr) std::abort();
+    }
+    platform::testing::PumpUntilIdle();
+  };
+  open(2);
+  const Costs two = MeasureWindows(main);
+  open(kMany - 2);
+  const Costs many = MeasureWindows(main);
+  std::printf("RATIO paint_with_200_windows_vs_2 %.3f %.2f\n", many.paint / two.paint, 1.5);
+  std::printf("RATIO command_with_200_windows_vs_2 %.3f %.2f\n", many.command / two.command, 1.5);
+  std::printf("RATIO change_of_200_windows_vs_2 %.3f %.2f\n", many.change / two.change, 1.5);
+  std::fprintf(stderr, "  with 200 windows: paint %.2f ms, command %.2f ms, change %.2f ms\n", many.paint,
+               many.command / 2, many.change / 2);
+}
+
 std::string WriteText(const char* name, std::vector<std::uint8_t>& page, int pages) {
   const std::string path =
       (std::filesystem::temp_directory_path() / (name + std::to_string(::getpid()) + ".tif")).string();
@@ -99,6 +166,7 @@ int main(int argc, char** argv) {
   for (int i = 0; i < kOpens; ++i) OpenAndClose(*kind, small);
   const long grown = ResidentKiB() - settled;
   std::printf("RATIO memory_left_by_1000_opens_in_MiB %.3f %.2f\n", static_cast<double>(grown) / 1024, 1.0);
+  CompareWindows(*main, *kind, small);
   std::filesystem::remove(path);
   std::filesystem::remove(small);
   g_app.m_pMainWnd = nullptr;

@@ -243,7 +243,8 @@ class NarrowSums {
     order.fill(-1);  // gives 0
     for (int block = 0; block < 4; ++block)
       for (int i = 0; i < n; ++i)
-        order[8U * static_cast<unsigned>(block) + static_cast<unsigned>(i)] = static_cast<std::int8_t>(block % 2 * n + i);
+        order[8U * static_cast<unsigned>(block) + static_cast<unsigned>(i)] =
+            static_cast<std::int8_t>(block % 2 * n + i);
     m_order = _mm256_load_si256(reinterpret_cast<const __m256i*>(order.data()));
     // The multiplier is too large by less than 1, so the quotient by less than n * n / 2^23, which stays
     // below the distance 1 / (n * n) to the next whole number; the product stays below 2^32.
