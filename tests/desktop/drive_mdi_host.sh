@@ -1,0 +1,50 @@
+#!/usr/bin/env bash
+# drive_mdi_host.sh MDI_HOST FAX: uses two viewers docked in a host's window as a person does, with real keys and a real
+# mouse on an X server.
+tools=()
+# shellcheck source=tests/desktop/desktop.sh
+. "$(dirname "$0")/desktop.sh" "$@"
+
+work=$(mktemp -d)
+export XDG_CONFIG_HOME=$work/config
+mkdir "$XDG_CONFIG_HOME"
+cp "$2" "$work/uno.tif"
+cp "$2" "$work/due.tif"
+"$1" "$work/uno.tif" "$work/due.tif" &
+host=$!
+trap 'kill $host 2>/dev/null; rm -rf "$work"' EXIT
+menu() { # keys, the first one with Alt
+  xdotool windowfocus "$window" key "alt+$1"
+  shift
+  for key in "$@"; do sleep 0.15; xdotool key "$key"; done
+  sleep 0.2
+}
+
+window=$(await '^Tessarel12')
+[[ -n $window ]] || { echo "no window appeared"; exit 1; }
+xdotool windowsize --sync "$window" 1000 780 windowfocus "$window"
+sleep 0.5
+picture host_two
+menu z i
+expect_scale "the viewer in front zooms" 200 200
+xdotool key ctrl+F6
+sleep 0.3
+menu z o
+expect_scale "then the other one, by a scale of its own" 50 50
+menu p v
+dialog=$(await '^Vai a')
+[[ -n $dialog ]] || complain "no dialog for the page"
+xdotool windowfocus "$dialog" type 3
+xdotool key Return
+expect_gone '^Vai a'
+picture host_page
+xdotool windowfocus "$window" key ctrl+F4
+sleep 0.4
+menu z i
+expect_scale "the one that stays has the menu" 300 300
+xdotool windowfocus "$window" key ctrl+F4
+sleep 0.4
+picture host_empty
+menu f u
+expect_end "$host" "the host"
+exit $((failures > 0))
