@@ -2,6 +2,8 @@
 
 // Everything that a host needs of the image-viewing component.
 
+#include "docview/bitmap_borrower.h"
+#include "docview/document_frame.h"
 #include "docview/view_rules.h"
 #include "docview/zp_doc.h"
 #include "docview/zp_mdi_child.h"

@@ -4,13 +4,14 @@
 #include <cstdint>
 #include <utility>
 
+#include "docview/bitmap_borrower.h"
 #include "docview/document_frame.h"
 #include "docview/failure.h"
 #include "docview/view_rules.h"
-#include "docview/zp_view.h"
 #include "library/resource_ids.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/thread.h"
+#include "platform/framework/view.h"
 
 namespace {
 
@@ -141,11 +142,9 @@ CZPPage* CZPDoc::CreatePage() {
 
 void CZPDoc::DeletePages() {
   StopPrinting();
-  // The views hold a pointer to the active page's bitmap until the next hint. Should they be painted before
-  // it, while a host's page waits for a slow source for example, there is nothing to show.
   POSITION position = GetFirstViewPosition();
   while (position != nullptr) {
-    auto* const view = dynamic_cast<CZPView*>(GetNextView(position));
+    auto* const view = dynamic_cast<CZPBitmapBorrower*>(GetNextView(position));
     if (view != nullptr) view->ForgetBitmap();
   }
   m_nActivePage = -1;

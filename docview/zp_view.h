@@ -1,5 +1,6 @@
 #pragma once
 
+#include "docview/bitmap_borrower.h"
 #include "docview/view_rules.h"
 #include "imaging/ltwrap.h"
 #include "library/export.h"
@@ -20,7 +21,7 @@ class PageInput;
 /// keeps the page's point in the middle of the window where it is. Mouse modes are those of view_rules.h, fit
 /// modes those of image_window.h. A host may derive from it: the calls of its virtual operations within the
 /// class reach the derived class.
-class TESSAREL_API CZPView : public CView {
+class TESSAREL_API CZPView : public CView, public CZPBitmapBorrower {
   DECLARE_DYNCREATE(CZPView)
  public:
   CZPView(const CZPView&) = delete;
@@ -51,8 +52,7 @@ class TESSAREL_API CZPView : public CView {
   void ToggleZoomSelect();
 
   void OnInitialUpdate() override;
-  /// The page's bitmap is about to go: until the next hint there is nothing to show. For the document.
-  void ForgetBitmap();
+  void ForgetBitmap() override;
 
  protected:
   CZPView();
