@@ -21,11 +21,13 @@ struct ViewerFrameTraits;
 template <>
 struct ViewerFrameTraits<CFrameWnd> {
   static constexpr bool kSharesMenu = false;     ///< its menu comes with LoadFrame
+  static constexpr bool kHasSiblings = false;    ///< in front once it is shown
   static constexpr bool kScaleFromEntry = true;  ///< a scale picked from the list is read from its entry
 };
 
 template <>
 struct ViewerFrameTraits<CMDIChildWnd> {
+  static constexpr bool kHasSiblings = true;      ///< has to be activated among other document windows
   static constexpr bool kSharesMenu = true;       ///< shown in the main frame's menu bar while active
   static constexpr bool kScaleFromEntry = false;  ///< it is read from the edit field, which shows it already
 };

@@ -121,6 +121,7 @@ bool CViewerFrame<Base>::RunModal(CViewerFrame* frame, CWnd* parent, const char*
     return false;
   }
   frame->ShowWindow(SW_SHOW);
+  if constexpr (Traits::kHasSiblings) frame->MDIActivate();
   frame->UpdateWindow();
   const HWND disabled = disableParent && parent != nullptr ? parent->m_hWnd : nullptr;
   EnableWindow(disabled, FALSE);

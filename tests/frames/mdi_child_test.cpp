@@ -159,4 +159,26 @@ TYPED_TEST(ScaleEntryAndField, OneOfThemCounts) {
   EXPECT_EQ(this->ScaleText(), TestFixture::kInHost ? "60%" : "200%");
 }
 
+TEST_F(MdiChild, OneOfMemoryIsModalBesideTheOthers) {
+  static CMDIFrameWnd* main;
+  static CMDIChildWnd* shown;
+  main = host;
+  std::vector<char> block = ReadAll(WriteFile(2));
+  host->SetTimer(77, 10, [](HWND window, UINT, std::uintptr_t timer, DWORD) {
+    ::KillTimer(window, timer);
+    shown = main->MDIGetActive();
+    EXPECT_TRUE(main->IsWindowEnabled());
+    EXPECT_EQ(static_cast<CImageMDIChild*>(shown)->m_pImageWnd->GetMaxPage(), 2);
+    EXPECT_EQ(GetWindowText(shown->m_hWnd), CString("Il visore"));
+    ::PostMessage(shown->m_hWnd, WM_CLOSE, 0, 0);
+  });
+  EXPECT_TRUE(CImageMDIChild::DoModalViewer(host, block.data(), block.size(), "Il visore"));
+  EXPECT_NE(shown, nullptr);
+  EXPECT_EQ(host->MDIGetActive(), frame);
+  EXPECT_FALSE(CImageMDIChild::DoModalViewer(host, WriteText("text.tif").c_str(), "Il visore"));
+  EXPECT_EQ(Boxes::shown.size(), 1U);
+  EXPECT_TRUE(host->IsWindowEnabled());
+  EXPECT_EQ(host->MDIGetActive(), frame);
+}
+
 }  // namespace
