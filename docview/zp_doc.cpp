@@ -16,7 +16,7 @@
 namespace {
 
 constexpr unsigned kCountPages = 1;
-constexpr int kTurnAngleRemembered = 1;
+constexpr int kRemembered = 1;
 
 /// A number in the place of the object that a hint carries.
 CObject* HintNumber(int number) {
@@ -186,7 +186,7 @@ int CZPDoc::ReleaseHBitmap(int nPage) {
 int CZPDoc::Rotate(int nAngle) {
   CZPPage* const page = PageOrActive(view::kActivePage);
   if (page == nullptr || page->GetHBitmap() == nullptr) return 0;
-  if (page->Rotate(nAngle, kTurnAngleRemembered) == 0) return 0;
+  if (page->Rotate(nAngle, kRemembered) == 0) return 0;
   UpdateAllViews(nullptr, view::kHintPageChanged, HintNumber(view::kActivePage));
   return 1;
 }

@@ -32,14 +32,6 @@ class App : public CWinApp {
 };
 App g_app;
 
-void DecodeAll(const std::string& path, std::vector<std::uint8_t>& page) {
-  TIFF* tiff = TIFFOpen(path.c_str(), "r");
-  do {
-    if (TIFFReadEncodedStrip(tiff, 0, page.data(), -1) < 0) std::abort();
-  } while (TIFFReadDirectory(tiff) != 0);
-  TIFFClose(tiff);
-}
-
 long ResidentKiB() {
   long pages = 0;
   long resident = 0;

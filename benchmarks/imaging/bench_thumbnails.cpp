@@ -8,12 +8,12 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "benchmarks/imaging/text_file.h"
 #include "benchmarks/ratio.h"
+#include "benchmarks/viewer/peak_memory.h"
 #include "imaging/ltwrap.h"
 
 // Thumbnails of a file of 100 pages: the time for bilevel pages against the codec library's decoding alone,
@@ -24,14 +24,6 @@ namespace {
 constexpr int kPages = 100;
 constexpr int kThumbnailHeight = 79;
 constexpr int kThumbnailWidth = kThumbnailHeight * kWidth / kHeight;
-
-void DecodeAll(const std::string& path, std::vector<std::uint8_t>& page) {
-  TIFF* tiff = TIFFOpen(path.c_str(), "r");
-  do {
-    if (TIFFReadEncodedStrip(tiff, 0, page.data(), -1) < 0) std::abort();
-  } while (TIFFReadDirectory(tiff) != 0);
-  TIFFClose(tiff);
-}
 
 void MakeThumbnails(std::string path) {
   void* list = nullptr;
@@ -77,13 +69,6 @@ class HeldPages {
   std::vector<struct_LEAD_Bitmap> m_pages;
 };
 
-double PeakBytes() {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);)
-    if (line.starts_with("VmHWM:")) return 1024 * std::atof(line.c_str() + 6);
-  return 0;
-}
-
 /// In a process of its own, since the peak of a process never falls.
 void MeasureMemory(const std::string& path) {
   std::fflush(stdout);
@@ -98,9 +83,9 @@ void MeasureMemory(const std::string& path) {
 }
 
 void PrintMemory(const std::string& path) {
-  const double before = PeakBytes();
+  const long before = PeakMemory();
   MakeThumbnails(path);
-  const double used = PeakBytes() - before;
+  const double used = 1024.0 * static_cast<double>(PeakMemory() - before);
   const double page = 3.0 * kWidth * kHeight;
   const double thumbnails = 3.0 * kPages * kThumbnailWidth * kThumbnailHeight;
   std::printf("RATIO thumbnails_24_bits_memory %.3f %.2f\n", used / (2 * page + thumbnails), 1.0);

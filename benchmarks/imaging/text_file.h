@@ -47,3 +47,12 @@ inline void WritePages(const std::string& path, const Form& form, std::vector<st
   }
   TIFFClose(tiff);
 }
+
+/// What the codec library alone needs for all pages of such a file.
+inline void DecodeAll(const std::string& path, std::vector<std::uint8_t>& page) {
+  TIFF* tiff = TIFFOpen(path.c_str(), "r");
+  do {
+    if (TIFFReadEncodedStrip(tiff, 0, page.data(), -1) < 0) std::abort();
+  } while (TIFFReadDirectory(tiff) != 0);
+  TIFFClose(tiff);
+}

@@ -30,18 +30,25 @@ void ReportNoDocument() {
 
 }  // namespace
 
-CDocument* CMultiDocTemplate::OpenDocumentFile(LPCTSTR path, BOOL makeVisible) {
+CDocument* CDocTemplate::CreateLoaded(LPCTSTR path, CFrameWnd*& frame) {
   CDocument* document = CreateNewDocument();
   if (document == nullptr) {
     ReportNoDocument();
     return nullptr;
   }
-  CFrameWnd* frame = CreateFrameOrDelete(document);
+  frame = CreateFrameOrDelete(document);
   if (frame == nullptr) return nullptr;
   if (!Load(*this, document, path)) {
     Abandon(frame, document);
     return nullptr;
   }
+  return document;
+}
+
+CDocument* CMultiDocTemplate::OpenDocumentFile(LPCTSTR path, BOOL makeVisible) {
+  CFrameWnd* frame = nullptr;
+  CDocument* document = CreateLoaded(path, frame);
+  if (document == nullptr) return nullptr;
   if (path == nullptr) ++m_untitled;
   InitialUpdateFrame(frame, document, makeVisible);
   return document;
@@ -59,17 +66,9 @@ CDocument* CSingleDocTemplate::OpenDocumentFile(LPCTSTR path, BOOL makeVisible) 
 }
 
 CDocument* CSingleDocTemplate::OpenFirst(LPCTSTR path, BOOL makeVisible) {
-  CDocument* document = CreateNewDocument();
-  if (document == nullptr) {
-    ReportNoDocument();
-    return nullptr;
-  }
-  CFrameWnd* frame = CreateFrameOrDelete(document);
-  if (frame == nullptr) return nullptr;
-  if (!Load(*this, document, path)) {
-    Abandon(frame, document);
-    return nullptr;
-  }
+  CFrameWnd* frame = nullptr;
+  CDocument* document = CreateLoaded(path, frame);
+  if (document == nullptr) return nullptr;
   CWinThread* thread = AfxGetThread();
   if (thread->m_pMainWnd == nullptr) thread->m_pMainWnd = frame;
   InitialUpdateFrame(frame, document, makeVisible);

@@ -1,4 +1,4 @@
-# shellcheck shell=bash disable=SC2154
+# shellcheck shell=bash disable=SC2154,SC2034
 # For the drive_ scripts: a virtual screen, and what they all ask of it. Sourced with the script's own arguments; begins
 # the script again on an X server of its own, or ends it with 77 where the tools are missing.
 set -uo pipefail
@@ -47,6 +47,13 @@ expect_scale() { # what lowest highest
     sleep 0.05
   done
   complain "$1: the scale is $now %, not $2 to $3"
+}
+# Chooses from the menus of the program's window, which is $window.
+menu() { # keys, the first one with Alt
+  xdotool windowfocus "$window" key "alt+$1"
+  shift
+  for key in "$@"; do sleep 0.15; xdotool key "$key"; done
+  sleep 0.2
 }
 expect_idle() { # process
   local before after

@@ -13,12 +13,6 @@ cp "$2" "$work/due.tif"
 "$1" "$work/uno.tif" "$work/due.tif" &
 host=$!
 trap 'kill $host 2>/dev/null; rm -rf "$work"' EXIT
-menu() { # keys, the first one with Alt
-  xdotool windowfocus "$window" key "alt+$1"
-  shift
-  for key in "$@"; do sleep 0.15; xdotool key "$key"; done
-  sleep 0.2
-}
 
 window=$(await '^Tessarel12')
 [[ -n $window ]] || { echo "no window appeared"; exit 1; }

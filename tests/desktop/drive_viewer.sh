@@ -15,12 +15,6 @@ expect_dialog() { # title
   [[ -n $(await "$1") ]] || complain "no dialog '$1'"
   sleep 0.2
 }
-menu() { # keys, the first one with Alt
-  xdotool windowfocus "$window" key "alt+$1"
-  shift
-  for key in "$@"; do sleep 0.15; xdotool key "$key"; done
-  sleep 0.2
-}
 
 window=$(await '^Tessarel12$')
 [[ -n $window ]] || { echo "no window appeared"; exit 1; }

@@ -12,6 +12,7 @@
 #include "platform/framework/frame_wnd.h"
 #include "platform/testing.h"
 #include "tests/docview/page_fixture.h"
+#include "tests/imagewindow/client_size.h"
 
 /// The view with its protected side open, and a record of what reaches it. Its overrides are a host's.
 class TestView : public CZPView {
@@ -136,17 +137,7 @@ class ViewTest : public PageTest {
   }
   /// Gives the view a client area of this size, whatever borders and bars take.
   void SetClient(int width, int height) {
-    for (int i = 0; i < 4; ++i) {
-      CRect outer;
-      frame->GetWindowRect(outer);
-      CRect client;
-      view->GetClientRect(client);
-      frame->MoveWindow(0, 0, outer.Width() + width - client.right, outer.Height() + height - client.bottom,
-                        FALSE);
-    }
-    CRect client;
-    view->GetClientRect(client);
-    ASSERT_EQ(client, CRect(0, 0, width, height));
+    GiveClientSize(*frame, *view, width, height);
     ASSERT_EQ(view->m_szClient, CSize(width, height));
   }
   void Show(const std::vector<Page>& pages) {

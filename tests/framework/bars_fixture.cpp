@@ -1,9 +1,10 @@
 #include "tests/framework/bars_fixture.h"
 
+#include "tests/framework/own_resources.h"
+
 #include <vector>
 
 #include "platform/framework/cmd_ui.h"
-#include "platform/framework/extension.h"
 #include "platform/framework/thread.h"
 #include "platform/testing.h"
 
@@ -44,18 +45,10 @@ constexpr platform::StringResource kStrings[] = {
 };
 
 void RegisterStrings() {
-  static AFX_EXTENSION_MODULE module;
-  static const bool once = [] {
-    static char self;
-    const auto instance = reinterpret_cast<HINSTANCE>(&self);
-    AfxInitExtensionModule(module, instance);
-    new CDynLinkLibrary(module);  // NOLINT: the framework keeps it
-    platform::ResourceTables tables;
-    tables.strings = kStrings;
-    platform::RegisterResources(instance, tables);
-    return true;
-  }();
-  (void)once;
+  struct Own {};
+  platform::ResourceTables tables;
+  tables.strings = kStrings;
+  JoinResources<Own>(tables);
 }
 
 /// A strip of five pictures: a coloured square on magenta.

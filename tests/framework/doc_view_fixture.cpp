@@ -1,7 +1,6 @@
 #include "tests/framework/doc_view_fixture.h"
 
-#include "platform/framework/extension.h"
-#include "platform/resources/resources.h"
+#include "tests/framework/own_resources.h"
 
 namespace doc_view_test {
 
@@ -50,19 +49,11 @@ const Templates& AppTemplates() {
 }
 
 void RegisterOnce() {
-  static AFX_EXTENSION_MODULE module;
   static constexpr platform::StringResource kStrings[] = {{kTemplate, "Visore\nPagine\n\nImmagini\n.tif"}};
-  static const bool once = [] {
-    static char self;
-    const auto instance = reinterpret_cast<HINSTANCE>(&self);
-    AfxInitExtensionModule(module, instance);
-    new CDynLinkLibrary(module);  // NOLINT: the framework keeps it
-    platform::ResourceTables tables;
-    tables.strings = kStrings;
-    platform::RegisterResources(instance, tables);
-    return true;
-  }();
-  (void)once;
+  struct Own {};
+  platform::ResourceTables tables;
+  tables.strings = kStrings;
+  JoinResources<Own>(tables);
 }
 
 }  // namespace doc_view_test

@@ -1,9 +1,9 @@
 #include "tests/framework/mdi_fixture.h"
 
+#include "tests/framework/own_resources.h"
+
 #include "platform/framework/cmd_ui.h"
-#include "platform/framework/extension.h"
 #include "platform/framework/thread.h"
-#include "platform/resources/resources.h"
 #include "platform/testing.h"
 
 namespace mdi_test {
@@ -41,19 +41,11 @@ constexpr platform::StringResource kStrings[] = {
     {kMainMenu, "Visore"}, {kChildMenu, "Documento"}, {AFX_IDS_IDLEMESSAGE, "Pronto"}};
 
 void RegisterOnce() {
-  static AFX_EXTENSION_MODULE module;
-  static const bool once = [] {
-    static char self;
-    const auto instance = reinterpret_cast<HINSTANCE>(&self);
-    AfxInitExtensionModule(module, instance);
-    new CDynLinkLibrary(module);  // NOLINT: the framework keeps it
-    platform::ResourceTables tables;
-    tables.menus = kMenus;
-    tables.strings = kStrings;
-    platform::RegisterResources(instance, tables);
-    return true;
-  }();
-  (void)once;
+  struct Own {};
+  platform::ResourceTables tables;
+  tables.menus = kMenus;
+  tables.strings = kStrings;
+  JoinResources<Own>(tables);
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "platform/framework/frame_wnd.h"
 #include "platform/registry/registry.h"
 #include "platform/testing.h"
+#include "tests/imagewindow/client_size.h"
 #include "tests/imagewindow/tiff_writer.h"
 
 /// The window with its protected side open, and a record of what reaches it.
@@ -77,19 +78,7 @@ class ImageWindowTest : public testing::Test {
   }
 
   /// Gives the window a client area of this size, whatever borders and bars take.
-  void SetClient(int width, int height) {
-    for (int i = 0; i < 4; ++i) {
-      CRect outer;
-      window->GetWindowRect(outer);
-      CRect client;
-      window->GetClientRect(client);
-      window->MoveWindow(0, 0, outer.Width() + width - client.right, outer.Height() + height - client.bottom,
-                         FALSE);
-    }
-    CRect client;
-    window->GetClientRect(client);
-    ASSERT_EQ(client, CRect(0, 0, width, height));
-  }
+  void SetClient(int width, int height) { GiveClientSize(*window, *window, width, height); }
 
   std::string WriteFile(const std::vector<Page>& pages, const std::string& name = "pages.tif") {
     const std::string path = (m_folder / name).string();
