@@ -2,7 +2,7 @@
 PREFIX ?= /usr/local
 JOBS ?= $(shell nproc)
 
-.PHONY: run test bench lint sanitize fuzz install setup
+.PHONY: run test bench lint lint-changed sanitize fuzz install setup
 
 build:
 	@mkdir -p build
@@ -19,7 +19,7 @@ run: setup | build
 test: setup
 	cmake --preset release
 	cmake --build build/release -- -j$(JOBS)
-	ctest --preset release -j$(JOBS)
+	tools/run_tests release
 
 bench: setup
 	cmake --preset release
@@ -27,13 +27,19 @@ bench: setup
 	tools/bench build/release
 
 lint: setup
-	cmake --preset debug
+	cmake --preset debug > /dev/null
 	tools/lint build/debug
+
+# clang-tidy only on what changed since the last landed state.
+LANDED = $(shell git merge-base HEAD origin/main 2>/dev/null | grep -v "$$(git rev-parse HEAD)")
+lint-changed: setup
+	cmake --preset debug > /dev/null
+	tools/lint build/debug $(if $(LANDED),--changed $(LANDED))
 
 sanitize: setup
 	cmake --preset sanitize
 	cmake --build build/sanitize -- -j$(JOBS)
-	ctest --preset sanitize -j$(JOBS)
+	tools/run_tests sanitize
 
 # FUZZ_SECONDS of libFuzzer on every codec, from the files of CORPUS if it is given.
 FUZZ_SECONDS ?= 120

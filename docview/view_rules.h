@@ -44,8 +44,9 @@ inline bool IsReduced(int divisor, int bitsPerPixel) {
 /// The position at which the page's point in the middle of the client area stays there when the scale is
 /// multiplied by ratio; before the limits.
 inline CPoint KeepingCentre(POINT position, SIZE client, double ratio) {
-  return {zoom::TruncateToInt((client.cx / 2) * (ratio - 1) + position.x * ratio),
-          zoom::TruncateToInt((client.cy / 2) * (ratio - 1) + position.y * ratio)};
+  const CSize middle(client.cx / 2, client.cy / 2);
+  return {zoom::TruncateToInt(middle.cx * (ratio - 1) + position.x * ratio),
+          zoom::TruncateToInt(middle.cy * (ratio - 1) + position.y * ratio)};
 }
 
 // Mouse

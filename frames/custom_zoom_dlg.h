@@ -15,7 +15,7 @@ class TESSAREL_API CCustomZoomDlg : public CDialog {
   void DoDataExchange(CDataExchange* exchange) override;
   BOOL OnInitDialog() override;
   void OnCancel() override;
-  void OnOk();
+  void OnOk();  // NOLINT(bugprone-virtual-near-miss): the button is not IDOK
 
   CEdit m_wndEdit;
   int m_nMax;
