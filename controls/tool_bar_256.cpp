@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "platform/graphics/resource_bitmap.h"
-#include "platform/resources/resources.h"
+#include "platform/resources/resource_tables.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "library/export.h"
-#include "platform/framework/controls.h"
+#include "platform/framework/standard_controls.h"
 
 /// The page combo of a toolbar: takes digits only; Enter gives a typed page number to the frame like a pick
 /// from the list, or tells that there is no such page; Escape gives the keyboard back.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "library/export.h"
-#include "platform/framework/controls.h"
+#include "platform/framework/standard_controls.h"
 
 /// The scale combo of a toolbar: takes digits and "%"; Enter gives a typed scale to the frame like a pick
 /// from the list.

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "library/export.h"
-#include "platform/framework/controls.h"
 #include "platform/framework/dialog.h"
+#include "platform/framework/standard_controls.h"
 
 /// Asks for a scale in percent. DoModal gives it, or 0 if the user cancels.
 class TESSAREL_API CCustomZoomDlg : public CDialog {

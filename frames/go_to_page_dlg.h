@@ -1,8 +1,8 @@
 #pragma once
 
 #include "library/export.h"
-#include "platform/framework/controls.h"
 #include "platform/framework/dialog.h"
+#include "platform/framework/standard_controls.h"
 
 /// Asks for a page. DoModal gives its number, or 0 if the user cancels.
 class TESSAREL_API CGoToPageDlg : public CDialog {

@@ -4,7 +4,7 @@
 
 #include "controls/tool_bar_256.h"
 #include "frames/scale_text.h"
-#include "platform/resources/resources.h"
+#include "platform/resources/resource_tables.h"
 
 namespace viewer_bars {
 

@@ -5,7 +5,7 @@
 #include "library/resource_ids.h"
 #include "platform/framework/menu.h"
 #include "platform/framework/wnd.h"
-#include "platform/resources/resources.h"
+#include "platform/resources/resource_tables.h"
 
 namespace page_window {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/framework/extension.h"
+#include "platform/resources/extension.h"
 
 // What the library knows of its own place in the process. Written on the user-interface thread only.
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "library/resource_ids.h"
-#include "platform/resources/resources.h"
+#include "platform/resources/resource_tables.h"
 #include "platform/window/window.h"
 
 /// One of this library's cursors, by number; null if it isn't there.

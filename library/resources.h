@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/resources/resources.h"
+#include "platform/resources/resource_tables.h"
 
 // What this library carries, each table in a source of its own.
 

@@ -3,7 +3,7 @@
 #include "library/library_entry.h"
 #include "library/resource_ids.h"
 #include "platform/framework/wnd_messages.h"
-#include "platform/spooler/print_dialog.h"
+#include "platform/print_dialogs/print_dialog.h"
 #include "platform/window/pump.h"
 
 CPrintFormatDlg g_PrintFormatDlg;

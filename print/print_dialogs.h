@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/framework/dialog.h"
-#include "platform/spooler/printing.h"
+#include "platform/spooler/printers.h"
 #include "print/print_format.h"
 
 class CPrintDialog;

@@ -2,7 +2,7 @@
 
 #include "platform/base/global_memory.h"
 #include "platform/framework/wnd.h"
-#include "platform/spooler/print_dialog.h"
+#include "platform/print_dialogs/print_dialog.h"
 #include "print/print_failure.h"
 
 class CPrintAbortDlg;

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/base/global_memory.h"
-#include "platform/spooler/printing.h"
+#include "platform/spooler/printers.h"
 
 // A printer by its name, without a dialog.
 namespace printers {

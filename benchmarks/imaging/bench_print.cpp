@@ -15,7 +15,7 @@
 #include "benchmarks/ratio.h"
 #include "imaging/ltwrap.h"
 #include "platform/graphics/gdi.h"
-#include "platform/spooler/printing.h"
+#include "platform/spooler/printers.h"
 
 // A fax of a hundred pages printed to a PDF, as a print job does it page by page, against the codec library
 // decoding and encoding the same pages; then the size of the PDF against that of the fax, and the memory of

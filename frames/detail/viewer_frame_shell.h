@@ -4,7 +4,7 @@
 #include "frames/viewer_frame.h"
 #include "library/resource_ids.h"
 #include "platform/framework/menu.h"
-#include "platform/resources/resources.h"
+#include "platform/resources/resource_tables.h"
 
 // The viewer frame's windows: how they are made, laid out and emptied. For the sources of the two frames.
 

@@ -1,4 +1,4 @@
-#include "platform/base/format_message.h"
+#include "platform/base/detail/format_message.h"
 
 #include <cstdio>
 #include <cstring>

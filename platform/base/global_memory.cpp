@@ -5,7 +5,7 @@
 #include <memory>
 #include <new>
 
-#include "platform/base/handle_table.h"
+#include "platform/base/detail/handle_table.h"
 
 namespace {
 

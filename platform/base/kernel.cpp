@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/base/file_descriptor_internal.h"
+#include "platform/base/detail/file_descriptor.h"
 
 using platform::FileDescriptor;
 

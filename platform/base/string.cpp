@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "platform/base/format_message.h"
+#include "platform/base/detail/format_message.h"
 
 namespace {
 

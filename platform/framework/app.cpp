@@ -3,8 +3,8 @@
 #include "platform/base/global_memory.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/wnd.h"
-#include "platform/spooler/print_dialog.h"
-#include "platform/window/message_box_internal.h"
+#include "platform/print_dialogs/print_dialog.h"
+#include "platform/window/detail/show_message_box.h"
 
 IMPLEMENT_DYNAMIC(CWinApp, CWinThread)
 

@@ -1,11 +1,11 @@
 // The application and its documents.
 
 #include "platform/framework/app.h"
+#include "platform/framework/detail/list_walk.h"
 #include "platform/framework/doc_template.h"
 #include "platform/framework/document.h"
 #include "platform/framework/file_dialog.h"
 #include "platform/framework/frame_wnd.h"
-#include "platform/framework/list_walk_internal.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/view.h"
 

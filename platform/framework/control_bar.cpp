@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "platform/framework/frame_wnd.h"
-#include "platform/window/tool_tips_internal.h"
+#include "platform/window/detail/tool_tips.h"
 
 IMPLEMENT_DYNAMIC(CControlBar, CWnd)
 

@@ -3,7 +3,7 @@
 
 #include "platform/framework/ddx.h"
 #include "platform/framework/message_box.h"
-#include "platform/window/dialog.h"
+#include "platform/window/dialog_keys.h"
 
 namespace {
 

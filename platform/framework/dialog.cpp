@@ -3,10 +3,10 @@
 #include <utility>
 
 #include "platform/framework/app.h"
-#include "platform/framework/dialog_template_internal.h"
+#include "platform/framework/detail/dialog_template.h"
 #include "platform/graphics/gdi.h"
-#include "platform/resources/find_internal.h"
-#include "platform/window/dialog_shown_internal.h"
+#include "platform/resources/detail/find.h"
+#include "platform/window/detail/dialog_shown.h"
 
 IMPLEMENT_DYNAMIC(CDialog, CWnd)
 

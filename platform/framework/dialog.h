@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/framework/controls.h"
 #include "platform/framework/ddx.h"
 #include "platform/framework/message_box.h"
+#include "platform/framework/standard_controls.h"
 #include "platform/framework/wnd.h"
-#include "platform/window/dialog.h"
+#include "platform/window/dialog_keys.h"
 
 /// A dialog made from a template of the resources. Modal by DoModal, or modeless by Create.
 class PLATFORM_API CDialog : public CWnd {

@@ -1,9 +1,9 @@
 #include <cstring>
 
 #include "platform/base/kernel.h"
-#include "platform/framework/dialog_template_internal.h"
+#include "platform/framework/detail/dialog_template.h"
 #include "platform/graphics/gdi.h"
-#include "platform/window/dialog.h"
+#include "platform/window/dialog_keys.h"
 
 namespace platform {
 namespace {

@@ -4,9 +4,9 @@
 #include <filesystem>
 
 #include "platform/base/path.h"
+#include "platform/framework/detail/list_walk.h"
 #include "platform/framework/document.h"
 #include "platform/framework/frame_wnd.h"
-#include "platform/framework/list_walk_internal.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/view.h"
 

@@ -8,10 +8,10 @@
 
 #include "platform/base/file.h"
 #include "platform/base/path.h"
+#include "platform/framework/detail/list_walk.h"
 #include "platform/framework/doc_template.h"
 #include "platform/framework/file_dialog.h"
 #include "platform/framework/frame_wnd.h"
-#include "platform/framework/list_walk_internal.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/view.h"
 

@@ -5,7 +5,7 @@
 
 #include "platform/base/path.h"
 #include "platform/framework/app.h"
-#include "platform/window/file_dialog_internal.h"
+#include "platform/window/detail/show_file_dialog.h"
 
 IMPLEMENT_DYNAMIC(CFileDialog, CDialog)
 

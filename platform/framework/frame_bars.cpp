@@ -4,8 +4,8 @@
 
 #include "platform/framework/cmd_ui.h"
 #include "platform/framework/control_bar.h"
+#include "platform/framework/detail/idle_update.h"
 #include "platform/framework/frame_wnd.h"
-#include "platform/framework/frames_internal.h"
 #include "platform/framework/mdi_wnd.h"
 
 namespace {

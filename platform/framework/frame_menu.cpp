@@ -3,7 +3,7 @@
 #include "platform/framework/cmd_ui.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/menu.h"
-#include "platform/resources/resources.h"
+#include "platform/resources/resource_tables.h"
 #include "platform/window/accelerators.h"
 
 BOOL CFrameWnd::LoadFrame(UINT id, DWORD style, CWnd* parent, CCreateContext* context) {

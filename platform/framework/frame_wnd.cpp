@@ -2,7 +2,7 @@
 
 #include "platform/framework/app.h"
 #include "platform/framework/view.h"
-#include "platform/resources/resources.h"
+#include "platform/resources/resource_tables.h"
 
 IMPLEMENT_DYNCREATE(CFrameWnd, CWnd)
 

@@ -1,7 +1,7 @@
 #include "platform/framework/mdi_wnd.h"
 #include "platform/framework/thread.h"
 #include "platform/framework/view.h"
-#include "platform/resources/resources.h"
+#include "platform/resources/resource_tables.h"
 #include "platform/window/accelerators.h"
 
 IMPLEMENT_DYNCREATE(CMDIChildWnd, CFrameWnd)

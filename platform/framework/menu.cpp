@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "platform/framework/wnd.h"
-#include "platform/graphics/wrapper_map_internal.h"
-#include "platform/resources/resources.h"
+#include "platform/graphics/detail/wrapper_map.h"
+#include "platform/resources/resource_tables.h"
 
 IMPLEMENT_DYNCREATE(CMenu, CObject)
 

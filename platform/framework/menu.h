@@ -3,7 +3,7 @@
 #include "platform/base/geometry.h"
 #include "platform/base/object.h"
 #include "platform/base/string.h"
-#include "platform/window/menu.h"
+#include "platform/window/menu_handles.h"
 
 class CWnd;
 

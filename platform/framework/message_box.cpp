@@ -3,7 +3,7 @@
 #include "platform/framework/app.h"
 #include "platform/framework/wnd.h"
 #include "platform/testing.h"
-#include "platform/window/message_box_internal.h"
+#include "platform/window/detail/show_message_box.h"
 
 namespace {
 

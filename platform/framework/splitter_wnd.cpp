@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "platform/window/theme_internal.h"
+#include "platform/window/detail/theme.h"
 
 IMPLEMENT_DYNAMIC(CSplitterWnd, CWnd)
 

@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "platform/framework/frame_wnd.h"
-#include "platform/window/theme_internal.h"
-#include "platform/window/window_sizing_internal.h"
+#include "platform/window/detail/theme.h"
+#include "platform/window/detail/window_sizing.h"
 
 IMPLEMENT_DYNAMIC(CStatusBar, CControlBar)
 

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "platform/base/exception.h"
-#include "platform/framework/frames_internal.h"
+#include "platform/framework/detail/idle_update.h"
 #include "platform/framework/menu.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/wnd.h"

@@ -1,7 +1,7 @@
 #include "platform/framework/tool_bar.h"
 
 #include "platform/framework/frame_wnd.h"
-#include "platform/window/toolbar_internal.h"
+#include "platform/window/detail/tool_bar_record.h"
 
 IMPLEMENT_DYNAMIC(CToolBar, CControlBar)
 

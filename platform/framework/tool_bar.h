@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/framework/control_bar.h"
-#include "platform/window/toolbar.h"
+#include "platform/window/tool_bar_control.h"
 
 /// Styles of a button with its state, as SetButtonStyle takes them.
 enum : UINT {

@@ -4,7 +4,7 @@
 #include "platform/framework/wnd_messages.h"
 #include "platform/graphics/dc.h"
 #include "platform/window/drop_files.h"
-#include "platform/window/menu.h"
+#include "platform/window/menu_handles.h"
 #include "platform/window/window.h"
 
 class CFrameWnd;

@@ -6,7 +6,7 @@
 #include "platform/framework/thread.h"
 #include "platform/framework/wnd.h"
 #include "platform/testing.h"
-#include "platform/window/dialog.h"
+#include "platform/window/dialog_keys.h"
 #include "platform/window/pump.h"
 
 // What every window can do of a dialog's work.

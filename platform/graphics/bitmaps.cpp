@@ -3,8 +3,8 @@
 #include <cstring>
 #include <new>
 
-#include "platform/graphics/dc_record_internal.h"
-#include "platform/graphics/dib_internal.h"
+#include "platform/graphics/detail/dc_record.h"
+#include "platform/graphics/detail/dib.h"
 
 using platform::BitmapRecord;
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstring>
 
-#include "platform/graphics/dc_record_internal.h"
+#include "platform/graphics/detail/dc_record.h"
 #include "platform/spooler/page_images.h"
 
 using platform::BlitSource;

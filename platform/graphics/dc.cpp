@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "platform/graphics/dc_internal.h"
-#include "platform/graphics/wrapper_map_internal.h"
+#include "platform/graphics/detail/device_context.h"
+#include "platform/graphics/detail/wrapper_map.h"
 
 IMPLEMENT_DYNCREATE(CDC, CObject)
 

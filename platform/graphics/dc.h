@@ -4,7 +4,7 @@
 #include "platform/base/object.h"
 #include "platform/base/string.h"
 #include "platform/graphics/gdi_object.h"
-#include "platform/spooler/printing.h"
+#include "platform/spooler/printers.h"
 
 /// A device context. The object deletes the device context it holds; a wrapper that FromHandle made owns
 /// nothing and lives until the next DeleteTempMap (idle time). Members do what the functions of their name in

@@ -1,6 +1,6 @@
 #include <utility>
 
-#include "platform/graphics/dc_record_internal.h"
+#include "platform/graphics/detail/dc_record.h"
 
 using platform::DcRecord;
 using platform::DcState;

@@ -1,4 +1,4 @@
-#include "platform/graphics/dc_record_internal.h"
+#include "platform/graphics/detail/dc_record.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <memory>
 
-#include "platform/graphics/dc_record_internal.h"
+#include "platform/graphics/detail/dc_record.h"
 
 using platform::BitmapRecord;
 using platform::DcKind;

@@ -1,4 +1,4 @@
-#include "platform/graphics/dib_internal.h"
+#include "platform/graphics/detail/dib.h"
 
 #include <algorithm>
 #include <cstdlib>

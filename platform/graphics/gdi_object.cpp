@@ -1,7 +1,7 @@
 #include "platform/graphics/gdi_object.h"
 
 #include "platform/graphics/dc.h"
-#include "platform/graphics/wrapper_map_internal.h"
+#include "platform/graphics/detail/wrapper_map.h"
 
 IMPLEMENT_DYNCREATE(CGdiObject, CObject)
 IMPLEMENT_DYNCREATE(CPen, CGdiObject)

@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/base/handle_table.h"
-#include "platform/graphics/dc_record_internal.h"
-#include "platform/graphics/image_list_internal.h"
+#include "platform/base/detail/handle_table.h"
+#include "platform/graphics/detail/dc_record.h"
+#include "platform/graphics/detail/list_picture.h"
 
 IMPLEMENT_DYNCREATE(CImageList, CObject)
 

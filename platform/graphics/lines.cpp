@@ -1,7 +1,7 @@
 #include <QtGui/QPainter>
 #include <algorithm>
 
-#include "platform/graphics/dc_record_internal.h"
+#include "platform/graphics/detail/dc_record.h"
 
 using platform::DcRecord;
 using platform::FindDc;

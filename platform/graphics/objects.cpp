@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/graphics/objects_internal.h"
+#include "platform/graphics/detail/objects.h"
 
 using platform::AddObject;
 using platform::BrushRecord;

@@ -1,4 +1,4 @@
-#include "platform/graphics/raster_internal.h"
+#include "platform/graphics/detail/raster.h"
 
 #include <bit>
 #include <cstring>

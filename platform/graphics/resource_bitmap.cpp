@@ -4,9 +4,9 @@
 #include <span>
 #include <vector>
 
-#include "platform/graphics/objects_internal.h"
-#include "platform/resources/find_internal.h"
-#include "platform/resources/picture_internal.h"
+#include "platform/graphics/detail/objects.h"
+#include "platform/resources/detail/find.h"
+#include "platform/resources/detail/picture.h"
 
 namespace {
 

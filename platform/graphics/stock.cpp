@@ -2,7 +2,7 @@
 #include <QtGui/QPalette>
 #include <array>
 
-#include "platform/graphics/objects_internal.h"
+#include "platform/graphics/detail/objects.h"
 
 using platform::AddObject;
 using platform::BrushRecord;

@@ -1,6 +1,6 @@
 #include "platform/graphics/surface.h"
 
-#include "platform/graphics/dc_record_internal.h"
+#include "platform/graphics/detail/dc_record.h"
 
 namespace platform {
 

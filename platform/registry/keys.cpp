@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "platform/registry/store_internal.h"
+#include "platform/registry/detail/store.h"
 
 namespace platform::registry {
 

@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/base/handle_table.h"
-#include "platform/registry/store_internal.h"
+#include "platform/base/detail/handle_table.h"
+#include "platform/registry/detail/store.h"
 
 using platform::registry::Fold;
 using platform::registry::Key;

@@ -12,8 +12,8 @@
 #include <thread>
 #include <utility>
 
-#include "platform/base/file_descriptor_internal.h"
-#include "platform/registry/store_internal.h"
+#include "platform/base/detail/file_descriptor.h"
+#include "platform/registry/detail/store.h"
 
 namespace platform::registry {
 namespace {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/registry/store_internal.h"
+#include "platform/registry/detail/store.h"
 
 // The text of the store:
 //   Tessarel12 registry 1

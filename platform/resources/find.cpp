@@ -2,8 +2,8 @@
 #include <map>
 #include <string_view>
 
-#include "platform/framework/extension.h"
-#include "platform/resources/find_internal.h"
+#include "platform/resources/detail/find.h"
+#include "platform/resources/extension.h"
 
 namespace platform {
 namespace {

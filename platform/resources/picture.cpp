@@ -2,7 +2,7 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/resources/picture_internal.h"
+#include "platform/resources/detail/picture.h"
 
 platform::PicturePixels platform::ReadPicture(const Picture* picture) {
   if (picture == nullptr || picture->rows.empty()) return {};

@@ -2,7 +2,7 @@
 #include <cstring>
 
 #include "platform/base/string.h"
-#include "platform/resources/find_internal.h"
+#include "platform/resources/detail/find.h"
 
 int LoadStringA(HINSTANCE module, UINT id, LPSTR buffer, int bufferSize) {
   const platform::StringResource* string = platform::FindStringResource(module, id);

@@ -1,6 +1,6 @@
 #include <chrono>
 
-#include "platform/spooler/queues_internal.h"
+#include "platform/spooler/detail/queues.h"
 
 #ifdef TESSAREL_CUPS
 #include <cups/cups.h>
@@ -13,8 +13,8 @@
 #include <memory>
 #include <span>
 
+#include "platform/spooler/detail/spool_file.h"
 #include "platform/spooler/print_records.h"
-#include "platform/spooler/spool_file_internal.h"
 #endif
 
 namespace platform {

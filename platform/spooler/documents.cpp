@@ -1,7 +1,7 @@
 #include <new>
 
-#include "platform/spooler/printer_dc_internal.h"
-#include "platform/spooler/printing.h"
+#include "platform/spooler/detail/printer_dc.h"
+#include "platform/spooler/printers.h"
 
 // The life of a document on a printing device context.
 

@@ -1,8 +1,8 @@
 #include <cstring>
 
 #include "platform/base/system_error.h"
-#include "platform/spooler/printing.h"
-#include "platform/spooler/sheet_internal.h"
+#include "platform/spooler/detail/sheet.h"
+#include "platform/spooler/printers.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/spooler/fax_codes_internal.h"
+#include "platform/spooler/detail/fax_codes.h"
 
 #include <cstddef>
 

@@ -1,11 +1,11 @@
-#include "platform/spooler/fax_encoder_internal.h"
+#include "platform/spooler/detail/fax_encoder.h"
 
 #include <algorithm>
 #include <bit>
 #include <cstring>
 #include <utility>
 
-#include "platform/spooler/fax_codes_internal.h"
+#include "platform/spooler/detail/fax_codes.h"
 
 namespace platform {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/spooler/image_rows_internal.h"
+#include "platform/spooler/detail/image_rows.h"
 
 #include <cstdlib>
 #include <cstring>

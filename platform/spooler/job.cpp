@@ -1,4 +1,4 @@
-#include "platform/spooler/job_internal.h"
+#include "platform/spooler/detail/job.h"
 
 #include <algorithm>
 

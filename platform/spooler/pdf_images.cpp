@@ -5,9 +5,9 @@
 #include <cstring>
 #include <new>
 
-#include "platform/spooler/fax_encoder_internal.h"
-#include "platform/spooler/image_rows_internal.h"
-#include "platform/spooler/pdf_writer_internal.h"
+#include "platform/spooler/detail/fax_encoder.h"
+#include "platform/spooler/detail/image_rows.h"
+#include "platform/spooler/detail/pdf_writer.h"
 
 // How images lie in the PDF: bilevel ones as group 4 fax, all others deflated, with the row filters of PNG
 // where neighbouring values are alike. Nothing is lossy.

@@ -1,4 +1,4 @@
-#include "platform/spooler/pdf_writer_internal.h"
+#include "platform/spooler/detail/pdf_writer.h"
 
 #include <QtCore/QString>
 #include <charconv>

@@ -1,13 +1,13 @@
-#include "platform/spooler/printer_dc_internal.h"
+#include "platform/spooler/detail/printer_dc.h"
 
 #include <QtCore/QRect>
 #include <algorithm>
 #include <cmath>
 #include <map>
 
-#include "platform/graphics/dc_internal.h"
-#include "platform/spooler/image_rows_internal.h"
-#include "platform/spooler/printing.h"
+#include "platform/graphics/detail/device_context.h"
+#include "platform/spooler/detail/image_rows.h"
+#include "platform/spooler/printers.h"
 
 namespace platform {
 namespace {

@@ -1,12 +1,12 @@
-#include "platform/spooler/queues_internal.h"
+#include "platform/spooler/detail/queues.h"
 
 #include <algorithm>
 #include <fstream>
 #include <memory>
 #include <span>
 
+#include "platform/spooler/detail/spool_file.h"
 #include "platform/spooler/print_records.h"
-#include "platform/spooler/spool_file_internal.h"
 #include "platform/testing.h"
 
 namespace platform {

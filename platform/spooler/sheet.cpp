@@ -1,4 +1,4 @@
-#include "platform/spooler/sheet_internal.h"
+#include "platform/spooler/detail/sheet.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "platform/spooler/spool_file_internal.h"
+#include "platform/spooler/detail/spool_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

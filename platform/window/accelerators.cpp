@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "platform/base/handle_table.h"
+#include "platform/base/detail/handle_table.h"
 #include "platform/window/detail/menu_record.h"
 #include "platform/window/detail/menu_widgets.h"
 #include "platform/window/window.h"

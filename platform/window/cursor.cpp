@@ -5,9 +5,9 @@
 #include <memory>
 #include <utility>
 
-#include "platform/base/handle_table.h"
-#include "platform/resources/find_internal.h"
-#include "platform/resources/picture_internal.h"
+#include "platform/base/detail/handle_table.h"
+#include "platform/resources/detail/find.h"
+#include "platform/resources/detail/picture.h"
 #include "platform/window/detail/cursors.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"

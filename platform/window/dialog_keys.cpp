@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "platform/window/detail/window_record.h"
-#include "platform/window/dialog.h"
+#include "platform/window/dialog_keys.h"
 
 using platform::FindWindowRecord;
 using platform::WindowRecord;

@@ -1,9 +1,9 @@
 #include <QFontMetrics>
 
 #include "platform/base/kernel.h"
-#include "platform/graphics/dc_internal.h"
+#include "platform/graphics/detail/device_context.h"
 #include "platform/graphics/gdi.h"
-#include "platform/window/dialog.h"
+#include "platform/window/dialog_keys.h"
 
 platform::DialogBaseUnits platform::BaseUnitsOf(HFONT font) {
   const QFontMetrics metrics(FontOf(font));

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/base/handle_table.h"
+#include "platform/base/detail/handle_table.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
 

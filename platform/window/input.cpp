@@ -3,8 +3,8 @@
 #include <QMouseEvent>
 #include <QWheelEvent>
 
-#include "platform/window/detail/keys.h"
 #include "platform/window/detail/queue.h"
+#include "platform/window/detail/virtual_keys.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
 

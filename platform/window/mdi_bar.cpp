@@ -5,7 +5,7 @@
 #include <QToolButton>
 
 #include "platform/testing.h"
-#include "platform/window/detail/mdi.h"
+#include "platform/window/detail/mdi_windows.h"
 #include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/window/detail/mdi.h"
 #include "platform/window/detail/mdi_layout.h"
+#include "platform/window/detail/mdi_windows.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
 

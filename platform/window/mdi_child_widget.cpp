@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/window/detail/mdi.h"
+#include "platform/window/detail/mdi_windows.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
 

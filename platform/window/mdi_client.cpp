@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "platform/graphics/gdi.h"
-#include "platform/window/detail/mdi.h"
+#include "platform/window/detail/mdi_windows.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
-#include "platform/window/menu.h"
+#include "platform/window/menu_handles.h"
 
 namespace platform {
 namespace {

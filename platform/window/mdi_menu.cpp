@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "platform/window/detail/mdi.h"
+#include "platform/window/detail/mdi_windows.h"
 #include "platform/window/detail/window_record.h"
-#include "platform/window/menu.h"
+#include "platform/window/menu_handles.h"
 
 namespace platform {
 namespace {

@@ -4,7 +4,7 @@
 #include <QKeyEvent>
 
 #include "platform/testing.h"
-#include "platform/window/detail/mdi.h"
+#include "platform/window/detail/mdi_windows.h"
 #include "platform/window/detail/menu_fill.h"
 #include "platform/window/detail/menu_record.h"
 #include "platform/window/detail/menu_widgets.h"

@@ -1,6 +1,6 @@
+#include "platform/window/detail/dialog_shown.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
-#include "platform/window/dialog_shown_internal.h"
 
 void platform::BlockOwner(HWND dialog) {
   const WindowRecord* record = FindWindowRecord(dialog);

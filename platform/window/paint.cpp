@@ -5,7 +5,7 @@
 #include <map>
 #include <utility>
 
-#include "platform/graphics/dc_internal.h"
+#include "platform/graphics/detail/device_context.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
 

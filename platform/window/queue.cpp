@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/window/detail/mdi.h"
+#include "platform/window/detail/mdi_windows.h"
 #include "platform/window/window.h"
 
 namespace platform {

@@ -18,12 +18,12 @@
 
 #include "platform/window/controls/detail/control.h"
 #include "platform/window/detail/cursors.h"
-#include "platform/window/detail/keys.h"
+#include "platform/window/detail/dialog_shown.h"
 #include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/queue.h"
+#include "platform/window/detail/virtual_keys.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
-#include "platform/window/dialog_shown_internal.h"
 
 namespace platform::testing {
 namespace {

@@ -6,8 +6,8 @@
 #include <QStyleOptionToolBar>
 #include <QStyleOptionToolButton>
 
-#include "platform/graphics/dc_record_internal.h"
-#include "platform/window/theme_internal.h"
+#include "platform/graphics/detail/dc_record.h"
+#include "platform/window/detail/theme.h"
 
 namespace platform {
 namespace {

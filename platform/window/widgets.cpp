@@ -11,7 +11,7 @@
 #include <QStyleOptionFrame>
 #include <QToolTip>
 
-#include "platform/window/detail/mdi.h"
+#include "platform/window/detail/mdi_windows.h"
 #include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/queue.h"
 #include "platform/window/detail/window_record.h"

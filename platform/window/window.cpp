@@ -6,7 +6,7 @@
 
 #include "platform/window/controls/detail/control.h"
 #include "platform/window/detail/cursors.h"
-#include "platform/window/detail/mdi.h"
+#include "platform/window/detail/mdi_windows.h"
 #include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/queue.h"
 #include "platform/window/detail/widgets.h"

@@ -3,12 +3,12 @@
 #include <QWindow>
 #include <algorithm>
 
-#include "platform/window/detail/mdi.h"
+#include "platform/window/detail/mdi_windows.h"
 #include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
+#include "platform/window/detail/window_sizing.h"
 #include "platform/window/pump.h"
-#include "platform/window/window_sizing_internal.h"
 
 using platform::FindWindowRecord;
 using platform::WindowRecord;

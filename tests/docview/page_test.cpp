@@ -4,8 +4,8 @@
 
 #include <memory>
 
-#include "platform/framework/controls.h"
 #include "platform/framework/frame_wnd.h"
+#include "platform/framework/standard_controls.h"
 
 namespace {
 

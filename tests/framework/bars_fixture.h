@@ -11,7 +11,7 @@
 #include "platform/framework/status_bar.h"
 #include "platform/framework/tool_bar.h"
 #include "platform/graphics/image_list.h"
-#include "platform/resources/resources.h"
+#include "platform/resources/resource_tables.h"
 
 namespace bars_test {
 

@@ -9,9 +9,9 @@
 
 #include "platform/framework/app.h"
 #include "platform/framework/dialog.h"
-#include "platform/framework/extension.h"
 #include "platform/framework/frame_wnd.h"
-#include "platform/resources/resources.h"
+#include "platform/resources/extension.h"
+#include "platform/resources/resource_tables.h"
 #include "platform/testing.h"
 
 namespace {

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "platform/framework/extension.h"
-#include "platform/resources/resources.h"
+#include "platform/resources/extension.h"
+#include "platform/resources/resource_tables.h"
 
 /// Joins a module with these resources to the process, once for each kind of them.
 template <class Kind>

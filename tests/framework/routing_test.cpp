@@ -5,9 +5,9 @@
 #include <string>
 
 #include "platform/framework/app.h"
-#include "platform/framework/extension.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/message_box.h"
+#include "platform/resources/extension.h"
 #include "platform/testing.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <QtGui/QPainter>
 #include <memory>
 
-#include "platform/graphics/dc_internal.h"
+#include "platform/graphics/detail/device_context.h"
 #include "tests/graphics/canvas.h"
 
 namespace {

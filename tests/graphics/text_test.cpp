@@ -1,6 +1,6 @@
 #include <QtWidgets/QApplication>
 
-#include "platform/graphics/dc_internal.h"
+#include "platform/graphics/detail/device_context.h"
 #include "tests/graphics/canvas.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include "library/resource_ids.h"
 #include "platform/base/string.h"
 #include "platform/framework/frame_wnd.h"
-#include "platform/resources/resources.h"
+#include "platform/resources/resource_tables.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <functional>
 
 #include "platform/framework/frame_wnd.h"
-#include "platform/window/dialog.h"
+#include "platform/window/dialog_keys.h"
 #include "platform/window/pump.h"
 #include "tests/print/job_fixture.h"
 

@@ -9,8 +9,8 @@
 #include <cstring>
 #include <thread>
 
-#include "platform/spooler/queues_internal.h"
-#include "platform/spooler/sheet_internal.h"
+#include "platform/spooler/detail/queues.h"
+#include "platform/spooler/detail/sheet.h"
 #include "tests/spooler/print_fixture.h"
 
 // A5 with four different margins is the default, at 600 dots per inch; documents pass through as they are.

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/spooler/fax_encoder_internal.h"
+#include "platform/spooler/detail/fax_encoder.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <clocale>
 
 #include "platform/base/bitmapinfo.h"
-#include "platform/spooler/pdf_writer_internal.h"
+#include "platform/spooler/detail/pdf_writer.h"
 #include "print_fixture.h"
 
 namespace {

@@ -1,11 +1,11 @@
-#include "platform/spooler/print_dialog.h"
+#include "platform/print_dialogs/print_dialog.h"
 
 #include <functional>
 
 #include "platform/base/global_memory.h"
 #include "platform/framework/app.h"
-#include "platform/framework/extension.h"
-#include "platform/resources/resources.h"
+#include "platform/resources/extension.h"
+#include "platform/resources/resource_tables.h"
 #include "print_fixture.h"
 
 namespace {

@@ -10,7 +10,7 @@
 
 #include "platform/qt_bridge.h"
 #include "platform/testing.h"
-#include "platform/window/menu.h"
+#include "platform/window/menu_handles.h"
 #include "platform/window/pump.h"
 #include "platform/window/window.h"
 #include "tests/window/resource_module.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/framework/extension.h"
-#include "platform/resources/resources.h"
+#include "platform/resources/extension.h"
+#include "platform/resources/resource_tables.h"
 
 /// A module of the test's own with these resources, linked until the process ends.
 inline HINSTANCE LinkResourceModule(const platform::ResourceTables& tables) {

@@ -8,8 +8,7 @@ set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/tessarel12)
 foreach(folder platform library imagewindow controls thumbs frames print docview)
   install(DIRECTORY ${folder} DESTINATION ${include_dir} FILES_MATCHING
     PATTERN "*.h"
-    PATTERN "detail" EXCLUDE
-    PATTERN "*_internal.h" EXCLUDE)
+    PATTERN "detail" EXCLUDE)
 endforeach()
 install(FILES imaging/exception.h imaging/export.h imaging/ltwrap.h imaging/records.h DESTINATION ${include_dir}/imaging)
 install(FILES tessarel12.h DESTINATION ${include_dir})

@@ -3,7 +3,7 @@
 #include <QMouseEvent>
 #include <QWheelEvent>
 
-#include "platform/graphics/dc_internal.h"
+#include "platform/graphics/detail/device_context.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
 

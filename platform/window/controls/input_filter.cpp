@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "platform/window/controls/detail/control.h"
-#include "platform/window/detail/keys.h"
 #include "platform/window/detail/queue.h"
+#include "platform/window/detail/virtual_keys.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/base/handle_table.h"
-#include "platform/window/menu.h"
+#include "platform/base/detail/handle_table.h"
+#include "platform/window/menu_handles.h"
 
 namespace platform {
 

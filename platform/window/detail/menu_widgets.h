@@ -3,7 +3,7 @@
 #include <QMenu>
 #include <QMenuBar>
 
-#include "platform/window/menu.h"
+#include "platform/window/menu_handles.h"
 
 // Menus on the screen, made from their records.
 

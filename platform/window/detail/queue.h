@@ -92,7 +92,7 @@ class Queue : public QObject {
 /// Milliseconds since some start.
 DWORD MessageTime();
 POINT PointerPosition();
-/// Notes an input message in the key state (keys.cpp).
+/// Notes an input message in the key state (virtual_keys.cpp).
 void TrackKeyState(const MSG& message);
 bool PreTranslateByHook(MSG* message);
 

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/base/handle_table.h"
-#include "platform/window/tool_tips_internal.h"
+#include "platform/base/detail/handle_table.h"
+#include "platform/window/detail/tool_tips.h"
 #include "platform/window/window.h"
 
 namespace platform {
@@ -83,7 +83,7 @@ struct WindowRecord {
 
   std::shared_ptr<Control> control;  ///< of a standard control; it has no edge, bars or surface
 
-  std::shared_ptr<MdiClient> mdiClient;  ///< of the window that holds document windows (detail/mdi.h)
+  std::shared_ptr<MdiClient> mdiClient;  ///< of the window that holds document windows (detail/mdi_windows.h)
   std::shared_ptr<MdiChild> mdiChild;    ///< of a document window
   HWND mdiClientOfFrame = nullptr;       ///< of a main window that has such a client
 

@@ -5,9 +5,9 @@
 #include <memory>
 #include <string>
 
-#include "platform/spooler/pdf_writer_internal.h"
-#include "platform/spooler/sheet_internal.h"
-#include "platform/spooler/spool_file_internal.h"
+#include "platform/spooler/detail/pdf_writer.h"
+#include "platform/spooler/detail/sheet.h"
+#include "platform/spooler/detail/spool_file.h"
 
 namespace platform {
 

@@ -1,13 +1,13 @@
-#include "platform/spooler/print_dialog.h"
+#include "platform/print_dialogs/print_dialog.h"
 
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
 #include "platform/base/global_memory.h"
-#include "platform/resources/find_internal.h"
-#include "platform/spooler/print_choice_internal.h"
-#include "platform/spooler/printer_dc_internal.h"
+#include "platform/print_dialogs/detail/print_choice.h"
+#include "platform/resources/detail/find.h"
+#include "platform/spooler/detail/printer_dc.h"
 
 IMPLEMENT_DYNAMIC(CPrintDialog, CDialog)
 

@@ -2,7 +2,7 @@
 
 #include "platform/framework/dialog.h"
 #include "platform/framework/file_dialog.h"
-#include "platform/spooler/print_choice_internal.h"
+#include "platform/print_dialogs/detail/print_choice.h"
 
 namespace platform {
 namespace {

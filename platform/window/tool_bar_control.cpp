@@ -1,11 +1,11 @@
-#include "platform/window/toolbar.h"
+#include "platform/window/tool_bar_control.h"
 
 #include <map>
 #include <memory>
 #include <utility>
 
 #include "platform/graphics/gdi.h"
-#include "platform/window/toolbar_internal.h"
+#include "platform/window/detail/tool_bar_record.h"
 #include "platform/window/window.h"
 
 namespace platform {

@@ -1,8 +1,8 @@
 #include <QKeyEvent>
 #include <array>
 
-#include "platform/window/detail/keys.h"
 #include "platform/window/detail/queue.h"
+#include "platform/window/detail/virtual_keys.h"
 #include "platform/window/window.h"
 
 namespace {

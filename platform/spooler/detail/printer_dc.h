@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/spooler/job_internal.h"
+#include "platform/spooler/detail/job.h"
 
 namespace platform {
 

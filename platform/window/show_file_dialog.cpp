@@ -1,4 +1,4 @@
-#include "platform/window/file_dialog_internal.h"
+#include "platform/window/detail/show_file_dialog.h"
 
 #include <QAction>
 #include <QComboBox>

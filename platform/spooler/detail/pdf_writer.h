@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "platform/base/export.h"
+#include "platform/spooler/detail/spool_file.h"
 #include "platform/spooler/page_images.h"
-#include "platform/spooler/spool_file_internal.h"
 
 namespace platform {
 

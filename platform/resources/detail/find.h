@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/resources/resources.h"
+#include "platform/resources/resource_tables.h"
 
 // Looking resources up, for the loaders of this layer. A null module stands for every linked one; null if
 // there is no such resource.

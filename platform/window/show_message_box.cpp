@@ -5,8 +5,8 @@
 #include <string>
 
 #include "platform/framework/message_box.h"
+#include "platform/window/detail/show_message_box.h"
 #include "platform/window/detail/window_record.h"
-#include "platform/window/message_box_internal.h"
 #include "platform/window/pump.h"
 
 namespace {

@@ -6,8 +6,8 @@
 #include <optional>
 #include <vector>
 
-#include "platform/graphics/dc_internal.h"
-#include "platform/graphics/objects_internal.h"
+#include "platform/graphics/detail/device_context.h"
+#include "platform/graphics/detail/objects.h"
 
 // The record behind a device context, and what the drawing functions share. Three kinds of coordinates:
 // logical (what programs pass) -> units (logical moved by the origins; 96 to the inch, or a printer's dots)

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/base/file_descriptor_internal.h"
+#include "platform/base/detail/file_descriptor.h"
 
 namespace platform {
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/spooler/detail/queues.h"
 #include "platform/spooler/print_records.h"
-#include "platform/spooler/queues_internal.h"
 #include "platform/testing.h"
 
 namespace platform {

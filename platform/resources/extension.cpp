@@ -1,4 +1,4 @@
-#include "platform/framework/extension.h"
+#include "platform/resources/extension.h"
 
 #include <algorithm>
 #include <memory>

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/base/bitmapinfo.h"
-#include "platform/graphics/dc_record_internal.h"
+#include "platform/graphics/detail/dc_record.h"
 
 namespace platform {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "platform/base/export.h"
+#include "platform/spooler/detail/queues.h"
 #include "platform/spooler/print_records.h"
-#include "platform/spooler/queues_internal.h"
 
 namespace platform {
 

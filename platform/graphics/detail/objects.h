@@ -6,9 +6,9 @@
 #include <variant>
 #include <vector>
 
-#include "platform/base/handle_table.h"
+#include "platform/base/detail/handle_table.h"
+#include "platform/graphics/detail/raster.h"
 #include "platform/graphics/gdi.h"
-#include "platform/graphics/raster_internal.h"
 
 // The records behind drawing objects.
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/resources/resources.h"
+#include "platform/resources/resource_tables.h"
 #include "platform/window/window.h"
 
 namespace platform {

@@ -1,10 +1,10 @@
-#include "platform/window/menu.h"
+#include "platform/window/menu_handles.h"
 
 #include <algorithm>
 #include <span>
 #include <utility>
 
-#include "platform/resources/find_internal.h"
+#include "platform/resources/detail/find.h"
 #include "platform/window/detail/menu_record.h"
 
 using platform::FindMenuItem;

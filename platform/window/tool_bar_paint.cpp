@@ -1,9 +1,9 @@
 #include <QPainter>
 
-#include "platform/graphics/image_list_internal.h"
+#include "platform/graphics/detail/list_picture.h"
 #include "platform/window/bar_styles.h"
-#include "platform/window/theme_internal.h"
-#include "platform/window/toolbar_internal.h"
+#include "platform/window/detail/theme.h"
+#include "platform/window/detail/tool_bar_record.h"
 #include "platform/window/window.h"
 
 namespace platform {

@@ -5,7 +5,7 @@
 
 #include "platform/base/geometry.h"
 #include "platform/graphics/image_list.h"
-#include "platform/window/toolbar.h"
+#include "platform/window/tool_bar_control.h"
 
 namespace platform {
 

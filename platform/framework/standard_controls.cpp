@@ -1,4 +1,4 @@
-#include "platform/framework/controls.h"
+#include "platform/framework/standard_controls.h"
 
 IMPLEMENT_DYNAMIC(CButton, CWnd)
 IMPLEMENT_DYNAMIC(CEdit, CWnd)

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/resources/resources.h"
+#include "platform/resources/resource_tables.h"
 
 namespace platform {
 

@@ -1,4 +1,4 @@
-#include "platform/window/toolbar_internal.h"
+#include "platform/window/detail/tool_bar_record.h"
 
 namespace platform {
 namespace {

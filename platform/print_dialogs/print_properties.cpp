@@ -1,10 +1,10 @@
 #include <array>
 
 #include "platform/framework/dialog.h"
-#include "platform/framework/extension.h"
-#include "platform/resources/resources.h"
-#include "platform/spooler/print_choice_internal.h"
-#include "platform/spooler/sheet_internal.h"
+#include "platform/print_dialogs/detail/print_choice.h"
+#include "platform/resources/extension.h"
+#include "platform/resources/resource_tables.h"
+#include "platform/spooler/detail/sheet.h"
 
 // The paper and the way it lies: all that our own printing can ask of a queue.
 

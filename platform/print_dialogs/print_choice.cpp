@@ -1,6 +1,6 @@
-#include "platform/spooler/print_choice_internal.h"
+#include "platform/print_dialogs/detail/print_choice.h"
 
-#include "platform/spooler/sheet_internal.h"
+#include "platform/spooler/detail/sheet.h"
 
 namespace platform {
 namespace {
