@@ -10,6 +10,7 @@
 #include "docview/zp_mdi_frame.h"
 #include "docview/zp_page.h"
 #include "docview/zp_sdi_frame.h"
+#include "docview/zp_thumbs_view.h"
 #include "docview/zp_view.h"
 #include "frames/image_frame.h"
 #include "frames/image_mdi_child.h"
@@ -31,4 +32,3 @@
 #include "print/print_bitmap.h"
 #include "print/print_failure.h"
 #include "print/print_file.h"
-#include "thumbs/zp_thumbs_view.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "imagewindow/zoom_steps.h"
 #include "platform/base/geometry.h"
+#include "viewing/zoom_steps.h"
 
 /// Mouse modes of the document's view. Higher values are kept and do nothing.
 enum : int {

@@ -6,8 +6,8 @@
 
 #include "docview/bitmap_borrower.h"
 #include "docview/document_frame.h"
-#include "docview/failure.h"
 #include "docview/view_rules.h"
+#include "library/failure.h"
 #include "library/resource_ids.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/thread.h"

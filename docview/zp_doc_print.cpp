@@ -63,10 +63,6 @@ class BorrowedPages {
   std::vector<struct_LEAD_Bitmap*> m_bitmaps;
 };
 
-void ReportToHook(int code, CString text) {  // NOLINT(performance-unnecessary-value-param): a hook's shape
-  ReportError(code, text);
-}
-
 }  // namespace
 
 void CZPDoc::StopPrinting() {
@@ -80,7 +76,7 @@ void CZPDoc::PrintPage(int nPage) {
   const JobWatch<CZPDoc> watch(*this);
   CPrintBitmap job(PrintAppName());
   const auto format = static_cast<PrintFormat>(m_nPrintFormat);
-  if (RunPrintJob(&ReportToHook, [&] { job.Print(bitmap, PrintParent(), true, format); }) &&
+  if (RunPrintJob(&ReportError, [&] { job.Print(bitmap, PrintParent(), true, format); }) &&
       watch.Get() != nullptr)
     m_nPrintFormat = CPrintBitmap::GetPrintFormat();
 }
@@ -97,7 +93,7 @@ int CZPDoc::PrintDocument(CWnd* pParent, bool bDefaultPrinter, int nFirstPage, i
   PrintSelection selection(GetHBitmap(-1));
   const auto format = static_cast<PrintFormat>(m_nPrintFormat);
   try {
-    const bool done = RunPrintJob(&ReportToHook, [&] {
+    const bool done = RunPrintJob(&ReportError, [&] {
       job.PrintBitmaps(pages.Bitmaps(), pages.Count(), selection.Bitmap(), 1, pParent, bDefaultPrinter,
                        format, first, last, m_strTitle);
     });

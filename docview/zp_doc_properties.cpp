@@ -1,7 +1,7 @@
 #include "docview/zp_doc.h"
-#include "imagewindow/file_formats.h"
-#include "imagewindow/image_properties_dlg.h"
 #include "platform/base/path.h"
+#include "viewing/file_formats.h"
+#include "viewing/properties_dlg.h"
 
 CString CZPDoc::GetFileFormat(int nFormat) {
   return FileFormatName(nFormat);

@@ -2,11 +2,11 @@
 
 #include <cstdint>
 
-#include "docview/failure.h"
 #include "docview/load_progress.h"
-#include "docview/page_size.h"
+#include "library/failure.h"
 #include "platform/framework/wnd.h"
 #include "platform/window/control_messages.h"
+#include "viewing/square_pixels.h"
 
 namespace {
 
@@ -29,11 +29,8 @@ void TurnUpright(struct_LEAD_Bitmap* bitmap) {
 }
 
 void MakePixelsSquare(struct_LEAD_Bitmap* bitmap) {
-  CDC screen;
-  screen.CreateCompatibleDC(nullptr);
-  const auto size =
-      page_size::WithSquarePixels({bitmap->Width, bitmap->Height}, {bitmap->XResolution, bitmap->YResolution},
-                                  {screen.GetDeviceCaps(LOGPIXELSX), screen.GetDeviceCaps(LOGPIXELSY)});
+  const auto size = square_pixels::StretchedExactly(
+      {bitmap->Width, bitmap->Height}, {bitmap->XResolution, bitmap->YResolution}, square_pixels::OfScreen());
   if (size) LEADTOOLS::SizeBitmap(bitmap, size->cx, size->cy);
 }
 

@@ -1,13 +1,13 @@
 #include "docview/zp_view.h"
 
-#include "docview/crossed_box.h"
-#include "docview/failure.h"
 #include "docview/zp_doc.h"
-#include "imagewindow/page_input.h"
-#include "imagewindow/page_paint.h"
-#include "imagewindow/page_window.h"
+#include "library/failure.h"
 #include "library/resource_ids.h"
 #include "library/settings.h"
+#include "viewing/crossed_box.h"
+#include "viewing/page_input.h"
+#include "viewing/page_paint.h"
+#include "viewing/window_parts.h"
 
 IMPLEMENT_DYNCREATE(CZPView, CView)
 
@@ -43,13 +43,13 @@ CZPView::~CZPView() {
 
 BOOL CZPView::PreCreateWindow(CREATESTRUCT& cs) {
   if (CView::PreCreateWindow(cs) == FALSE) return FALSE;
-  cs.lpszClass = page_window::WindowClass();
+  cs.lpszClass = window_parts::WindowClass();
   return TRUE;
 }
 
 int CZPView::OnCreate(LPCREATESTRUCT cs) {
   if (CView::OnCreate(cs) == -1) return -1;
-  page_window::AddScrollBars(*this);
+  window_parts::AddScrollBars(*this);
   return 0;
 }
 
@@ -113,7 +113,7 @@ void CZPView::DoSmartResizing() {
 }
 
 int CZPView::GetWidthBytes(int bits) {
-  return page_window::WidthBytes(bits);
+  return window_parts::WidthBytes(bits);
 }
 
 // Painting
@@ -122,7 +122,7 @@ void CZPView::OnDraw(CDC* dc) {
   if (DisplayBmp(dc) == 0) {
     const CZPDoc* const document = Document();
     if (document == nullptr || document->GetPagesNum() == 0)
-      page_window::FillGray(*this, *dc);
+      window_parts::FillGray(*this, *dc);
     else
       DrawNoPage(dc);
   }

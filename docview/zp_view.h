@@ -19,7 +19,7 @@ class PageInput;
 /// Scale, fit mode and mouse mode outlast changes of page. A fit mode is a running state: it is applied again
 /// to each page and whenever the window changes its size, until a zoom by number or step ends it. A zoom
 /// keeps the page's point in the middle of the window where it is. Mouse modes are those of view_rules.h, fit
-/// modes those of image_window.h. A host may derive from it: the calls of its virtual operations within the
+/// modes those of fit.h. A host may derive from it: the calls of its virtual operations within the
 /// class reach the derived class.
 class TESSAREL_API CZPView : public CView, public CZPBitmapBorrower {
   DECLARE_DYNCREATE(CZPView)

@@ -1,6 +1,6 @@
 #include "docview/zp_view.h"
-#include "imagewindow/page_input.h"
-#include "imagewindow/page_window.h"
+#include "viewing/page_input.h"
+#include "viewing/window_parts.h"
 
 // Mouse, wheel, keyboard and context menu. What a mode does stands in page_input.h. The view isn't told when
 // it loses the capture: a selection that is broken off stays armed.
@@ -80,5 +80,5 @@ BOOL CZPView::OnMouseWheel(UINT flags, short delta, CPoint) {
 }
 
 void CZPView::OnContextMenu(CWnd*, CPoint point) {
-  page_window::ShowContextMenu(point, GetParentFrame());
+  window_parts::ShowContextMenu(point, GetParentFrame());
 }

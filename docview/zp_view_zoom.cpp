@@ -1,9 +1,9 @@
 #include "docview/document_frame.h"
 #include "docview/zp_view.h"
-#include "imagewindow/fit.h"
 #include "imagewindow/image_window.h"
-#include "imagewindow/zoom_steps.h"
 #include "platform/framework/frame_wnd.h"
+#include "viewing/fit.h"
+#include "viewing/zoom_steps.h"
 
 // Scale, zoom steps and fits. Unlike the image window's, a fit goes on running, and a zoom keeps the middle
 // of the window where it is.

@@ -3,10 +3,10 @@
 
 #include "imagewindow/export_rules.h"
 #include "imagewindow/image_window.h"
-#include "imagewindow/page_source.h"
 #include "library/resource_ids.h"
 #include "platform/base/kernel.h"
 #include "platform/framework/message_box.h"
+#include "viewing/page_source.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "imagewindow/frame_link.h"
 #include "imagewindow/image_window.h"
-#include "imagewindow/page_input.h"
-#include "imagewindow/page_window.h"
 #include "platform/framework/frame_wnd.h"
+#include "viewing/page_input.h"
+#include "viewing/window_parts.h"
 
 // Keyboard, wheel and context menu, and what the frame hears. The scrolling and the zoom that follow stand in
 // image_scroll.cpp and image_scale.cpp.
@@ -34,5 +34,5 @@ BOOL CImageWindow::OnMouseWheel(UINT flags, short delta, CPoint) {
 }
 
 void CImageWindow::OnContextMenu(CWnd*, CPoint point) {
-  page_window::ShowContextMenu(point, GetParentFrame());
+  window_parts::ShowContextMenu(point, GetParentFrame());
 }

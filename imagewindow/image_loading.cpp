@@ -1,9 +1,9 @@
 #include <limits>
 
 #include "imagewindow/image_window.h"
-#include "imagewindow/page_source.h"
-#include "imagewindow/square_pixels.h"
-#include "imagewindow/zoom_steps.h"
+#include "viewing/page_source.h"
+#include "viewing/square_pixels.h"
+#include "viewing/zoom_steps.h"
 
 namespace {
 
@@ -82,11 +82,8 @@ void CImageWindow::Decode(int page) {
 }
 
 void CImageWindow::MakePixelsSquare() {
-  CDC screen;
-  screen.CreateCompatibleDC(nullptr);
   const square_pixels::Correction correction =
-      square_pixels::WholeFactor({m_Bitmap.XResolution, m_Bitmap.YResolution},
-                                 {screen.GetDeviceCaps(LOGPIXELSX), screen.GetDeviceCaps(LOGPIXELSY)});
+      square_pixels::WholeFactor({m_Bitmap.XResolution, m_Bitmap.YResolution}, square_pixels::OfScreen());
   if (!correction.known) return;
   LEADTOOLS::SizeBitmap(&m_Bitmap, square_pixels::Stretched(m_Bitmap.Width, correction.stretch.across),
                         square_pixels::Stretched(m_Bitmap.Height, correction.stretch.down));

@@ -1,5 +1,5 @@
 #include "imagewindow/image_window.h"
-#include "imagewindow/page_input.h"
+#include "viewing/page_input.h"
 
 // Mouse modes, cursors, zoom by click, dragging and the zoom selection. What a mode does stands in
 // page_input.h.

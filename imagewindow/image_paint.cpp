@@ -1,12 +1,12 @@
 #include <cstring>
 
 #include "imagewindow/image_window.h"
-#include "imagewindow/page_input.h"
-#include "imagewindow/page_paint.h"
-#include "imagewindow/page_window.h"
 #include "imagewindow/smart_resize.h"
 #include "platform/base/bitmapinfo.h"
 #include "platform/base/global_memory.h"
+#include "viewing/page_input.h"
+#include "viewing/page_paint.h"
+#include "viewing/window_parts.h"
 
 namespace {
 
@@ -31,7 +31,7 @@ class LockedBlock {
 
 void CImageWindow::OnPaint() {
   CPaintDC dc(this);
-  if (!DoDraw(&dc)) page_window::FillGray(*this, dc);
+  if (!DoDraw(&dc)) window_parts::FillGray(*this, dc);
   PageInput(*this).RestoreBand(&dc);
 }
 
@@ -75,7 +75,7 @@ void CImageWindow::DoSmartResizing() {
 }
 
 int CImageWindow::GetWidthBytes(int bits) {
-  return page_window::WidthBytes(bits);
+  return window_parts::WidthBytes(bits);
 }
 
 void* CImageWindow::SmartResize(void* sourceBlock) {

@@ -1,8 +1,8 @@
-#include "imagewindow/file_formats.h"
-#include "imagewindow/image_properties_dlg.h"
 #include "imagewindow/image_window.h"
-#include "imagewindow/page_source.h"
 #include "platform/base/path.h"
+#include "viewing/file_formats.h"
+#include "viewing/page_source.h"
+#include "viewing/properties_dlg.h"
 
 namespace {
 

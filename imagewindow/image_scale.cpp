@@ -1,8 +1,8 @@
 #include <cmath>
 
-#include "imagewindow/fit.h"
 #include "imagewindow/image_window.h"
-#include "imagewindow/zoom_steps.h"
+#include "viewing/fit.h"
+#include "viewing/zoom_steps.h"
 
 CSize CImageWindow::PageSize() const {
   return HasPage() ? CSize(m_Bitmap.Width, m_Bitmap.Height) : CSize();

@@ -1,10 +1,9 @@
 #include "imagewindow/image_window.h"
 
-#include <memory>
-
-#include "imagewindow/page_window.h"
+#include "library/failure.h"
 #include "library/settings.h"
 #include "platform/base/path.h"
+#include "viewing/window_parts.h"
 
 IMPLEMENT_DYNCREATE(CImageWindow, CWnd)
 
@@ -57,13 +56,7 @@ CImageWindow::~CImageWindow() {
 }
 
 void CImageWindow::Report(CLeadtoolsException* exception) {
-  struct Deleter {
-    void operator()(CLeadtoolsException* ended) const { ended->Delete(); }
-  };
-  const std::unique_ptr<CLeadtoolsException, Deleter> owner(
-      exception);  // ends it even if the callback throws
-  const CString text = CLeadtoolsException::GetErrorMessage(exception->m_nError);
-  m_pfnReportError(exception->GetLastError(), text);
+  ReportFailure(exception, m_pfnReportError);
 }
 
 void CImageWindow::ReportErrorDefault(int code, CString text) {  // NOLINT: the callback's type
@@ -87,7 +80,7 @@ BOOL CImageWindow::PreCreateWindow(CREATESTRUCT& cs) {
   if (CWnd::PreCreateWindow(cs) == FALSE) return FALSE;
   cs.dwExStyle |= WS_EX_CLIENTEDGE;
   cs.style &= ~static_cast<DWORD>(WS_BORDER);
-  cs.lpszClass = page_window::WindowClass();
+  cs.lpszClass = window_parts::WindowClass();
   return TRUE;
 }
 
@@ -95,6 +88,6 @@ int CImageWindow::OnCreate(LPCREATESTRUCT cs) {
   if (CWnd::OnCreate(cs) == -1) return -1;
   SetClassLong(m_hWnd, GCL_HCURSOR, 0);  // the window alone decides on its cursor
   DragAcceptFiles(TRUE);
-  page_window::AddScrollBars(*this);
+  window_parts::AddScrollBars(*this);
   return 0;
 }

@@ -6,13 +6,11 @@
 #include "library/export.h"
 #include "library/report_error.h"
 #include "platform/framework/wnd.h"
+#include "viewing/fit.h"
 
 class CImageWindowFrame;
 template <class Window>
 class PageInput;
-
-/// Fit modes. Any other value is kept and does nothing.
-enum : int { FitModeNone = 0, FitModeWidth = 1, FitModeHeight = 2, FitModeBest = 3 };
 
 /// Mouse modes. Any other value is kept and does nothing.
 enum : int { MouseModeNone = 0, MouseModeDrag = 1, MouseModeZoomIn = 2, MouseModeZoomOut = 3 };

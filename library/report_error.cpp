@@ -10,7 +10,7 @@ constexpr int kEndedByUser = -84;  // the one code of the imaging service that i
 
 ReportErrorFunction g_pfnReportError = nullptr;
 
-void ReportError(int code, const CString& text) {
+void ReportError(int code, CString text) {  // NOLINT(performance-unnecessary-value-param): a hook's shape
   if (g_pfnReportError != nullptr)
     g_pfnReportError(code, text);
   else

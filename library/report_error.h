@@ -11,7 +11,7 @@ extern TESSAREL_API ReportErrorFunction g_pfnReportError;
 
 /// Gives a failure to the hook; without one it is shown as ShowErrorBox does, so that no failure is lost in a
 /// host that uses the documents without a main frame.
-void ReportError(int code, const CString& text);
+void ReportError(int code, CString text);
 
 /// A message box with code and text. Nothing for a job that the user ended.
 void ShowErrorBox(int code, const CString& text);

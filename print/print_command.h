@@ -1,6 +1,6 @@
 #pragma once
 
-#include "imaging/ltwrap.h"
+#include "library/failure.h"
 #include "platform/framework/app.h"
 #include "print/print_dialogs.h"
 #include "print/print_failure.h"
@@ -41,8 +41,7 @@ bool RunPrintJob(ReportErrorFunction report, const Job& job) {
   } catch (int code) {
     ReportPrintFailure(code, report);
   } catch (CLeadtoolsException* exception) {
-    report(exception->GetLastError(), CLeadtoolsException::GetErrorMessage(exception->m_nError));
-    exception->Delete();
+    ReportFailure(exception, report);
   } catch (CException* exception) {
     ReportUnknownPrintFailure(report);
     exception->Delete();

@@ -44,13 +44,6 @@ class PrinterPaper : public sheet::Paper {
   HGLOBAL m_mode;
 };
 
-/// The screen's dots per inch, for which the viewer has made its bitmaps square.
-square_pixels::Resolution ScreenDpi() {
-  CDC screen;
-  screen.CreateCompatibleDC(nullptr);
-  return {screen.GetDeviceCaps(LOGPIXELSX), screen.GetDeviceCaps(LOGPIXELSY)};
-}
-
 /// A record's page number; documents longer than it can tell are printed up to there.
 WORD PageNumber(int page) {
   return static_cast<WORD>(std::clamp(page, 0, static_cast<int>(std::numeric_limits<WORD>::max())));
@@ -164,7 +157,7 @@ void CPrintFile::PrintSheet(CDC& dc, HGLOBAL mode) {
   const sheet::Page page{m_Bitmap.Width, m_Bitmap.Height, {m_Bitmap.XResolution, m_Bitmap.YResolution}};
   PrinterPaper paper(dc, mode);
   sheet::Correction correction;
-  if (m_ppBitmaps != nullptr) correction = ScreenDpi();
+  if (m_ppBitmaps != nullptr) correction = square_pixels::OfScreen();
   if (const auto size = sheet::Place(format, page, correction, paper)) {
     // The true size counts from the corner of the paper, as a ruler does; all else from the printable area.
     if (format == PrintFormatActualSize && sheet::IsKnown(page.dpi))

@@ -6,9 +6,9 @@
 #include <limits>
 #include <optional>
 
-#include "imagewindow/square_pixels.h"
 #include "platform/base/types.h"
 #include "print/print_format.h"
+#include "viewing/square_pixels.h"
 
 // How large a page comes out on the sheet, and when the paper turns for it. Sizes are in device pixels unless
 // a name says inches.
@@ -95,16 +95,6 @@ inline double BestFactor(double width, double height, const Measures& paper) {
   return best;
 }
 
-/// Narrows the size of a page of unequal resolutions until its pixels are square. Unknown or absurd
-/// resolutions leave it alone.
-inline SIZE WithSquarePixels(const Page& page, square_pixels::Resolution screen) {
-  const std::int64_t a = square_pixels::Product(page.dpi.x, screen.x);
-  const std::int64_t b = square_pixels::Product(page.dpi.y, screen.y);
-  if (a <= 0 || b <= 0) return {page.width, page.height};
-  if (a < b) return {static_cast<LONG>(page.width * a / b), page.height};
-  return {page.width, static_cast<LONG>(page.height * b / a)};
-}
-
 /// What a job does with a page whose resolutions differ: borrowed bitmaps are corrected by the screen's
 /// resolution, since they were made square for it.
 using Correction = std::optional<square_pixels::Resolution>;
@@ -115,7 +105,8 @@ inline bool IsKnown(square_pixels::Resolution dpi) {
 
 /// A page in its true size. The resolution must be known.
 inline SIZE ActualSize(const Page& page, const Correction& correction, square_pixels::Resolution device) {
-  const SIZE pixels = correction ? WithSquarePixels(page, *correction) : SIZE{page.width, page.height};
+  SIZE pixels{page.width, page.height};
+  if (correction) pixels = square_pixels::Narrowed(pixels, page.dpi, *correction);
   const double inchesAcross = static_cast<double>(pixels.cx) / page.dpi.x;
   const double inchesDown = static_cast<double>(pixels.cy) / page.dpi.y;
   return {CutOff(inchesAcross * device.x), CutOff(inchesDown * device.y)};

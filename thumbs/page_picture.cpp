@@ -1,8 +1,8 @@
 #include "thumbs/page_picture.h"
 
-#include "docview/crossed_box.h"
 #include "platform/graphics/dc.h"
 #include "thumbs/thumb_size.h"
+#include "viewing/crossed_box.h"
 
 namespace thumbs {
 

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "imaging/ltwrap.h"
+#include "library/failure.h"
 #include "library/resource_ids.h"
 #include "thumbs/strip_items.h"
 #include "thumbs/thumb_caption.h"
@@ -118,8 +119,7 @@ void CThumbsWindow::SetSel(int page) {
 }
 
 void CThumbsWindow::ShowFailure(CLeadtoolsException* exception) {
-  CString text = CLeadtoolsException::GetErrorMessage(exception->m_nError);
-  exception->Delete();
+  CString text = TakeFailure(exception).text;
   if (text.IsEmpty() != FALSE) text.LoadString(IDS_ZP_NO_DETAILS);
   MessageBox(text, "Error", 0);
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "docview/zp_frame.h"
+#include "docview/zp_thumbs_view.h"
 #include "frames/viewer_bars.h"
-#include "thumbs/zp_thumbs_view.h"
 
 // How a document's frame is made, and how its bars follow the document. For the sources of the two frames.
 

@@ -7,6 +7,7 @@
 #include "docview/zp_mdi_child.h"
 #include "docview/zp_mdi_frame.h"
 #include "docview/zp_sdi_frame.h"
+#include "docview/zp_thumbs_view.h"
 #include "library/report_error.h"
 #include "library/resource_ids.h"
 #include "library/tessarel_ext.h"
@@ -16,7 +17,6 @@
 #include "platform/testing.h"
 #include "tests/docview/page_fixture.h"
 #include "tests/frames/broken_pages.h"
-#include "thumbs/zp_thumbs_view.h"
 
 inline CWinApp g_testApp("Prova");
 

@@ -1,7 +1,7 @@
 // What the document's view puts on the screen.
 
-#include "docview/crossed_box.h"
 #include "tests/docview/view_fixture.h"
+#include "viewing/crossed_box.h"
 
 namespace {
 

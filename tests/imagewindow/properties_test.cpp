@@ -2,9 +2,9 @@
 
 #include <fstream>
 
-#include "imagewindow/image_properties_dlg.h"
 #include "library/resource_ids.h"
 #include "tests/imagewindow/window_fixture.h"
+#include "viewing/properties_dlg.h"
 
 namespace {
 

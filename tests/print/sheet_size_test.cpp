@@ -143,7 +143,8 @@ TEST(SheetSize, BorrowedBitmapsAreMadeSquareByTheScreen) {
       {"product wraps round to 0", {1000, 1000, {1 << 28, 98}}, {16, 16}, {1000, 1000}},
       {"no overflow", {INT_MAX, 1, {20000000, 20000001}}, screen, {INT_MAX - 108, 1}},
   };
-  for (const auto& c : cases) ExpectSize(sheet::WithSquarePixels(c.page, c.screen), c.size, c.name);
+  for (const auto& c : cases)
+    ExpectSize(square_pixels::Narrowed({c.page.width, c.page.height}, c.page.dpi, c.screen), c.size, c.name);
 
   TestPaper paper(5100, 6600);
   ExpectSize(*sheet::Place(kActual, {1728, 2156, {204, 98}}, screen, paper), {5082, 6336}, "corrected");

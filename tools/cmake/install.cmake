@@ -5,7 +5,7 @@ install(TARGETS TessarelPlatform LTWrap12 Tessarel12 EXPORT Tessarel12Targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
 set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/tessarel12)
-foreach(folder platform library imagewindow controls thumbs frames print docview)
+foreach(folder platform library viewing imagewindow controls thumbs frames print docview)
   install(DIRECTORY ${folder} DESTINATION ${include_dir} FILES_MATCHING
     PATTERN "*.h"
     PATTERN "detail" EXCLUDE)

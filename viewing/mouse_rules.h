@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "imagewindow/zoom_steps.h"
 #include "library/resource_ids.h"
 #include "platform/base/geometry.h"
+#include "viewing/zoom_steps.h"
 
 // What clicks and selections mean, as arithmetic without windows. Points are client coordinates; a scroll
 // position is the pixel of the scaled page at the client area's top left corner.

@@ -2,17 +2,17 @@
 
 #include <cstdint>
 
-#include "imagewindow/viewport.h"
 #include "platform/base/geometry.h"
 #include "platform/base/types.h"
 #include "platform/window/messages.h"
+#include "viewing/viewport.h"
 
 class CDC;
 class CWnd;
 
 // What the windows that show a page have in common as windows: their class, their scroll bars, the ground
 // without a page and the context menu.
-namespace page_window {
+namespace window_parts {
 
 /// The window class, for PreCreateWindow.
 LPCTSTR WindowClass();
@@ -51,4 +51,4 @@ void FillGray(CWnd& window, CDC& dc);
 /// The menu of the right button, at a point of the screen. Its items are commands of the frame.
 void ShowContextMenu(POINT point, CWnd* frame);
 
-}  // namespace page_window
+}  // namespace window_parts

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "imagewindow/zoom_steps.h"
 #include "platform/base/geometry.h"
 #include "platform/window/messages.h"
+#include "viewing/zoom_steps.h"
 
 // The part of the scaled page that a window shows. Positions are pixels of the scaled page: the one shown at
 // the client area's top left corner. Pure arithmetic, shared by every window that shows pages.

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "imagewindow/file_formats.h"
+#include "viewing/file_formats.h"
 
 namespace {
 

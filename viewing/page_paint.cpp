@@ -1,8 +1,8 @@
-#include "imagewindow/page_paint.h"
+#include "viewing/page_paint.h"
 
-#include "imagewindow/viewport.h"
 #include "platform/graphics/gdi.h"
 #include "platform/graphics/surface.h"
+#include "viewing/viewport.h"
 
 namespace {
 

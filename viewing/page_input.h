@@ -1,11 +1,11 @@
 #pragma once
 
-#include "imagewindow/key_rules.h"
-#include "imagewindow/mouse_rules.h"
-#include "imagewindow/wheel_rules.h"
 #include "library/load_cursor.h"
 #include "library/wheel_lines.h"
 #include "platform/framework/frame_wnd.h"
+#include "viewing/key_rules.h"
+#include "viewing/mouse_rules.h"
+#include "viewing/wheel_rules.h"
 
 /// What mouse, wheel and keyboard do in a window that shows a page, written once for the image window and the
 /// document's view, which number their mouse modes and zoom in ways of their own.

@@ -1,4 +1,4 @@
-#include "imagewindow/page_window.h"
+#include "viewing/window_parts.h"
 
 #include <cstdint>
 
@@ -7,7 +7,7 @@
 #include "platform/framework/wnd.h"
 #include "platform/resources/resource_tables.h"
 
-namespace page_window {
+namespace window_parts {
 
 LPCTSTR WindowClass() {
   constexpr std::intptr_t kBackground = 5;  // the class names its brush by a colour number plus 1
@@ -93,4 +93,4 @@ void ShowContextMenu(POINT point, CWnd* frame) {
   if (popup != nullptr) popup->TrackPopupMenu(TPM_RIGHTBUTTON, point.x, point.y, frame, nullptr);
 }
 
-}  // namespace page_window
+}  // namespace window_parts

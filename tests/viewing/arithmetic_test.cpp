@@ -4,12 +4,13 @@
 
 #include <climits>
 #include <cmath>
+#include <optional>
 #include <vector>
 
-#include "imagewindow/fit.h"
-#include "imagewindow/square_pixels.h"
-#include "imagewindow/viewport.h"
-#include "imagewindow/zoom_steps.h"
+#include "viewing/fit.h"
+#include "viewing/square_pixels.h"
+#include "viewing/viewport.h"
+#include "viewing/zoom_steps.h"
 
 namespace {
 
@@ -184,6 +185,34 @@ TEST(SquarePixels, WholeFactorInOneDirection) {
 TEST(SquarePixels, AStretchThatNoIntHoldsIsTheLargest) {
   EXPECT_EQ(square_pixels::Stretched(50, 2), 100);
   EXPECT_EQ(square_pixels::Stretched(100, 2'000'000'000), INT_MAX);
+}
+
+TEST(SquarePixels, OfADocumentByTheExactRatio) {
+  const struct {
+    SIZE page;
+    square_pixels::Resolution resolution, screen;
+    std::optional<SIZE> size;
+  } cases[] = {
+      {{1728, 1078}, {204, 98}, {96, 96}, SIZE{1728, 2244}},  // 2244.0 exactly
+      {{1728, 1079}, {204, 98}, {96, 96}, SIZE{1728, 2246}},  // 2246.08; repeated whole pixels give 2158
+      {{1728, 1080}, {204, 98}, {96, 96}, SIZE{1728, 2248}},  // 2248.16
+      {{100, 200}, {100, 200}, {96, 96}, SIZE{200, 200}},     // the other direction
+      {{101, 50}, {200, 300}, {96, 96}, SIZE{152, 50}},       // 151.5: halves go up
+      {{100, 200}, {150, 150}, {96, 96}, SIZE{100, 200}},     // equal: asked for all the same
+      {{100, 100}, {100, 100}, {96, 192}, SIZE{200, 100}},    // the screen's pixels count too
+      {{100, 100}, {0, 98}, {96, 96}, std::nullopt},          // unknown
+      {{100, 100}, {204, 0}, {96, 96}, std::nullopt},
+      {{100, 100}, {204, 98}, {0, 96}, std::nullopt},
+      {{1000, 100}, {1, 20000000}, {96, 96}, SIZE{INT_MAX, 100}},  // 2e10 pixels: no int holds them
+      {{100, 100}, {1, 40000000}, {96, 96}, std::nullopt},         // wraps round and would leave none
+  };
+  for (const auto& c : cases) {
+    const auto size = square_pixels::StretchedExactly(c.page, c.resolution, c.screen);
+    ASSERT_EQ(size.has_value(), c.size.has_value()) << c.page.cy;
+    if (!size) continue;
+    EXPECT_EQ(size->cx, c.size->cx) << c.page.cy;
+    EXPECT_EQ(size->cy, c.size->cy) << c.page.cy;
+  }
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "imagewindow/file_formats.h"
+#include "viewing/file_formats.h"
 
 #include <algorithm>
 #include <array>

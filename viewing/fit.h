@@ -2,6 +2,9 @@
 
 #include "platform/base/geometry.h"
 
+/// Fit modes. Any other value is kept and does nothing.
+enum : int { FitModeNone = 0, FitModeWidth = 1, FitModeHeight = 2, FitModeBest = 3 };
+
 // The scale factors that fit a page into a window. A page too long for the window needs a scroll bar, which
 // takes room from the side that is fitted.
 namespace fit {

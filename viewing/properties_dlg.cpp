@@ -1,4 +1,4 @@
-#include "imagewindow/image_properties_dlg.h"
+#include "viewing/properties_dlg.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 // What the wheel asks for, by tables.
 
-#include "imagewindow/wheel_rules.h"
+#include "viewing/wheel_rules.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
-#include "thumbs/zp_thumbs_view.h"
+#include "docview/zp_thumbs_view.h"
 
 #include <cstdint>
 
-#include "docview/failure.h"
 #include "docview/view_rules.h"
 #include "docview/zp_doc.h"
+#include "library/failure.h"
 #include "thumbs/page_picture.h"
 #include "thumbs/strip_items.h"
 #include "thumbs/thumb_caption.h"

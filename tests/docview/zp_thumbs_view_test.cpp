@@ -1,6 +1,6 @@
 // The strip of a document: pictures, hints, failures.
 
-#include "thumbs/zp_thumbs_view.h"
+#include "docview/zp_thumbs_view.h"
 
 #include "docview/zp_doc.h"
 #include "imaging/pixels/storage.h"
