@@ -4,9 +4,10 @@
 #include "platform/base/types.h"
 
 // Settings of the current user: keys that hold named, typed values and further keys. Names are compared
-// without regard to the case of ASCII letters; '\' separates keys. All of it stands in one text file below
-// the user's configuration folder; every change is on the disk when the call returns, and other processes'
-// changes are seen. Results are error codes.
+// without regard to the case of ASCII letters; '\' separates keys. All of it stands in one INI file below the
+// user's configuration folder. Other processes' changes are seen; a change is on the disk when the call
+// returns, unless another process holds the lock for longer than 200 ms: then it follows as soon as it can,
+// at the latest when the process ends. Results are error codes. Safe from any thread.
 
 using REGSAM = DWORD;
 using LSTATUS = LONG;
@@ -18,13 +19,11 @@ enum : REGSAM {
   KEY_QUERY_VALUE = 0x0001,
   KEY_SET_VALUE = 0x0002,
   KEY_CREATE_SUB_KEY = 0x0004,
-  KEY_ENUMERATE_SUB_KEYS = 0x0008,
-  KEY_NOTIFY = 0x0010,
   KEY_READ = 0x20019,
   KEY_WRITE = 0x20006,
   KEY_ALL_ACCESS = 0xF003F,
 };
-enum : DWORD { REG_NONE = 0, REG_SZ = 1, REG_EXPAND_SZ = 2, REG_BINARY = 3, REG_DWORD = 4, REG_MULTI_SZ = 7 };
+enum : DWORD { REG_NONE = 0, REG_SZ = 1, REG_BINARY = 3, REG_DWORD = 4 };
 enum : DWORD { REG_OPTION_NON_VOLATILE = 0 };
 enum : DWORD { REG_CREATED_NEW_KEY = 1, REG_OPENED_EXISTING_KEY = 2 };
 enum : LSTATUS {
@@ -37,7 +36,6 @@ enum : LSTATUS {
   ERROR_INVALID_PARAMETER = 87,
   ERROR_BAD_PATHNAME = 161,
   ERROR_MORE_DATA = 234,
-  ERROR_KEY_DELETED = 1018,
 };
 
 /// Opens an existing key; an empty or null name opens the same one again. "software" below the root is there
@@ -55,6 +53,3 @@ PLATFORM_API LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, DWORD* reserved, DW
 /// The size of a text includes its closing 0.
 PLATFORM_API LSTATUS RegSetValueExA(HKEY key, LPCSTR name, DWORD reserved, DWORD type, const BYTE* data,
                                     DWORD size);
-PLATFORM_API LSTATUS RegDeleteValueA(HKEY key, LPCSTR name);
-/// ERROR_ACCESS_DENIED for a key that holds keys.
-PLATFORM_API LSTATUS RegDeleteKeyA(HKEY key, LPCSTR subKey);

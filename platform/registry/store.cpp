@@ -1,191 +1,244 @@
-#include <fcntl.h>
-#include <pwd.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QStandardPaths>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
-#include <filesystem>
-#include <system_error>
 #include <thread>
 #include <utility>
 
-#include "platform/base/detail/file_descriptor.h"
 #include "platform/registry/detail/store.h"
 
 namespace platform::registry {
 namespace {
 
-namespace fs = std::filesystem;
-
-// Settings are a few kilobytes; a file beyond this is something else.
-constexpr off_t kMostBytes = 16 << 20;
-constexpr std::chrono::seconds kLongestWait(10);
+// Settings are a few hundred bytes; what goes beyond this is something else.
+constexpr qint64 kMostBytes = 1 << 20;
+constexpr qsizetype kDeepest = 512;
 constexpr int kMostSetAside = 1000;
+constexpr int kLongestWait = 200;
+constexpr int kRetryAfter = 1000;
 
-fs::path ConfigurationFolder() {
-  const char* configured = std::getenv("XDG_CONFIG_HOME");
-  if (configured != nullptr && configured[0] == '/') return configured;
-  const char* home = std::getenv("HOME");
-  if (home == nullptr || home[0] == '\0') {
-    const passwd* user = ::getpwuid(::getuid());
-    home = user == nullptr ? "/" : user->pw_dir;
-  }
-  return fs::path(home) / ".config";
+QString ConfigurationFolder() {
+  return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
 }
 
-fs::path StoreFolder() {
-  return ConfigurationFolder() / "tessarel12";
-}
-fs::path StoreFile() {
-  return StoreFolder() / "registry";
-}
-
-// What tells one state of the file from another: a change puts a new file in its place.
-struct Stamp {
-  dev_t device = 0;
-  ino_t file = 0;
-  off_t size = -1;  ///< -1: there is no file
-  timespec changed = {};
-  bool operator==(const Stamp& o) const {
-    return device == o.device && file == o.file && size == o.size && changed.tv_sec == o.changed.tv_sec &&
-           changed.tv_nsec == o.changed.tv_nsec;
-  }
-};
-
-// The last state read, so that a row of queries parses the text once. The file stays open: as long as it is,
-// no new file can get its number, and the stamps of two states can't be alike by chance.
-struct Cache {
-  FileDescriptor file;
-  bool filled = false;
-  fs::path path;
-  Stamp stamp;
-  Parsed parsed;
-};
-
-Cache& TheCache() {
-  static Cache cache;
-  return cache;
-}
-
-bool ReadWhole(int descriptor, std::size_t size, std::string& text) {
-  text.resize(size);
-  std::size_t done = 0;
-  while (done < size) {
-    const ssize_t got = ::read(descriptor, text.data() + done, size - done);
-    if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) break;
-    done += static_cast<std::size_t>(got);
-  }
-  return done == size;
-}
-
-LSTATUS Refresh(Cache& cache) {
-  const fs::path path = StoreFile();
-  FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  struct stat state = {};
-  Stamp stamp;
-  if (file.IsOpen()) {
-    if (::fstat(file.Get(), &state) != 0 || !S_ISREG(state.st_mode)) return ERROR_ACCESS_DENIED;
-    stamp = {state.st_dev, state.st_ino, state.st_size, state.st_mtim};
-  } else if (errno != ENOENT && errno != ENOTDIR) {
-    return ERROR_ACCESS_DENIED;
-  }
-  if (cache.filled && cache.path == path && cache.stamp == stamp) return ERROR_SUCCESS;
-  cache = {};
-  if (stamp.size > kMostBytes) {
-    cache.parsed.damaged = true;
-  } else if (stamp.size > 0) {
-    std::string text;
-    if (!ReadWhole(file.Get(), static_cast<std::size_t>(stamp.size), text)) return ERROR_ACCESS_DENIED;
-    cache.parsed = Parse(text);
-  }
-  cache.file = std::move(file);
-  cache.path = path;
-  cache.stamp = stamp;
-  cache.filled = true;
-  return ERROR_SUCCESS;
+QString Folder() {
+  return ConfigurationFolder() + "/tessarel12";
 }
 
 bool MakeFolder() {
-  std::error_code error;
-  fs::create_directories(ConfigurationFolder(), error);
-  return ::mkdir(StoreFolder().c_str(), 0700) == 0 || errno == EEXIST;
+  QDir().mkpath(ConfigurationFolder());
+  return ::mkdir(QFile::encodeName(Folder()).constData(), 0700) == 0 || errno == EEXIST;
 }
 
-// The lock has a file of its own, since the store's file is replaced by each change.
-FileDescriptor OpenLock() {
-  if (!MakeFolder()) return FileDescriptor();
-  return FileDescriptor(
-      ::open((StoreFolder() / "registry.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+bool Allows(const QString& path, int mode) {
+  return ::access(QFile::encodeName(path).constData(), mode) == 0;
 }
 
-// Waits for other processes, but not for ever: one that hangs must not hang the user interface.
-bool TakeLock(const FileDescriptor& lock) {
-  const auto end = std::chrono::steady_clock::now() + kLongestWait;
-  while (::flock(lock.Get(), LOCK_EX | LOCK_NB) != 0) {
-    if ((errno != EWOULDBLOCK && errno != EINTR) || std::chrono::steady_clock::now() > end) return false;
-    std::this_thread::sleep_for(std::chrono::microseconds(200));
-  }
-  return true;
+bool IsMissing(const QString& path) {
+  return !Allows(path, F_OK) && (errno == ENOENT || errno == ENOTDIR);
 }
 
-// A damaged file may hold what its owner can still mend, so it is kept under another name.
-bool SetAside() {
+bool IsUnderstood(const QSettings& settings, const QString& name) {
+  return name.count('/') <= kDeepest && Decode(settings.value(name).toString());
+}
+
+bool IsAllUnderstood(const QSettings& settings) {
+  const QStringList names = settings.allKeys();
+  return settings.status() == QSettings::NoError &&
+         std::all_of(names.begin(), names.end(),
+                     [&](const QString& name) { return IsUnderstood(settings, name); });
+}
+
+// What is damaged or no file of settings may hold what its owner can still mend, so it is kept under another
+// name.
+bool SetAside(const QString& file, bool (*keep)(const QString& from, const QString& to)) {
+  const QString target = QFileInfo(file).canonicalFilePath();
   for (int number = 1; number <= kMostSetAside; ++number) {
-    const fs::path kept = StoreFolder() / ("registry.damaged-" + std::to_string(number));
-    if (::link(StoreFile().c_str(), kept.c_str()) == 0) return true;
-    if (errno == EEXIST) continue;
-    struct stat other = {};
-    return ::lstat(kept.c_str(), &other) != 0 && ::rename(StoreFile().c_str(), kept.c_str()) == 0;
+    const QString aside = target + ".damaged-" + QString::number(number);
+    if (!QFileInfo::exists(aside)) return keep(target, aside);
   }
   return false;
 }
 
-// Either the old text or the new one is there, also after a loss of power.
-bool Replace(const std::string& text) {
-  std::string temporary = StoreFile().string() + ".XXXXXX";
-  FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
-  if (!file.IsOpen()) return false;
-  const bool written =
-      WriteAll(file.Get(), text.data(), text.size()) && ::fsync(file.Get()) == 0 && file.Close();
-  if (!written || ::rename(temporary.c_str(), StoreFile().c_str()) != 0) {
-    ::unlink(temporary.c_str());
-    return false;
-  }
-  const FileDescriptor folder(::open(StoreFolder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (folder.IsOpen()) ::fsync(folder.Get());
-  return true;
+// With the lock held, a temporary file is one that a killed process left.
+void RemoveLeftOvers(const QString& file) {
+  QDir folder = QFileInfo(file).dir();
+  for (const QString& name : folder.entryList({"registry.??????"}, QDir::Files)) folder.remove(name);
+}
+
+// QSettings tells the states of a file by size and time, and one tick of the clock has room for several.
+void MakeTimeDiffer(const QString& file, const QDateTime& before) {
+  if (!before.isValid() || QFileInfo(file).lastModified() > before) return;
+  QFile written(file);
+  if (written.open(QIODevice::ReadWrite | QIODevice::ExistingOnly))
+    written.setFileTime(before.addMSecs(1), QFileDevice::FileModificationTime);
+}
+
+LSTATUS TryLock(QLockFile& lock) {
+  if (lock.tryLock(0)) return ERROR_SUCCESS;
+  return lock.error() == QLockFile::LockFailedError ? ERROR_LOCK_VIOLATION : ERROR_ACCESS_DENIED;
 }
 
 }  // namespace
 
-const Keys* Load(LSTATUS& error) {
-  error = Refresh(TheCache());
-  return error == ERROR_SUCCESS ? &TheCache().parsed.keys : nullptr;
+Store::Keeper::Keeper(const QString& file) : QSettings(file, IniFormat) {
+  if (const QCoreApplication* app = QCoreApplication::instance()) moveToThread(app->thread());
 }
 
-bool IsWritable() {
-  const FileDescriptor lock = OpenLock();
+bool Store::Keeper::event(QEvent* event) {
+  if (event->type() != QEvent::UpdateRequest && event->type() != QEvent::Timer)
+    return QSettings::event(event);
+  const std::lock_guard guard(Mutex());
+  m_retry.stop();
+  if (Instance().Save() == ERROR_LOCK_VIOLATION) m_retry.start(kRetryAfter, this);
+  return true;
+}
+
+std::mutex& Store::Mutex() {
+  static auto& mutex = *new std::mutex;
+  return mutex;
+}
+
+Store& Store::Instance() {
+  static auto& store = *new Store;
+  return store;
+}
+
+void Store::UseCurrentFile() {
+  const QString file = Folder() + "/registry";
+  if (file == m_file) return;
+  m_settings.reset();
+  m_file = file;
+  m_pending = m_damaged = false;
+}
+
+LSTATUS Store::Refresh() {
+  UseCurrentFile();
+  const QFileInfo state(m_file);
+  if (!IsMissing(m_file) && (!state.isFile() || !Allows(m_file, R_OK))) return ERROR_ACCESS_DENIED;
+  const auto move = [](const QString& from, const QString& to) { return QFile::rename(from, to); };
+  if (state.size() > kMostBytes && !SetAside(m_file, move)) return ERROR_ACCESS_DENIED;
+  if (m_settings && m_pending) return ERROR_SUCCESS;  // a fresh look would try to save as well
+  // A fresh one reads what changed, and its status speaks of nothing else.
+  const QSettings fresh(m_file, QSettings::IniFormat);
+  const bool understood = IsAllUnderstood(fresh);
+  if (!m_settings) {
+    static const int atEnd = std::atexit([] {
+      std::unique_lock lock(Mutex());
+      Instance().SaveWithin(lock);
+    });
+    static_cast<void>(atEnd);
+    m_settings = std::make_unique<Keeper>(m_file);
+  }
+  if (!understood && !TakeInOldFormat()) m_damaged = true;
+  return ERROR_SUCCESS;
+}
+
+// Before it was an INI file, a first line told what it was, and lines like "Scale"=dword:00000064 held the
+// numbers. To QSettings the quotation marks are part of the name.
+bool Store::TakeInOldFormat() {
+  QFile file(m_file);
+  if (!file.open(QIODevice::ReadOnly) || file.readLine(100).trimmed() != "Tessarel12 registry 1")
+    return false;
+  for (const QString& name : m_settings->allKeys()) {
+    const QString text = m_settings->value(name).toString();
+    bool isNumber = false;
+    const quint32 number = text.mid(6).toUInt(&isNumber, 16);
+    m_settings->remove(name);
+    if (text.startsWith("dword:") && isNumber) m_settings->setValue(QString(name).remove('"'), number);
+  }
+  m_pending = true;
+  return true;
+}
+
+bool Store::IsWritable() const {
   // The file is replaced rather than written, yet its own protection counts: it tells what the user wants.
-  const bool fileAllows = ::access(StoreFile().c_str(), W_OK) == 0 || errno == ENOENT;
-  return lock.IsOpen() && fileAllows && ::access(StoreFolder().c_str(), W_OK | X_OK) == 0;
+  return MakeFolder() && (Allows(m_file, W_OK) || errno == ENOENT) && Allows(Folder(), W_OK | X_OK);
 }
 
-LSTATUS Change(const std::function<LSTATUS(Keys& keys, bool& altered)>& change) {
-  if (!IsWritable()) return ERROR_ACCESS_DENIED;
-  const FileDescriptor lock = OpenLock();
-  if (!lock.IsOpen()) return ERROR_ACCESS_DENIED;
-  if (!TakeLock(lock)) return ERROR_LOCK_VIOLATION;
-  Cache& cache = TheCache();
-  if (const LSTATUS error = Refresh(cache); error != ERROR_SUCCESS) return error;
-  Keys keys = cache.parsed.keys;
-  bool altered = false;
-  if (const LSTATUS error = change(keys, altered); error != ERROR_SUCCESS || !altered) return error;
-  if (cache.parsed.damaged && !SetAside()) return ERROR_WRITE_FAULT;
-  return Replace(Serialise(keys)) ? ERROR_SUCCESS : ERROR_WRITE_FAULT;
+bool Store::Holds(const QString& path) const {
+  const QStringList names = m_settings->allKeys();
+  return std::any_of(names.begin(), names.end(),
+                     [&](const QString& name) { return name.startsWith(path + '/', Qt::CaseInsensitive); });
+}
+
+QString Store::Spelled(const QString& name) const {
+  for (const QString& stored : m_settings->allKeys())
+    if (stored.compare(name, Qt::CaseInsensitive) == 0) return stored;
+  return name;
+}
+
+std::optional<Value> Store::Get(const QString& name) const {
+  return Decode(m_settings->value(Spelled(name)).toString());
+}
+
+LSTATUS Store::Put(const QString& name, const Value& value, std::unique_lock<std::mutex>& lock) {
+  const QString key = Spelled(name);
+  const QVariant before = m_settings->value(key);
+  const QString text = Encode(value);
+  if (before.toString() == text) return ERROR_SUCCESS;
+  if (QFileInfo(m_file).size() + 3 * name.size() + text.size() > kMostBytes) return ERROR_WRITE_FAULT;
+  m_settings->setValue(key, text);
+  m_pending = true;
+  const LSTATUS error = SaveWithin(lock);
+  if (error != ERROR_SUCCESS) before.isValid() ? m_settings->setValue(key, before) : m_settings->remove(key);
+  return error;
+}
+
+LSTATUS Store::PutSoon(const QString& name, const Value& value) {
+  m_settings->setValue(name, Encode(value));
+  m_pending = true;
+  const LSTATUS error = Save();
+  return error == ERROR_LOCK_VIOLATION ? ERROR_SUCCESS : error;
+}
+
+LSTATUS Store::SaveWithin(std::unique_lock<std::mutex>& lock) {
+  QElapsedTimer waited;
+  waited.start();
+  LSTATUS error = Save();
+  while (error == ERROR_LOCK_VIOLATION && waited.elapsed() < kLongestWait) {
+    lock.unlock();
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    lock.lock();
+    error = Save();
+  }
+  return error == ERROR_LOCK_VIOLATION ? ERROR_SUCCESS : error;
+}
+
+LSTATUS Store::Save() {
+  if (!m_pending) return ERROR_SUCCESS;
+  QLockFile lock(m_file + ".guard");
+  if (const LSTATUS error = TryLock(lock); error != ERROR_SUCCESS) return error;
+  {
+    // QSettings takes this one, and would wait for it.
+    QLockFile inner(m_file + ".lock");
+    if (const LSTATUS error = TryLock(inner); error != ERROR_SUCCESS) return error;
+  }
+  RemoveLeftOvers(m_file);
+  if (m_damaged && !Mend()) return ERROR_WRITE_FAULT;
+  const QDateTime before = QFileInfo(m_file).lastModified();
+  // All QSettings of a file share their changes: making one saves them, and its status tells how that went.
+  if (QSettings(m_file, QSettings::IniFormat).status() == QSettings::AccessError) return ERROR_WRITE_FAULT;
+  MakeTimeDiffer(m_file, before);
+  m_pending = m_damaged = false;
+  return ERROR_SUCCESS;
+}
+
+bool Store::Mend() {
+  const auto copy = [](const QString& from, const QString& to) { return QFile::copy(from, to); };
+  if (QFileInfo::exists(m_file) && !SetAside(m_file, copy)) return false;
+  for (const QString& name : m_settings->allKeys())
+    if (!IsUnderstood(*m_settings, name)) m_settings->remove(name);
+  return true;
 }
 
 }  // namespace platform::registry

@@ -35,9 +35,9 @@ picture() { # name
 # The scale in percent, as saved a second after the last change; 0 if none is.
 scale() {
   local line
-  line=$(grep -h '^"Scale"=dword:' "$XDG_CONFIG_HOME"/*/registry 2>/dev/null)
-  line=${line##*:}
-  echo $((16#${line:-0}))
+  line=$(grep -h '\\Scale=' "$XDG_CONFIG_HOME"/*/registry 2>/dev/null)
+  line=${line##*=}
+  echo "${line:-0}"
 }
 expect_scale() { # what lowest highest
   local now=0

@@ -22,8 +22,7 @@ TEST_F(RegistryTest, NamesDontMindCaseAndKeepTheirs) {
   DWORD number = 0;
   EXPECT_EQ(GetNumber(key, "scale", number), ERROR_SUCCESS);
   EXPECT_EQ(number, 300U);
-  EXPECT_NE(StoreText().find("\"Scale\"=dword:0000012c"), std::string::npos) << StoreText();
-  EXPECT_NE(StoreText().find("[Software\\Some Program\\1.0]"), std::string::npos) << StoreText();
+  EXPECT_NE(StoreText().find("Some%20Program\\1.0\\Scale=300"), std::string::npos) << StoreText();
 }
 
 TEST_F(RegistryTest, DispositionTellsNewFromExisting) {
@@ -105,7 +104,6 @@ TEST_F(RegistryTest, RightsOfTheHandleCount) {
   DWORD number = 0;
   HKEY child = nullptr;
   EXPECT_EQ(SetNumber(reader, "n", 2), ERROR_ACCESS_DENIED);
-  EXPECT_EQ(RegDeleteValueA(reader, "n"), ERROR_ACCESS_DENIED);
   EXPECT_EQ(RegCreateKeyExA(reader, "x", 0, nullptr, 0, KEY_READ, nullptr, &child, nullptr),
             ERROR_ACCESS_DENIED);
   EXPECT_EQ(GetNumber(writer, "n", number), ERROR_ACCESS_DENIED);
@@ -126,18 +124,6 @@ TEST_F(RegistryTest, DeadHandlesFailSoftly) {
   }
 }
 
-TEST_F(RegistryTest, DeletingKeys) {
-  const HKEY parent = Create(HKEY_CURRENT_USER, "software\\gone");
-  const HKEY child = Create(parent, "child");
-  Create(HKEY_CURRENT_USER, "software\\gone-not");  // sorts between the two
-  EXPECT_EQ(RegDeleteKeyA(HKEY_CURRENT_USER, "software\\gone"), ERROR_ACCESS_DENIED);
-  EXPECT_EQ(RegDeleteKeyA(parent, "child"), ERROR_SUCCESS);
-  EXPECT_EQ(RegDeleteKeyA(parent, "child"), ERROR_FILE_NOT_FOUND);
-  EXPECT_EQ(SetNumber(child, "n", 1), ERROR_KEY_DELETED);
-  EXPECT_EQ(RegDeleteKeyA(HKEY_CURRENT_USER, "software\\gone"), ERROR_SUCCESS);
-  Open(HKEY_CURRENT_USER, "software\\gone-not");
-}
-
 TEST_F(RegistryTest, OddPaths) {
   HKEY key = nullptr;
   for (const char* path : {"\\a", "a\\\\b", "\\"}) {
@@ -146,10 +132,12 @@ TEST_F(RegistryTest, OddPaths) {
               bare ? ERROR_SUCCESS : ERROR_BAD_PATHNAME)
         << path;
   }
-  const std::string tooLong(256, 'k');
-  EXPECT_EQ(
-      RegCreateKeyExA(HKEY_CURRENT_USER, tooLong.c_str(), 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr),
-      ERROR_BAD_PATHNAME);
+  std::string tooDeep;
+  for (int i = 0; i < 30000; ++i) tooDeep += "k\\";
+  for (const std::string& path : {std::string(256, 'k'), tooDeep})
+    EXPECT_EQ(
+        RegCreateKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr),
+        ERROR_BAD_PATHNAME);
   // An empty name opens the same key again.
   const HKEY first = Create(HKEY_CURRENT_USER, "software\\twice");
   const HKEY second = Create(first, "");

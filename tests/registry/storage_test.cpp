@@ -1,7 +1,11 @@
 #include <sys/wait.h>
 
+#include <QLockFile>
 #include <chrono>
+#include <csignal>
+#include <memory>
 #include <thread>
+#include <vector>
 
 #include "tests/registry/registry_fixture.h"
 
@@ -100,16 +104,20 @@ struct Damage {
 };
 
 TEST_F(RegistryTest, DamagedFilesAreSetAside) {
-  const std::string good = "Tessarel12 registry 1\n[software]\n[software\\d]\n\"n\"=dword:00000003\n";
+  const std::string good = "[software]\nd\\n=3\n";
+  std::string deep = good;
+  for (int i = 0; i < 30000; ++i) deep += "a\\";
   const Damage rows[] = {{"another kind of file",
                           "\x7f"
                           "ELF\n\n",
                           false},
                          {"binary noise", std::string(5000, '\0'), false},
-                         {"a broken line", good + "\"half\"=dwo", true},
-                         {"value without key", "Tessarel12 registry 1\n\"n\"=dword:00000003\n", false},
-                         {"bad escape", good + "[software\\%zz]\n", true},
-                         {"bad bytes", good + "\"b\"=hex(3):0,1\n", true}};
+                         {"a broken line", good + "half", true},
+                         {"no number", good + "d\\half=10x\n", true},
+                         {"an open bracket", good + "[software\n", true},
+                         {"bad bytes", good + "d\\b=3:0,1\n", true},
+                         {"absurd depth", deep + "=1\n", true},
+                         {"absurd size", good + std::string(2 << 20, ';'), false}};
   int asideCount = 0;
   for (const Damage& row : rows) {
     SCOPED_TRACE(row.name);
@@ -122,24 +130,125 @@ TEST_F(RegistryTest, DamagedFilesAreSetAside) {
     const fs::path aside = Store().parent_path() / ("registry.damaged-" + std::to_string(++asideCount));
     std::ifstream file(aside, std::ios::binary);
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), row.text);
+    // What is written now is whole.
+    EXPECT_EQ(SetNumber(key, "new", 2), ERROR_SUCCESS);
+    EXPECT_FALSE(
+        fs::exists(aside.string().substr(0, aside.string().size() - 1) + std::to_string(asideCount + 1)));
     RegCloseKey(key);
   }
 }
 
-TEST_F(RegistryTest, HandWrittenFilesMayLeaveOutKeysAbove) {
-  WriteStore("Tessarel12 registry 1\r\n# note\r\n\r\n[software\\x\\y]\r\n\"n\"=dword:10\r\n");
+TEST_F(RegistryTest, TheFormerFormatIsTakenIn) {
+  WriteStore("Tessarel12 registry 1\n\n[software]\n\n[software\\x\\Some y]\n\"n\"=dword:00000010\n");
   DWORD number = 0;
-  EXPECT_EQ(GetNumber(Open(Open(HKEY_CURRENT_USER, "software\\x"), "y"), "n", number), ERROR_SUCCESS);
+  const HKEY key = Open(Open(HKEY_CURRENT_USER, "software\\x"), "Some y");
+  EXPECT_EQ(GetNumber(key, "n", number), ERROR_SUCCESS);
   EXPECT_EQ(number, 16U);
+  EXPECT_EQ(SetNumber(key, "m", 1), ERROR_SUCCESS);
+  EXPECT_EQ(StoreText(), "[software]\nx\\Some%20y\\m=1\nx\\Some%20y\\n=16\n");
   EXPECT_FALSE(fs::exists(Store().parent_path() / "registry.damaged-1"));
+}
+
+TEST_F(RegistryTest, ASymbolicLinkStays) {
+  const fs::path elsewhere = m_folder / "dotfiles";
+  fs::create_directories(Store().parent_path());
+  fs::create_symlink(elsewhere, Store());
+  for (DWORD i = 0; i < 2; ++i)  // the file it leads to is made, then changed
+    EXPECT_EQ(SetNumber(Create(HKEY_CURRENT_USER, "software\\linked"), "n", i), ERROR_SUCCESS);
+  EXPECT_TRUE(fs::is_symlink(Store()));
+  EXPECT_NE(StoreText().find("linked\\n=1"), std::string::npos) << StoreText();
+}
+
+// Another process that hangs while it saves. It lives until the object goes.
+class HungSaver {
+ public:
+  explicit HungSaver(const fs::path& lock) {
+    m_process = ::fork();
+    if (m_process == 0) {
+      QLockFile held(QString::fromStdString(lock.string()));
+      if (held.tryLock(0)) ::pause();
+      ::_exit(1);
+    }
+    while (!fs::exists(lock)) std::this_thread::yield();
+  }
+  HungSaver(const HungSaver&) = delete;
+  HungSaver& operator=(const HungSaver&) = delete;
+  ~HungSaver() {
+    ::kill(m_process, SIGKILL);
+    ::waitpid(m_process, nullptr, 0);
+  }
+
+ private:
+  pid_t m_process;
+};
+
+TEST_F(RegistryTest, AHungProcessHoldsNobodyUp) {
+  const HKEY key = Create(HKEY_CURRENT_USER, "software\\held");
+  for (const char* lock : {"registry.guard", "registry.lock"}) {
+    SCOPED_TRACE(lock);
+    ASSERT_EQ(SetNumber(key, "n", 1), ERROR_SUCCESS);
+    {
+      const HungSaver saver(Store().parent_path() / lock);
+      const auto begin = std::chrono::steady_clock::now();
+      DWORD number = 0;
+      EXPECT_EQ(GetNumber(key, "n", number), ERROR_SUCCESS);
+      const auto read = std::chrono::steady_clock::now();
+      EXPECT_EQ(SetNumber(key, "n", 2), ERROR_SUCCESS);
+      const auto written = std::chrono::steady_clock::now();
+      EXPECT_LT(read - begin, std::chrono::milliseconds(100));
+      EXPECT_LT(written - read, std::chrono::milliseconds(500));
+      EXPECT_EQ(GetNumber(key, "n", number), ERROR_SUCCESS);
+      EXPECT_EQ(number, 2U);
+      EXPECT_NE(StoreText().find("held\\n=1"), std::string::npos) << StoreText();
+    }
+    // The lock of a dead process counts for nothing; with the next change all is saved.
+    EXPECT_EQ(SetNumber(key, "m", 3), ERROR_SUCCESS);
+    EXPECT_NE(StoreText().find("held\\n=2"), std::string::npos) << StoreText();
+    EXPECT_EQ(SetNumber(key, "m", 4), ERROR_SUCCESS);
+  }
+}
+
+TEST_F(RegistryTest, WhatWasHeldUpIsSavedAtTheEnd) {
+  const HKEY key = Create(HKEY_CURRENT_USER, "software\\late");
+  auto saver = std::make_unique<HungSaver>(Store().parent_path() / "registry.guard");
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const bool put = SetNumber(key, "n", 7) == ERROR_SUCCESS;
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    std::exit(put ? 0 : 1);
+  }
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  EXPECT_EQ(StoreText().find("late\\n"), std::string::npos);
+  saver.reset();
+  int status = -1;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+  EXPECT_NE(StoreText().find("late\\n=7"), std::string::npos) << StoreText();
+}
+
+TEST_F(RegistryTest, ThreadsShareIt) {
+  std::vector<std::thread> threads;
+  for (int thread = 0; thread < 4; ++thread)
+    threads.emplace_back([thread] {
+      for (int i = 0; i < 20; ++i) {
+        const HKEY key = Create(HKEY_CURRENT_USER, "software\\threads");
+        const std::string name = std::to_string(thread) + "-" + std::to_string(i);
+        DWORD number = 0;
+        EXPECT_EQ(SetNumber(key, name.c_str(), static_cast<DWORD>(i)), ERROR_SUCCESS);
+        EXPECT_EQ(GetNumber(key, name.c_str(), number), ERROR_SUCCESS);
+        EXPECT_EQ(number, static_cast<DWORD>(i));
+        EXPECT_EQ(RegCloseKey(key), ERROR_SUCCESS);
+      }
+    });
+  for (std::thread& thread : threads) thread.join();
 }
 
 TEST_F(RegistryTest, NoTemporaryFilesStay) {
   const HKEY key = Create(HKEY_CURRENT_USER, "software\\tidy");
+  std::ofstream(Store().string() + ".AbCdEf") << "a process was killed";
   for (DWORD i = 0; i < 5; ++i) SetNumber(key, "n", i);
   for (const auto& entry : fs::directory_iterator(Store().parent_path()))
-    EXPECT_TRUE(entry.path().filename() == "registry" || entry.path().filename() == "registry.lock")
-        << entry.path();
+    EXPECT_EQ(entry.path().filename(), "registry");
 }
 
 }  // namespace
