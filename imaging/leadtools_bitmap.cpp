@@ -2,9 +2,10 @@
 #include <cstring>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "imaging/ltwrap.h"
-#include "imaging/pixels/orient.h"
+#include "imaging/pixels/perspective.h"
 #include "imaging/pixels/record.h"
 
 using imaging::Bitmap;
@@ -150,23 +151,12 @@ int LEADTOOLS::GetBitmapRgnBounds(struct_LEAD_Bitmap* bitmap, _RGNXFORM* transfo
 int LEADTOOLS::ChangeBitmapViewPerspective(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source,
                                            int viewPerspective) {
   const PixelStorage& pixels = imaging::RequirePixels(source, "turn");
-  const imaging::Turn first = imaging::TurnToNormal(source->ViewPerspective);
-  const imaging::Turn second = imaging::Inverse(imaging::TurnToNormal(viewPerspective));
-  const bool inPlace = target == nullptr || target == source;
-
-  std::unique_ptr<PixelStorage> turned;
-  if (!first.IsNone()) turned = imaging::Turned(pixels, first);
-  if (!second.IsNone()) turned = imaging::Turned(turned ? *turned : pixels, second);
-  Bitmap result = *source;
-  result.ViewPerspective = viewPerspective == 1 ? 0 : viewPerspective;
-  if (first.transpose != second.transpose) std::swap(result.XResolution, result.YResolution);
-
-  if (!inPlace) {
-    if (!turned) turned = imaging::Clone(pixels);
-    imaging::Adopt(result, std::move(turned));
-    *target = result;
+  if (target != nullptr && target != source) {
+    *target = imaging::CopyInPerspective(*source, pixels, viewPerspective);
     return 1;
   }
+  auto turned = imaging::TurnedBetween(pixels, source->ViewPerspective, viewPerspective);
+  Bitmap result = imaging::HeaderInPerspective(*source, viewPerspective);
   if (turned) imaging::Replace(result, std::move(turned));
   *source = result;
   return 1;

@@ -3,7 +3,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "imaging/guard.h"
+#include "imaging/core/guard.h"
 #include "imaging/ltwrap.h"
 #include "imaging/pixels/record.h"
 #include "platform/base/bitmapinfo.h"

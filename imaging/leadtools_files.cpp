@@ -5,10 +5,10 @@
 
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/writer.h"
-#include "imaging/guard.h"
+#include "imaging/core/guard.h"
+#include "imaging/core/source.h"
 #include "imaging/ltwrap.h"
-#include "imaging/page_record.h"
-#include "imaging/source.h"
+#include "imaging/pages/page_record.h"
 
 using namespace imaging;
 
@@ -59,15 +59,6 @@ int Load(const Source& source, struct_LEAD_Bitmap* bitmap, const DecodeWish& wis
   return 1;
 }
 
-Bitmap HeaderOf(const DecodedPage& page) {
-  Bitmap record = EmptyBitmap(page.pixels->Width(), page.pixels->Height(), page.pixels->Bits());
-  record.ViewPerspective = page.info.viewPerspective;
-  record.Order = page.order;
-  record.XResolution = page.info.xResolution;
-  record.YResolution = page.info.yResolution;
-  return record;
-}
-
 /// Who is told of the rows, and what it is given with them.
 struct RowListener {
   leadtools12::LoadRowCallback callback;
@@ -98,12 +89,6 @@ int LoadWithRows(const Source& source, struct_LEAD_Bitmap* bitmap, const DecodeW
 }
 
 }  // namespace
-
-Bitmap imaging::RecordOf(DecodedPage page) {
-  Bitmap record = HeaderOf(page);
-  Adopt(record, std::move(page.pixels));
-  return record;
-}
 
 int LEADTOOLS::GetDefaultLoadFileOption(_LOADFILEOPTION* options) {
   if (options == nullptr) Fail(kErrorInvalidParameter, "No record for the load options was given");

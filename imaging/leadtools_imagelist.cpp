@@ -1,4 +1,4 @@
-#include "imaging/guard.h"
+#include "imaging/core/guard.h"
 #include "imaging/imagelist/control.h"
 #include "imaging/ltwrap.h"
 

@@ -1,8 +1,8 @@
 #include <memory>
 
-#include "imaging/bitmap_list.h"
-#include "imaging/guard.h"
+#include "imaging/core/guard.h"
 #include "imaging/ltwrap.h"
+#include "imaging/pages/bitmap_list.h"
 
 using imaging::BitmapList;
 

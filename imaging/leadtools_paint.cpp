@@ -1,18 +1,13 @@
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
-#include "imaging/guard.h"
+#include "imaging/core/guard.h"
+#include "imaging/device/paint_dc.h"
 #include "imaging/ltwrap.h"
-#include "imaging/pixels/paint.h"
 #include "imaging/pixels/record.h"
-#include "imaging/printing.h"
-#include "platform/base/bitmapinfo.h"
 #include "platform/graphics/gdi.h"
-#include "platform/graphics/surface.h"
-#include "platform/spooler/page_images.h"
-
-using imaging::PaintRects;
 
 namespace {
 
@@ -33,12 +28,6 @@ std::vector<PALETTEENTRY> ColorsOf(const imaging::PixelStorage& pixels) {
   return colors;
 }
 
-RECT Intersect(const RECT& a, const RECT* b) {
-  if (b == nullptr) return a;
-  return {std::max(a.left, b->left), std::max(a.top, b->top), std::min(a.right, b->right),
-          std::min(a.bottom, b->bottom)};
-}
-
 HPALETTE PaletteOf(const std::vector<PALETTEENTRY>& colors) {
   // The record ends in as many entries as it says; room for one is counted already.
   std::vector<std::byte> memory(sizeof(LOGPALETTE) + colors.size() * sizeof(PALETTEENTRY));
@@ -50,56 +39,6 @@ HPALETTE PaletteOf(const std::vector<PALETTEENTRY>& colors) {
   const HPALETTE result = CreatePalette(palette);
   if (result == nullptr) imaging::Fail(imaging::kErrorNoMemory, "No palette could be made for the image");
   return result;
-}
-
-/// Draws rows top to bottom of drawn, which lies in the destination, by way of a block of pixels. For device
-/// contexts whose own pixels can't be reached: printers, bilevel bitmaps.
-void PaintBand(HDC dc, struct_LEAD_Bitmap* bitmap, const PaintRects& rects, const RECT& band,
-               unsigned long operation) {
-  const int width = band.right - band.left;
-  const int height = band.bottom - band.top;
-  std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-  const RECT whole{0, 0, width, height};
-  platform::SurfaceView view;
-  view.pixels = pixels.data();
-  view.width = width;
-  view.height = height;
-  view.stride = width;
-  view.originX = -static_cast<double>(band.left);
-  view.originY = -static_cast<double>(band.top);
-  view.clip = {&whole, 1};
-  constexpr DWORD kSourceCopy = 0x00cc0020;
-  imaging::PaintOnSurface(view, bitmap, rects, kSourceCopy, imaging::PaintUse::Once);
-  BITMAPINFO info{};
-  info.bmiHeader = {sizeof info.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  if (StretchDIBits(dc, band.left, band.top, width, height, 0, 0, width, height, pixels.data(), &info, 0,
-                    static_cast<DWORD>(operation)) == 0)
-    imaging::Fail(imaging::kErrorInvalidParameter, "The device doesn't take the image");
-}
-
-void PaintByBands(HDC dc, struct_LEAD_Bitmap* bitmap, const PaintRects& rects, unsigned long operation) {
-  RECT box{};
-  if (GetClipBox(dc, &box) == 0)
-    imaging::Fail(imaging::kErrorInvalidParameter, "There is no device to paint the image on");
-  RECT drawn = Intersect(Intersect(*rects.destination, rects.destinationClip), &box);
-  if (drawn.left >= drawn.right) return;
-  constexpr int kPixelsAtOnce = 1 << 20;
-  const LONG rows = std::max(1, kPixelsAtOnce / (drawn.right - drawn.left));
-  for (LONG top = drawn.top; top < drawn.bottom; top += rows)
-    PaintBand(dc, bitmap, rects, {drawn.left, top, drawn.right, std::min(drawn.bottom, top + rows)},
-              operation);
-}
-
-/// A printer scales for itself, and gets the image at its own depth.
-void PaintOnPrinter(HDC dc, struct_LEAD_Bitmap* bitmap, const PaintRects& rects) {
-  const RECT whole{0, 0, bitmap->Width, bitmap->Height};
-  const RECT source = rects.source == nullptr ? whole : *rects.source;
-  const int saved = SaveDC(dc);
-  if (const RECT* clip = rects.destinationClip)
-    IntersectClipRect(dc, clip->left, clip->top, clip->right, clip->bottom);
-  const bool drawn = imaging::DrawOnPrinter(dc, bitmap, source, *rects.destination);
-  RestoreDC(dc, saved);
-  if (!drawn) imaging::Fail(imaging::kErrorInvalidParameter, "The printer doesn't take the image");
 }
 
 }  // namespace
@@ -121,21 +60,8 @@ HPALETTE LEADTOOLS::DupPalette(HPALETTE palette) {
 int LEADTOOLS::PaintDC(HDC dc, struct_LEAD_Bitmap* bitmap, tagRECT* source, tagRECT* sourceClip,
                        tagRECT* destination, tagRECT* destinationClip, unsigned long rasterOperation) {
   return imaging::Guarded([&] {
-    imaging::RequirePixels(bitmap, "paint");
-    if (destination == nullptr)
-      imaging::Fail(imaging::kErrorInvalidParameter, "The rectangle to paint into is missing");
-    const PaintRects rects{source, sourceClip, destination, destinationClip};
-    if (sourceClip == nullptr && rasterOperation == SRCCOPY && platform::IsPrinterDC(dc)) {
-      PaintOnPrinter(dc, bitmap, rects);
-      return 1;
-    }
-    platform::SurfaceView view;
-    if (!platform::LockSurface(dc, view)) {
-      PaintByBands(dc, bitmap, rects, rasterOperation);
-      return 1;
-    }
-    imaging::PaintOnSurface(view, bitmap, rects, static_cast<std::uint32_t>(rasterOperation));
-    platform::UnlockSurface(dc, Intersect(*destination, destinationClip));
+    imaging::PaintOnDC(dc, bitmap, {source, sourceClip, destination, destinationClip},
+                       static_cast<std::uint32_t>(rasterOperation));
     return 1;
   });
 }

@@ -1,6 +1,6 @@
 #include <utility>
 
-#include "imaging/guard.h"
+#include "imaging/core/guard.h"
 #include "imaging/ltwrap.h"
 #include "imaging/pixels/dib.h"
 #include "imaging/pixels/orient.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "imaging/exception.h"
-#include "imaging/export.h"
-#include "imaging/records.h"
+#include "imaging/core/exception.h"
+#include "imaging/core/export.h"
+#include "imaging/core/records.h"
 #include "platform/base/types.h"
 
 using leadtools12::_LILITEM;

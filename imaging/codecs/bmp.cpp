@@ -8,8 +8,8 @@
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/fax.h"
 #include "imaging/codecs/rows.h"
-#include "imaging/exception.h"
-#include "imaging/limits.h"
+#include "imaging/core/exception.h"
+#include "imaging/core/limits.h"
 
 namespace imaging {
 namespace {
@@ -104,10 +104,9 @@ class BmpReader final : public Reader {
     const std::int64_t size = m_header.dataSize != 0 ? m_header.dataSize : source.Size();
     m_window = OpenWindowSource(source, m_header.dataOffset, size);
     const Codec& codec = m_header.coding == BmpCoding::kPng ? kPngCodec : kJpegCodec;
-    std::array<std::uint8_t, 16> head{};
-    if (!codec.recognise(std::span(head).first(m_window->ReadAt(0, head))))
+    m_embedded = OpenReaderOf(codec, *m_window);
+    if (m_embedded == nullptr)
       Fail(kErrorCorrupt, "%s: the bitmap's embedded picture is missing", source.Name().c_str());
-    m_embedded = codec.open(*m_window);
   }
 
   int CountPages() override { return 1; }
@@ -242,7 +241,8 @@ class BmpReader final : public Reader {
 };
 
 /// Two letters are a weak sign, so the size of the second header must make sense too.
-bool Recognise(std::span<const std::uint8_t> head) {
+bool Recognise(const Candidate& candidate) {
+  const auto head = candidate.head;
   if (head.size() < 18 || head[0] != 'B' || head[1] != 'M') return false;
   const std::uint32_t headerSize = LittleU32(head.data() + 14);
   return headerSize >= 12 && headerSize <= 1000;
@@ -250,8 +250,6 @@ bool Recognise(std::span<const std::uint8_t> head) {
 
 }  // namespace
 
-const Codec kBmpCodec = {Recognise, [](const Source& source) -> std::unique_ptr<Reader> {
-                           return std::make_unique<BmpReader>(source);
-                         }};
+const Codec kBmpCodec = {Recognise, OpenAs<BmpReader>};
 
 }  // namespace imaging

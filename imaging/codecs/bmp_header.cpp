@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 
 namespace imaging {
 namespace {

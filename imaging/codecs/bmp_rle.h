@@ -1,7 +1,7 @@
 #pragma once
 
+#include "imaging/core/source.h"
 #include "imaging/pixels/storage.h"
-#include "imaging/source.h"
 
 namespace imaging {
 

@@ -2,27 +2,51 @@
 
 #include <array>
 #include <cmath>
+#include <string_view>
 
-#include "imaging/exception.h"
-#include "imaging/limits.h"
+#include "imaging/core/exception.h"
+#include "imaging/core/limits.h"
 
 namespace imaging {
 namespace {
 
 // Long enough for the one mark that lies deep: a medical file may begin with the signature of another kind
 // and shows what it is at byte 128.
-constexpr std::size_t kHeadBytes = 512;
+using HeadBuffer = std::array<std::uint8_t, 512>;
 
-const std::array kCodecs = {&kTiffCodec, &kJpegCodec, &kPngCodec, &kBmpCodec, &kGifCodec};
+constexpr const Codec* kCodecs[] = {
+#define FAMILY(codec) &(codec),
+#include "imaging/codecs/families.def"
+#undef FAMILY
+};
+
+std::string EndingOf(std::string_view name) {
+  const std::size_t dot = name.rfind('.');
+  if (dot == std::string_view::npos || name.find('/', dot) != std::string_view::npos) return {};
+  std::string ending(name.substr(dot + 1));
+  for (char& letter : ending)
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+  return ending;
+}
+
+Candidate CandidateOf(const Source& source, HeadBuffer& buffer) {
+  return {std::span(buffer).first(source.ReadAt(0, buffer)), source, EndingOf(source.Name())};
+}
 
 }  // namespace
 
 std::unique_ptr<Reader> OpenReader(const Source& source) {
-  std::array<std::uint8_t, kHeadBytes> buffer;
-  const std::span<const std::uint8_t> head(buffer.data(), source.ReadAt(0, buffer));
-  for (const Codec* codec : kCodecs)
-    if (codec->recognise(head)) return codec->open(source);
+  HeadBuffer buffer;
+  const Candidate candidate = CandidateOf(source, buffer);
+  for (const Evidence evidence : {Evidence::kSignature, Evidence::kLikeness})
+    for (const Codec* codec : kCodecs)
+      if (codec->evidence == evidence && codec->recognise(candidate)) return codec->open(source);
   Fail(kErrorFileFormat, "%s is not an image of a known kind", source.Name().c_str());
+}
+
+std::unique_ptr<Reader> OpenReaderOf(const Codec& codec, const Source& source) {
+  HeadBuffer buffer;
+  return codec.recognise(CandidateOf(source, buffer)) ? codec.open(source) : nullptr;
 }
 
 void CheckPageSize(const Source& source, std::int64_t width, std::int64_t height) {

@@ -5,8 +5,8 @@
 #include <span>
 #include <string>
 
+#include "imaging/core/source.h"
 #include "imaging/pixels/storage.h"
-#include "imaging/source.h"
 
 namespace imaging {
 
@@ -81,21 +81,44 @@ class Reader {
   virtual DecodedPage Decode(int page, const DecodeWish& wish) = 0;
 };
 
-/// One family of files.
-struct Codec {
-  /// Decides by the first bytes of the file alone, never by its name.
-  bool (*recognise)(std::span<const std::uint8_t> head);
-  std::unique_ptr<Reader> (*open)(const Source& source);
+/// What a family is recognised by. Its first bytes are read once for all families.
+struct Candidate {
+  std::span<const std::uint8_t> head;
+  const Source& source;  ///< for marks at the end, and for kinds that only a closer look tells
+  std::string ending;    ///< of the file's name, in small letters, without the dot; empty for memory
 };
 
-extern const Codec kTiffCodec;
-extern const Codec kJpegCodec;
-extern const Codec kBmpCodec;
-extern const Codec kPngCodec;
-extern const Codec kGifCodec;
+/// How sure a family is of a file that it recognises. The surer ones are all asked first, so that no name and
+/// no likely look takes a file away from a family that knows it by its signature.
+enum class Evidence {
+  kSignature,  ///< bytes that stand there by definition
+  kLikeness,   ///< no signature: the name's ending together with a clean start
+};
 
-/// Finds the family of a source by its signature and opens it. Throws kErrorFileFormat if there is none.
+/// One family of files. Each is a line in families.def and a source of its own.
+struct Codec {
+  bool (*recognise)(const Candidate& candidate);
+  /// The reader may refer to the source, which outlives it.
+  std::unique_ptr<Reader> (*open)(const Source& source);
+  Evidence evidence = Evidence::kSignature;
+};
+
+#define FAMILY(codec) extern const Codec codec;
+#include "imaging/codecs/families.def"
+#undef FAMILY
+
+template <typename FamilyReader>
+std::unique_ptr<Reader> OpenAs(const Source& source) {
+  return std::make_unique<FamilyReader>(source);
+}
+
+/// Finds the family of a source and opens it; of equally sure ones the first in families.def. Throws
+/// kErrorFileFormat if no family knows it.
 std::unique_ptr<Reader> OpenReader(const Source& source);
+
+/// A picture inside another file, which must be of one family: source is a window into the file or a block
+/// that was made of parts of it. Null if it is no such picture.
+std::unique_ptr<Reader> OpenReaderOf(const Codec& codec, const Source& source);
 
 /// Throws unless the size is above zero and within the limits. Called before anything is allocated by it.
 void CheckPageSize(const Source& source, std::int64_t width, std::int64_t height);

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "imaging/codecs/fax_codes.h"
-#include "imaging/export.h"
+#include "imaging/core/export.h"
 
 namespace imaging {
 

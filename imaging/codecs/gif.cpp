@@ -9,8 +9,8 @@
 
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/rows.h"
-#include "imaging/exception.h"
-#include "imaging/limits.h"
+#include "imaging/core/exception.h"
+#include "imaging/core/limits.h"
 
 namespace imaging {
 namespace {
@@ -353,15 +353,14 @@ class GifReader final : public Reader {
   const Source& m_source;
 };
 
-bool Recognise(std::span<const std::uint8_t> head) {
+bool Recognise(const Candidate& candidate) {
+  const auto head = candidate.head;
   return head.size() >= 6 &&
          (std::memcmp(head.data(), "GIF87a", 6) == 0 || std::memcmp(head.data(), "GIF89a", 6) == 0);
 }
 
 }  // namespace
 
-const Codec kGifCodec = {Recognise, [](const Source& source) -> std::unique_ptr<Reader> {
-                           return std::make_unique<GifReader>(source);
-                         }};
+const Codec kGifCodec = {Recognise, OpenAs<GifReader>};
 
 }  // namespace imaging

@@ -12,8 +12,8 @@
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/jpeg_header.h"
 #include "imaging/codecs/rows.h"
-#include "imaging/exception.h"
-#include "imaging/limits.h"
+#include "imaging/core/exception.h"
+#include "imaging/core/limits.h"
 
 namespace imaging {
 namespace {
@@ -304,12 +304,13 @@ class JpegReader final : public Reader {
   JpegHeader m_header;
 };
 
+bool Recognise(const Candidate& candidate) {
+  const auto head = candidate.head;
+  return head.size() >= 3 && head[0] == 0xff && head[1] == 0xd8 && head[2] == 0xff;
+}
+
 }  // namespace
 
-const Codec kJpegCodec = {
-    [](std::span<const std::uint8_t> head) {
-      return head.size() >= 3 && head[0] == 0xff && head[1] == 0xd8 && head[2] == 0xff;
-    },
-    [](const Source& source) -> std::unique_ptr<Reader> { return std::make_unique<JpegReader>(source); }};
+const Codec kJpegCodec = {Recognise, OpenAs<JpegReader>};
 
 }  // namespace imaging

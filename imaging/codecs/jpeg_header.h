@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "imaging/codecs/exif.h"
-#include "imaging/source.h"
+#include "imaging/core/source.h"
 
 namespace imaging {
 

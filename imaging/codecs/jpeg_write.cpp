@@ -10,7 +10,7 @@
 
 #include "imaging/codecs/exif.h"
 #include "imaging/codecs/writer.h"
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 #include "imaging/pixels/row_reader.h"
 
 namespace imaging {

@@ -10,7 +10,7 @@
 #include <cstring>
 #include <memory>
 
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 
 namespace imaging {
 namespace {

@@ -7,8 +7,8 @@
 
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/rows.h"
-#include "imaging/exception.h"
-#include "imaging/limits.h"
+#include "imaging/core/exception.h"
+#include "imaging/core/limits.h"
 
 namespace imaging {
 namespace {
@@ -230,12 +230,12 @@ class PngReader final : public Reader {
   const Source& m_source;
 };
 
+bool Recognise(const Candidate& candidate) {
+  return candidate.head.size() >= 8 && png_sig_cmp(candidate.head.data(), 0, 8) == 0;
+}
+
 }  // namespace
 
-const Codec kPngCodec = {
-    [](std::span<const std::uint8_t> head) {
-      return head.size() >= 8 && png_sig_cmp(head.data(), 0, 8) == 0;
-    },
-    [](const Source& source) -> std::unique_ptr<Reader> { return std::make_unique<PngReader>(source); }};
+const Codec kPngCodec = {Recognise, OpenAs<PngReader>};
 
 }  // namespace imaging

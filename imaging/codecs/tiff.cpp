@@ -4,7 +4,7 @@
 #include "imaging/codecs/tiff_decode.h"
 #include "imaging/codecs/tiff_directory.h"
 #include "imaging/codecs/tiff_layout.h"
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 
 namespace imaging {
 namespace {
@@ -17,8 +17,8 @@ bool HasDicomMark(std::span<const std::uint8_t> head) {
          head[kDicomMark + 2] == 'C' && head[kDicomMark + 3] == 'M';
 }
 
-bool Recognise(std::span<const std::uint8_t> head) {
-  return HasTiffSignature(head) && !HasDicomMark(head);
+bool Recognise(const Candidate& candidate) {
+  return HasTiffSignature(candidate.head) && !HasDicomMark(candidate.head);
 }
 
 class TiffReader final : public Reader {
@@ -66,8 +66,6 @@ class TiffReader final : public Reader {
 
 }  // namespace
 
-const Codec kTiffCodec = {Recognise, [](const Source& source) -> std::unique_ptr<Reader> {
-                            return std::make_unique<TiffReader>(source);
-                          }};
+const Codec kTiffCodec = {Recognise, OpenAs<TiffReader>};
 
 }  // namespace imaging

@@ -7,8 +7,8 @@
 
 #include "imaging/codecs/tiff_directory.h"
 #include "imaging/codecs/tiff_write.h"
-#include "imaging/exception.h"
-#include "imaging/limits.h"
+#include "imaging/core/exception.h"
+#include "imaging/core/limits.h"
 
 namespace imaging {
 namespace {

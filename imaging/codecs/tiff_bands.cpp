@@ -5,8 +5,8 @@
 #include <span>
 
 #include "imaging/codecs/fax.h"
-#include "imaging/exception.h"
-#include "imaging/limits.h"
+#include "imaging/core/exception.h"
+#include "imaging/core/limits.h"
 
 namespace imaging {
 namespace {

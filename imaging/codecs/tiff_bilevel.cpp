@@ -6,7 +6,7 @@
 #include "imaging/codecs/rows.h"
 #include "imaging/codecs/tiff_bands.h"
 #include "imaging/codecs/tiff_decode.h"
-#include "imaging/limits.h"
+#include "imaging/core/limits.h"
 
 namespace imaging {
 namespace {

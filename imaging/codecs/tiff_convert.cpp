@@ -4,8 +4,8 @@
 
 #include "imaging/codecs/rows.h"
 #include "imaging/codecs/tiff_decode.h"
-#include "imaging/exception.h"
-#include "imaging/limits.h"
+#include "imaging/core/exception.h"
+#include "imaging/core/limits.h"
 
 namespace imaging {
 namespace {

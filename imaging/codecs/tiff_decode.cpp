@@ -8,7 +8,7 @@
 #include "imaging/codecs/rows.h"
 #include "imaging/codecs/tiff_bands.h"
 #include "imaging/codecs/tiff_samples.h"
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 
 namespace imaging {
 namespace {

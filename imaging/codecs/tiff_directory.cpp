@@ -5,7 +5,7 @@
 #include <list>
 #include <utility>
 
-#include "imaging/limits.h"
+#include "imaging/core/limits.h"
 
 namespace imaging {
 namespace {

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "imaging/source.h"
+#include "imaging/core/source.h"
 
 namespace imaging {
 

@@ -3,8 +3,8 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "imaging/exception.h"
-#include "imaging/limits.h"
+#include "imaging/core/exception.h"
+#include "imaging/core/limits.h"
 
 namespace imaging {
 namespace {

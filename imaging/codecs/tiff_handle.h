@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "imaging/source.h"
+#include "imaging/core/source.h"
 
 namespace imaging {
 

@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "imaging/codecs/codec.h"
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 
 namespace imaging {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "imaging/exception.h"
-#include "imaging/ltwrap.h"
+#include "imaging/core/exception.h"
+#include "imaging/pixels/perspective.h"
 
 namespace imaging {
 namespace {
@@ -27,8 +27,7 @@ ImageListControl::Entry& ImageListControl::At(unsigned index) {
 }
 
 void ImageListControl::SetPicture(Entry& entry, Bitmap* picture) {
-  Bitmap copy{};
-  LEADTOOLS::ChangeBitmapViewPerspective(&copy, picture, 0);
+  const Bitmap copy = CopyInPerspective(Require(picture), RequirePixels(picture, "turn"), 0);
   entry.pixels = ListedPixels(*copy.pStorage);
   entry.picture = copy;
 }

@@ -4,9 +4,9 @@
 #include <deque>
 #include <memory>
 
-#include "imaging/bitmap_list.h"
+#include "imaging/core/records.h"
 #include "imaging/imagelist/layout.h"
-#include "imaging/records.h"
+#include "imaging/pages/bitmap_list.h"
 #include "platform/base/string.h"
 #include "platform/graphics/gdi.h"
 #include "platform/window/window.h"

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "imaging/export.h"
+#include "imaging/core/export.h"
 #include "platform/base/geometry.h"
 
 namespace imaging {

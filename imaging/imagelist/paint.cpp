@@ -1,17 +1,14 @@
 #include <algorithm>
 
-#include "imaging/guard.h"
+#include "imaging/core/guard.h"
+#include "imaging/device/paint_dc.h"
 #include "imaging/imagelist/control.h"
-#include "imaging/ltwrap.h"
-#include "imaging/pixels/paint.h"
 #include "platform/graphics/gdi.h"
-#include "platform/graphics/surface.h"
 
 namespace imaging {
 namespace {
 
 constexpr int kMargin = 4;  // between a cell's edge and what is in it
-constexpr unsigned long kSourceCopy = SRCCOPY;
 
 int TextHeight(HDC dc) {
   TEXTMETRICA metrics{};
@@ -41,15 +38,7 @@ RECT PlaceOf(const PixelStorage& pixels, const RECT& box) {
 
 /// The pixels at once: the views that are kept for repaints belong to the page, not to its thumbnails.
 void Draw(HDC dc, Bitmap& picture, RECT place) {
-  platform::SurfaceView view;
-  if (!platform::LockSurface(dc, view)) {
-    LEADTOOLS::PaintDC(dc, &picture, nullptr, nullptr, &place, nullptr, kSourceCopy);
-    return;
-  }
-  Guarded([&] {
-    PaintOnSurface(view, &picture, {nullptr, nullptr, &place, nullptr}, kSourceCopy, PaintUse::Once);
-  });
-  platform::UnlockSurface(dc, place);
+  Guarded([&] { PaintOnDC(dc, &picture, {nullptr, nullptr, &place, nullptr}, SRCCOPY, PaintUse::Once); });
 }
 
 void DrawFocus(HDC dc, const RECT& rect, COLORREF color) {

@@ -2,7 +2,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 #include "imaging/imagelist/control.h"
 
 namespace imaging {

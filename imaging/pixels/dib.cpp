@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 #include "platform/base/bitmapinfo.h"
 #include "platform/base/global_memory.h"
 

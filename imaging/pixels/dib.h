@@ -1,6 +1,6 @@
 #pragma once
 
-#include "imaging/export.h"
+#include "imaging/core/export.h"
 #include "imaging/pixels/record.h"
 #include "platform/base/types.h"
 

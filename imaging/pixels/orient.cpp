@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 #include "imaging/pixels/transpose.h"
 
 namespace imaging {

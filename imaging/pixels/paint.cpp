@@ -5,8 +5,8 @@
 #include <cstring>
 #include <vector>
 
-#include "imaging/exception.h"
-#include "imaging/limits.h"
+#include "imaging/core/exception.h"
+#include "imaging/core/limits.h"
 #include "imaging/pixels/scaler.h"
 #include "imaging/pixels/view_cache.h"
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "imaging/export.h"
+#include "imaging/core/export.h"
 #include "imaging/pixels/record.h"
 #include "platform/graphics/surface.h"
 

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 
 namespace imaging {
 

@@ -2,8 +2,8 @@
 
 #include <memory>
 
+#include "imaging/core/records.h"
 #include "imaging/pixels/storage.h"
-#include "imaging/records.h"
 
 namespace imaging {
 

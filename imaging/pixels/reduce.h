@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "imaging/export.h"
+#include "imaging/core/export.h"
 #include "imaging/pixels/storage.h"
 
 namespace imaging {

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 #include "imaging/pixels/kernels.h"
 #include "imaging/pixels/row_reader.h"
 #include "imaging/pixels/scaler.h"

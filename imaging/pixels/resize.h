@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "imaging/export.h"
+#include "imaging/core/export.h"
 #include "imaging/pixels/storage.h"
 
 namespace imaging {

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "imaging/export.h"
+#include "imaging/core/export.h"
 #include "imaging/pixels/axis.h"
 #include "imaging/pixels/kernels.h"
 #include "imaging/pixels/row_reader.h"

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "imaging/exception.h"
-#include "imaging/limits.h"
+#include "imaging/core/exception.h"
+#include "imaging/core/limits.h"
 #include "imaging/pixels/view_cache.h"
 
 namespace imaging {

@@ -7,7 +7,7 @@
 #include <optional>
 #include <span>
 
-#include "imaging/export.h"
+#include "imaging/core/export.h"
 #include "platform/base/types.h"
 
 namespace imaging {

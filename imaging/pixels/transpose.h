@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "imaging/export.h"
+#include "imaging/core/export.h"
 
 namespace imaging {
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "imaging/export.h"
+#include "imaging/core/export.h"
 #include "imaging/pixels/scaler.h"
 
 namespace imaging {

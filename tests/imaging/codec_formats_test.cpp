@@ -4,7 +4,7 @@
 #include <chrono>
 #include <thread>
 
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 #include "tests/imaging/codec_files.h"
 
 // JPEG, PNG, GIF and BMP.

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <thread>
 
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 #include "tests/imaging/codec_files.h"
 
 // Pages of a file, and files that aren't what they should be.

@@ -1,6 +1,6 @@
 // What the standard library throws inside an operation comes out as the interface's own exception.
 
-#include "imaging/guard.h"
+#include "imaging/core/guard.h"
 
 #include <gtest/gtest.h>
 

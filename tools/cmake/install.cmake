@@ -10,7 +10,8 @@ foreach(folder platform library viewing imagewindow controls thumbs frames print
     PATTERN "*.h"
     PATTERN "detail" EXCLUDE)
 endforeach()
-install(FILES imaging/exception.h imaging/export.h imaging/ltwrap.h imaging/records.h DESTINATION ${include_dir}/imaging)
+install(FILES imaging/ltwrap.h DESTINATION ${include_dir}/imaging)
+install(FILES imaging/core/exception.h imaging/core/export.h imaging/core/records.h DESTINATION ${include_dir}/imaging/core)
 install(FILES tessarel12.h DESTINATION ${include_dir})
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Tessarel12)

@@ -1,4 +1,4 @@
-#include "imaging/source.h"
+#include "imaging/core/source.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -8,8 +8,9 @@
 #include <cerrno>
 #include <cstring>
 #include <ctime>
+#include <utility>
 
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 
 namespace imaging {
 namespace {
@@ -71,23 +72,43 @@ class FileSource final : public Source {
   bool m_settled = false;
 };
 
+std::size_t Copy(std::span<const std::uint8_t> data, std::int64_t offset, std::span<std::uint8_t> target) {
+  if (offset < 0 || offset >= std::ssize(data)) return 0;
+  const auto rest = data.subspan(static_cast<std::size_t>(offset));
+  const std::size_t count = std::min(rest.size(), target.size());
+  std::copy_n(rest.begin(), count, target.begin());
+  return count;
+}
+
 class MemorySource final : public Source {
  public:
   explicit MemorySource(std::span<const std::uint8_t> data) : m_data(data) {}
 
   std::size_t ReadAt(std::int64_t offset, std::span<std::uint8_t> target) const override {
-    if (offset < 0 || offset >= Size()) return 0;
-    const auto rest = m_data.subspan(static_cast<std::size_t>(offset));
-    const std::size_t count = std::min(rest.size(), target.size());
-    std::memcpy(target.data(), rest.data(), count);
-    return count;
+    return Copy(m_data, offset, target);
   }
-  std::int64_t Size() const override { return static_cast<std::int64_t>(m_data.size()); }
+  std::int64_t Size() const override { return std::ssize(m_data); }
   const std::string& Name() const override { return m_name; }
 
  private:
   std::span<const std::uint8_t> m_data;
   std::string m_name = "memory";
+};
+
+class BlockSource final : public Source {
+ public:
+  BlockSource(std::vector<std::uint8_t> bytes, std::string name)
+      : m_bytes(std::move(bytes)), m_name(std::move(name)) {}
+
+  std::size_t ReadAt(std::int64_t offset, std::span<std::uint8_t> target) const override {
+    return Copy(m_bytes, offset, target);
+  }
+  std::int64_t Size() const override { return std::ssize(m_bytes); }
+  const std::string& Name() const override { return m_name; }
+
+ private:
+  std::vector<std::uint8_t> m_bytes;
+  std::string m_name;
 };
 
 class WindowSource final : public Source {
@@ -125,6 +146,10 @@ std::unique_ptr<Source> OpenMemorySource(const char* data, long size) {
   if (data == nullptr || size <= 0) Fail(kErrorInvalidParameter, "The memory image is empty");
   return std::make_unique<MemorySource>(
       std::span(reinterpret_cast<const std::uint8_t*>(data), static_cast<std::size_t>(size)));
+}
+
+std::unique_ptr<Source> OpenBlockSource(std::vector<std::uint8_t> bytes, std::string name) {
+  return std::make_unique<BlockSource>(std::move(bytes), std::move(name));
 }
 
 std::unique_ptr<Source> OpenWindowSource(const Source& whole, std::int64_t offset, std::int64_t size) {

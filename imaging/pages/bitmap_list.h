@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "imaging/codecs/codec.h"
+#include "imaging/core/source.h"
 #include "imaging/pixels/record.h"
-#include "imaging/source.h"
 
 namespace imaging {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "imaging/export.h"
+#include "imaging/core/export.h"
 #include "platform/base/exception.h"
 #include "platform/base/string.h"
 

@@ -3,7 +3,7 @@
 #include <exception>
 #include <new>
 
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 
 namespace imaging {
 

@@ -1,10 +1,10 @@
-#include "imaging/bitmap_list.h"
+#include "imaging/pages/bitmap_list.h"
 
 #include <unordered_set>
 #include <utility>
 
-#include "imaging/exception.h"
-#include "imaging/page_record.h"
+#include "imaging/core/exception.h"
+#include "imaging/pages/page_record.h"
 
 namespace imaging {
 namespace {

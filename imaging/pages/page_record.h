@@ -5,6 +5,8 @@
 
 namespace imaging {
 
+/// The record of a page that was decoded, without its pixels.
+Bitmap HeaderOf(const DecodedPage& page);
 /// The record of a page that was decoded; it owns the pixels.
 Bitmap RecordOf(DecodedPage page);
 

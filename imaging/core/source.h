@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace imaging {
 
@@ -47,6 +48,9 @@ std::unique_ptr<Source> OpenFileSource(const char* path);
 
 /// A block that stays the caller's and must outlive the source. Throws for a null or empty block.
 std::unique_ptr<Source> OpenMemorySource(const char* data, long size);
+
+/// A block of the source's own, for a picture that is put together from parts of the file of that name.
+std::unique_ptr<Source> OpenBlockSource(std::vector<std::uint8_t> bytes, std::string name);
 
 /// A stretch of another source, for pictures inside other files; the whole must outlive it.
 std::unique_ptr<Source> OpenWindowSource(const Source& whole, std::int64_t offset, std::int64_t size);

@@ -1,4 +1,4 @@
-#include "imaging/exception.h"
+#include "imaging/core/exception.h"
 
 #include <cstdarg>
 #include <cstdio>

@@ -1,0 +1,22 @@
+#include "imaging/pages/page_record.h"
+
+#include <utility>
+
+namespace imaging {
+
+Bitmap HeaderOf(const DecodedPage& page) {
+  Bitmap record = EmptyBitmap(page.pixels->Width(), page.pixels->Height(), page.pixels->Bits());
+  record.ViewPerspective = page.info.viewPerspective;
+  record.Order = page.order;
+  record.XResolution = page.info.xResolution;
+  record.YResolution = page.info.yResolution;
+  return record;
+}
+
+Bitmap RecordOf(DecodedPage page) {
+  Bitmap record = HeaderOf(page);
+  Adopt(record, std::move(page.pixels));
+  return record;
+}
+
+}  // namespace imaging
