@@ -42,24 +42,6 @@ const char* CompressionName(BmpCoding coding) {
   }
 }
 
-/// One channel of pixels with bit fields, scaled to 8 bits.
-class Channel {
- public:
-  explicit Channel(std::uint32_t mask)
-      : m_mask(mask), m_shift(mask == 0 ? 0 : std::countr_zero(mask)), m_most(mask >> m_shift) {}
-
-  bool Present() const { return m_mask != 0; }
-  std::uint8_t Level(std::uint32_t pixel) const {
-    const std::uint64_t value = (pixel & m_mask) >> m_shift;
-    return m_most == 0 ? 0 : static_cast<std::uint8_t>((value * 255 + m_most / 2) / m_most);
-  }
-
- private:
-  std::uint32_t m_mask;
-  int m_shift;
-  std::uint64_t m_most;
-};
-
 class FieldConverter {
  public:
   explicit FieldConverter(const BmpHeader& header)
@@ -69,32 +51,23 @@ class FieldConverter {
         m_blue(header.masks[2]),
         m_alpha(header.masks[3]) {}
 
-  void Convert(const std::uint8_t* stored, std::uint8_t* row, int width) {
+  void Convert(const std::uint8_t* stored, std::uint8_t* row, int width) const {
     const int step = m_alpha.Present() ? 4 : 3;
     for (int x = 0; x < width; ++x, stored += m_bytes, row += step) {
       const std::uint32_t pixel = m_bytes == 2 ? LittleU16(stored) : LittleU32(stored);
       row[0] = m_blue.Level(pixel);
       row[1] = m_green.Level(pixel);
       row[2] = m_red.Level(pixel);
-      if (step != 4) continue;
-      row[3] = m_alpha.Level(pixel);
-      m_anyAlpha = m_anyAlpha || row[3] != 0;
+      if (step == 4) row[3] = m_alpha.Level(pixel);
     }
-  }
-  /// Writers that know nothing of alpha leave it 0 everywhere; such a picture is opaque.
-  void Finish(PixelStorage& pixels) const {
-    if (!m_alpha.Present() || m_anyAlpha) return;
-    for (int y = 0; y < pixels.Height(); ++y)
-      for (int x = 0; x < pixels.Width(); ++x) pixels.Row(y)[static_cast<std::ptrdiff_t>(x) * 4 + 3] = 0xff;
   }
 
  private:
   int m_bytes;
-  Channel m_red;
-  Channel m_green;
-  Channel m_blue;
-  Channel m_alpha;
-  bool m_anyAlpha = false;
+  BitField m_red;
+  BitField m_green;
+  BitField m_blue;
+  BitField m_alpha;
 };
 
 class BmpReader final : public Reader {
@@ -202,7 +175,7 @@ class BmpReader final : public Reader {
 
   /// Rows that a file that is cut off doesn't have are white, or of the first colour.
   bool ReadRows(PixelStorage& pixels) const {
-    FieldConverter converter(m_header);
+    const FieldConverter converter(m_header);
     const std::int64_t stride = (m_header.width * m_header.bits + 31) / 32 * 4;
     std::vector<std::uint8_t> stored(static_cast<std::size_t>(stride));
     const auto needed = static_cast<std::size_t>((m_header.width * m_header.bits + 7) / 8);
@@ -219,12 +192,13 @@ class BmpReader final : public Reader {
         StoreRow(stored.data(), row, pixels, converter);
       whole += missing ? 0 : 1;
     }
-    converter.Finish(pixels);
+    const int first = m_header.topDown ? 0 : pixels.Height() - whole;
+    if (pixels.Bits() == 32) MakeOpaqueIfClear(pixels, first, first + whole);
     return whole > 0;
   }
 
   void StoreRow(const std::uint8_t* stored, std::uint8_t* row, const PixelStorage& pixels,
-                FieldConverter& converter) const {
+                const FieldConverter& converter) const {
     if (m_header.bits == 2) {
       for (int x = 0; x < pixels.Width(); ++x) row[x] = stored[x / 4] >> (6 - x % 4 * 2) & 3;
     } else if (m_header.bits == 16 || m_header.bits == 32) {

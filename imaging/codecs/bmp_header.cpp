@@ -65,10 +65,13 @@ void ReadMasks(BmpHeader& header, const std::uint8_t* fields, std::uint32_t comp
 }
 
 void ReadColors(const Source& source, BmpHeader& header, std::uint32_t used, std::size_t masksBehind) {
-  if (header.bits > 8) return;
+  const std::int64_t start = static_cast<std::int64_t>(kFileHeader + header.headerSize + masksBehind);
+  if (header.bits > 8) {  // colours that a palette screen would use
+    if (header.dataOffset == 0) header.dataOffset = start + std::int64_t{used} * 4;
+    return;
+  }
   const std::uint32_t most = 1U << header.bits;
   std::uint32_t count = used == 0 ? most : std::min(used, most);
-  const std::int64_t start = static_cast<std::int64_t>(kFileHeader + header.headerSize + masksBehind);
   const std::size_t entry = header.Os2V1() ? 3 : 4;
   if (header.dataOffset > start)
     count =
@@ -131,8 +134,6 @@ BmpHeader ReadBmpHeader(const Source& source) {
              !masksBehind                     ? 0
              : compression == kAlphaBitFields ? 16
                                               : 12);
-  if (header.dataOffset == 0)
-    header.dataOffset = static_cast<std::int64_t>(kFileHeader + header.headerSize + (masksBehind ? 16 : 0));
   return header;
 }
 

@@ -80,4 +80,36 @@ void SetPalette(PixelStorage& pixels, std::span<const RGBQUAD> colors) {
     pixels.Palette()[i] = colors[std::min(i, colors.size() - 1)];
 }
 
+void SpreadSamples(const std::uint8_t* packed, int bits, std::uint8_t* samples, int count) {
+  const int most = (1 << bits) - 1;
+  for (int i = 0, bit = 0; i < count; ++i, bit += bits)
+    samples[i] = static_cast<std::uint8_t>(packed[bit / 8] >> (8 - bits - bit % 8) & most);
+}
+
+void AddPlane(const std::uint8_t* packed, int plane, std::uint8_t* samples, int count) {
+  for (int i = 0; i < count; ++i)
+    samples[i] = static_cast<std::uint8_t>(samples[i] | (packed[i / 8] >> (7 - i % 8) & 1) << plane);
+}
+
+void PackSamples(const std::uint8_t* samples, int bits, std::uint8_t* row, int count) {
+  if (bits == 8) {
+    std::memcpy(row, samples, static_cast<std::size_t>(count));
+    return;
+  }
+  std::memset(row, 0, (static_cast<std::size_t>(count) * static_cast<std::size_t>(bits) + 7) / 8);
+  for (int i = 0, bit = 0; i < count; ++i, bit += bits)
+    row[bit / 8] = static_cast<std::uint8_t>(row[bit / 8] | samples[i] << (8 - bits - bit % 8));
+}
+
+void MakeOpaqueIfClear(PixelStorage& pixels, int firstRow, int endRow) {
+  const PixelStorage& seen = pixels;
+  for (int y = firstRow; y < endRow; ++y)
+    for (std::size_t i = 3; i < pixels.RowBytes(); i += 4)
+      if (seen.Row(y)[i] != 0) return;
+  for (int y = firstRow; y < endRow; ++y) {
+    std::uint8_t* row = pixels.Row(y);
+    for (std::size_t i = 3; i < pixels.RowBytes(); i += 4) row[i] = 0xff;
+  }
+}
+
 }  // namespace imaging

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <vector>
 
 #include "imaging/pixels/storage.h"
 
@@ -34,6 +36,52 @@ std::unique_ptr<PixelStorage> ExpandBilevelPage(const PixelStorage& page);
 
 /// Fills a table from colours; entries past them repeat the last, so that a stray index finds a colour.
 void SetPalette(PixelStorage& pixels, std::span<const RGBQUAD> colors);
+
+/// The colour 0xrrggbb as an entry of a table.
+inline constexpr RGBQUAD ColorOf(std::uint32_t rgb) {
+  return {static_cast<BYTE>(rgb), static_cast<BYTE>(rgb >> 8), static_cast<BYTE>(rgb >> 16), 0};
+}
+/// The table of a bilevel page whose ones are black; storage starts with the other one.
+inline std::vector<RGBQUAD> OneIsBlack() {
+  return {ColorOf(0xffffff), ColorOf(0)};
+}
+
+/// Scales a level to 0 .. 255.
+inline std::uint8_t ScaleLevel(std::uint64_t level, std::uint64_t most) {
+  return level >= most ? 255 : static_cast<std::uint8_t>((level * 255 + most / 2) / most);
+}
+
+/// One channel of pixels with bit fields, scaled to 8 bits.
+class BitField {
+ public:
+  explicit BitField(std::uint32_t mask)
+      : m_mask(mask), m_shift(mask == 0 ? 0 : std::countr_zero(mask)), m_most(mask >> m_shift) {}
+
+  bool Present() const { return m_mask != 0; }
+  std::uint8_t Level(std::uint32_t pixel) const {
+    return m_most == 0 ? 0 : ScaleLevel((pixel & m_mask) >> m_shift, m_most);
+  }
+
+ private:
+  std::uint32_t m_mask;
+  int m_shift;
+  std::uint32_t m_most;
+};
+
+/// Spreads packed samples of 1, 2, 4 or 8 bits, most significant first, to a byte each.
+void SpreadSamples(const std::uint8_t* packed, int bits, std::uint8_t* samples, int count);
+/// Adds the bits of a plane, most significant first, to samples of a byte each.
+void AddPlane(const std::uint8_t* packed, int plane, std::uint8_t* samples, int count);
+/// Packs samples of a byte each to a row of 1, 4 or 8 bits.
+void PackSamples(const std::uint8_t* samples, int bits, std::uint8_t* row, int count);
+/// Exchanges the bits of a byte, first for last.
+inline std::uint8_t ReverseBits(std::uint8_t byte) {
+  return static_cast<std::uint8_t>(((byte * 0x80200802ULL) & 0x0884422110ULL) * 0x0101010101ULL >> 32);
+}
+
+/// Writers that know nothing of alpha leave it 0 everywhere; such rows of 32 bits, of all that a file has,
+/// are opaque.
+void MakeOpaqueIfClear(PixelStorage& pixels, int firstRow, int endRow);
 
 /// Ink amounts to red, green, blue; 255 is full ink.
 struct Rgb {

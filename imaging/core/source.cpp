@@ -130,6 +130,33 @@ class WindowSource final : public Source {
   std::int64_t m_size;
 };
 
+class PrefixedSource final : public Source {
+ public:
+  PrefixedSource(std::vector<std::uint8_t> prefix, const Source& rest, std::int64_t skip)
+      : m_prefix(std::move(prefix)), m_rest(rest), m_skip(skip) {}
+
+  std::size_t ReadAt(std::int64_t offset, std::span<std::uint8_t> target) const override {
+    if (offset < 0) return 0;
+    std::size_t done = 0;
+    if (offset < std::ssize(m_prefix)) {
+      const auto rest = std::span(m_prefix).subspan(static_cast<std::size_t>(offset));
+      done = std::min(rest.size(), target.size());
+      std::memcpy(target.data(), rest.data(), done);
+    }
+    const std::int64_t after = offset + static_cast<std::int64_t>(done) - std::ssize(m_prefix);
+    return done + m_rest.ReadAt(m_skip + after, target.subspan(done));
+  }
+  std::int64_t Size() const override {
+    return std::ssize(m_prefix) + std::max<std::int64_t>(m_rest.Size() - m_skip, 0);
+  }
+  const std::string& Name() const override { return m_rest.Name(); }
+
+ private:
+  std::vector<std::uint8_t> m_prefix;
+  const Source& m_rest;
+  std::int64_t m_skip;
+};
+
 }  // namespace
 
 std::unique_ptr<Source> OpenFileSource(const char* path) {
@@ -156,6 +183,11 @@ std::unique_ptr<Source> OpenWindowSource(const Source& whole, std::int64_t offse
   const std::int64_t start = std::clamp<std::int64_t>(offset, 0, whole.Size());
   return std::make_unique<WindowSource>(whole, start,
                                         std::clamp<std::int64_t>(size, 0, whole.Size() - start));
+}
+
+std::unique_ptr<Source> OpenPrefixedSource(std::vector<std::uint8_t> prefix, const Source& rest,
+                                           std::int64_t skip) {
+  return std::make_unique<PrefixedSource>(std::move(prefix), rest, skip);
 }
 
 bool ByteReader::Refill() {

@@ -55,6 +55,11 @@ std::unique_ptr<Source> OpenBlockSource(std::vector<std::uint8_t> bytes, std::st
 /// A stretch of another source, for pictures inside other files; the whole must outlive it.
 std::unique_ptr<Source> OpenWindowSource(const Source& whole, std::int64_t offset, std::int64_t size);
 
+/// Bytes that stand in front of what another source has from skip on, for pictures whose file's header is
+/// missing or means something else; the other must outlive it.
+std::unique_ptr<Source> OpenPrefixedSource(std::vector<std::uint8_t> prefix, const Source& rest,
+                                           std::int64_t skip);
+
 /// Reads a source from front to back through a buffer. Past the end every byte is 0 and AtEnd is true.
 class ByteReader {
  public:
@@ -67,6 +72,18 @@ class ByteReader {
   std::uint16_t BigU16() {
     const unsigned high = U8();
     return static_cast<std::uint16_t>(high << 8 | U8());
+  }
+  std::uint32_t BigU32() {
+    const std::uint32_t high = BigU16();
+    return high << 16 | BigU16();
+  }
+  std::uint16_t LittleU16() {
+    const unsigned low = U8();
+    return static_cast<std::uint16_t>(low | static_cast<unsigned>(U8()) << 8);
+  }
+  std::uint32_t LittleU32() {
+    const std::uint32_t low = LittleU16();
+    return low | static_cast<std::uint32_t>(LittleU16()) << 16;
   }
   void Read(std::span<std::uint8_t> target);
   void Skip(std::int64_t count) { Seek(Position() + count); }
@@ -92,6 +109,13 @@ inline unsigned LittleU16(const std::uint8_t* bytes) {
 }
 inline std::uint32_t LittleU32(const std::uint8_t* bytes) {
   return LittleU16(bytes) | static_cast<std::uint32_t>(LittleU16(bytes + 2)) << 16;
+}
+/// And big-endian ones.
+inline unsigned BigU16(const std::uint8_t* bytes) {
+  return static_cast<unsigned>(bytes[0]) << 8 | bytes[1];
+}
+inline std::uint32_t BigU32(const std::uint8_t* bytes) {
+  return static_cast<std::uint32_t>(BigU16(bytes)) << 16 | BigU16(bytes + 2);
 }
 
 }  // namespace imaging
