@@ -13,6 +13,7 @@ namespace imaging {
 /// Codes under which a kind of file is known, by real compression and colour space.
 enum FileFormat : int {
   kFormatNone = 0,  ///< a kind without a code of its own
+  kFormatPcx = 1,
   kFormatGif = 2,
   kFormatTiff = 3,
   kFormatBmp = 6,
