@@ -41,6 +41,12 @@ enum FileFormat : int {
   kFormatTiffPackBitsYcc = 95,
   kFormatExifJpeg422 = 98,
   kFormatExifJpeg411 = 101,
+  kFormatPbmPlain = 102,
+  kFormatPbm = 103,
+  kFormatPgmPlain = 104,
+  kFormatPgm = 105,
+  kFormatPpmPlain = 106,
+  kFormatPpm = 107,
   kFormatTiffJbig = 139,
   kFormatTiffJpeg2000 = 166,
 };
