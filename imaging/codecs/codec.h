@@ -48,6 +48,8 @@ enum FileFormat : int {
   kFormatPgm = 105,
   kFormatPpmPlain = 106,
   kFormatPpm = 107,
+  kFormatXwd10 = 132,
+  kFormatXwd11 = 133,
   kFormatTiffJbig = 139,
   kFormatTiffJpeg2000 = 166,
 };
