@@ -48,6 +48,8 @@ enum FileFormat : int {
   kFormatPgm = 105,
   kFormatPpmPlain = 106,
   kFormatPpm = 107,
+  kFormatXpm = 109,
+  kFormatXbm = 110,
   kFormatXwd10 = 132,
   kFormatXwd11 = 133,
   kFormatTiffJbig = 139,
