@@ -29,6 +29,8 @@ enum FileFormat : int {
   kFormatTiffG3OneDimensional = 27,
   kFormatTiffG3TwoDimensional = 28,
   kFormatTiffG4 = 29,
+  kFormatMacPaint = 51,
+  kFormatMsPaint = 53,
   kFormatSunRaster = 55,
   kFormatBmpOs2V2 = 74,
   kFormatPng = 75,
