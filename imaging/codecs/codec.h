@@ -54,6 +54,7 @@ enum FileFormat : int {
   kFormatDrHalo = 108,
   kFormatXpm = 109,
   kFormatXbm = 110,
+  kFormatClipboard = 114,
   kFormatXwd10 = 132,
   kFormatXwd11 = 133,
   kFormatTiffJbig = 139,
