@@ -16,6 +16,7 @@ enum FileFormat : int {
   kFormatPcx = 1,
   kFormatGif = 2,
   kFormatTiff = 3,
+  kFormatTarga = 4,
   kFormatBmp = 6,
   kFormatJpeg444 = 10,
   kFormatTiffJpeg444 = 11,
