@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <numeric>
 #include <sstream>
 
 #include "tests/imaging/codec_support.h"
@@ -39,9 +40,32 @@ int Number(const Fields& row, const char* column) {
 }
 
 bool OurKind(const Fields& row) {
-  static const std::array kinds = {"TIFF", "BMP", "JPEG", "PNG", "GIF"};
-  const bool dib = row.at("path").ends_with(".dib");  // a bitmap without its file header
-  return !dib && std::find(kinds.begin(), kinds.end(), row.at("kind")) != kinds.end();
+  static const std::array kinds = {"TIFF", "BMP", "JPEG", "PNG", "GIF", "PCX", "DCX", "TGA", "PNM",
+                                   "ICO",  "CUR", "ANI",  "RAS", "XWD", "XPM", "XBM", "MAC", "MSP"};
+  return std::find(kinds.begin(), kinds.end(), row.at("kind")) != kinds.end();
+}
+
+/// The page numbers of a file's pictures. The tables have icons in the order of the directory; pages are by
+/// falling size and depth.
+std::vector<int> PageOrder(const std::vector<Fields>& pages) {
+  const auto key = [&](int index) {
+    const Fields& row = pages[static_cast<std::size_t>(index)];
+    return std::pair(-Number(row, "width") * Number(row, "height"), -Number(row, "bits_per_pixel"));
+  };
+  std::vector<int> order(pages.size());
+  std::iota(order.begin(), order.end(), 0);
+  if (pages[0].at("path").ends_with(".ico"))
+    std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return key(a) < key(b); });
+  std::vector<int> numbers(pages.size());
+  for (std::size_t i = 0; i < order.size(); ++i)
+    numbers[static_cast<std::size_t>(order[i])] = static_cast<int>(i) + 1;
+  return numbers;
+}
+
+std::map<std::string, std::vector<Fields>> ReadPages() {
+  std::map<std::string, std::vector<Fields>> pages;
+  for (const Fields& row : ReadTable("TRUTH-PAGES.tsv")) pages[row.at("path")].push_back(row);
+  return pages;
 }
 
 /// Area averages of the grey levels on an 8 x 8 grid; the last value is the mean of the page.
@@ -76,15 +100,20 @@ class Corpus : public testing::Test {
 
 void ExpectTruth(const Fields& row, const struct_file_information& info) {
   EXPECT_EQ(info.TotalPages, Number(row, "pages"));
-  EXPECT_EQ(info.Width, Number(row, "width"));
-  EXPECT_EQ(info.Height, Number(row, "height"));
-  if (row.at("kind") != "GIF" || info.BitsPerPixel != 8) {
-    EXPECT_EQ(info.BitsPerPixel, Number(row, "bits_per_pixel"));
+  const int code = Number(row, "format_code");
+  if (code != 96 && code != 97) {
+    EXPECT_EQ(info.Format, code);
   }
   EXPECT_EQ(info.XResolution, Number(row, "xdpi"));
   EXPECT_EQ(info.YResolution, Number(row, "ydpi"));
   EXPECT_EQ(info.Compression, row.at("compression"));
   EXPECT_EQ(info.ViewPerspective == 0 ? 1 : info.ViewPerspective, Number(row, "orientation"));
+  if (row.at("kind") == "ICO" && info.TotalPages > 1) return;  // page 1 isn't the directory's first
+  EXPECT_EQ(info.Width, Number(row, "width"));
+  EXPECT_EQ(info.Height, Number(row, "height"));
+  if (row.at("kind") != "GIF" || info.BitsPerPixel != 8) {
+    EXPECT_EQ(info.BitsPerPixel, Number(row, "bits_per_pixel"));
+  }
 }
 
 TEST_F(Corpus, EveryFileTellsTheTruth) {
@@ -111,23 +140,27 @@ TEST_F(Corpus, EveryFileTellsTheTruth) {
 TEST_F(Corpus, EveryPageHasItsOwnSizeAndDepth) {
   std::map<std::string, bool> ours;
   for (const Fields& row : ReadTable("TRUTH.tsv")) ours[row.at("path")] = OurKind(row);
-  for (const Fields& row : ReadTable("TRUTH-PAGES.tsv")) {
-    if (!ours[row.at("path")]) continue;
-    SCOPED_TRACE(row.at("path") + ", page " + row.at("page"));
-    const std::string path = CorpusFolder() + "/" + row.at("path");
-    const Information info = InformFile(path, Number(row, "page"), 0);
-    EXPECT_EQ(info.error, "");
-    if (!info.error.empty()) continue;
-    EXPECT_EQ(info.record.Width, Number(row, "width"));
-    EXPECT_EQ(info.record.Height, Number(row, "height"));
-    if (info.record.Format != 2) {
-      EXPECT_EQ(info.record.BitsPerPixel, Number(row, "bits_per_pixel"));
-    }
-    EXPECT_EQ(info.record.XResolution, Number(row, "xdpi"));
-    EXPECT_EQ(info.record.YResolution, Number(row, "ydpi"));
-    const Loaded page = LoadFile(path, Number(row, "page"));
-    if (row.at("path") != "tiff/text.tif") {
-      EXPECT_EQ(page.error, "");
+  for (const auto& [name, pages] : ReadPages()) {
+    if (!ours[name]) continue;
+    const std::string path = CorpusFolder() + "/" + name;
+    const std::vector<int> numbers = PageOrder(pages);
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+      const Fields& row = pages[i];
+      SCOPED_TRACE(name + ", page " + row.at("page"));
+      const Information info = InformFile(path, numbers[i], 0);
+      EXPECT_EQ(info.error, "");
+      if (!info.error.empty()) continue;
+      EXPECT_EQ(info.record.Width, Number(row, "width"));
+      EXPECT_EQ(info.record.Height, Number(row, "height"));
+      if (info.record.Format != 2) {
+        EXPECT_EQ(info.record.BitsPerPixel, Number(row, "bits_per_pixel"));
+      }
+      EXPECT_EQ(info.record.XResolution, Number(row, "xdpi"));
+      EXPECT_EQ(info.record.YResolution, Number(row, "ydpi"));
+      const Loaded page = LoadFile(path, numbers[i]);
+      if (name != "tiff/text.tif") {
+        EXPECT_EQ(page.error, "");
+      }
     }
   }
 }
@@ -135,19 +168,28 @@ TEST_F(Corpus, EveryPageHasItsOwnSizeAndDepth) {
 TEST_F(Corpus, PixelsAgreeWithOtherReaders) {
   std::map<std::string, Fields> truth;
   for (const Fields& row : ReadTable("TRUTH.tsv")) truth[row.at("path")] = row;
+  const auto pages = ReadPages();
+  // Seen by one program alone, which takes a fourth byte that is no alpha, or 0 everywhere, for alpha.
+  static const std::array opaque = {"other-formats/clipboard.dib", "other-formats/CTC16.TGA",
+                                    "other-formats/UTC32.TGA"};
   for (const Fields& row : ReadTable("TRUTH-PIXELS.tsv")) {
     const Fields& file = truth[row.at("path")];
     if (!OurKind(file) || row.at("variant") == "oriented") continue;
     if (row.at("path") == "bmp/pal8os2v2.bmp") continue;  // see SamePictureUnderTwoHeaders
+    // Its version says that there is no palette; the readers behind the table take what is left in its place.
+    if (row.at("path") == "other-formats/animals.pcx") continue;
     const bool white = row.at("variant") == "white";
+    if (white && std::find(opaque.begin(), opaque.end(), row.at("path")) != opaque.end()) continue;
+    const auto several = pages.find(row.at("path"));
+    const int number = several == pages.end() ? 1 : PageOrder(several->second)[0];
     for (const int bits : {0, 8}) {
       if (bits == 8 && file.at("bits_per_pixel") != "1") continue;
       SCOPED_TRACE(row.at("path") + " " + row.at("variant") + " bits " + std::to_string(bits));
-      const Loaded page = LoadFile(CorpusFolder() + "/" + row.at("path"), 1, bits);
+      const Loaded page = LoadFile(CorpusFolder() + "/" + row.at("path"), number, bits);
       EXPECT_EQ(page.error, "");
       if (!page.error.empty()) continue;
-      if (bits == 8) {
-        EXPECT_EQ(page.record.BitsPerPixel, 8);
+      if (bits == 8) {  // or with alpha
+        EXPECT_TRUE(page.record.BitsPerPixel == 8 || page.record.BitsPerPixel == 32);
       }
       const auto grid = Grid(page, white);
       EXPECT_NEAR(grid[64], std::atof(row.at("mean_gray").c_str()), 3);
