@@ -11,15 +11,6 @@ namespace {
 
 constexpr std::size_t kClassNameRoom = 1024;
 
-/// In client coordinates of the window it stands in.
-CRect PlaceOf(HWND child, const CWnd& parent) {
-  CRect place;
-  ::GetWindowRect(child, place);
-  CPoint corner = place.TopLeft();
-  parent.ScreenToClient(&corner);
-  return {corner, place.Size()};
-}
-
 /// Of each gap of a toolbar. One with any state set isn't a plain gap and stays as it is drawn.
 std::vector<CRect> PlainGaps(const CToolBar& bar) {
   std::vector<CRect> gaps;
@@ -66,7 +57,9 @@ void CSeparatorsHidingToolBar::HideSeparators(CDC* dc) {
   const std::vector<CRect> gaps = PlainGaps(*this);
   for (HWND child = ::GetWindow(m_hWnd, GW_CHILD); child != nullptr;
        child = ::GetWindow(child, GW_HWNDNEXT)) {
-    const CRect place = PlaceOf(child, *this);
+    CRect place;
+    ::GetWindowRect(child, place);
+    ScreenToClient(place);
     for (const CRect& gap : gaps) {
       CRect shared;
       if (shared.IntersectRect(place, gap) == 0 || shared.IntersectRect(gap, clip) == 0) continue;

@@ -26,11 +26,10 @@ void CGoToPageDlg::DoDataExchange(CDataExchange* exchange) {
 }
 
 CRect CGoToPageDlg::PlaceOf(const CWnd* control) const {
-  CRect screen;
-  control->GetWindowRect(screen);
-  CPoint corner = screen.TopLeft();
-  ScreenToClient(&corner);
-  return {corner, screen.Size()};
+  CRect place;
+  control->GetWindowRect(place);
+  ScreenToClient(place);
+  return place;
 }
 
 BOOL CGoToPageDlg::OnInitDialog() {

@@ -151,9 +151,7 @@ UINT CControlBar::OnItemHitTest(CPoint point, LPRECT area) const {
   for (HWND child = GetWindow(m_hWnd, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
     CRect rect;
     ::GetWindowRect(child, rect);
-    CPoint corner = rect.TopLeft();
-    ScreenToClient(&corner);
-    rect.MoveToXY(corner);
+    ScreenToClient(rect);
     if (::IsWindowVisible(child) == 0 || rect.PtInRect(point) == 0) continue;
     if (area != nullptr) *area = rect;
     return static_cast<UINT>(::GetDlgCtrlID(child));

@@ -186,9 +186,8 @@ void CToolBar::MoveChildren(int dx, int dy) {
   for (HWND child = GetWindow(m_hWnd, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
     CRect place;
     ::GetWindowRect(child, place);
-    CPoint corner = place.TopLeft();
-    ScreenToClient(&corner);
-    ::SetWindowPos(child, nullptr, corner.x + dx, corner.y + dy, 0, 0,
+    ScreenToClient(place);
+    ::SetWindowPos(child, nullptr, place.left + dx, place.top + dy, 0, 0,
                    SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   }
 }

@@ -170,6 +170,12 @@ BOOL CWnd::SetScrollInfo(int bar, LPSCROLLINFO info, BOOL redraw) {
   return TRUE;
 }
 
+void CWnd::ScreenToClient(LPRECT rect) const {
+  CPoint corner(rect->left, rect->top);
+  ScreenToClient(&corner);
+  OffsetRect(rect, corner.x - rect->left, corner.y - rect->top);
+}
+
 BOOL CWnd::GetScrollInfo(int bar, LPSCROLLINFO info, UINT mask) {
   if (info == nullptr) return FALSE;
   info->cbSize = sizeof *info;

@@ -123,6 +123,7 @@ class PLATFORM_API CWnd : public CCmdTarget {
   void GetClientRect(LPRECT rect) const { ::GetClientRect(m_hWnd, rect); }
   void ClientToScreen(LPPOINT point) const { ::ClientToScreen(m_hWnd, point); }
   void ScreenToClient(LPPOINT point) const { ::ScreenToClient(m_hWnd, point); }
+  void ScreenToClient(LPRECT rect) const;
 
   void Invalidate(BOOL erase = TRUE) { ::InvalidateRect(m_hWnd, nullptr, erase); }
   void InvalidateRect(LPCRECT rect, BOOL erase = TRUE) { ::InvalidateRect(m_hWnd, rect, erase); }

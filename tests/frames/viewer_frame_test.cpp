@@ -51,9 +51,7 @@ TEST_F(ViewerTest, CombosStandInTheirGaps) {
     frame->m_wndToolBar.GetItemRect(page ? 7 : 12, &gap);
     CRect place;
     combo->GetWindowRect(place);
-    CPoint corner = place.TopLeft();
-    frame->m_wndToolBar.ScreenToClient(&corner);
-    place = CRect(corner, place.Size());
+    frame->m_wndToolBar.ScreenToClient(place);
     EXPECT_EQ(place.left, gap.left);
     EXPECT_EQ(place.Width(), page ? 40 : 50);
     EXPECT_GE(place.top, 2);

@@ -36,9 +36,7 @@ class Bars : public ::testing::Test {
 CRect PlaceIn(const CWnd& frame, const CWnd& window) {
   CRect rect;
   window.GetWindowRect(rect);
-  CPoint corner = rect.TopLeft();
-  frame.ScreenToClient(&corner);
-  rect.MoveToXY(corner);
+  frame.ScreenToClient(rect);
   return rect;
 }
 

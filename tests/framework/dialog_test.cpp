@@ -66,9 +66,8 @@ class PageDialog : public CDialog {
     CDialog::OnInitDialog();
     CRect field;
     GetDlgItem(104)->GetWindowRect(field);
-    POINT corner = {field.left, field.top};
-    ScreenToClient(&corner);
-    GetDlgItem(104)->SetWindowPos(&wndBottom, corner.x, corner.y, field.Width(), field.Height(),
+    ScreenToClient(field);
+    GetDlgItem(104)->SetWindowPos(&wndBottom, field.left, field.top, field.Width(), field.Height(),
                                   SWP_SHOWWINDOW);
     m_spin.Create(WS_VISIBLE | UDS_SETBUDDYINT | UDS_ALIGNRIGHT | UDS_AUTOBUDDY | UDS_ARROWKEYS,
                   CRect(0, 0, 9, 9), this, 900);

@@ -156,9 +156,7 @@ CString TitleOf(const CWnd& window) {
 CRect PlaceOf(const CWnd& child) {
   CRect rect;
   child.GetWindowRect(rect);
-  CPoint corner = rect.TopLeft();
-  ::ScreenToClient(::GetParent(child.m_hWnd), &corner);
-  rect.MoveToXY(corner);
+  CWnd::FromHandle(::GetParent(child.m_hWnd))->ScreenToClient(rect);
   return rect;
 }
 
