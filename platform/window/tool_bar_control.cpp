@@ -1,20 +1,15 @@
 #include "platform/window/tool_bar_control.h"
 
-#include <map>
 #include <memory>
 #include <utility>
 
 #include "platform/graphics/gdi.h"
 #include "platform/window/detail/tool_bar_record.h"
+#include "platform/window/detail/window_record.h"
 #include "platform/window/window.h"
 
 namespace platform {
 namespace {
-
-std::map<HWND, std::unique_ptr<ToolbarRecord>>& Toolbars() {
-  static auto* toolbars = new std::map<HWND, std::unique_ptr<ToolbarRecord>>;  // as long as any window
-  return *toolbars;
-}
 
 int IndexOf(const ToolbarRecord& toolbar, WPARAM command) {
   for (std::size_t i = 0; i < toolbar.buttons.size(); ++i)
@@ -228,7 +223,7 @@ LRESULT TableMessage(HWND window, ToolbarRecord& toolbar, UINT message, WPARAM w
 }
 
 LRESULT ToolbarProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_NCCREATE) Toolbars()[window] = std::make_unique<ToolbarRecord>();
+  if (message == WM_NCCREATE) FindWindowRecord(window)->toolbar = std::make_shared<ToolbarRecord>();
   ToolbarRecord* toolbar = FindToolbar(window);
   if (toolbar == nullptr) return DefWindowProc(window, message, wParam, lParam);
   const POINT point = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
@@ -254,9 +249,6 @@ LRESULT ToolbarProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_CAPTURECHANGED:
       OnCancel(window, *toolbar);
       return 0;
-    case WM_NCDESTROY:
-      Toolbars().erase(window);
-      return DefWindowProc(window, message, wParam, lParam);
     default:
       if (StateMessage(window, *toolbar, message, wParam, lParam, result)) return result;
       return TableMessage(window, *toolbar, message, wParam, lParam);
@@ -266,8 +258,8 @@ LRESULT ToolbarProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
 }  // namespace
 
 ToolbarRecord* FindToolbar(HWND window) {
-  const auto found = Toolbars().find(window);
-  return found == Toolbars().end() ? nullptr : found->second.get();
+  const WindowRecord* record = FindWindowRecord(window);
+  return record == nullptr ? nullptr : record->toolbar.get();
 }
 
 void RegisterToolbarClass() {

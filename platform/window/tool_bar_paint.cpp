@@ -1,9 +1,12 @@
 #include <QPainter>
+#include <algorithm>
 
 #include "platform/graphics/detail/list_picture.h"
 #include "platform/window/bar_styles.h"
 #include "platform/window/detail/theme.h"
 #include "platform/window/detail/tool_bar_record.h"
+#include "platform/window/detail/widgets.h"
+#include "platform/window/detail/window_record.h"
 #include "platform/window/window.h"
 
 namespace platform {
@@ -12,18 +15,12 @@ namespace {
 constexpr double kFaded = 0.4;  // of a disabled picture, where there is no list of disabled ones
 
 /// True for a gap in which a child window stands: it shows no line.
-bool HoldsChild(HWND window, const RECT& place) {
-  for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
-    if ((GetWindowLong(child, GWL_STYLE) & WS_VISIBLE) == 0) continue;
-    RECT rect;
-    GetWindowRect(child, &rect);
-    POINT origin = {rect.left, rect.top};
-    ScreenToClient(window, &origin);
-    OffsetRect(&rect, origin.x - rect.left, origin.y - rect.top);
-    RECT both;
-    if (IntersectRect(&both, &rect, &place)) return true;
-  }
-  return false;
+bool HoldsChild(const WindowRecord& bar, const RECT& place) {
+  const QRect gap(place.left, place.top, place.right - place.left, place.bottom - place.top);
+  return std::any_of(bar.children.begin(), bar.children.end(), [&](HWND handle) {
+    const WindowRecord* child = FindWindowRecord(handle);
+    return (child->style & WS_VISIBLE) != 0 && child->frame && child->frame->geometry().intersects(gap);
+  });
 }
 
 void DrawPicture(HDC dc, const ToolbarRecord& toolbar, const TBBUTTON& button, const RECT& place,
@@ -88,7 +85,7 @@ void PaintToolbar(HWND window, HDC dc, const ToolbarRecord& toolbar) {
     if ((button.fsState & TBSTATE_HIDDEN) != 0 || !RectVisible(dc, &places[i])) continue;
     if ((button.fsStyle & TBSTYLE_SEP) == 0)
       DrawButton(dc, toolbar, static_cast<int>(i), places[i]);
-    else if (!HoldsChild(window, places[i]))
+    else if (!HoldsChild(*FindWindowRecord(window), places[i]))
       DrawSeparatorLine(dc, places[i], !toolbar.vertical);
   }
   DrawBorders(dc, client, toolbar.borders);

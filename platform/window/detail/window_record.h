@@ -23,6 +23,7 @@ class MenuBar;
 class Control;
 struct MdiClient;
 struct MdiChild;
+struct ToolbarRecord;
 
 struct WindowClass {
   std::string name;
@@ -82,6 +83,8 @@ struct WindowRecord {
   QSize sentClientSize{-1, -1};
 
   std::shared_ptr<Control> control;  ///< of a standard control; it has no edge, bars or surface
+
+  std::shared_ptr<ToolbarRecord> toolbar;  ///< of a control of class ToolbarWindow32
 
   std::shared_ptr<MdiClient> mdiClient;  ///< of the window that holds document windows (detail/mdi_windows.h)
   std::shared_ptr<MdiChild> mdiChild;    ///< of a document window
