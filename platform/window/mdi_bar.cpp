@@ -42,6 +42,11 @@ QIcon MarkOf(UINT command, const QWidget& widget) {
   return {pixmap};
 }
 
+MdiClient* ClientOfFrame(HWND frame) {
+  const WindowRecord* record = FindWindowRecord(frame);
+  return record == nullptr ? nullptr : FindMdiClient(record->mdiClientOfFrame);
+}
+
 void AddButton(QWidget& bar, UINT command, HWND frame) {
   auto* button = new QToolButton(&bar);
   button->setAutoRaise(true);
@@ -52,10 +57,8 @@ void AddButton(QWidget& bar, UINT command, HWND frame) {
   button->setProperty(kCommand, command);
   bar.layout()->addWidget(button);
   QObject::connect(button, &QToolButton::clicked, &bar, [=] {
-    const WindowRecord* record = FindWindowRecord(frame);
-    const WindowRecord* client = record == nullptr ? nullptr : FindWindowRecord(record->mdiClientOfFrame);
-    if (client != nullptr && client->mdiClient && TakesInput(frame))
-      PostMessage(client->mdiClient->active, WM_SYSCOMMAND, command);
+    const MdiClient* client = ClientOfFrame(frame);
+    if (client != nullptr && TakesInput(frame)) PostMessage(client->active, WM_SYSCOMMAND, command);
   });
 }
 
@@ -70,22 +73,12 @@ QWidget* MakeButtons(QWidget* parent, HWND frame) {
   return bar;
 }
 
-const WindowRecord* MaximizedChild(const MdiClient& client) {
-  const WindowRecord* active = FindWindowRecord(client.active);
-  return active != nullptr && MdiStateOf(*active) == MdiState::Maximized ? active : nullptr;
-}
-
-MdiClient* ClientOfFrame(const WindowRecord* frame) {
-  const WindowRecord* client = frame == nullptr ? nullptr : FindWindowRecord(frame->mdiClientOfFrame);
-  return client == nullptr ? nullptr : client->mdiClient.get();
-}
-
 }  // namespace
 
 bool ShowMdiButtons(WindowRecord& frame) {
-  MdiClient* client = ClientOfFrame(&frame);
+  MdiClient* client = FindMdiClient(frame.mdiClientOfFrame);
   if (client == nullptr || !frame.menuBar) return false;
-  const bool wanted = MaximizedChild(*client) != nullptr;
+  const bool wanted = MaximizedMdiChild(*client) != nullptr;
   if (wanted && !client->buttons) client->buttons = MakeButtons(frame.menuBar, frame.handle);
   const bool shown = client->buttons && frame.menuBar->cornerWidget() == client->buttons;
   if (wanted == shown) return false;
@@ -101,7 +94,7 @@ void RefreshMdiFrame(const MdiClient& client) {
   WindowRecord* frame = FindWindowRecord(client.frame);
   if (frame == nullptr || client.closing) return;
   std::string title = client.title;
-  if (const WindowRecord* child = MaximizedChild(client)) title += " - [" + child->text + "]";
+  if (const WindowRecord* child = MaximizedMdiChild(client)) title += " - [" + child->text + "]";
   if (title != frame->text)
     DefWindowProc(client.frame, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(title.c_str()));
   if (ShowMdiButtons(*frame)) LayoutWindow(*frame);
@@ -114,8 +107,7 @@ using platform::MdiClient;
 using platform::WindowRecord;
 
 LRESULT DefFrameProc(HWND frame, HWND clientHandle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const WindowRecord* record = FindWindowRecord(clientHandle);
-  MdiClient* client = record == nullptr ? nullptr : record->mdiClient.get();
+  MdiClient* client = platform::FindMdiClient(clientHandle);
   if (client == nullptr) return DefWindowProc(frame, message, wParam, lParam);
   const auto id = static_cast<UINT>(LOWORD(wParam));
   switch (message) {
@@ -145,8 +137,7 @@ LRESULT DefFrameProc(HWND frame, HWND clientHandle, UINT message, WPARAM wParam,
 }
 
 bool platform::testing::ClickMaximizedButton(HWND frame, UINT command) {
-  const WindowRecord* record = FindWindowRecord(frame);
-  const MdiClient* client = ClientOfFrame(record);
+  const MdiClient* client = ClientOfFrame(frame);
   if (client == nullptr || !client->buttons || !client->buttons->isVisible()) return false;
   for (auto* button : client->buttons->findChildren<QToolButton*>()) {
     if (button->property(kCommand).toUInt() != command) continue;

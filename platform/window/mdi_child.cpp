@@ -33,27 +33,18 @@ void Place(HWND child, const QRect& place) {
                SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-/// Visible windows in one of the states, the topmost first.
+/// Visible windows, the minimised ones or the others, the topmost first.
 std::vector<HWND> ChildrenIn(HWND client, bool minimized) {
   std::vector<HWND> found;
-  const WindowRecord* record = FindWindowRecord(client);
-  if (record == nullptr || !record->mdiClient) return found;
-  for (const HWND child : record->children) {
-    const WindowRecord* window = FindWindowRecord(child);
-    const bool fits = (MdiStateOf(*window) == MdiState::Minimized) == minimized;
-    if (window->mdiChild && (window->style & WS_VISIBLE) != 0 && fits) found.push_back(child);
-  }
+  for (const WindowRecord* window : VisibleMdiChildren(client))
+    if ((MdiStateOf(*window) == MdiState::Minimized) == minimized) found.push_back(window->handle);
   return found;
 }
 
 /// Those that are arranged: minimised ones stay so, a maximised one is restored.
 std::vector<HWND> ChildrenToArrange(HWND client) {
-  const WindowRecord* record = FindWindowRecord(client);
-  if (record != nullptr && record->mdiClient && record->mdiClient->active != nullptr) {
-    const WindowRecord* active = FindWindowRecord(record->mdiClient->active);
-    if (active != nullptr && MdiStateOf(*active) == MdiState::Maximized)
-      SetMdiState(active->handle, MdiState::Normal);
-  }
+  if (const WindowRecord* maximized = MaximizedMdiChild(*FindMdiClient(client)))
+    SetMdiState(maximized->handle, MdiState::Normal);
   return ChildrenIn(client, false);
 }
 
@@ -145,8 +136,7 @@ void ShowNewMdiChild(HWND child, DWORD style) {
     return;
   }
   if ((style & WS_VISIBLE) == 0) return;
-  const WindowRecord* active = FindWindowRecord(client->active);
-  const bool maximized = active != nullptr && MdiStateOf(*active) == MdiState::Maximized;
+  const bool maximized = MaximizedMdiChild(*client) != nullptr;
   int command = SW_SHOWNORMAL;
   if ((style & WS_MINIMIZE) != 0) command = SW_SHOWMINIMIZED;
   if (maximized || (style & WS_MAXIMIZE) != 0) command = SW_SHOWMAXIMIZED;
@@ -156,11 +146,8 @@ void ShowNewMdiChild(HWND child, DWORD style) {
 }
 
 void FitMdiChildren(HWND client) {
-  const WindowRecord* record = FindWindowRecord(client);
-  if (record == nullptr || !record->mdiClient) return;
-  const WindowRecord* active = FindWindowRecord(record->mdiClient->active);
-  if (active != nullptr && MdiStateOf(*active) == MdiState::Maximized)
-    Place(active->handle, QRect(QPoint(0, 0), ClientSize(client)));
+  if (const WindowRecord* maximized = MaximizedMdiChild(*FindMdiClient(client)))
+    Place(maximized->handle, QRect(QPoint(0, 0), ClientSize(client)));
   FitIcons(client);
 }
 
@@ -171,7 +158,7 @@ void CascadeMdiChildren(HWND client) {
   for (int i = 0; i < count; ++i)
     Place(children[static_cast<std::size_t>(count - 1 - i)],
           CascadePlace(i, ClientSize(client), CaptionHeight()));
-  if (const WindowRecord* record = FindWindowRecord(client)) record->mdiClient->made = count;
+  if (MdiClient* record = FindMdiClient(client)) record->made = count;
 }
 
 void TileMdiChildren(HWND client, bool horizontal) {
@@ -237,9 +224,9 @@ LRESULT DefMDIChildProc(HWND child, UINT message, WPARAM wParam, LPARAM lParam) 
 }
 
 BOOL TranslateMDISysAccel(HWND clientHandle, const MSG* message) {
-  const WindowRecord* record = FindWindowRecord(clientHandle);
-  if (record == nullptr || !record->mdiClient || message == nullptr) return FALSE;
-  const HWND active = record->mdiClient->active;
+  const platform::MdiClient* client = platform::FindMdiClient(clientHandle);
+  if (client == nullptr || message == nullptr) return FALSE;
+  const HWND active = client->active;
   const bool key = message->message == WM_KEYDOWN || message->message == WM_SYSKEYDOWN;
   const bool alt = (message->lParam >> 29 & 1) != 0;
   if (active == nullptr || !platform::TakesInput(active) || !key || alt || GetKeyState(VK_CONTROL) >= 0)

@@ -120,17 +120,13 @@ QStyle::SubControl MdiChildWidget::TitlePartAt(QPoint point) const {
 Qt::Edges MdiChildWidget::EdgesAt(QPoint point) const {
   const WindowRecord& window = *Record();
   if ((window.style & WS_THICKFRAME) == 0 || MdiStateOf(window) != MdiState::Normal) return {};
-  const bool onEdge = !rect().marginsRemoved({kGrip, kGrip, kGrip, kGrip}).contains(point);
-  if (!onEdge) return {};
-  const int reach = kCorner;
-  Qt::Edges edges;
-  const bool side = point.x() < kGrip || point.x() >= width() - kGrip;
-  const bool end = point.y() < kGrip || point.y() >= height() - kGrip;
+  if (rect().marginsRemoved({kGrip, kGrip, kGrip, kGrip}).contains(point)) return {};
   // Near a corner both edges move.
-  if (point.x() < (side ? kGrip : reach)) edges |= Qt::LeftEdge;
-  if (point.x() >= width() - (side ? kGrip : reach)) edges |= Qt::RightEdge;
-  if (point.y() < (end ? kGrip : reach)) edges |= Qt::TopEdge;
-  if (point.y() >= height() - (end ? kGrip : reach)) edges |= Qt::BottomEdge;
+  Qt::Edges edges;
+  if (point.x() < kCorner) edges |= Qt::LeftEdge;
+  if (point.x() >= width() - kCorner) edges |= Qt::RightEdge;
+  if (point.y() < kCorner) edges |= Qt::TopEdge;
+  if (point.y() >= height() - kCorner) edges |= Qt::BottomEdge;
   return edges;
 }
 

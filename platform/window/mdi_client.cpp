@@ -11,16 +11,6 @@
 namespace platform {
 namespace {
 
-MdiClient* ClientRecord(HWND client) {
-  const WindowRecord* record = FindWindowRecord(client);
-  return record == nullptr ? nullptr : record->mdiClient.get();
-}
-
-bool IsMaximizedChild(HWND child) {
-  const WindowRecord* record = FindWindowRecord(child);
-  return record != nullptr && record->mdiChild && MdiStateOf(*record) == MdiState::Maximized;
-}
-
 void TellActivation(HWND to, HWND former, HWND now) {
   if (FindWindowRecord(to) == nullptr) return;
   SendGuarded(to, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(former), reinterpret_cast<LPARAM>(now));
@@ -39,16 +29,14 @@ void BringToTop(HWND child) {
   SetWindowPos(child, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
-/// The next one down from the top that the user can go to; null if there is none.
-HWND TopmostOther(HWND client, HWND than) {
-  const WindowRecord* record = FindWindowRecord(client);
-  if (record == nullptr) return nullptr;
-  for (const HWND child : record->children) {
-    const WindowRecord* other = FindWindowRecord(child);
-    const bool visible = (other->style & (WS_VISIBLE | WS_DISABLED)) == WS_VISIBLE;
-    if (child != than && other->mdiChild && visible && !other->destroying) return child;
-  }
-  return nullptr;
+/// The next one down from the top, or up from the bottom, that the user can go to; null if there is none.
+HWND OtherThan(HWND child, HWND client, bool fromBottom = false) {
+  std::vector<const WindowRecord*> others = VisibleMdiChildren(client);
+  if (fromBottom) std::reverse(others.begin(), others.end());
+  const auto found = std::find_if(others.begin(), others.end(), [child](const WindowRecord* other) {
+    return other->handle != child && (other->style & WS_DISABLED) == 0 && !other->destroying;
+  });
+  return found == others.end() ? nullptr : (*found)->handle;
 }
 
 /// The maximised look goes from one window to the next.
@@ -60,8 +48,29 @@ void HandOnMaximized(HWND former, HWND now) {
 
 }  // namespace
 
+MdiClient* FindMdiClient(HWND client) {
+  const WindowRecord* record = FindWindowRecord(client);
+  return record == nullptr ? nullptr : record->mdiClient.get();
+}
+
 MdiClient* MdiClientOf(const WindowRecord& child) {
-  return child.mdiChild ? ClientRecord(child.parent) : nullptr;
+  return child.mdiChild ? FindMdiClient(child.parent) : nullptr;
+}
+
+std::vector<const WindowRecord*> VisibleMdiChildren(HWND client) {
+  std::vector<const WindowRecord*> found;
+  const WindowRecord* record = FindWindowRecord(client);
+  if (record == nullptr) return found;
+  for (const HWND child : record->children) {
+    const WindowRecord* window = FindWindowRecord(child);
+    if (window->mdiChild && (window->style & WS_VISIBLE) != 0) found.push_back(window);
+  }
+  return found;
+}
+
+const WindowRecord* MaximizedMdiChild(const MdiClient& client) {
+  const WindowRecord* active = FindWindowRecord(client.active);
+  return active != nullptr && MdiStateOf(*active) == MdiState::Maximized ? active : nullptr;
 }
 
 bool IsActiveMdiChild(const WindowRecord& child) {
@@ -70,7 +79,7 @@ bool IsActiveMdiChild(const WindowRecord& child) {
 }
 
 void ActivateMdiChild(HWND clientHandle, HWND child) {
-  MdiClient* client = ClientRecord(clientHandle);
+  MdiClient* client = FindMdiClient(clientHandle);
   const WindowRecord* record = FindWindowRecord(child);
   if (client == nullptr || client->closing) return;
   if (child != nullptr && (record == nullptr || !record->mdiChild || record->parent != clientHandle ||
@@ -81,13 +90,13 @@ void ActivateMdiChild(HWND clientHandle, HWND child) {
     if (child != nullptr) BringToTop(child);
     return;
   }
+  const bool maximized = MaximizedMdiChild(*client) != nullptr;
   client->active = child;
   // A handler may activate another window, or end this one.
   const auto outdated = [&] {
-    client = ClientRecord(clientHandle);
+    client = FindMdiClient(clientHandle);
     return client == nullptr || client->active != child;
   };
-  const bool maximized = IsMaximizedChild(former);
   TellActivation(former, former, child);
   if (outdated()) return;
   if (child != nullptr) BringToTop(child);
@@ -112,7 +121,7 @@ void ActivateMdiChildAround(HWND window) {
 }
 
 void JoinMdi(WindowRecord& window) {
-  MdiClient* client = ClientRecord(window.parent);
+  MdiClient* client = FindMdiClient(window.parent);
   if (client == nullptr || (window.exStyle & WS_EX_MDICHILD) == 0 || !window.IsChild()) return;
   window.mdiChild = std::make_shared<MdiChild>();
   window.style &= ~DWORD{WS_MAXIMIZE | WS_MINIMIZE};  // not before it shows
@@ -131,7 +140,7 @@ void LeaveMdi(HWND child) {
   for (std::size_t i = 0; i < order.size(); ++i)
     SetWindowLong(order[i], GWL_ID, static_cast<std::intptr_t>(client->firstId + i));
   if (client->active == child) {
-    ActivateMdiChild(clientHandle, TopmostOther(clientHandle, child));
+    ActivateMdiChild(clientHandle, OtherThan(child, clientHandle));
   } else {
     RefreshMdiList(*client, false);
   }
@@ -162,17 +171,8 @@ LRESULT SetFrameMenu(MdiClient& client, HMENU menu, HMENU windowMenu) {
 
 /// Forward: the next one down comes to the front and this one goes behind all. Back: the lowest comes up.
 void GoToNext(HWND clientHandle, HWND from, bool back) {
-  const WindowRecord* record = FindWindowRecord(clientHandle);
-  if (from == nullptr) from = record->mdiClient->active;
-  HWND to = nullptr;
-  if (!back) {
-    to = TopmostOther(clientHandle, from);
-  } else {
-    for (auto child = record->children.rbegin(); child != record->children.rend() && to == nullptr; ++child) {
-      const WindowRecord* other = FindWindowRecord(*child);
-      if (*child != from && (other->style & (WS_VISIBLE | WS_DISABLED)) == WS_VISIBLE) to = *child;
-    }
-  }
+  if (from == nullptr) from = FindMdiClient(clientHandle)->active;
+  const HWND to = OtherThan(from, clientHandle, back);
   if (to == nullptr) return;
   ActivateMdiChild(clientHandle, to);
   if (!back) SetWindowPos(from, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
@@ -195,18 +195,14 @@ LRESULT Begin(HWND handle, LPARAM param) {
 }
 
 LRESULT GetActive(const MdiClient& client, LPARAM maximized) {
-  if (maximized != 0) *reinterpret_cast<BOOL*>(maximized) = IsMaximizedChild(client.active) ? TRUE : FALSE;
+  if (maximized != 0)
+    *reinterpret_cast<BOOL*>(maximized) = MaximizedMdiChild(client) != nullptr ? TRUE : FALSE;
   return reinterpret_cast<LRESULT>(client.active);
-}
-
-/// What a document window is asked for: it comes to the front with it.
-void Maximize(HWND child) {
-  ShowMdiChild(child, SW_SHOWMAXIMIZED);
 }
 
 LRESULT ClientProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_NCCREATE) return Begin(handle, lParam);
-  MdiClient* client = ClientRecord(handle);
+  MdiClient* client = FindMdiClient(handle);
   if (client == nullptr) return DefWindowProc(handle, message, wParam, lParam);
   const auto child = reinterpret_cast<HWND>(wParam);
   switch (message) {
@@ -219,7 +215,7 @@ LRESULT ClientProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
       ActivateMdiChild(handle, child);
       return 0;
     case WM_MDIMAXIMIZE:
-      Maximize(child);
+      ShowMdiChild(child, SW_SHOWMAXIMIZED);
       return 0;
     case WM_MDIRESTORE:
       ShowMdiChild(child, SW_RESTORE);

@@ -39,6 +39,8 @@ struct MdiChild {
 // mdi_client.cpp
 
 void RegisterMdiClient();
+/// What a client window knows; null for another window.
+MdiClient* FindMdiClient(HWND client);
 /// The client of a document window; null for another window or at the end.
 MdiClient* MdiClientOf(const WindowRecord& child);
 /// A new window with WS_EX_MDICHILD becomes one of its parent's document windows, if that is a client.
@@ -50,6 +52,10 @@ void ActivateMdiChild(HWND client, HWND child);
 /// Activates the document window that a window is or lies in, if any.
 void ActivateMdiChildAround(HWND window);
 bool IsActiveMdiChild(const WindowRecord& child);
+/// The document windows that show, the topmost first.
+std::vector<const WindowRecord*> VisibleMdiChildren(HWND client);
+/// The active document window if it fills the client; null if it doesn't.
+const WindowRecord* MaximizedMdiChild(const MdiClient& client);
 
 // mdi_child.cpp
 
