@@ -1,18 +1,34 @@
 // A frame and its menu: state of the items, prompts, accelerators.
 
 #include "platform/framework/cmd_ui.h"
+#include "platform/framework/detail/frame_resources.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/menu.h"
 #include "platform/resources/resource_tables.h"
 #include "platform/window/accelerators.h"
 
-BOOL CFrameWnd::LoadFrame(UINT id, DWORD style, CWnd* parent, CCreateContext* context) {
+void platform::LoadFrameTitle(UINT id, CString& title) {
   CString text;
-  // Further lines tell document templates more.
-  if (text.LoadString(id) != 0) m_strTitle = text.Find('\n') < 0 ? text : text.Left(text.Find('\n'));
+  if (text.LoadString(id) != 0) title = text.Find('\n') < 0 ? text : text.Left(text.Find('\n'));
+}
+
+LPCTSTR platform::FrameClass(HICON icon) {
+  return AfxRegisterWndClass(CS_DBLCLKS, LoadCursor(nullptr, IDC_ARROW), GetSysColorBrush(COLOR_APPWORKSPACE),
+                             icon);
+}
+
+LPCTSTR platform::LoadFrameClass(UINT id) {
+  const LPCTSTR name = MAKEINTRESOURCE(id);
+  const HICON icon = LoadIconA(AfxFindResourceHandle(name, RT_GROUP_ICON), name);
+  return icon == nullptr ? nullptr : FrameClass(icon);
+}
+
+BOOL CFrameWnd::LoadFrame(UINT id, DWORD style, CWnd* parent, CCreateContext* context) {
+  platform::LoadFrameTitle(id, m_strTitle);
   const LPCTSTR menu = MAKEINTRESOURCE(id);
   const bool hasMenu = AfxFindResourceHandle(menu, RT_MENU) != nullptr;
-  return Create(nullptr, m_strTitle, style, rectDefault, parent, hasMenu ? menu : nullptr, 0, context);
+  return Create(platform::LoadFrameClass(id), m_strTitle, style, rectDefault, parent,
+                hasMenu ? menu : nullptr, 0, context);
 }
 
 BOOL CFrameWnd::PreTranslateMessage(MSG* message) {

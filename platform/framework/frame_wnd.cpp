@@ -1,6 +1,7 @@
 #include "platform/framework/frame_wnd.h"
 
 #include "platform/framework/app.h"
+#include "platform/framework/detail/frame_resources.h"
 #include "platform/framework/view.h"
 #include "platform/resources/resource_tables.h"
 
@@ -49,9 +50,7 @@ BOOL CFrameWnd::Create(LPCTSTR className, LPCTSTR title, DWORD style, const RECT
 }
 
 BOOL CFrameWnd::PreCreateWindow(CREATESTRUCT& cs) {
-  if (cs.lpszClass == nullptr)
-    cs.lpszClass =
-        AfxRegisterWndClass(CS_DBLCLKS, LoadCursor(nullptr, IDC_ARROW), GetSysColorBrush(COLOR_APPWORKSPACE));
+  if (cs.lpszClass == nullptr) cs.lpszClass = platform::FrameClass();
   return CWnd::PreCreateWindow(cs);
 }
 

@@ -39,7 +39,7 @@ class PLATFORM_API CFrameWnd : public CWnd {
   virtual BOOL Create(LPCTSTR className, LPCTSTR title, DWORD style = WS_OVERLAPPEDWINDOW,
                       const RECT& rect = rectDefault, CWnd* parent = nullptr, LPCTSTR menuName = nullptr,
                       DWORD exStyle = 0, CCreateContext* context = nullptr);
-  /// Everything under one number: menu (if there is one) and title (the string's first line).
+  /// Everything under one number: menu, icon (where there is one) and title (the string's first line).
   virtual BOOL LoadFrame(UINT id, DWORD style = DWORD{WS_OVERLAPPEDWINDOW} | FWS_ADDTOTITLE,
                          CWnd* parent = nullptr, CCreateContext* context = nullptr);
   BOOL PreTranslateMessage(MSG* message) override;

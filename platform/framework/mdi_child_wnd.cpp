@@ -1,3 +1,4 @@
+#include "platform/framework/detail/frame_resources.h"
 #include "platform/framework/mdi_wnd.h"
 #include "platform/framework/thread.h"
 #include "platform/framework/view.h"
@@ -39,14 +40,14 @@ BOOL CMDIChildWnd::Create(LPCTSTR className, LPCTSTR title, DWORD style, const R
 }
 
 BOOL CMDIChildWnd::LoadFrame(UINT id, DWORD style, CWnd* parent, CCreateContext* context) {
-  CString text;
-  if (text.LoadString(id) != 0) m_strTitle = text.Find('\n') < 0 ? text : text.Left(text.Find('\n'));
+  platform::LoadFrameTitle(id, m_strTitle);
   if (m_hMenuShared == nullptr) {
     const LPCTSTR menu = MAKEINTRESOURCE(id);
     m_loadedMenu = LoadMenuA(AfxFindResourceHandle(menu, RT_MENU), menu);
     m_hMenuShared = m_loadedMenu;
   }
-  return Create(nullptr, m_strTitle, style, rectDefault, DYNAMIC_DOWNCAST(CMDIFrameWnd, parent), context);
+  return Create(platform::LoadFrameClass(id), m_strTitle, style, rectDefault,
+                DYNAMIC_DOWNCAST(CMDIFrameWnd, parent), context);
 }
 
 BOOL CMDIChildWnd::PreCreateWindow(CREATESTRUCT& cs) {
