@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <memory>
 
+#include "platform/window/detail/program_style.h"
 #include "platform/window/detail/queue.h"
 #include "platform/window/pump.h"
 
@@ -69,6 +70,7 @@ void platform::EnsureApplication(int* argc, char** argv) {
   Owned() = argc == nullptr ? std::make_unique<QApplication>(noArguments, arguments)
                             : std::make_unique<QApplication>(*argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
+  SetProgramStyle();
   WatchForQuit();
 }
 

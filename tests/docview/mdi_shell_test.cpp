@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 
+#include "platform/resources/resource_tables.h"
 #include "tests/docview/shell_fixture.h"
 
 namespace {
@@ -23,6 +24,18 @@ class MdiShell : public ShellTest {
   }
   CZPmdiFrame* main = nullptr;
 };
+
+TEST_F(MdiShell, ItsIconIsThatOfItsNumberAndNoOtherPictureIsRead) {
+  const LPCTSTR name = MAKEINTRESOURCE(IDR_ZP_HOST);
+  const HICON icon = LoadIconA(AfxFindResourceHandle(name, RT_GROUP_ICON), name);
+  ASSERT_NE(icon, nullptr);
+  EXPECT_EQ(::GetClassLong(main->m_hWnd, GCL_HICON), reinterpret_cast<std::intptr_t>(icon));
+  EXPECT_EQ(::GetClassLong(ChildOf(OpenPages(1))->m_hWnd, GCL_HICON), reinterpret_cast<std::intptr_t>(icon));
+  // A file with a picture would make the toolkit load all that it can read pictures with.
+  std::ifstream maps("/proc/self/maps");
+  for (std::string line; std::getline(maps, line);)
+    EXPECT_EQ(line.find("/imageformats/"), std::string::npos) << line;
+}
 
 TEST_F(MdiShell, TheBarsShowTheWindowInFront) {
   EXPECT_EQ(Bars(), "()|()||");
