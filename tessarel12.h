@@ -28,6 +28,7 @@
 #include "platform/framework/menu.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/wnd.h"
+#include "platform/spooler/printers.h"
 #include "platform/window/accelerators.h"
 #include "print/print_bitmap.h"
 #include "print/print_failure.h"

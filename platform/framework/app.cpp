@@ -3,7 +3,7 @@
 #include "platform/base/global_memory.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/wnd.h"
-#include "platform/print_dialogs/print_dialog.h"
+#include "platform/spooler/detail/print_answer.h"
 #include "platform/window/detail/show_message_box.h"
 
 IMPLEMENT_DYNAMIC(CWinApp, CWinThread)
@@ -41,11 +41,10 @@ CWinApp::~CWinApp() {
 BOOL CWinApp::GetPrinterDeviceDefaults(PRINTDLGA* dialog) {
   if (dialog == nullptr) return FALSE;
   if (m_hDevNames == nullptr) {
-    CPrintDialog defaults(FALSE);
-    defaults.m_pd.Flags &= ~PD_RETURNDC;
-    if (defaults.GetDefaults() == 0) return FALSE;
-    m_hDevMode = defaults.m_pd.hDevMode;
-    m_hDevNames = defaults.m_pd.hDevNames;
+    PRINTDLGA defaults{};
+    if (platform::AnswerWithDefaultPrinter(defaults) == 0) return FALSE;
+    m_hDevMode = defaults.hDevMode;
+    m_hDevNames = defaults.hDevNames;
   }
   dialog->hDevMode = m_hDevMode;
   dialog->hDevNames = m_hDevNames;

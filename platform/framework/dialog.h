@@ -5,6 +5,7 @@
 #include "platform/framework/standard_controls.h"
 #include "platform/framework/wnd.h"
 #include "platform/window/dialog_keys.h"
+#include "platform/window/dialog_units.h"
 
 /// A dialog made from a template of the resources. Modal by DoModal, or modeless by Create.
 class PLATFORM_API CDialog : public CWnd {

@@ -3,7 +3,8 @@
 #include "platform/base/kernel.h"
 #include "platform/framework/detail/dialog_template.h"
 #include "platform/graphics/gdi.h"
-#include "platform/window/dialog_keys.h"
+#include "platform/window/control_messages.h"
+#include "platform/window/dialog_units.h"
 
 namespace platform {
 namespace {

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "platform/graphics/detail/dc_record.h"
-#include "platform/spooler/page_images.h"
+#include "platform/graphics/printer_image.h"
 
 using platform::BlitSource;
 using platform::DcRecord;

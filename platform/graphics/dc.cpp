@@ -63,15 +63,6 @@ BOOL CDC::CreateCompatibleDC(CDC* dc) {
   return Attach(::CreateCompatibleDC(HandleOf(dc)));
 }
 
-BOOL CDC::CreateDC(LPCTSTR driver, LPCTSTR device, LPCTSTR output, const void* mode) {
-  return Attach(::CreateDCA(driver, device, output, static_cast<const DEVMODEA*>(mode)));
-}
-
-int CDC::StartDoc(LPCTSTR documentName) {
-  const DOCINFOA info{sizeof info, documentName, nullptr, nullptr, 0};
-  return ::StartDocA(m_hDC, &info);
-}
-
 BOOL CDC::DeleteDC() {
   return m_hDC != nullptr && ::DeleteDC(Detach());
 }

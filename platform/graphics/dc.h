@@ -4,7 +4,9 @@
 #include "platform/base/object.h"
 #include "platform/base/string.h"
 #include "platform/graphics/gdi_object.h"
-#include "platform/spooler/printers.h"
+
+struct tagDEVMODEA;
+struct tagDOCINFOA;
 
 /// A device context. The object deletes the device context it holds; a wrapper that FromHandle made owns
 /// nothing and lives until the next DeleteTempMap (idle time). Members do what the functions of their name in
@@ -28,8 +30,6 @@ class PLATFORM_API CDC : public CObject {
   HDC GetSafeHdc() const { return m_hDC; }
   operator HDC() const { return m_hDC; }  // NOLINT: passed wherever the handle is wanted
   BOOL CreateCompatibleDC(CDC* dc);
-  /// A printing device context. FALSE if there is no such printer.
-  BOOL CreateDC(LPCTSTR driver, LPCTSTR device, LPCTSTR output, const void* mode);
   virtual BOOL DeleteDC();
   virtual int SaveDC() { return ::SaveDC(m_hDC); }
   virtual BOOL RestoreDC(int saved) { return ::RestoreDC(m_hDC, saved); }
@@ -117,15 +117,19 @@ class PLATFORM_API CDC : public CObject {
   }
   CSize GetTextExtent(LPCTSTR text, int length) const;
   CSize GetTextExtent(const CString& text) const { return GetTextExtent(text, text.GetLength()); }
-  // Of printing device contexts. Below 0 (SP_...) is a failure.
-  int StartDoc(LPCTSTR documentName);
-  int StartDoc(LPDOCINFO info) { return ::StartDocA(m_hDC, info); }
-  int StartPage() { return ::StartPage(m_hDC); }
-  int EndPage() { return ::EndPage(m_hDC); }
-  int EndDoc() { return ::EndDoc(m_hDC); }
-  int AbortDoc() { return ::AbortDoc(m_hDC); }
-  int SetAbortProc(ABORTPROC procedure) { return ::SetAbortProc(m_hDC, procedure); }
-  BOOL ResetDC(const DEVMODE* mode) { return ::ResetDCA(m_hDC, mode) != nullptr; }
-
   BOOL GetTextMetrics(TEXTMETRIC* metrics) const { return ::GetTextMetricsA(m_hAttribDC, metrics); }
+
+  // Of printing device contexts, which the spooler makes (spooler/dc_printing.cpp). The numbers are those of
+  // the functions in spooler/printers.h.
+
+  /// FALSE if there is no such printer.
+  BOOL CreateDC(LPCTSTR driver, LPCTSTR device, LPCTSTR output, const void* mode);
+  int StartDoc(LPCTSTR documentName);
+  int StartDoc(tagDOCINFOA* info);
+  int StartPage();
+  int EndPage();
+  int EndDoc();
+  int AbortDoc();
+  int SetAbortProc(BOOL (*procedure)(HDC dc, int error));
+  BOOL ResetDC(const tagDEVMODEA* mode);
 };

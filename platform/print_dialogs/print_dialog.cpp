@@ -1,13 +1,11 @@
 #include "platform/print_dialogs/print_dialog.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
-#include "platform/base/global_memory.h"
 #include "platform/print_dialogs/detail/print_choice.h"
 #include "platform/resources/detail/find.h"
-#include "platform/spooler/detail/printer_dc.h"
+#include "platform/spooler/detail/print_answer.h"
 
 IMPLEMENT_DYNAMIC(CPrintDialog, CDialog)
 
@@ -18,79 +16,7 @@ using platform::PrintDialogRequest;
 using platform::PrintQueue;
 using Range = PrintDialogRequest::Range;
 
-DWORD g_error = 0;
 platform::testing::PrintDialogAnswer g_answer = nullptr;
-
-BOOL Fail(DWORD error) {
-  g_error = error;
-  return FALSE;
-}
-
-/// Writes bytes into the block, which is made if it is null, so that the caller's own handles stay the same.
-bool PutBlock(HGLOBAL& block, const void* data, std::size_t size) {
-  if (block == nullptr || GlobalSize(block) < size)
-    block = block == nullptr ? GlobalAlloc(GHND, size) : GlobalReAlloc(block, size, GMEM_ZEROINIT);
-  void* target = GlobalLock(block);
-  if (target == nullptr) return false;
-  std::memcpy(target, data, size);
-  GlobalUnlock(block);
-  return true;
-}
-
-bool PutNames(HGLOBAL& block, const PrintQueue& queue, const std::string& output) {
-  const std::string texts[] = {queue.model, queue.name, output};
-  std::string record(sizeof(DEVNAMES), 0);
-  WORD offsets[3] = {};
-  for (int i = 0; i < 3; ++i) {
-    offsets[i] = static_cast<WORD>(record.size());
-    record += texts[i];
-    record.push_back(0);
-  }
-  const DEVNAMES names{offsets[0], offsets[1], offsets[2],
-                       static_cast<WORD>(queue.isDefault ? DN_DEFAULTPRN : 0)};
-  std::memcpy(record.data(), &names, sizeof names);
-  return PutBlock(block, record.data(), record.size());
-}
-
-std::string DeviceOf(HGLOBAL block) {
-  const auto* names = static_cast<const char*>(GlobalLock(block));
-  if (names == nullptr) return "";
-  const std::size_t size = GlobalSize(block);
-  DEVNAMES head{};
-  if (size >= sizeof head) std::memcpy(&head, names, sizeof head);
-  const std::size_t offset = head.wDeviceOffset;
-  std::string device = offset >= sizeof head && offset < size
-                           ? std::string(names + offset, strnlen(names + offset, size - offset))
-                           : "";
-  GlobalUnlock(block);
-  return device;
-}
-
-bool ReadMode(HGLOBAL block, DEVMODEA& mode) {
-  const void* given = GlobalLock(block);
-  if (given == nullptr) return false;
-  const bool whole = GlobalSize(block) >= sizeof mode;
-  if (whole) std::memcpy(&mode, given, sizeof mode);
-  GlobalUnlock(block);
-  return whole;
-}
-
-/// Fills the record for a printer. output: the file printed to, or empty.
-BOOL Answer(PRINTDLGA& dialog, const PrintQueue& queue, const std::string& output, const DEVMODEA& mode) {
-  const std::string port = output.empty() ? queue.port : output;
-  if (!PutBlock(dialog.hDevMode, &mode, sizeof mode) || !PutNames(dialog.hDevNames, queue, port))
-    return Fail(CDERR_MEMALLOCFAILURE);
-  if ((dialog.Flags & (PD_RETURNDC | PD_RETURNIC)) == 0) return TRUE;
-  dialog.hDC = platform::CreatePrinterDC(queue, output, &mode);
-  return dialog.hDC == nullptr ? Fail(PDERR_CREATEICFAILURE) : TRUE;
-}
-
-BOOL AnswerDefault(PRINTDLGA& dialog) {
-  if (dialog.hDevMode != nullptr || dialog.hDevNames != nullptr) return Fail(PDERR_RETDEFFAILURE);
-  const auto queue = platform::DefaultQueue();
-  if (!queue) return Fail(PDERR_NODEFAULTPRN);
-  return Answer(dialog, *queue, "", platform::DevModeOf(*queue));
-}
 
 /// What is wrong with the record's template and hook; 0 if nothing is.
 DWORD FaultOf(const PRINTDLGA& dialog) {
@@ -111,12 +37,12 @@ PrintChoice ChoiceOf(const PRINTDLGA& dialog) {
     request.printers.push_back(queue.name);
     if (request.printer.empty() || queue.isDefault) request.printer = queue.name;
   }
-  const std::string device = DeviceOf(dialog.hDevNames);
+  const std::string device = platform::DeviceOf(dialog.hDevNames);
   for (const PrintQueue& queue : choice.queues)
     if (queue.name == device) request.printer = device;
   choice.mode = platform::DevModeOf(platform::ChosenQueue(choice));
   DEVMODEA given{};
-  if (ReadMode(dialog.hDevMode, given)) {
+  if (platform::ReadMode(dialog.hDevMode, given)) {
     if (device == request.printer) choice.mode = given;
     request.landscape = (given.dmFields & DM_ORIENTATION) != 0 && given.dmOrientation == DMORIENT_LANDSCAPE;
     choice.mode.dmOrientation = request.landscape ? DMORIENT_LANDSCAPE : DMORIENT_PORTRAIT;
@@ -170,20 +96,22 @@ void platform::testing::SetPrintDialogAnswer(PrintDialogAnswer answer) {
 }
 
 BOOL PrintDlgA(PRINTDLGA* dialog) {
-  g_error = 0;
-  if (dialog == nullptr) return Fail(CDERR_INITIALIZATION);
-  if (dialog->lStructSize != sizeof *dialog) return Fail(CDERR_STRUCTSIZE);
+  using platform::EndPrintDialog;
+  EndPrintDialog(0);
+  if (dialog == nullptr) return EndPrintDialog(CDERR_INITIALIZATION);
+  if (dialog->lStructSize != sizeof *dialog) return EndPrintDialog(CDERR_STRUCTSIZE);
   dialog->hDC = nullptr;
-  if ((dialog->Flags & PD_RETURNDEFAULT) != 0) return AnswerDefault(*dialog);
-  if (const DWORD fault = FaultOf(*dialog); fault != 0) return Fail(fault);
+  if ((dialog->Flags & PD_RETURNDEFAULT) != 0) return platform::AnswerWithDefaultPrinter(*dialog);
+  if (const DWORD fault = FaultOf(*dialog); fault != 0) return EndPrintDialog(fault);
   PrintChoice choice = ChoiceOf(*dialog);
   if (!(g_answer != nullptr ? AskSeam(choice) : platform::AskPrintChoice(*dialog, choice))) return FALSE;
   PutRange(*dialog, choice);
-  return Answer(*dialog, platform::ChosenQueue(choice), choice.request.file, choice.mode);
+  return platform::AnswerWithPrinter(*dialog, platform::ChosenQueue(choice), choice.request.file,
+                                     choice.mode);
 }
 
 DWORD CommDlgExtendedError() {
-  return g_error;
+  return platform::PrintDialogError();
 }
 
 CPrintDialog::CPrintDialog(BOOL printSetupOnly, DWORD flags, CWnd* parent) {
@@ -204,5 +132,5 @@ BOOL CPrintDialog::GetDefaults() {
 }
 
 CString CPrintDialog::GetDeviceName() const {
-  return DeviceOf(m_pd.hDevNames).c_str();
+  return platform::DeviceOf(m_pd.hDevNames).c_str();
 }

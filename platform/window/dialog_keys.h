@@ -5,8 +5,6 @@
 
 // What a window with controls needs to behave as a dialog.
 
-/// Turns dialog units of the dialog's font into units of the screen.
-PLATFORM_API BOOL MapDialogRect(HWND dialog, RECT* rect);
 /// The next control at which Tab stops (Shift+Tab with previous), beginning anew at the end; null if there is
 /// none.
 PLATFORM_API HWND GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous);
@@ -15,14 +13,3 @@ PLATFORM_API HWND GetNextDlgGroupItem(HWND dialog, HWND control, BOOL previous);
 /// Acts on the keys that move about in a dialog and press its buttons. TRUE if the message was one; every
 /// other message has to be dispatched as always.
 PLATFORM_API BOOL IsDialogMessage(HWND dialog, MSG* message);
-
-namespace platform {
-
-/// How large a dialog unit is: horizontally a quarter, vertically an eighth of these.
-struct DialogBaseUnits {
-  int x;
-  int y;
-};
-PLATFORM_API DialogBaseUnits BaseUnitsOf(HFONT font);
-
-}  // namespace platform

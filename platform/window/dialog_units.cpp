@@ -3,7 +3,8 @@
 #include "platform/base/kernel.h"
 #include "platform/graphics/detail/device_context.h"
 #include "platform/graphics/gdi.h"
-#include "platform/window/dialog_keys.h"
+#include "platform/window/dialog_units.h"
+#include "platform/window/window.h"
 
 platform::DialogBaseUnits platform::BaseUnitsOf(HFONT font) {
   const QFontMetrics metrics(FontOf(font));

@@ -4,9 +4,9 @@
 #include <QTimer>
 #include <string>
 
-#include "platform/framework/message_box.h"
 #include "platform/window/detail/show_message_box.h"
 #include "platform/window/detail/window_record.h"
+#include "platform/window/message_box_flags.h"
 #include "platform/window/pump.h"
 
 namespace {

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <map>
 
-#include "platform/window/controls/detail/control.h"
 #include "platform/window/detail/cursors.h"
 #include "platform/window/detail/mdi_windows.h"
 #include "platform/window/detail/menu_widgets.h"

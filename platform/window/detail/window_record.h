@@ -101,6 +101,8 @@ inline WindowRecord* FindWindowRecord(HWND window) {
 
 /// By name; null if it isn't registered.
 WindowClass* FindWindowClass(const char* name);
+/// Registers the window classes of the standard controls, once (controls/classes.cpp).
+void RegisterControls();
 
 // Layout (window_place.cpp)
 

@@ -80,8 +80,6 @@ std::shared_ptr<Control> MakeComboBox(HWND window, QWidget* parent);
 std::shared_ptr<Control> MakeSpin(HWND window, QWidget* parent);
 std::shared_ptr<Control> MakeProgress(HWND window, QWidget* parent);
 
-/// Registers the window classes of the controls, once.
-void RegisterControls();
 /// Sees to it that input for the widgets of controls becomes messages.
 void WatchControlInput();
 

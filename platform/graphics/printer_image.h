@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "platform/base/types.h"
+
+namespace platform {
+
+/// Pixels of an image, borrowed for the length of a call.
+struct PrinterImage {
+  const std::uint8_t* top = nullptr;  ///< first byte of the topmost row
+  std::ptrdiff_t stride = 0;          ///< bytes from a row to the one below it; below 0 in bottom-up blocks
+  int width = 0;
+  int height = 0;
+  /// 1, 4, 8: colour numbers, first pixel in the high bits; 24 and 32: a byte for each channel.
+  int bits = 0;
+  std::span<const RGBQUAD> colors;  ///< for 1, 4 and 8 bits: one for each number that occurs
+  bool blueFirst = true;            ///< order of 24 and 32 bits; the fourth byte isn't looked at
+};
+
+}  // namespace platform
