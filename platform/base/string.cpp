@@ -51,15 +51,6 @@ void CString::FormatMessage(const char* format, ...) {
   va_end(args);
 }
 
-void CString::FormatMessage(UINT id, ...) {
-  CString format;
-  format.LoadString(id);
-  va_list args;
-  va_start(args, id);
-  m_text = platform::FormatMessageTemplate(format, args);
-  va_end(args);
-}
-
 CString CString::Left(int count) const {
   return Mid(0, count);
 }

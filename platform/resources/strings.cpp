@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <cstdarg>
 #include <cstring>
 
+#include "platform/base/detail/format_message.h"
 #include "platform/base/string.h"
 #include "platform/resources/detail/find.h"
 
@@ -17,4 +19,13 @@ BOOL CString::LoadString(UINT id) {
   const platform::StringResource* string = platform::FindStringResource(nullptr, id);
   m_text = string == nullptr ? "" : string->text;
   return string != nullptr;
+}
+
+void CString::FormatMessage(UINT id, ...) {
+  CString format;
+  format.LoadString(id);
+  va_list args;
+  va_start(args, id);
+  m_text = platform::FormatMessageTemplate(format, args);
+  va_end(args);
 }
