@@ -6,12 +6,12 @@
 #include "docview/document_frame.h"
 #include "docview/zp_doc.h"
 #include "docview/zp_view.h"
-#include "frames/combo_page_num.h"
-#include "frames/combo_scale.h"
 #include "library/export.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/mdi_wnd.h"
 #include "platform/framework/status_bar.h"
+#include "viewing/bars/combo_page_num.h"
+#include "viewing/bars/combo_scale.h"
 
 class CZPThumbsView;
 

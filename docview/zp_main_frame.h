@@ -2,11 +2,11 @@
 
 #include "controls/separators_hiding_tool_bar.h"
 #include "docview/zp_frame.h"
-#include "frames/combo_page_num.h"
-#include "frames/combo_scale.h"
 #include "library/export.h"
 #include "platform/framework/mdi_wnd.h"
 #include "platform/framework/status_bar.h"
+#include "viewing/bars/combo_page_num.h"
+#include "viewing/bars/combo_scale.h"
 
 /// A main window of documents: it has the bars, asks for files to open, and tells of failures. CZPmdiFrame
 /// and CZPsdiFrame are made of it. Its construction makes it the process's reporter of failures.

@@ -4,8 +4,6 @@
 
 #include "controls/splitter.h"
 #include "controls/tool_bar_256.h"
-#include "frames/combo_page_num.h"
-#include "frames/combo_scale.h"
 #include "imagewindow/frame_link.h"
 #include "imagewindow/image_window.h"
 #include "library/export.h"
@@ -13,6 +11,8 @@
 #include "platform/framework/mdi_wnd.h"
 #include "platform/framework/status_bar.h"
 #include "thumbs/thumbs_window.h"
+#include "viewing/bars/combo_page_num.h"
+#include "viewing/bars/combo_scale.h"
 
 /// Where the two viewer frames differ, beside their base.
 template <typename Base>

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "docview/zp_frame.h"
-#include "frames/go_to_page_dlg.h"
-#include "frames/viewer_bars.h"
 #include "library/library_entry.h"
 #include "platform/framework/cmd_ui.h"
+#include "viewing/bars/viewer_bars.h"
+#include "viewing/commands/go_to_page_dlg.h"
 
 // The page, rotation and print commands of a document's frame. For the sources of the two frames.
 

@@ -2,7 +2,7 @@
 
 #include "docview/zp_frame.h"
 #include "docview/zp_thumbs_view.h"
-#include "frames/viewer_bars.h"
+#include "viewing/bars/viewer_bars.h"
 
 // How a document's frame is made, and how its bars follow the document. For the sources of the two frames.
 

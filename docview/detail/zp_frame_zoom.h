@@ -1,13 +1,13 @@
 #pragma once
 
 #include "docview/zp_frame.h"
-#include "frames/custom_zoom_dlg.h"
-#include "frames/scale_text.h"
-#include "frames/viewer_bars.h"
 #include "imagewindow/image_window.h"
 #include "library/settings.h"
 #include "platform/framework/cmd_ui.h"
 #include "platform/framework/menu.h"
+#include "viewing/bars/scale_text.h"
+#include "viewing/bars/viewer_bars.h"
+#include "viewing/commands/custom_zoom_dlg.h"
 
 // The scale and mouse commands of a document's frame. For the sources of the two frames.
 

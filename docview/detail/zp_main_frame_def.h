@@ -1,12 +1,12 @@
 #pragma once
 
 #include "docview/zp_main_frame.h"
-#include "frames/viewer_bars.h"
 #include "library/library_entry.h"
 #include "library/report_error.h"
 #include "platform/framework/app.h"
 #include "platform/framework/cmd_ui.h"
 #include "platform/framework/file_dialog.h"
+#include "viewing/bars/viewer_bars.h"
 
 // How a main window of documents works. For the sources of the two frames.
 

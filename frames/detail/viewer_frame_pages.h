@@ -1,10 +1,10 @@
 #pragma once
 
-#include "frames/go_to_page_dlg.h"
-#include "frames/viewer_bars.h"
 #include "frames/viewer_frame.h"
 #include "library/resource_ids.h"
 #include "platform/framework/cmd_ui.h"
+#include "viewing/bars/viewer_bars.h"
+#include "viewing/commands/go_to_page_dlg.h"
 
 // The viewer frame's page commands. The image window alone knows which page it shows; combo, pane and
 // thumbnails follow it. For the sources of the two frames.

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "frames/viewer_bars.h"
 #include "frames/viewer_frame.h"
 #include "library/resource_ids.h"
 #include "platform/framework/menu.h"
 #include "platform/resources/resource_tables.h"
+#include "viewing/bars/viewer_bars.h"
 
 // The viewer frame's windows: how they are made, laid out and emptied. For the sources of the two frames.
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "frames/custom_zoom_dlg.h"
-#include "frames/scale_text.h"
-#include "frames/viewer_bars.h"
 #include "frames/viewer_frame.h"
 #include "library/resource_ids.h"
 #include "library/settings.h"
 #include "platform/framework/cmd_ui.h"
 #include "platform/framework/menu.h"
+#include "viewing/bars/scale_text.h"
+#include "viewing/bars/viewer_bars.h"
+#include "viewing/commands/custom_zoom_dlg.h"
 
 // The viewer frame's zoom, rotation and mouse-mode commands. For the sources of the two frames.
 

@@ -1,8 +1,8 @@
 // The go-to and the custom zoom dialog, under real keys.
 
-#include "frames/custom_zoom_dlg.h"
-#include "frames/go_to_page_dlg.h"
 #include "tests/frames/viewer_fixture.h"
+#include "viewing/commands/custom_zoom_dlg.h"
+#include "viewing/commands/go_to_page_dlg.h"
 
 namespace {
 

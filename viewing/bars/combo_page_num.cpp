@@ -1,11 +1,11 @@
-#include "frames/combo_page_num.h"
+#include "viewing/bars/combo_page_num.h"
 
 #include <cstdlib>
 
-#include "frames/typed_keys.h"
 #include "library/resource_ids.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/message_box.h"
+#include "viewing/bars/typed_keys.h"
 
 BEGIN_MESSAGE_MAP(CComboPageNum, CComboBox)
 END_MESSAGE_MAP()

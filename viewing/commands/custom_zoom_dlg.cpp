@@ -1,12 +1,12 @@
-#include "frames/custom_zoom_dlg.h"
+#include "viewing/commands/custom_zoom_dlg.h"
 
 #include <cstdlib>
 
-#include "frames/scale_text.h"
-#include "frames/typed_keys.h"
 #include "library/resource_ids.h"
 #include "platform/framework/ddx.h"
 #include "platform/framework/message_box.h"
+#include "viewing/bars/scale_text.h"
+#include "viewing/bars/typed_keys.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "frames/combo_scale.h"
+#include "viewing/bars/combo_scale.h"
 
-#include "frames/typed_keys.h"
 #include "library/resource_ids.h"
 #include "platform/framework/frame_wnd.h"
+#include "viewing/bars/typed_keys.h"
 
 BEGIN_MESSAGE_MAP(CComboScale, CComboBox)
 END_MESSAGE_MAP()

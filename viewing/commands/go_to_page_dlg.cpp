@@ -1,4 +1,4 @@
-#include "frames/go_to_page_dlg.h"
+#include "viewing/commands/go_to_page_dlg.h"
 
 #include "library/resource_ids.h"
 #include "platform/framework/ddx.h"

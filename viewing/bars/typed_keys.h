@@ -11,8 +11,7 @@ inline bool IsDigitOrBackspace(WPARAM character) {
 /// The notification of a pick from a combo's list, sent to the frame for what was typed.
 inline void TellFrameOfPick(const CWnd& combo, UINT id) {
   CFrameWnd* frame = combo.GetParentFrame();
-  constexpr int kSelectionEnds = 9;
   if (frame != nullptr)
-    frame->SendMessage(WM_COMMAND, MAKEWPARAM(static_cast<int>(id), kSelectionEnds),
+    frame->SendMessage(WM_COMMAND, MAKEWPARAM(static_cast<int>(id), int{CBN_SELENDOK}),
                        reinterpret_cast<LPARAM>(combo.m_hWnd));
 }

@@ -1,10 +1,10 @@
-#include "frames/viewer_bars.h"
+#include "viewing/bars/viewer_bars.h"
 
 #include <cstring>
 
 #include "controls/tool_bar_256.h"
-#include "frames/scale_text.h"
 #include "platform/resources/resource_tables.h"
+#include "viewing/bars/scale_text.h"
 
 namespace viewer_bars {
 

@@ -2,11 +2,11 @@
 
 #include <array>
 
-#include "frames/combo_page_num.h"
-#include "frames/combo_scale.h"
 #include "library/resource_ids.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/status_bar.h"
+#include "viewing/bars/combo_page_num.h"
+#include "viewing/bars/combo_scale.h"
 
 class CToolBar256;
 
