@@ -1,12 +1,7 @@
 #include "library/report_error.h"
 
+#include "imaging/ltwrap.h"
 #include "platform/framework/message_box.h"
-
-namespace {
-
-constexpr int kEndedByUser = -84;  // the one code of the imaging service that is no failure
-
-}  // namespace
 
 ReportErrorFunction g_pfnReportError = nullptr;
 
@@ -18,7 +13,7 @@ void ReportError(int code, CString text) {  // NOLINT(performance-unnecessary-va
 }
 
 void ShowErrorBox(int code, const CString& text) {
-  if (code == kEndedByUser) return;
+  if (code == imaging::kErrorUserAbort) return;
   CString message;
   message.Format("Error ZP%04d: %s", code, static_cast<const char*>(text));
   AfxMessageBox(message, MB_ICONERROR, 0);

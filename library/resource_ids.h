@@ -43,10 +43,11 @@ enum : UINT {
   ID_ZP_TIMER_SAVE_ZOOM = 1011,
 };
 
-// Texts that the code names; the rest of the table are prompts of commands.
+// Texts beside the prompts of commands, whose numbers are the commands'. Not all are shown by the library.
 enum : UINT {
   IDS_ZP_ONE_FILE_ONLY = 30002,
   IDS_ZP_EXPORT_TITLE = 30035,
+  IDS_ZP_PRINTING = 30036,
   IDS_ZP_OVERWRITE = 30037,
   IDS_ZP_ZOOM_RULER = 30038,  ///< never shown: as wide as the zoom pane
   IDS_ZP_PAGE_RULER = 30039,  ///< never shown: as wide as the page pane
@@ -62,11 +63,16 @@ enum : UINT {
   IDS_ZP_NOT_PRINTABLE = 30049,
   IDS_ZP_NO_PRINTER_DC = 30050,
   IDS_ZP_NO_DEFAULT_PRINTER = 30051,
+  IDS_ZP_NO_DEVICE_BITMAP = 30052,
+  IDS_ZP_SPOOLER_UNKNOWN = 30053,
+  IDS_ZP_SPOOLER_NO_DETAILS = 30054,
   IDS_ZP_PRINT_NO_MEMORY = 30055,
   IDS_ZP_PRINT_NO_DISK = 30056,
+  IDS_ZP_SPOOLER_ENDED = 30057,
   IDS_ZP_PRINT_ERROR = 30058,
   IDS_ZP_NOT_AVAILABLE = 30059,
   IDS_ZP_PRINT_ABORTED = 40030,
+  IDS_ZP_NO_STRIP = 40031,
   IDS_ZP_NO_DETAILS = 40032,
   IDS_ZP_PAGE_CAPTION = 40033,
   IDS_ZP_PAGE_UNSUPPORTED = 40034,
