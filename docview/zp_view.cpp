@@ -3,10 +3,10 @@
 #include "docview/zp_doc.h"
 #include "library/failure.h"
 #include "library/resource_ids.h"
-#include "library/settings.h"
 #include "viewing/crossed_box.h"
 #include "viewing/page_input.h"
 #include "viewing/page_paint.h"
+#include "viewing/saved_scale.h"
 #include "viewing/window_parts.h"
 
 IMPLEMENT_DYNCREATE(CZPView, CView)
@@ -28,8 +28,7 @@ END_MESSAGE_MAP()
 
 // Creation
 
-CZPView::CZPView() : m_dScaleFactor(SettingsReadInt("", "Scale", 100) * 0.01) {
-  // The settings are taken as they are; the first page replaces a scale that isn't legal.
+CZPView::CZPView() : m_dScaleFactor(saved_scale::Factor()) {
   try {
     LEADTOOLS::InitBitmap(&m_SmartBitmap, 0, 0, 1);
   } catch (CLeadtoolsException* exception) {
@@ -93,7 +92,7 @@ void CZPView::OnUpdate(CView*, LPARAM hint, CObject* hintObject) {
     return;
   }
   if (m_nFitMode == 0) {
-    if (!zoom::IsLegalWholePercent(m_dScaleFactor)) m_dScaleFactor = 1.0;
+    if (!saved_scale::IsLegal(m_dScaleFactor)) m_dScaleFactor = saved_scale::kDefaultFactor;
     ZoomToScaleFactor(m_dScaleFactor);
   } else {
     ZoomToFitMode();

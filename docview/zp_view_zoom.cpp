@@ -1,6 +1,5 @@
 #include "docview/document_frame.h"
 #include "docview/zp_view.h"
-#include "imagewindow/image_window.h"
 #include "platform/framework/frame_wnd.h"
 #include "viewing/fit.h"
 #include "viewing/zoom_steps.h"

@@ -2,8 +2,8 @@
 
 #include "imagewindow/image_window.h"
 #include "viewing/page_source.h"
+#include "viewing/saved_scale.h"
 #include "viewing/square_pixels.h"
-#include "viewing/zoom_steps.h"
 
 namespace {
 
@@ -103,7 +103,7 @@ bool CImageWindow::LoadPage(int page) {
   }
   m_nCurrPage = page;
   if (NeedsSmartBitmap()) DoSmartResizing();
-  if (!zoom::IsLegalWholePercent(m_dScaleFactor)) ZoomToScaleFactor(1.0);
+  if (!saved_scale::IsLegal(m_dScaleFactor)) ZoomToScaleFactor(saved_scale::kDefaultFactor);
   if (m_nRotation != 0) Rotate(m_nRotation, false);
   UpdateScroll();
   SetScrollPos(CPoint(0, 0), TRUE);

@@ -1,8 +1,8 @@
 #include "imagewindow/image_window.h"
 
 #include "library/failure.h"
-#include "library/settings.h"
 #include "platform/base/path.h"
+#include "viewing/saved_scale.h"
 #include "viewing/window_parts.h"
 
 IMPLEMENT_DYNCREATE(CImageWindow, CWnd)
@@ -39,8 +39,7 @@ std::array<RGBQUAD, 256> LinearGray() {
 
 }  // namespace
 
-CImageWindow::CImageWindow()
-    : m_dScaleFactor(SettingsReadInt("", "Scale", 100) * 0.01), m_GrayPalette(LinearGray()) {
+CImageWindow::CImageWindow() : m_dScaleFactor(saved_scale::Factor()), m_GrayPalette(LinearGray()) {
   // The settings are taken as they are; the first page load replaces a scale that isn't legal.
   try {
     LEADTOOLS::InitBitmap(&m_Bitmap, 0, 0, 1);

@@ -12,9 +12,9 @@
 // window that shows pages; nothing here overflows, whatever the factor.
 namespace zoom {
 
-inline constexpr double kLowestPercent = 1.0;
-inline constexpr double kHighestPercent = 1000.0;
-inline constexpr double kHighestFactor = 10.0;
+inline constexpr int kLowestPercent = 1;
+inline constexpr int kHighestPercent = 1000;
+inline constexpr double kHighestFactor = kHighestPercent / 100.0;
 inline constexpr double kSmallestSide = 5.0;       ///< pixels that a side of a page keeps on the screen
 inline constexpr double kLargestActualSize = 1.5;  ///< factors from 1.0 up to this one belong to divisor 1
 
@@ -36,16 +36,13 @@ inline int Percent(double factor) {
   return RoundHalfDown(factor * 100.0);
 }
 
+inline double FactorOfPercent(double percent) {
+  return percent * 0.01;
+}
+
 /// Both limits are legal themselves. Infinities and what is no number are not.
 inline bool IsLegalFactor(double factor) {
   return factor * 100.0 <= kHighestPercent && factor * 100.0 >= kLowestPercent;
-}
-
-/// The same in whole percent, cut off towards zero: the looser test of a factor that comes out of the
-/// settings, by which 10.005 passes.
-inline bool IsLegalWholePercent(double factor) {
-  const int percent = TruncateToInt(factor * 100.0);
-  return percent >= static_cast<int>(kLowestPercent) && percent <= static_cast<int>(kHighestPercent);
 }
 
 /// Pulls the factor up until neither side of the page is shown shorter than kSmallestSide, width first. Sides

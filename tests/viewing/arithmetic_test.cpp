@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "viewing/fit.h"
+#include "viewing/saved_scale.h"
 #include "viewing/square_pixels.h"
 #include "viewing/viewport.h"
 #include "viewing/zoom_steps.h"
@@ -44,7 +45,7 @@ TEST(ZoomSteps, LimitsAreLegalAndNothingBeyondThem) {
                {-kInfinity, false, false}, {1e300, false, false}};
   for (const auto& c : cases) {
     EXPECT_EQ(zoom::IsLegalFactor(c.factor), c.legal) << c.factor;
-    EXPECT_EQ(zoom::IsLegalWholePercent(c.factor), c.wholePercent) << c.factor;
+    EXPECT_EQ(saved_scale::IsLegal(c.factor), c.wholePercent) << c.factor;
   }
 }
 
