@@ -1,8 +1,7 @@
 #pragma once
 
-#include <cstdint>
-
 #include "controls/splitter.h"
+#include "docview/document_display.h"
 #include "docview/document_frame.h"
 #include "docview/zp_doc.h"
 #include "docview/zp_view.h"
@@ -10,23 +9,21 @@
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/mdi_wnd.h"
 #include "platform/framework/status_bar.h"
-#include "viewing/bars/combo_page_num.h"
-#include "viewing/bars/combo_scale.h"
+#include "viewing/commands/viewer_commands.h"
 
 class CZPThumbsView;
 
 /// A frame that shows a document: a column of thumbnails, hidden at first, beside the view of the active
 /// page. Two classes are made of it, CZPmdiChild and CZPsdiFrame, which have their bars from different
-/// places. All commands end here; what concerns pages goes to the document, what concerns scale and mouse to
-/// the view.
+/// places. Commands end in it or in CViewerCommands.
 ///
 /// It is made by a document template, whose view class isn't looked at: the frame makes both views itself.
 /// Commands without a handler stay enabled. Everything runs on the window's thread.
 template <typename Base>
-class CZPFrame : public Base, public CZPDocumentFrame {
+class CZPFrame : public CViewerCommands<Base>, public CZPDocumentFrame {
  public:
   void UpdateFrame() override;
-  void UpdateZoomStatus() override;
+  void UpdateZoomStatus() override { Commands::UpdateZoomStatus(); }
   void InitialFrameUpdate() override;
 
   CZPDoc* m_pDoc = nullptr;          ///< the views' document
@@ -39,15 +36,8 @@ class CZPFrame : public Base, public CZPDocumentFrame {
   CZPFrame();
   ~CZPFrame() override;
 
-  // Where the frame's bars are; null where there are none
-
-  virtual CStatusBar* StatusBar() = 0;
-  virtual CComboPageNum* PageCombo() = 0;
-  virtual CComboScale* ScaleCombo() = 0;
-  /// False while the bars show another frame's document.
-  virtual bool OwnsBars() { return true; }
-  /// The window that a print job disables.
-  virtual CWnd* JobParent() = 0;
+  ViewerDisplay* Display() override { return m_pView == nullptr ? nullptr : &m_display; }
+  void PageShown() override { UpdateFrame(); }
 
   // Shell (detail/zp_frame_shell.h)
 
@@ -57,81 +47,51 @@ class CZPFrame : public Base, public CZPDocumentFrame {
   void OnZpViewThumbnails();
   void OnUpdateZpViewThumbnails(CCmdUI* ui);
 
-  // Pages and printing (detail/zp_frame_pages.h)
-
   void InitPageComboBox(int pages);
-  void OnFilePrint();
-  void OnZpPagePrint();
-  void OnZpPageProperties();
-  void OnZpRotateLeft();
-  void OnZpRotateRight();
-  void OnZpRotate180();
-  void OnZpFirstPage();
-  void OnZpLastPage();
-  void OnZpNextPage();
-  void OnZpPrevPage();
-  void OnZpGotoPage();
-  void OnComboPageSelChange();
-  void OnComboPageKillFocus();
-  void OnUpdateFilePrint(CCmdUI* ui);
-  void OnUpdateZpPagePrint(CCmdUI* ui);
   /// The export's command is the host's.
   void OnUpdateZpFileExport(CCmdUI* ui);
-  void OnUpdateZpFirstPage(CCmdUI* ui);
-  void OnUpdateZpPrevPage(CCmdUI* ui);
-  void OnUpdateZpLastPage(CCmdUI* ui);
-  void OnUpdateZpGotoPage(CCmdUI* ui);
 
-  // Scale and mouse (detail/zp_frame_zoom.h)
+  // The shared commands, by the names that the hosts of this stack call them
 
-  /// Has the scale written to the user's settings once no further call has come for a second.
-  void SaveZoomFactor();
-  void OnTimer(std::uintptr_t timer);
-  void OnZpZoomIn();
-  void OnZpZoomOut();
-  void OnZpZoomBestFit();
-  void OnZpZoomFitToHeight();
-  void OnZpZoomFitToWidth();
-  void OnZpZoomCustom();
-  void OnZpZoomSelected();
-  void OnZpDragMode();
-  void OnZpZoomInMode();
-  void OnZpZoomOutMode();
-  void OnComboScaleSelChange();
-  void OnComboScaleKillFocus();
-  void OnUpdateZpZoomIn(CCmdUI* ui);
-  void OnUpdateZpZoomOut(CCmdUI* ui);
-  void OnUpdateZpZoomBestFit(CCmdUI* ui);
-  void OnUpdateZpZoomFitToHeight(CCmdUI* ui);
-  void OnUpdateZpZoomFitToWidth(CCmdUI* ui);
-  void OnUpdateZpZoomCustom(CCmdUI* ui);
-  void OnUpdateZpZoomSelected(CCmdUI* ui);
-  void OnUpdateZpDragMode(CCmdUI* ui);
-  void OnUpdateZpZoomInMode(CCmdUI* ui);
-  void OnUpdateZpZoomOutMode(CCmdUI* ui);
+  void OnZpFirstPage() { this->OnFirstPage(); }
+  void OnZpPrevPage() { this->OnPrevPage(); }
+  void OnZpNextPage() { this->OnNextPage(); }
+  void OnZpLastPage() { this->OnLastPage(); }
+  void OnZpGotoPage() { this->OnGotoPage(); }
+  void OnZpPageProperties() { this->OnPageProperties(); }
+  void OnZpPagePrint() { this->OnPagePrint(); }
+  void OnZpRotateLeft() { this->OnRotateLeft(); }
+  void OnZpRotateRight() { this->OnRotateRight(); }
+  void OnZpRotate180() { this->OnRotate180(); }
+  void OnZpZoomIn() { this->OnZoomIn(); }
+  void OnZpZoomOut() { this->OnZoomOut(); }
+  void OnZpZoomBestFit() { this->OnZoomBestFit(); }
+  void OnZpZoomFitToHeight() { this->OnZoomFitToHeight(); }
+  void OnZpZoomFitToWidth() { this->OnZoomFitToWidth(); }
+  void OnZpZoomCustom() { this->OnZoomCustom(); }
+  void OnZpZoomSelected() { this->OnZoomSelected(); }
+  void OnZpDragMode() { this->OnDragMode(); }
+  void OnUpdateZpFirstPage(CCmdUI* ui) { this->OnUpdateFirstPage(ui); }
+  void OnUpdateZpPrevPage(CCmdUI* ui) { this->OnUpdatePrevPage(ui); }
+  void OnUpdateZpLastPage(CCmdUI* ui) { this->OnUpdateLastPage(ui); }
+  void OnUpdateZpGotoPage(CCmdUI* ui) { this->OnUpdateGotoPage(ui); }
+  void OnUpdateZpPagePrint(CCmdUI* ui) { this->OnUpdatePagePrint(ui); }
+  void OnUpdateZpZoomIn(CCmdUI* ui) { this->OnUpdateZoomIn(ui); }
+  void OnUpdateZpZoomOut(CCmdUI* ui) { this->OnUpdateZoomOut(ui); }
+  void OnUpdateZpZoomBestFit(CCmdUI* ui) { this->OnUpdateZoomBestFit(ui); }
+  void OnUpdateZpZoomFitToHeight(CCmdUI* ui) { this->OnUpdateZoomFitToHeight(ui); }
+  void OnUpdateZpZoomFitToWidth(CCmdUI* ui) { this->OnUpdateZoomFitToWidth(ui); }
+  void OnUpdateZpZoomCustom(CCmdUI* ui) { this->OnUpdateZoomCustom(ui); }
+  void OnUpdateZpZoomSelected(CCmdUI* ui) { this->OnUpdateZoomSelected(ui); }
+  void OnUpdateZpDragMode(CCmdUI* ui) { this->OnUpdateDragMode(ui); }
 
  private:
-  int Pages() const { return m_pDoc == nullptr ? 0 : m_pDoc->GetPagesNum(); }
-  /// From 0; -1 for none.
-  int Page() const { return m_pDoc == nullptr ? -1 : m_pDoc->GetActivePageNum(); }
-  bool IsOpen() const { return Pages() != 0; }
-  /// Whether the active page has a bitmap.
-  bool IsShown() const {
-    return m_pDoc != nullptr && m_pView != nullptr && m_pDoc->GetHBitmap(-1) != nullptr;
-  }
-  bool CanZoom() const { return IsOpen() && IsShown(); }
-  bool HasBars();
+  using Commands = CViewerCommands<Base>;
+
+  DocumentDisplay m_display{m_pDoc, m_pView};
+
   /// What the bars show of pages and scale.
   void UpdateBars();
-  /// From 0; the document refuses what is no page of it.
-  void ShowPage(int page);
-  /// Nothing for the page that is shown already.
-  void ShowOtherPage(int page);
-  void ToggleFit(int mode);
-  void UpdateFit(CCmdUI* ui, int mode);
-  void UpdateMode(CCmdUI* ui, bool enabled, bool current);
-  /// True if the command's update came for the pop-up that it stands first in.
-  bool UpdatePopup(CCmdUI* ui, bool enabled);
 
   DECLARE_MESSAGE_MAP()
 };

@@ -14,5 +14,4 @@ class TESSAREL_API CZPsdiFrame : public CZPMainFrame<CZPFrame<CFrameWnd>> {
   CStatusBar* StatusBar() override { return &m_wndStatusBar; }
   CComboPageNum* PageCombo() override { return &m_wndComboPage; }
   CComboScale* ScaleCombo() override { return &m_wndComboScale; }
-  CWnd* JobParent() override { return this; }
 };

@@ -4,6 +4,7 @@
 
 #include "controls/splitter.h"
 #include "controls/tool_bar_256.h"
+#include "frames/image_display.h"
 #include "imagewindow/frame_link.h"
 #include "imagewindow/image_window.h"
 #include "library/export.h"
@@ -11,8 +12,7 @@
 #include "platform/framework/mdi_wnd.h"
 #include "platform/framework/status_bar.h"
 #include "thumbs/thumbs_window.h"
-#include "viewing/bars/combo_page_num.h"
-#include "viewing/bars/combo_scale.h"
+#include "viewing/commands/viewer_commands.h"
 
 /// Where the two viewer frames differ, beside their base.
 template <typename Base>
@@ -20,35 +20,34 @@ struct ViewerFrameTraits;
 
 template <>
 struct ViewerFrameTraits<CFrameWnd> {
-  static constexpr bool kSharesMenu = false;     ///< its menu comes with LoadFrame
-  static constexpr bool kHasSiblings = false;    ///< in front once it is shown
-  static constexpr bool kScaleFromEntry = true;  ///< a scale picked from the list is read from its entry
+  static constexpr const ViewerKind& kKind = kImageFrame;
+  static constexpr bool kSharesMenu = false;   ///< its menu comes with LoadFrame
+  static constexpr bool kHasSiblings = false;  ///< in front once it is shown
 };
 
 template <>
 struct ViewerFrameTraits<CMDIChildWnd> {
-  static constexpr bool kHasSiblings = true;      ///< has to be activated among other document windows
-  static constexpr bool kSharesMenu = true;       ///< shown in the main frame's menu bar while active
-  static constexpr bool kScaleFromEntry = false;  ///< it is read from the edit field, which shows it already
+  static constexpr const ViewerKind& kKind = kImageChild;
+  static constexpr bool kSharesMenu = true;   ///< shown in the main frame's menu bar while active
+  static constexpr bool kHasSiblings = true;  ///< has to be activated among other document windows
 };
 
 /// A whole viewer window: toolbar with page and scale combos, status bar, a column of thumbnails that can be
-/// hidden, and the image window. Two classes are made of it, CImageFrame and CImageMDIChild. All commands end
-/// here; the frame calls the image window and then brings its displays along.
+/// hidden, and the image window. Two classes are made of it, CImageFrame and CImageMDIChild. Commands end in
+/// it or in CViewerCommands; they call the image window and then bring the bars along.
 ///
 /// Life: construct, LoadFrame, open; the object ends with its window. Everything runs on the window's thread.
 template <typename Base>
-class CViewerFrame : public Base, public CImageWindowFrame {
+class CViewerFrame : public CViewerCommands<Base>, public CImageWindowFrame {
  public:
-  CViewerFrame() = default;
+  CViewerFrame() : Commands(Traits::kKind) {}
 
   /// Opens a file and shows its first page. Null asks the user; if he cancels, nothing changes and the result
   /// is true. False after a reported failure, which leaves the frame empty.
   bool OpenImageFile(const char* path);
   /// The same for a file image in memory. The block stays the caller's and must live as long as it is shown.
   bool OpenImageMemory(void* block, unsigned long size);
-  /// Brings zoom pane and scale combo in line with the image window, and has the scale saved a second later.
-  void UpdateZoomStatus() override;
+  void UpdateZoomStatus() override { Commands::UpdateZoomStatus(); }
   bool OpenDroppedFile(const char* path) override;
 
   bool m_bModal = false;
@@ -97,73 +96,21 @@ class CViewerFrame : public Base, public CImageWindowFrame {
   void OnFileExport();
   void OnUpdateFileExport(CCmdUI* ui);
 
-  // Pages (detail/viewer_frame_pages.h)
+  // Bars (detail/viewer_frame_shell.h)
 
+  ViewerDisplay* Display() override { return m_pImageWnd == nullptr ? nullptr : &m_display; }
+  void PageShown() override;
+  CStatusBar* StatusBar() override { return &m_wndStatusBar; }
+  CComboPageNum* PageCombo() override { return &m_wndComboPage; }
+  CComboScale* ScaleCombo() override { return &m_wndComboScale; }
   void InitPageComboBox(int pages);
-  void OnFirstPage();
-  void OnPrevPage();
-  void OnNextPage();
-  void OnLastPage();
-  void OnGotoPage();
-  void OnPageProperties();
-  void OnComboPageSelChange();
-  void OnComboPageKillFocus();
-  void OnUpdateFirstPage(CCmdUI* ui);
-  void OnUpdatePrevPage(CCmdUI* ui);
-  void OnUpdateNextPage(CCmdUI* ui);
-  void OnUpdateLastPage(CCmdUI* ui);
-  void OnUpdateGotoPage(CCmdUI* ui);
-  void OnUpdatePageProperties(CCmdUI* ui);
-
-  // Printing (detail/viewer_frame_print.h)
-
-  void OnFilePrint();
-  void OnPagePrint();
-  void OnUpdateFilePrint(CCmdUI* ui);
-  void OnUpdatePagePrint(CCmdUI* ui);
-
-  // Zoom, rotation, mouse modes (detail/viewer_frame_zoom.h)
-
-  /// Has the scale written to the user's settings once no further call has come for a second.
-  void SaveZoomFactor();
-  void OnTimer(std::uintptr_t timer);
-  void OnZoomIn();
-  void OnZoomOut();
-  void OnZoomBestFit();
-  void OnZoomFitToHeight();
-  void OnZoomFitToWidth();
-  void OnZoomCustom();
-  void OnZoomSelected();
-  void OnDragMode();
-  void OnZpZoomInMode();
-  void OnZpZoomOutMode();
-  void OnRotateLeft();
-  void OnRotateRight();
-  void OnRotate180();
-  void OnComboScaleSelChange();
-  void OnComboScaleKillFocus();
-  void OnUpdateZoomIn(CCmdUI* ui);
-  void OnUpdateZoomOut(CCmdUI* ui);
-  void OnUpdateZoomBestFit(CCmdUI* ui);
-  void OnUpdateZoomFitToHeight(CCmdUI* ui);
-  void OnUpdateZoomFitToWidth(CCmdUI* ui);
-  void OnUpdateZoomCustom(CCmdUI* ui);
-  void OnUpdateZoomSelected(CCmdUI* ui);
-  void OnUpdateDragMode(CCmdUI* ui);
-  void OnUpdateZpZoomInMode(CCmdUI* ui);
-  void OnUpdateZpZoomOutMode(CCmdUI* ui);
-  void OnUpdateRotateLeft(CCmdUI* ui);
-  void OnUpdateRotateRight(CCmdUI* ui);
-  void OnUpdateRotate180(CCmdUI* ui);
 
  private:
   using Traits = ViewerFrameTraits<Base>;
+  using Commands = CViewerCommands<Base>;
 
+  ImageDisplay m_display{m_pImageWnd};
   HMENU m_hOwnMenu = nullptr;  ///< what it shows in another window's menu bar
-
-  bool HasPage() const { return m_pImageWnd != nullptr && m_pImageWnd->m_nCurrPage >= 1; }
-  int Page() const { return m_pImageWnd == nullptr ? 0 : m_pImageWnd->m_nCurrPage; }
-  int Pages() const { return m_pImageWnd == nullptr ? 0 : m_pImageWnd->m_nMaxPage; }
 
   /// A text of the table in the message pane, on the screen at once.
   void ShowMessage(UINT text);
@@ -174,12 +121,8 @@ class CViewerFrame : public Base, public CImageWindowFrame {
   bool FailedOpen();
   bool ShowOpened();
 
-  void ShowPageStatus(BOOL update);
-  void ShowPage(int page);
-  void ShowZoomStatus(BOOL update);
-  void EnableWithPage(CCmdUI* ui);
-  void UpdateMode(CCmdUI* ui, int mode);
-  bool UpdatePopup(CCmdUI* ui);
+  /// Page combo and pane.
+  void ShowPageInBars();
 
   DECLARE_MESSAGE_MAP()
 };

@@ -2,12 +2,14 @@
 
 #include "docview/zp_frame.h"
 #include "docview/zp_thumbs_view.h"
+#include "library/library_entry.h"
+#include "platform/framework/cmd_ui.h"
 #include "viewing/bars/viewer_bars.h"
 
 // How a document's frame is made, and how its bars follow the document. For the sources of the two frames.
 
 template <typename Base>
-CZPFrame<Base>::CZPFrame() : m_pSplitter(new CSplitter) {
+CZPFrame<Base>::CZPFrame() : Commands(kDocumentFrame), m_pSplitter(new CSplitter) {
   this->m_bAutoMenuEnable = FALSE;
 }
 
@@ -40,50 +42,50 @@ BOOL CZPFrame<Base>::OnCreateClient(LPCREATESTRUCT, CCreateContext* context) {
 // Bars
 
 template <typename Base>
-bool CZPFrame<Base>::HasBars() {
-  return StatusBar() != nullptr && PageCombo() != nullptr && ScaleCombo() != nullptr &&
-         StatusBar()->m_hWnd != nullptr && PageCombo()->m_hWnd != nullptr && ScaleCombo()->m_hWnd != nullptr;
-}
-
-template <typename Base>
 void CZPFrame<Base>::InitialFrameUpdate() {
-  if (!HasBars()) return;
+  if (!this->HasBars()) return;
   CString idle;
   idle.FormatMessage(AFX_IDS_IDLEMESSAGE);
-  StatusBar()->SetWindowText(idle);
+  this->StatusBar()->SetWindowText(idle);
   UpdateFrame();
 }
 
 template <typename Base>
 void CZPFrame<Base>::UpdateFrame() {
-  if (HasBars() && OwnsBars()) UpdateBars();
+  if (this->HasBars() && this->OwnsBars()) UpdateBars();
   if (m_pView == nullptr) return;
   // A mode that the user has chosen outlasts pages, unless one comes that can't be shown.
-  if (!IsShown())
+  if (!this->IsShown())
     m_pView->SetMouseMode(ViewMouseNone);
   else if (m_pView->GetMouseMode() == ViewMouseNone)
     m_pView->SetMouseMode(ViewMouseDrag);
 }
 
 template <typename Base>
+void CZPFrame<Base>::InitPageComboBox(int pages) {
+  viewer_bars::FillPageCombo(*this->PageCombo(), pages);
+}
+
+template <typename Base>
 void CZPFrame<Base>::UpdateBars() {
-  CComboPageNum& combo = *PageCombo();
-  if (Pages() < 2) {
+  CComboPageNum& combo = *this->PageCombo();
+  CStatusBar& bar = *this->StatusBar();
+  if (this->Pages() < 2) {
     // A combo that loses the keyboard writes its page once more, so it has to lose it before it is emptied.
     if (m_pView != nullptr && ::IsChild(combo.m_hWnd, ::GetFocus()) != FALSE) m_pView->SetFocus();
     combo.EnableWindow(FALSE);
     combo.SetWindowText("");
   } else {
     combo.EnableWindow(TRUE);
-    InitPageComboBox(Pages());
-    combo.SendMessage(CB_SETCURSEL, static_cast<WPARAM>(Page()));
+    InitPageComboBox(this->Pages());
+    combo.SendMessage(CB_SETCURSEL, static_cast<WPARAM>(this->Page() - 1));
   }
-  if (IsOpen()) viewer_bars::ShowPagePane(*StatusBar(), Page() + 1, Pages(), TRUE);
-  viewer_bars::EnablePane(*StatusBar(), ID_ZP_INDICATOR_PAGE, IsOpen());
+  if (this->IsOpen()) viewer_bars::ShowPagePane(bar, this->Page(), this->Pages(), TRUE);
+  viewer_bars::EnablePane(bar, ID_ZP_INDICATOR_PAGE, this->IsOpen());
 
-  ScaleCombo()->EnableWindow(IsShown() ? TRUE : FALSE);
-  if (IsShown()) UpdateZoomStatus();
-  viewer_bars::EnablePane(*StatusBar(), ID_ZP_INDICATOR_ZOOM, IsShown());
+  this->ScaleCombo()->EnableWindow(this->IsShown() ? TRUE : FALSE);
+  if (this->IsShown()) UpdateZoomStatus();
+  viewer_bars::EnablePane(bar, ID_ZP_INDICATOR_ZOOM, this->IsShown());
 }
 
 // Thumbnails
@@ -106,6 +108,13 @@ void CZPFrame<Base>::OnUpdateZpViewThumbnails(CCmdUI* ui) {
 template <typename Base>
 BOOL CZPFrame<Base>::OnCommand(WPARAM wParam, LPARAM lParam) {
   if (LOWORD(wParam) != m_pSplitter->IdFromRowCol(0, 0)) return Base::OnCommand(wParam, lParam);
-  if (HIWORD(wParam) == viewer_bars::kPicked) ShowOtherPage(viewer_bars::PickedIndex(lParam));
+  if (HIWORD(wParam) == viewer_bars::kPicked) this->ShowOtherPage(viewer_bars::PickedIndex(lParam) + 1);
   return TRUE;
+}
+
+// Export
+
+template <typename Base>
+void CZPFrame<Base>::OnUpdateZpFileExport(CCmdUI* ui) {
+  this->Enable(ui, g_bFilesOpeningEnabled != 0 && this->IsOpen());
 }

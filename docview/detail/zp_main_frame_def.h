@@ -7,22 +7,20 @@
 #include "platform/framework/cmd_ui.h"
 #include "platform/framework/file_dialog.h"
 #include "viewing/bars/viewer_bars.h"
+#include "viewing/commands/open_filter.h"
+#include "viewing/commands/viewer_kinds.h"
 
 // How a main window of documents works. For the sources of the two frames.
 
 namespace main_frame {
 
-inline constexpr viewer_bars::ToolBarLook kToolBarLook = {IDB_ZP_DOCUMENT_TOOLBAR, 55, 142, 5};
-inline constexpr char kOpenFilter[] =
-    "All Supported Image Files|*.tif;*.tiff;*.cgm;*.bmp;*.jpg;*.jpeg|TIFF Files (*.tif; *.tiff)|*.tif;*.tiff|"
-    "Windows Bitmap (*.bmp)|*.bmp|JPEG Files (*.jpg; *.jpeg)|*.jpg;*.jpeg|All Files|*.*||";
 inline constexpr DWORD kOpenFlags =
     OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT;
 
 }  // namespace main_frame
 
 template <typename Base>
-CZPMainFrame<Base>::CZPMainFrame() : m_strFilter(main_frame::kOpenFilter) {
+CZPMainFrame<Base>::CZPMainFrame() : m_strFilter(kOpenFilter) {
   g_pfnReportError = &CZPMainFrame::ReportErrorDefault;
 }
 
@@ -44,11 +42,10 @@ int CZPMainFrame<Base>::OnCreate(LPCREATESTRUCT cs) {
 
 template <typename Base>
 int CZPMainFrame<Base>::CreateToolBar() {
-  if (!viewer_bars::CreateToolBar(this, {m_wndToolBar, m_wndComboPage, m_wndComboScale, m_fontCombos},
-                                  main_frame::kToolBarLook))
-    return 0;
-  for (const char* scale : {"800%", "1000%"}) m_wndComboScale.AddString(scale);
-  return 1;
+  return viewer_bars::CreateToolBar(this, {m_wndToolBar, m_wndComboPage, m_wndComboScale, m_fontCombos},
+                                    kDocumentToolBar)
+             ? 1
+             : 0;
 }
 
 template <typename Base>

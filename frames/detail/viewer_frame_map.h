@@ -1,69 +1,18 @@
 #pragma once
 
 #include "frames/detail/viewer_frame_open.h"
-#include "frames/detail/viewer_frame_pages.h"
-#include "frames/detail/viewer_frame_print.h"
 #include "frames/detail/viewer_frame_shell.h"
-#include "frames/detail/viewer_frame_zoom.h"
 
-// What reaches the viewer frame: its message map. For the sources of the two frames.
+// What reaches the viewer frame beside its commands about pages: its message map. For the sources of the two
+// frames.
 
-BEGIN_TEMPLATE_MESSAGE_MAP(CViewerFrame, Base, Base)
+BEGIN_TEMPLATE_MESSAGE_MAP(CViewerFrame, Base, CViewerCommands<Base>)
 ON_WM_CREATE()
 ON_WM_CLOSE()
 ON_WM_SETFOCUS()
-ON_WM_TIMER()
 ON_COMMAND(ID_APP_EXIT, OnAppExit)
-ON_COMMAND(ID_FILE_PRINT, OnFilePrint)
-ON_UPDATE_COMMAND_UI(ID_FILE_PRINT, OnUpdateFilePrint)
-ON_COMMAND(ID_ZP_PAGE_PRINT, OnPagePrint)
-ON_UPDATE_COMMAND_UI(ID_ZP_PAGE_PRINT, OnUpdatePagePrint)
 ON_COMMAND(ID_ZP_FILE_EXPORT, OnFileExport)
 ON_UPDATE_COMMAND_UI(ID_ZP_FILE_EXPORT, OnUpdateFileExport)
 ON_COMMAND(ID_ZP_VIEW_THUMBNAILS, OnViewThumbnails)
 ON_UPDATE_COMMAND_UI(ID_ZP_VIEW_THUMBNAILS, OnUpdateViewThumbnails)
-
-ON_COMMAND(ID_ZP_FIRST_PAGE, OnFirstPage)
-ON_UPDATE_COMMAND_UI(ID_ZP_FIRST_PAGE, OnUpdateFirstPage)
-ON_COMMAND(ID_ZP_PREV_PAGE, OnPrevPage)
-ON_UPDATE_COMMAND_UI(ID_ZP_PREV_PAGE, OnUpdatePrevPage)
-ON_COMMAND(ID_ZP_NEXT_PAGE, OnNextPage)
-ON_UPDATE_COMMAND_UI(ID_ZP_NEXT_PAGE, OnUpdateNextPage)
-ON_COMMAND(ID_ZP_LAST_PAGE, OnLastPage)
-ON_UPDATE_COMMAND_UI(ID_ZP_LAST_PAGE, OnUpdateLastPage)
-ON_COMMAND(ID_ZP_GOTO_PAGE, OnGotoPage)
-ON_UPDATE_COMMAND_UI(ID_ZP_GOTO_PAGE, OnUpdateGotoPage)
-ON_COMMAND(ID_ZP_PAGE_PROPERTIES, OnPageProperties)
-ON_UPDATE_COMMAND_UI(ID_ZP_PAGE_PROPERTIES, OnUpdatePageProperties)
-ON_CONTROL(CBN_SELENDOK, ID_ZP_COMBO_PAGE, OnComboPageSelChange)
-ON_CONTROL(CBN_KILLFOCUS, ID_ZP_COMBO_PAGE, OnComboPageKillFocus)
-
-ON_COMMAND(ID_ZP_ZOOM_IN, OnZoomIn)
-ON_UPDATE_COMMAND_UI(ID_ZP_ZOOM_IN, OnUpdateZoomIn)
-ON_COMMAND(ID_ZP_ZOOM_OUT, OnZoomOut)
-ON_UPDATE_COMMAND_UI(ID_ZP_ZOOM_OUT, OnUpdateZoomOut)
-ON_COMMAND(ID_ZP_ZOOM_BEST_FIT, OnZoomBestFit)
-ON_UPDATE_COMMAND_UI(ID_ZP_ZOOM_BEST_FIT, OnUpdateZoomBestFit)
-ON_COMMAND(ID_ZP_ZOOM_FIT_TO_HEIGHT, OnZoomFitToHeight)
-ON_UPDATE_COMMAND_UI(ID_ZP_ZOOM_FIT_TO_HEIGHT, OnUpdateZoomFitToHeight)
-ON_COMMAND(ID_ZP_ZOOM_FIT_TO_WIDTH, OnZoomFitToWidth)
-ON_UPDATE_COMMAND_UI(ID_ZP_ZOOM_FIT_TO_WIDTH, OnUpdateZoomFitToWidth)
-ON_COMMAND(ID_ZP_ZOOM_CUSTOM, OnZoomCustom)
-ON_UPDATE_COMMAND_UI(ID_ZP_ZOOM_CUSTOM, OnUpdateZoomCustom)
-ON_COMMAND(ID_ZP_ZOOM_SELECTED, OnZoomSelected)
-ON_UPDATE_COMMAND_UI(ID_ZP_ZOOM_SELECTED, OnUpdateZoomSelected)
-ON_COMMAND(ID_ZP_DRAG_MODE, OnDragMode)
-ON_UPDATE_COMMAND_UI(ID_ZP_DRAG_MODE, OnUpdateDragMode)
-ON_COMMAND(ID_ZP_ZOOM_IN_MODE, OnZpZoomInMode)
-ON_UPDATE_COMMAND_UI(ID_ZP_ZOOM_IN_MODE, OnUpdateZpZoomInMode)
-ON_COMMAND(ID_ZP_ZOOM_OUT_MODE, OnZpZoomOutMode)
-ON_UPDATE_COMMAND_UI(ID_ZP_ZOOM_OUT_MODE, OnUpdateZpZoomOutMode)
-ON_COMMAND(ID_ZP_ROTATE_LEFT, OnRotateLeft)
-ON_UPDATE_COMMAND_UI(ID_ZP_ROTATE_LEFT, OnUpdateRotateLeft)
-ON_COMMAND(ID_ZP_ROTATE_RIGHT, OnRotateRight)
-ON_UPDATE_COMMAND_UI(ID_ZP_ROTATE_RIGHT, OnUpdateRotateRight)
-ON_COMMAND(ID_ZP_ROTATE_180, OnRotate180)
-ON_UPDATE_COMMAND_UI(ID_ZP_ROTATE_180, OnUpdateRotate180)
-ON_CONTROL(CBN_SELENDOK, ID_ZP_COMBO_SCALE, OnComboScaleSelChange)
-ON_CONTROL(CBN_KILLFOCUS, ID_ZP_COMBO_SCALE, OnComboScaleKillFocus)
 END_MESSAGE_MAP()

@@ -11,6 +11,8 @@
 #include "platform/framework/file_dialog.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/thread.h"
+#include "viewing/bars/viewer_bars.h"
+#include "viewing/commands/open_filter.h"
 
 // How something gets into the viewer frame and out of it: opening, modal viewing, closing, export. For the
 // sources of the two frames.
@@ -18,12 +20,6 @@
 namespace viewer_open {
 
 // Pairs of text and pattern, each closed by a 0; the literal's own 0 closes the list.
-inline constexpr char kOpenFilter[] =
-    "All Supported Image Files\0*.tif;*.tiff;*.cgm;*.bmp;*.jpg;*.jpeg\0"
-    "TIFF Files (*.tif; *.tiff)\0*.tif;*.tiff\0"
-    "Windows Bitmap (*.bmp)\0*.bmp\0"
-    "JPEG Files (*.jpg; *.jpeg)\0*.jpg;*.jpeg\0"
-    "All Files\0*.*\0";
 inline constexpr char kExportFilter[] = "TIFF file\0*.tif\0Windows bitmap\0*.bmp\0";
 inline constexpr std::size_t kLongestPath = 4096;
 inline constexpr DWORD kTifFilter = 1;
@@ -35,9 +31,8 @@ inline constexpr DWORD kViewerStyle = DWORD{WS_OVERLAPPEDWINDOW} | FWS_ADDTOTITL
 
 template <typename Base>
 bool CViewerFrame<Base>::AskForFile(CString* path) {
-  CFileDialog dialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT, nullptr, this);
+  CFileDialog dialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT, kOpenFilter, this);
   dialog.m_ofn.Flags |= OFN_PATHMUSTEXIST | OFN_FILEMUSTEXIST;
-  dialog.m_ofn.lpstrFilter = viewer_open::kOpenFilter;
   std::vector<char> name(viewer_open::kLongestPath);
   dialog.m_ofn.lpstrFile = name.data();
   dialog.m_ofn.nMaxFile = static_cast<DWORD>(name.size());
@@ -88,16 +83,16 @@ bool CViewerFrame<Base>::ShowOpened() {
     Clear();
     return false;
   }
-  ShowZoomStatus(FALSE);
+  viewer_bars::ShowScale(m_wndStatusBar, m_wndComboScale, m_pImageWnd->GetScalePercent(), FALSE);
   EnablePane(ID_ZP_INDICATOR_ZOOM, true);
-  ShowPageStatus(FALSE);
+  viewer_bars::ShowPagePane(m_wndStatusBar, this->Page(), this->Pages(), FALSE);
   EnablePane(ID_ZP_INDICATOR_PAGE, true);
-  if (Pages() < 2) {
+  if (this->Pages() < 2) {
     m_pImageWnd->SetFocus();
     m_wndComboPage.SendMessage(CB_RESETCONTENT);
     m_wndComboPage.EnableWindow(FALSE);
   } else {
-    InitPageComboBox(Pages());
+    InitPageComboBox(this->Pages());
     m_wndComboPage.EnableWindow(TRUE);
     m_wndComboPage.Invalidate();
   }
@@ -241,5 +236,5 @@ void CViewerFrame<Base>::OnFileExport() {
 
 template <typename Base>
 void CViewerFrame<Base>::OnUpdateFileExport(CCmdUI* ui) {
-  EnableWithPage(ui);
+  this->Enable(ui, this->IsShown());
 }

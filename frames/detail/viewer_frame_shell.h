@@ -8,12 +8,6 @@
 
 // The viewer frame's windows: how they are made, laid out and emptied. For the sources of the two frames.
 
-namespace viewer_shell {
-
-inline constexpr viewer_bars::ToolBarLook kToolBarLook = {IDB_ZP_VIEWER_TOOLBAR, 50, 102, 4};
-
-}  // namespace viewer_shell
-
 template <typename Base>
 CViewerFrame<Base>::~CViewerFrame() {
   // Still there if the window ended otherwise than by being closed.
@@ -46,7 +40,7 @@ int CViewerFrame<Base>::OnCreate(LPCREATESTRUCT cs) {
 template <typename Base>
 BOOL CViewerFrame<Base>::CreateToolBar() {
   return viewer_bars::CreateToolBar(this, {m_wndToolBar, m_wndComboPage, m_wndComboScale, m_fontCombos},
-                                    viewer_shell::kToolBarLook)
+                                    kImageToolBar)
              ? TRUE
              : FALSE;
 }
@@ -106,6 +100,26 @@ void CViewerFrame<Base>::Clear() {
   m_pImageWnd->SetMouseMode(MouseModeNone);
 }
 
+// Bars
+
+template <typename Base>
+void CViewerFrame<Base>::InitPageComboBox(int pages) {
+  viewer_bars::FillPageCombo(m_wndComboPage, pages);
+  m_wndComboPage.SendMessage(CB_SETCURSEL, 0);
+}
+
+template <typename Base>
+void CViewerFrame<Base>::ShowPageInBars() {
+  m_wndComboPage.SendMessage(CB_SETCURSEL, static_cast<WPARAM>(this->Page() - 1));
+  viewer_bars::ShowPagePane(m_wndStatusBar, this->Page(), this->Pages(), TRUE);
+}
+
+template <typename Base>
+void CViewerFrame<Base>::PageShown() {
+  ShowPageInBars();
+  if (m_bThumbsVisible != FALSE) m_pThumbsWnd->SetSel(this->Page());
+}
+
 // Thumbnails
 
 template <typename Base>
@@ -135,7 +149,7 @@ void CViewerFrame<Base>::OnViewThumbnails() {
     this->EndWaitCursor();
   }
   m_wndSplitter.ShowColumn();
-  m_pThumbsWnd->SetSel(m_pImageWnd->m_nCurrPage);
+  m_pThumbsWnd->SetSel(this->Page());
 }
 
 template <typename Base>
@@ -148,8 +162,7 @@ BOOL CViewerFrame<Base>::OnCommand(WPARAM wParam, LPARAM lParam) {
   if (LOWORD(wParam) != m_wndSplitter.IdFromRowCol(0, 0)) return CFrameWnd::OnCommand(wParam, lParam);
   if (HIWORD(wParam) != viewer_bars::kPicked || m_pImageWnd == nullptr) return TRUE;
   const int page = viewer_bars::PickedIndex(lParam) + 1;
-  if (page == m_pImageWnd->m_nCurrPage || !m_pImageWnd->LoadPage(page)) return TRUE;
-  m_wndComboPage.SendMessage(CB_SETCURSEL, static_cast<WPARAM>(m_pImageWnd->m_nCurrPage - 1));
-  ShowPageStatus(TRUE);
+  // The strip has made the selection itself.
+  if (page != this->Page() && m_pImageWnd->LoadPage(page)) ShowPageInBars();
   return TRUE;
 }

@@ -92,6 +92,8 @@ bool CreateToolBar(CFrameWnd* frame, const ToolBarParts& parts, const ToolBarLoo
       !CreateCombo(bar, parts.scale, scale, look.comboBottom))
     return false;
   parts.scale.Initialize();
+  if (look.highScales)
+    for (const char* scale : {"800%", "1000%"}) parts.scale.AddString(scale);
   SetComboFont(parts);
   return true;
 }

@@ -44,6 +44,7 @@ struct ToolBarLook {
   int scaleComboWidth;  ///< pixels
   int comboBottom;      ///< of both combos with their lists dropped, pixels from the bar's top
   int scaleCharacters;  ///< that can be typed
+  bool highScales;      ///< the list goes on to 800 and 1000 percent
 };
 
 /// The members of a frame that its toolbar is made of.
@@ -54,7 +55,7 @@ struct ToolBarParts {
   CFont& comboFont;
 };
 
-/// Makes the bar with its two combos, which start disabled, the scale combo with its usual entries. False if
+/// Makes the bar with its two combos, which start disabled, the scale combo with its entries. False if
 /// a window could not be made; what was made stays.
 bool CreateToolBar(CFrameWnd* frame, const ToolBarParts& parts, const ToolBarLook& look);
 /// Panes for message, scale and page, the last two disabled.
@@ -85,9 +86,5 @@ inline int PickedIndex(LPARAM record) {
 }
 
 inline constexpr SIZE kPaneSize = {140, 0};  ///< of the splitter's panes, at first
-inline constexpr UINT kSaveDelay = 1000;     ///< ms from a change of scale to its write
-inline constexpr int kLowestPercent = 1;
-inline constexpr int kHighestPercent = 1000;
-inline constexpr double kFactorOfPercent = 0.01;
 
 }  // namespace viewer_bars

@@ -1,0 +1,51 @@
+#pragma once
+
+class CWnd;
+
+/// What a left click in the page does.
+enum class Click { Drag, ZoomIn, ZoomOut };
+
+/// What shows the pages of a viewer, as its commands know it. Pages are counted from 1.
+class ViewerDisplay {
+ public:
+  // Pages
+
+  virtual int Page() const = 0;  ///< 0 while there is none
+  virtual int Pages() const = 0;
+  /// Whether there is a page, and whether it could be decoded.
+  virtual bool IsOpen() const = 0;
+  virtual bool IsShown() const = 0;
+  /// False if there is no such page or it can't be shown, which is told already.
+  virtual bool ShowPage(int page) = 0;
+  /// Turns the page that is shown; degrees, clockwise.
+  virtual void Rotate(int degrees) = 0;
+  virtual void ShowProperties() = 0;
+  /// Prints all pages, after the print dialog. The parent is disabled meanwhile.
+  virtual void PrintFile(CWnd* parent) = 0;
+  virtual void PrintPage() = 0;
+
+  // Scale
+
+  virtual int ScalePercent() const = 0;
+  /// A factor that isn't legal changes nothing.
+  virtual void Scale(double factor) = 0;
+  virtual void StepIn() = 0;
+  virtual void StepOut() = 0;
+  virtual bool CanStepIn() const = 0;
+  virtual bool CanStepOut() const = 0;
+  /// mode: one of viewing/fit.h.
+  virtual void Fit(int mode) = 0;
+  /// Whether a fit goes on as the window changes.
+  virtual bool IsFitting(int mode) const = 0;
+
+  // Mouse
+
+  /// Arms the zoom selection, or takes that back.
+  virtual void ToggleSelection() = 0;
+  virtual bool IsSelecting() const = 0;
+  virtual void SetClick(Click what) = 0;
+  virtual bool IsClick(Click what) const = 0;
+
+ protected:
+  ~ViewerDisplay() = default;
+};
