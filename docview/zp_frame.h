@@ -36,8 +36,8 @@ class CZPFrame : public CViewerCommands<Base>, public CZPDocumentFrame {
   CZPFrame();
   ~CZPFrame() override;
 
-  ViewerDisplay* Display() override { return m_pView == nullptr ? nullptr : &m_display; }
-  void PageShown() override { UpdateFrame(); }
+  ViewerDisplay* CommandDisplay() override { return m_pView == nullptr ? nullptr : &m_display; }
+  void FollowPage() override { UpdateFrame(); }
 
   // Shell (detail/zp_frame_shell.h)
 
@@ -91,7 +91,7 @@ class CZPFrame : public CViewerCommands<Base>, public CZPDocumentFrame {
   DocumentDisplay m_display{m_pDoc, m_pView};
 
   /// What the bars show of pages and scale.
-  void UpdateBars();
+  void UpdateBars(const viewer_bars::ViewerBars& bars);
 
   DECLARE_MESSAGE_MAP()
 };

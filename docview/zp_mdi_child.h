@@ -18,9 +18,7 @@ class TESSAREL_API CZPmdiChild : public CZPFrame<CMDIChildWnd> {
   CZPmdiChild() = default;
   ~CZPmdiChild() override = default;
 
-  CStatusBar* StatusBar() override { return m_pStatusBar; }
-  CComboPageNum* PageCombo() override { return m_pComboPage; }
-  CComboScale* ScaleCombo() override { return m_pComboScale; }
+  viewer_bars::ViewerBars CommandBars() override { return {m_pStatusBar, m_pComboPage, m_pComboScale}; }
   bool OwnsBars() override;
   CWnd* JobParent() override { return GetMDIFrame(); }
 

@@ -11,7 +11,7 @@ class TESSAREL_API CZPsdiFrame : public CZPMainFrame<CZPFrame<CFrameWnd>> {
  protected:
   ~CZPsdiFrame() override = default;
 
-  CStatusBar* StatusBar() override { return &m_wndStatusBar; }
-  CComboPageNum* PageCombo() override { return &m_wndComboPage; }
-  CComboScale* ScaleCombo() override { return &m_wndComboScale; }
+  viewer_bars::ViewerBars CommandBars() override {
+    return {&m_wndStatusBar, &m_wndComboPage, &m_wndComboScale};
+  }
 };

@@ -98,11 +98,11 @@ class CViewerFrame : public CViewerCommands<Base>, public CImageWindowFrame {
 
   // Bars (detail/viewer_frame_shell.h)
 
-  ViewerDisplay* Display() override { return m_pImageWnd == nullptr ? nullptr : &m_display; }
-  void PageShown() override;
-  CStatusBar* StatusBar() override { return &m_wndStatusBar; }
-  CComboPageNum* PageCombo() override { return &m_wndComboPage; }
-  CComboScale* ScaleCombo() override { return &m_wndComboScale; }
+  ViewerDisplay* CommandDisplay() override { return m_pImageWnd == nullptr ? nullptr : &m_display; }
+  viewer_bars::ViewerBars CommandBars() override {
+    return {&m_wndStatusBar, &m_wndComboPage, &m_wndComboScale};
+  }
+  void FollowPage() override;
   void InitPageComboBox(int pages);
 
  private:

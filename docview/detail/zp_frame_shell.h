@@ -43,16 +43,18 @@ BOOL CZPFrame<Base>::OnCreateClient(LPCREATESTRUCT, CCreateContext* context) {
 
 template <typename Base>
 void CZPFrame<Base>::InitialFrameUpdate() {
-  if (!this->HasBars()) return;
+  const viewer_bars::ViewerBars bars = this->CommandBars();
+  if (!bars) return;
   CString idle;
   idle.FormatMessage(AFX_IDS_IDLEMESSAGE);
-  this->StatusBar()->SetWindowText(idle);
+  bars.status->SetWindowText(idle);
   UpdateFrame();
 }
 
 template <typename Base>
 void CZPFrame<Base>::UpdateFrame() {
-  if (this->HasBars() && this->OwnsBars()) UpdateBars();
+  const viewer_bars::ViewerBars bars = this->CommandBars();
+  if (bars && this->OwnsBars()) UpdateBars(bars);
   if (m_pView == nullptr) return;
   // A mode that the user has chosen outlasts pages, unless one comes that can't be shown.
   if (!this->IsShown())
@@ -63,13 +65,12 @@ void CZPFrame<Base>::UpdateFrame() {
 
 template <typename Base>
 void CZPFrame<Base>::InitPageComboBox(int pages) {
-  viewer_bars::FillPageCombo(*this->PageCombo(), pages);
+  viewer_bars::FillPageCombo(*this->CommandBars().page, pages);
 }
 
 template <typename Base>
-void CZPFrame<Base>::UpdateBars() {
-  CComboPageNum& combo = *this->PageCombo();
-  CStatusBar& bar = *this->StatusBar();
+void CZPFrame<Base>::UpdateBars(const viewer_bars::ViewerBars& bars) {
+  CComboPageNum& combo = *bars.page;
   if (this->Pages() < 2) {
     // A combo that loses the keyboard writes its page once more, so it has to lose it before it is emptied.
     if (m_pView != nullptr && ::IsChild(combo.m_hWnd, ::GetFocus()) != FALSE) m_pView->SetFocus();
@@ -80,12 +81,12 @@ void CZPFrame<Base>::UpdateBars() {
     InitPageComboBox(this->Pages());
     combo.SendMessage(CB_SETCURSEL, static_cast<WPARAM>(this->Page() - 1));
   }
-  if (this->IsOpen()) viewer_bars::ShowPagePane(bar, this->Page(), this->Pages(), TRUE);
-  viewer_bars::EnablePane(bar, ID_ZP_INDICATOR_PAGE, this->IsOpen());
+  if (this->IsOpen()) viewer_bars::ShowPagePane(*bars.status, this->Page(), this->Pages(), TRUE);
+  viewer_bars::EnablePane(*bars.status, ID_ZP_INDICATOR_PAGE, this->IsOpen());
 
-  this->ScaleCombo()->EnableWindow(this->IsShown() ? TRUE : FALSE);
+  bars.scale->EnableWindow(this->IsShown() ? TRUE : FALSE);
   if (this->IsShown()) UpdateZoomStatus();
-  viewer_bars::EnablePane(bar, ID_ZP_INDICATOR_ZOOM, this->IsShown());
+  viewer_bars::EnablePane(*bars.status, ID_ZP_INDICATOR_ZOOM, this->IsShown());
 }
 
 // Thumbnails

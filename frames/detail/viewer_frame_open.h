@@ -83,7 +83,7 @@ bool CViewerFrame<Base>::ShowOpened() {
     Clear();
     return false;
   }
-  viewer_bars::ShowScale(m_wndStatusBar, m_wndComboScale, m_pImageWnd->GetScalePercent(), FALSE);
+  viewer_bars::ShowScale(CommandBars(), m_pImageWnd->GetScalePercent(), FALSE);
   EnablePane(ID_ZP_INDICATOR_ZOOM, true);
   viewer_bars::ShowPagePane(m_wndStatusBar, this->Page(), this->Pages(), FALSE);
   EnablePane(ID_ZP_INDICATOR_PAGE, true);

@@ -115,7 +115,7 @@ void CViewerFrame<Base>::ShowPageInBars() {
 }
 
 template <typename Base>
-void CViewerFrame<Base>::PageShown() {
+void CViewerFrame<Base>::FollowPage() {
   ShowPageInBars();
   if (m_bThumbsVisible != FALSE) m_pThumbsWnd->SetSel(this->Page());
 }

@@ -135,10 +135,11 @@ void ShowPagePane(CStatusBar& bar, int page, int pages, BOOL update) {
   SetPane(bar, ID_ZP_INDICATOR_PAGE, text, update);
 }
 
-void ShowScale(CStatusBar& bar, CComboScale& combo, int percent, BOOL update) {
+void ShowScale(const ViewerBars& bars, int percent, BOOL update) {
+  CComboScale& combo = *bars.scale;
   CString text;
   text.FormatMessage(ID_ZP_INDICATOR_ZOOM, percent);
-  SetPane(bar, ID_ZP_INDICATOR_ZOOM, text, update);
+  SetPane(*bars.status, ID_ZP_INDICATOR_ZOOM, text, update);
   const CString scale = ScaleText(percent);
   // An entry picked before must not stand for a scale that has come by another way.
   const int entry = combo.GetCurSel();

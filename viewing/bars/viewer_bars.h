@@ -55,6 +55,19 @@ struct ToolBarParts {
   CFont& comboFont;
 };
 
+/// Where a frame shows page and scale; null where there is nothing.
+struct ViewerBars {
+  CStatusBar* status = nullptr;
+  CComboPageNum* page = nullptr;
+  CComboScale* scale = nullptr;
+
+  /// Whether all of them are there, as windows.
+  explicit operator bool() const {
+    return status != nullptr && page != nullptr && scale != nullptr && status->m_hWnd != nullptr &&
+           page->m_hWnd != nullptr && scale->m_hWnd != nullptr;
+  }
+};
+
 /// Makes the bar with its two combos, which start disabled, the scale combo with its entries. False if
 /// a window could not be made; what was made stays.
 bool CreateToolBar(CFrameWnd* frame, const ToolBarParts& parts, const ToolBarLook& look);
@@ -70,7 +83,7 @@ void SetPane(CStatusBar& bar, UINT pane, const CString& text, BOOL update);
 void EnablePane(CStatusBar& bar, UINT pane, bool enable);
 /// page from 1.
 void ShowPagePane(CStatusBar& bar, int page, int pages, BOOL update);
-void ShowScale(CStatusBar& bar, CComboScale& combo, int percent, BOOL update);
+void ShowScale(const ViewerBars& bars, int percent, BOOL update);
 
 /// The numbers from 1 on in the place of the former list. None is selected.
 void FillPageCombo(CComboPageNum& combo, int pages);

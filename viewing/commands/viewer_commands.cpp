@@ -81,18 +81,12 @@ void CViewerCommands<Base>::Enable(CCmdUI* ui, bool enabled) {
 
 // What the commands work on
 
-template <typename Base>
-bool CViewerCommands<Base>::HasBars() {
-  return StatusBar() != nullptr && PageCombo() != nullptr && ScaleCombo() != nullptr &&
-         StatusBar()->m_hWnd != nullptr && PageCombo()->m_hWnd != nullptr && ScaleCombo()->m_hWnd != nullptr;
-}
-
 // Pages
 
 template <typename Base>
 void CViewerCommands<Base>::ShowPage(int page) {
-  ViewerDisplay* display = Display();
-  if (display != nullptr && display->ShowPage(page)) PageShown();
+  ViewerDisplay* display = CommandDisplay();
+  if (display != nullptr && display->ShowPage(page)) FollowPage();
 }
 
 template <typename Base>
@@ -104,27 +98,30 @@ void CViewerCommands<Base>::OnGotoPage() {
 
 template <typename Base>
 void CViewerCommands<Base>::OnComboPageSelChange() {
-  if (!HasBars()) return;
-  CComboPageNum& combo = *PageCombo();
+  const viewer_bars::ViewerBars bars = CommandBars();
+  if (!bars) return;
+  CComboPageNum& combo = *bars.page;
   if (combo.SendMessage(CB_GETCURSEL) == CB_ERR) combo.SendMessage(CB_SETCURSEL, 0);
   ShowOtherPage(static_cast<int>(combo.SendMessage(CB_GETCURSEL)) + 1);
 }
 
 template <typename Base>
 void CViewerCommands<Base>::OnComboPageKillFocus() {
-  if (!HasBars()) return;
+  const viewer_bars::ViewerBars bars = CommandBars();
+  if (!bars) return;
   CString number;
   number.Format("%d", Page());
-  PageCombo()->SetWindowText(number);
+  bars.page->SetWindowText(number);
 }
 
 // Scale
 
 template <typename Base>
 void CViewerCommands<Base>::UpdateZoomStatus() {
-  const ViewerDisplay* display = Display();
-  if (display == nullptr || !HasBars() || !OwnsBars()) return;
-  viewer_bars::ShowScale(*StatusBar(), *ScaleCombo(), display->ScalePercent(), TRUE);
+  const ViewerDisplay* display = CommandDisplay();
+  const viewer_bars::ViewerBars bars = CommandBars();
+  if (display == nullptr || !bars || !OwnsBars()) return;
+  viewer_bars::ShowScale(bars, display->ScalePercent(), TRUE);
   SaveZoomFactor();
 }
 
@@ -141,13 +138,13 @@ void CViewerCommands<Base>::OnTimer(std::uintptr_t timer) {
     return;
   }
   this->KillTimer(timer);
-  if (const ViewerDisplay* display = Display()) saved_scale::Write(display->ScalePercent());
+  if (const ViewerDisplay* display = CommandDisplay()) saved_scale::Write(display->ScalePercent());
 }
 
 template <typename Base>
 void CViewerCommands<Base>::OnZoomCustom() {
-  if (Display() == nullptr) return;
-  const int percent = Display()->ScalePercent();
+  if (CommandDisplay() == nullptr) return;
+  const int percent = CommandDisplay()->ScalePercent();
   CCustomZoomDlg dialog(percent, zoom::kLowestPercent, zoom::kHighestPercent, nullptr);
   const auto chosen = static_cast<int>(dialog.DoModal());
   if (chosen >= 1 && chosen != percent) Rescale(&ViewerDisplay::Scale, zoom::FactorOfPercent(chosen));
@@ -155,27 +152,29 @@ void CViewerCommands<Base>::OnZoomCustom() {
 
 template <typename Base>
 void CViewerCommands<Base>::OnComboScaleSelChange() {
-  if (Display() == nullptr || !HasBars()) return;
+  const viewer_bars::ViewerBars bars = CommandBars();
+  if (CommandDisplay() == nullptr || !bars) return;
   // A scale that is refused leaves the old one, which the combo then shows again.
-  const CString chosen = viewer_bars::ChosenScale(*ScaleCombo(), m_kind.scaleFromEntry);
+  const CString chosen = viewer_bars::ChosenScale(*bars.scale, m_kind.scaleFromEntry);
   Rescale(&ViewerDisplay::Scale, zoom::FactorOfPercent(PercentOfText(chosen)));
 }
 
 template <typename Base>
 void CViewerCommands<Base>::OnComboScaleKillFocus() {
-  const ViewerDisplay* display = Display();
-  if (display != nullptr && HasBars()) ScaleCombo()->SetWindowText(ScaleText(display->ScalePercent()));
+  const ViewerDisplay* display = CommandDisplay();
+  const viewer_bars::ViewerBars bars = CommandBars();
+  if (display != nullptr && bars) bars.scale->SetWindowText(ScaleText(display->ScalePercent()));
 }
 
 template <typename Base>
 void CViewerCommands<Base>::OnUpdateZoomIn(CCmdUI* ui) {
-  if (!UpdatePopup(ui, IsShown())) Enable(ui, IsShown() && Display()->CanStepIn());
+  if (!UpdatePopup(ui, IsShown())) Enable(ui, IsShown() && CommandDisplay()->CanStepIn());
 }
 
 template <typename Base>
 void CViewerCommands<Base>::UpdateFit(CCmdUI* ui, int mode) {
   Enable(ui, IsShown());
-  if (m_kind.marksFits) ui->SetCheck(IsShown() && Display()->IsFitting(mode) ? 1 : 0);
+  if (m_kind.marksFits) ui->SetCheck(IsShown() && CommandDisplay()->IsFitting(mode) ? 1 : 0);
 }
 
 // Mouse and rotation
@@ -183,13 +182,13 @@ void CViewerCommands<Base>::UpdateFit(CCmdUI* ui, int mode) {
 template <typename Base>
 void CViewerCommands<Base>::OnUpdateZoomSelected(CCmdUI* ui) {
   Enable(ui, IsShown());
-  if (IsShown()) ui->SetCheck(Display()->IsSelecting() ? 1 : 0);
+  if (IsShown()) ui->SetCheck(CommandDisplay()->IsSelecting() ? 1 : 0);
 }
 
 template <typename Base>
 void CViewerCommands<Base>::UpdateClick(CCmdUI* ui, bool enabled, Click what) {
   Enable(ui, enabled);
-  const int current = enabled && Display()->IsClick(what) ? 1 : 0;
+  const int current = enabled && CommandDisplay()->IsClick(what) ? 1 : 0;
   if (m_kind.clicksAreRadio)
     ui->SetRadio(current);
   else

@@ -6,9 +6,7 @@
 #include "library/export.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/mdi_wnd.h"
-#include "platform/framework/status_bar.h"
-#include "viewing/bars/combo_page_num.h"
-#include "viewing/bars/combo_scale.h"
+#include "viewing/bars/viewer_bars.h"
 #include "viewing/commands/viewer_display.h"
 #include "viewing/commands/viewer_kinds.h"
 #include "viewing/fit.h"
@@ -29,22 +27,18 @@ class CViewerCommands : public Base {
   explicit CViewerCommands(const ViewerKind& kind) : m_kind(kind) {}
   ~CViewerCommands() override = default;
 
-  // What the commands work on
+  // What the commands work on. The names keep clear of those that a host gives its own operations.
 
   /// Null while there is none.
-  virtual ViewerDisplay* Display() = 0;
-  /// Brings the bars in line with a page that has just come up.
-  virtual void PageShown() = 0;
-  /// Null where there are none.
-  virtual CStatusBar* StatusBar() = 0;
-  virtual CComboPageNum* PageCombo() = 0;
-  virtual CComboScale* ScaleCombo() = 0;
+  virtual ViewerDisplay* CommandDisplay() = 0;
+  virtual viewer_bars::ViewerBars CommandBars() = 0;
   /// False while the bars show what another frame shows.
   virtual bool OwnsBars() { return true; }
+  /// Brings the bars in line with a page that has just come up.
+  virtual void FollowPage() = 0;
   /// The window that a print job disables.
   virtual CWnd* JobParent() { return this; }
 
-  bool HasBars();
   /// 0 without a display.
   int Page() { return Ask(&ViewerDisplay::Page); }
   int Pages() { return Ask(&ViewerDisplay::Pages); }
@@ -97,7 +91,7 @@ class CViewerCommands : public Base {
   void OnComboScaleSelChange();
   void OnComboScaleKillFocus();
   void OnUpdateZoomIn(CCmdUI* ui);
-  void OnUpdateZoomOut(CCmdUI* ui) { Enable(ui, IsShown() && Display()->CanStepOut()); }
+  void OnUpdateZoomOut(CCmdUI* ui) { Enable(ui, IsShown() && CommandDisplay()->CanStepOut()); }
   void OnUpdateZoomBestFit(CCmdUI* ui) { UpdateFit(ui, FitModeBest); }
   void OnUpdateZoomFitToHeight(CCmdUI* ui) { UpdateFit(ui, FitModeHeight); }
   void OnUpdateZoomFitToWidth(CCmdUI* ui) { UpdateFit(ui, FitModeWidth); }
@@ -123,12 +117,12 @@ class CViewerCommands : public Base {
  private:
   template <typename Answer>
   Answer Ask(Answer (ViewerDisplay::*question)() const) {
-    const ViewerDisplay* display = Display();
+    const ViewerDisplay* display = CommandDisplay();
     return display == nullptr ? Answer{} : (display->*question)();
   }
   template <typename... Args>
   void Do(void (ViewerDisplay::*action)(Args...), std::type_identity_t<Args>... args) {
-    ViewerDisplay* display = Display();
+    ViewerDisplay* display = CommandDisplay();
     if (display != nullptr) (display->*action)(args...);
   }
   /// Changes the scale and shows the new one.
