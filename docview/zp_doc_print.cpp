@@ -3,17 +3,23 @@
 
 #include "docview/zp_doc.h"
 #include "library/report_error.h"
+#include "print/page_as_shown.h"
 #include "print/print_bitmap.h"
 #include "print/print_command.h"
 #include "print/print_file.h"
 
 namespace {
 
+/// A page's header with the resolution that its stretched pixels have.
+struct_LEAD_Bitmap HeaderOf(CZPPage& page, const struct_LEAD_Bitmap& bitmap) {
+  return page_as_shown::Header(bitmap, *page.GetPageInfo());
+}
+
 /// What the print dialog offers as the selection: a copy of the rectangle round the region that is set on a
 /// page. None without a region, or where the copy fails.
 class PrintSelection {
  public:
-  explicit PrintSelection(struct_LEAD_Bitmap* page) {
+  PrintSelection(struct_LEAD_Bitmap* page, CZPPage* owner) {
     if (page == nullptr) return;
     try {
       if (LEADTOOLS::BitmapHasRgn(page) == 0) return;
@@ -23,6 +29,9 @@ class PrintSelection {
                                 static_cast<unsigned>(bounds.top),
                                 static_cast<unsigned>(bounds.right - bounds.left),
                                 static_cast<unsigned>(bounds.bottom - bounds.top));
+      const struct_LEAD_Bitmap shown = HeaderOf(*owner, *page);
+      m_bitmap.XResolution = shown.XResolution;
+      m_bitmap.YResolution = shown.YResolution;
     } catch (CLeadtoolsException* exception) {
       exception->Delete();
     }
@@ -44,8 +53,10 @@ class PrintSelection {
 /// The bitmaps of all pages while a job needs them; null for a page that could not be decoded.
 class BorrowedPages {
  public:
-  explicit BorrowedPages(CZPDoc& document) : m_watch(document) {
-    for (int i = 0; i < document.GetPagesNum(); ++i) m_bitmaps.push_back(document.GetHBitmap(i));
+  BorrowedPages(CZPDoc& document, const CPtrArray& pages) : m_watch(document) {
+    m_headers.reserve(static_cast<std::size_t>(document.GetPagesNum()));
+    for (int i = 0; i < document.GetPagesNum(); ++i)
+      Borrow(static_cast<CZPPage*>(pages.GetAt(i)), document.GetHBitmap(i));
   }
   BorrowedPages(const BorrowedPages&) = delete;
   BorrowedPages& operator=(const BorrowedPages&) = delete;
@@ -59,7 +70,13 @@ class BorrowedPages {
   CZPDoc* Document() const { return m_watch.Get(); }
 
  private:
+  void Borrow(CZPPage* page, const struct_LEAD_Bitmap* bitmap) {
+    if (bitmap != nullptr) m_headers.push_back(HeaderOf(*page, *bitmap));
+    m_bitmaps.push_back(bitmap == nullptr ? nullptr : &m_headers.back());
+  }
+
   JobWatch<CZPDoc> m_watch;
+  std::vector<struct_LEAD_Bitmap> m_headers;
   std::vector<struct_LEAD_Bitmap*> m_bitmaps;
 };
 
@@ -76,7 +93,8 @@ void CZPDoc::PrintPage(int nPage) {
   const JobWatch<CZPDoc> watch(*this);
   CPrintBitmap job(PrintAppName());
   const auto format = static_cast<PrintFormat>(m_nPrintFormat);
-  if (RunPrintJob(&ReportError, [&] { job.Print(bitmap, PrintParent(), true, format); }) &&
+  struct_LEAD_Bitmap shown = HeaderOf(*page, *bitmap);
+  if (RunPrintJob(&ReportError, [&] { job.Print(&shown, PrintParent(), true, format); }) &&
       watch.Get() != nullptr)
     m_nPrintFormat = CPrintBitmap::GetPrintFormat();
 }
@@ -89,8 +107,8 @@ int CZPDoc::PrintDocument(CWnd* pParent, bool bDefaultPrinter, int nFirstPage, i
   const int first = std::clamp(nFirstPage, 0, count - 1);
   const int last = nLastPage == -1 ? count - 1 : std::min(nLastPage, count - 1);
   if (first > last) return 0;
-  BorrowedPages pages(*this);
-  PrintSelection selection(GetHBitmap(-1));
+  BorrowedPages pages(*this, m_arrPages);
+  PrintSelection selection(GetHBitmap(-1), PageOrActive(-1));
   const auto format = static_cast<PrintFormat>(m_nPrintFormat);
   try {
     const bool done = RunPrintJob(&ReportError, [&] {

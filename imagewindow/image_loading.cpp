@@ -71,11 +71,11 @@ void CImageWindow::Decode(int page) {
   LEADTOOLS::GetDefaultLoadFileOption(&options);
   options.PageNumber = page;
   const PageSource source(m_strFilePath, m_pFileBuf, m_nFileBufSize);
-  struct_file_information info{};
-  source.Describe(&info, source.IsFile() ? 0 : kCountPages, &options);
-  m_bMultiLevel = info.BitsPerPixel != 1;
+  m_pageInfo = {};
+  source.Describe(&m_pageInfo, source.IsFile() ? 0 : kCountPages, &options);
+  m_bMultiLevel = m_pageInfo.BitsPerPixel != 1;
   if (m_bMultiLevel)
-    source.Load(&m_Bitmap, info.BitsPerPixel, 1, &options);
+    source.Load(&m_Bitmap, m_pageInfo.BitsPerPixel, 1, &options);
   else
     source.Load(&m_Bitmap, kBilevelDepthInMemory, 0, &options);
   if (m_Bitmap.ViewPerspective != 0) LEADTOOLS::ChangeBitmapViewPerspective(nullptr, &m_Bitmap, 0);

@@ -1,4 +1,5 @@
 #include "imagewindow/image_window.h"
+#include "print/page_as_shown.h"
 #include "print/print_bitmap.h"
 #include "print/print_command.h"
 #include "print/print_file.h"
@@ -11,7 +12,8 @@ void CImageWindow::PrintCurrentPage() {
   const JobWatch<CImageWindow> watch(*this);
   CPrintBitmap job(PrintAppName());
   const auto format = static_cast<PrintFormat>(m_nPrintFormat);
-  if (RunPrintJob(m_pfnReportError, [&] { job.Print(&m_Bitmap, PrintParent(), true, format); }) &&
+  struct_LEAD_Bitmap page = page_as_shown::Header(m_Bitmap, m_pageInfo);
+  if (RunPrintJob(m_pfnReportError, [&] { job.Print(&page, PrintParent(), true, format); }) &&
       watch.Get() != nullptr)
     m_nPrintFormat = CPrintBitmap::GetPrintFormat();
 }

@@ -203,6 +203,8 @@ class TESSAREL_API CImageWindow : public CWnd {
   bool ExportByCopy(const CString& target);
   bool ExportPages(const CString& target);
 
+  struct_file_information m_pageInfo{};  ///< what the source says of the page in m_Bitmap
+
   friend class PageInput<CImageWindow>;
 
   DECLARE_MESSAGE_MAP()

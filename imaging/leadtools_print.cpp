@@ -1,5 +1,6 @@
 #include "imaging/core/guard.h"
 #include "imaging/device/printing.h"
+#include "imaging/device/upright.h"
 #include "imaging/ltwrap.h"
 #include "platform/graphics/gdi.h"
 #include "platform/spooler/page_images.h"
@@ -9,10 +10,12 @@ HDC LEADTOOLS::PrintBitmapExt(HDC dc, struct_LEAD_Bitmap* bitmap, int x, int y, 
   return imaging::Guarded([&]() -> HDC {
     imaging::RequirePixels(bitmap, "print");
     if (!platform::IsPrinterDC(dc)) return nullptr;
+    const imaging::Upright upright(bitmap, "print");
+    imaging::Bitmap& shown = *upright.Get();
     const SIZE page{GetDeviceCaps(dc, HORZRES), GetDeviceCaps(dc, VERTRES)};
     const SIZE dots{GetDeviceCaps(dc, LOGPIXELSX), GetDeviceCaps(dc, LOGPIXELSY)};
-    const RECT place = imaging::PrintedRect(*bitmap, {x, y, x + width, y + height}, page, dots);
-    const RECT whole{0, 0, bitmap->Width, bitmap->Height};
-    return imaging::DrawOnPrinter(dc, bitmap, whole, place) ? dc : nullptr;
+    const RECT place = imaging::PrintedRect(shown, {x, y, x + width, y + height}, page, dots);
+    const RECT whole{0, 0, shown.Width, shown.Height};
+    return imaging::DrawOnPrinter(dc, &shown, whole, place) ? dc : nullptr;
   });
 }

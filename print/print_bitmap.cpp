@@ -9,7 +9,7 @@ namespace {
 
 /// True size, from the corner of the paper. Each axis goes by its own resolution.
 void DrawActualSize(struct_LEAD_Bitmap* bitmap, CDC& dc) {
-  const sheet::Page page{bitmap->Width, bitmap->Height, {bitmap->XResolution, bitmap->YResolution}};
+  const sheet::Page page = sheet::UprightPage(*bitmap);
   const SIZE size =
       sheet::ActualSize(page, std::nullopt, {dc.GetDeviceCaps(LOGPIXELSX), dc.GetDeviceCaps(LOGPIXELSY)});
   dc.SetWindowOrg(dc.GetDeviceCaps(PHYSICALOFFSETX), dc.GetDeviceCaps(PHYSICALOFFSETY));
@@ -27,7 +27,8 @@ void Draw(struct_LEAD_Bitmap* bitmap, CDC& dc) {
   else if (format == PrintFormatFitToPage)
     LEADTOOLS::PrintBitmapExt(dc, bitmap, 1, 1, 0, 0, 0);
   else if (format == PrintFormatPixelToPixel)
-    LEADTOOLS::PrintBitmapExt(dc, bitmap, 1, 1, bitmap->Width, bitmap->Height, 0);
+    LEADTOOLS::PrintBitmapExt(dc, bitmap, 1, 1, sheet::UprightPage(*bitmap).width,
+                              sheet::UprightPage(*bitmap).height, 0);
 }
 
 }  // namespace
@@ -43,6 +44,7 @@ void CPrintBitmap::SetPrintFormat(PrintFormat format) {
 }
 
 void CPrintBitmap::Print(struct_LEAD_Bitmap* bitmap, CWnd* parent, bool defaultPrinter, PrintFormat format) {
+  if (bitmap == nullptr) throw new CLeadtoolsException(imaging::kErrorInvalidParameter);
   SetPrintFormat(format);
   CPrintDialog dialog(FALSE, PD_NOPAGENUMS | PD_NOSELECTION, nullptr);
   CustomizePrintDialog(dialog);

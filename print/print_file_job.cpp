@@ -99,8 +99,7 @@ void CPrintFile::PresetOrientation(CPrintDialog& dialog) const {
   dialog.m_pd.hDevNames = m_hDevNames;
   auto* mode = static_cast<DEVMODE*>(GlobalLock(m_hDevMode));
   if (mode == nullptr) return;
-  mode->dmOrientation = static_cast<short>(
-      sheet::PresetFor({m_Bitmap.Width, m_Bitmap.Height, {m_Bitmap.XResolution, m_Bitmap.YResolution}}));
+  mode->dmOrientation = static_cast<short>(sheet::PresetFor(sheet::UprightPage(m_Bitmap)));
   GlobalUnlock(m_hDevMode);
 }
 
@@ -154,7 +153,7 @@ void CPrintFile::PrintPages(const PRINTDLGA& record, CDC& dc, bool byPage) {
 void CPrintFile::PrintSheet(CDC& dc, HGLOBAL mode) {
   ThrowIfAborted();
   const int format = m_jobFormat ? *m_jobFormat : GetPrintFormat();
-  const sheet::Page page{m_Bitmap.Width, m_Bitmap.Height, {m_Bitmap.XResolution, m_Bitmap.YResolution}};
+  const sheet::Page page = sheet::UprightPage(m_Bitmap);
   PrinterPaper paper(dc, mode);
   sheet::Correction correction;
   if (m_ppBitmaps != nullptr) correction = square_pixels::OfScreen();

@@ -6,6 +6,7 @@
 #include <limits>
 #include <optional>
 
+#include "imaging/ltwrap.h"
 #include "platform/base/types.h"
 #include "print/print_format.h"
 #include "viewing/square_pixels.h"
@@ -38,6 +39,14 @@ struct Page {
   int height;
   square_pixels::Resolution dpi;
 };
+
+/// A page as it is drawn: one that is stored on its side stands up.
+inline Page UprightPage(const struct_LEAD_Bitmap& stored) {
+  constexpr int kFirstOnItsSide = 5;  // TIFF 6.0, tag 274
+  const Page page{stored.Width, stored.Height, {stored.XResolution, stored.YResolution}};
+  if (stored.ViewPerspective < kFirstOnItsSide) return page;
+  return {page.height, page.width, {page.dpi.y, page.dpi.x}};
+}
 
 /// The fraction is cut off. What no int holds becomes the nearest one, and no number at all becomes 0.
 inline int CutOff(double value) {

@@ -5,6 +5,7 @@
 
 #include "imaging/core/exception.h"
 #include "imaging/device/printing.h"
+#include "imaging/device/upright.h"
 #include "platform/base/bitmapinfo.h"
 #include "platform/graphics/gdi.h"
 #include "platform/graphics/surface.h"
@@ -70,18 +71,18 @@ void PaintOnPrinter(HDC dc, Bitmap* bitmap, const PaintRects& rects) {
 }  // namespace
 
 void PaintOnDC(HDC dc, Bitmap* bitmap, const PaintRects& rects, std::uint32_t rasterOperation, PaintUse use) {
-  RequirePixels(bitmap, "paint");
   if (rects.destination == nullptr) Fail(kErrorInvalidParameter, "The rectangle to paint into is missing");
+  const Upright upright(bitmap, "paint");
   if (rects.sourceClip == nullptr && rasterOperation == SRCCOPY && platform::IsPrinterDC(dc)) {
-    PaintOnPrinter(dc, bitmap, rects);
+    PaintOnPrinter(dc, upright.Get(), rects);
     return;
   }
   platform::SurfaceView view;
   if (!platform::LockSurface(dc, view)) {
-    PaintByBands(dc, bitmap, rects, rasterOperation);
+    PaintByBands(dc, upright.Get(), rects, rasterOperation);
     return;
   }
-  PaintOnSurface(view, bitmap, rects, rasterOperation, use);
+  PaintOnSurface(view, upright.Get(), rects, rasterOperation, use);
   platform::UnlockSurface(dc, Intersect(*rects.destination, rects.destinationClip));
 }
 

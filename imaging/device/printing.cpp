@@ -8,14 +8,9 @@ namespace imaging {
 
 RECT PrintedRect(const Bitmap& bitmap, const RECT& asked, const SIZE& page, const SIZE& dotsPerInch) {
   if (asked.right > asked.left || asked.bottom > asked.top) return asked;
-  double width = bitmap.Width;
+  const double width = bitmap.Width;
   double height = bitmap.Height;
-  if (bitmap.XResolution > 0 && bitmap.YResolution > 0) {
-    width = width / bitmap.XResolution * dotsPerInch.cx;
-    height = height / bitmap.YResolution * dotsPerInch.cy;
-  } else if (dotsPerInch.cx > 0 && dotsPerInch.cy > 0) {
-    height = height * dotsPerInch.cy / dotsPerInch.cx;
-  }
+  if (dotsPerInch.cx > 0 && dotsPerInch.cy > 0) height = height * dotsPerInch.cy / dotsPerInch.cx;
   const double factor = std::min((page.cx - asked.left) / width, (page.cy - asked.top) / height);
   const auto scaled = [factor](double extent) { return std::max(1, static_cast<int>(extent * factor)); };
   return {asked.left, asked.top, asked.left + scaled(width), asked.top + scaled(height)};

@@ -6,8 +6,8 @@
 namespace imaging {
 
 /// The rectangle that PrintBitmapExt fills, in the printer's dots: as asked, or with width and height 0 the
-/// largest of the bitmap's shape between (x, y) and the far edges of the page. The shape is that in inches
-/// where both resolutions are known, else that in pixels.
+/// largest of the bitmap's shape between (x, y) and the far edges of the page. The shape is that of the
+/// pixels as they are shown, square, whatever the resolutions are.
 RECT PrintedRect(const Bitmap& bitmap, const RECT& asked, const SIZE& page, const SIZE& dotsPerInch);
 
 /// Draws a part of the bitmap on a printing device context, at its own depth; the printer scales. False

@@ -49,6 +49,27 @@ TEST(PaintDevice, DirectAndByBands) {
   }
 }
 
+// A record that still says how its file stores the page is drawn as the viewer would turn it.
+TEST(PaintDevice, APageIsDrawnUpright) {
+  for (int orientation = 2; orientation <= 8; ++orientation) {
+    OwnedBitmap stored(4, 3, 8);
+    pixel_test::FillNoise(*stored.pStorage, 5);
+    stored.ViewPerspective = orientation;
+    OwnedBitmap upright;
+    LEADTOOLS::ChangeBitmapViewPerspective(&upright, &stored, 0);
+    RECT destination{3, 2, 3 + upright.Width, 2 + upright.Height};
+    const MemoryDevice device(32);
+    const MemoryDevice wanted(32);
+    LEADTOOLS::PaintDC(device.dc, &stored, nullptr, nullptr, &destination, nullptr, kSourceCopy);
+    LEADTOOLS::PaintDC(wanted.dc, &upright, nullptr, nullptr, &destination, nullptr, kSourceCopy);
+    for (int y = 0; y < 10; ++y)
+      for (int x = 0; x < 20; ++x)
+        ASSERT_EQ(GetPixel(device.dc, x, y), GetPixel(wanted.dc, x, y))
+            << orientation << ": " << x << ", " << y;
+    EXPECT_EQ(stored.ViewPerspective, orientation);
+  }
+}
+
 TEST(PaintDevice, Failures) {
   OwnedBitmap bitmap(4, 4, 8);
   OwnedBitmap empty;

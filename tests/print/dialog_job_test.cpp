@@ -284,7 +284,7 @@ TEST_F(DialogJob, OneBitmap) {
     SIZE size;
   } cases[] = {
       {"fax, actual", Black(1728, 1078, 1, 204, 98), kActual, {2541, 3300}},
-      {"fax, fit", Black(1728, 1078, 1, 204, 98), kFit, {2541, 3299}},
+      {"fax, fit: the pixels as they are", Black(1728, 1078, 1, 204, 98), kFit, {2549, 1590}},
       {"fax, pixels", Black(1728, 1078, 1, 204, 98), kPixels, {1728, 1078}},
       {"unknown, actual as fit", Black(400, 200, 8, 0, 100), kActual, {2549, 1274}},
       {"lying, on upright paper", Black(600, 400, 24, 100, 100), kFit, {2549, 1699}},

@@ -57,7 +57,7 @@ TEST_F(PrintBitmap, LiesWhereItIsAskedFor) {
   constexpr Case kCases[] = {
       {"a size", 0, 0, 400, 600, {1, 1, 401, 601}},
       {"the page's width", 0, 0, 0, 0, {1, 1, 2379, 1190}},
-      {"pixels that are twice as high as wide", 200, 100, 0, 0, {1, 1, 2379, 2379}},
+      {"the pixels' shape, whatever the resolution", 200, 100, 0, 0, {1, 1, 2379, 1190}},
       {"a size beside any resolution", 200, 100, 400, 200, {1, 1, 401, 201}},
   };
   for (const Case& row : kCases) {
