@@ -5,7 +5,7 @@
 #include <cstring>
 #include <utility>
 
-#include "platform/spooler/detail/fax_codes.h"
+#include "platform/base/fax_codes.h"
 
 namespace platform {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/spooler/detail/fax_codes.h"
+#include "platform/base/fax_codes.h"
 
 #include <cstddef>
 
