@@ -1,8 +1,6 @@
 #include "imagewindow/smart_resize.h"
 
 #include <cstring>
-#include <limits>
-#include <vector>
 
 namespace smart_resize {
 namespace {
@@ -17,41 +15,7 @@ int Brightness(const RGBQUAD& color) {
   return color.rgbBlue + color.rgbGreen + color.rgbRed;
 }
 
-/// Column sums in the narrowest type that holds a divisor's count, so that the compiler adds many at once.
-template <typename Count>
-void ReduceInSteps(const Rows& rows) {
-  const auto n = static_cast<std::size_t>(rows.divisor);
-  const std::size_t columns = static_cast<std::size_t>(rows.width) * n;
-  const std::uint64_t pixels = std::uint64_t{n} * n;
-  std::vector<Count> light(columns);
-  for (int y = 0; y < rows.height; ++y) {
-    const std::uint8_t* source = rows.source + static_cast<std::size_t>(y) * n * rows.sourcePitch;
-    std::fill(light.begin(), light.end(), Count{0});
-    for (std::size_t i = 0; i < n; ++i, source += rows.sourcePitch)
-      for (std::size_t x = 0; x < columns; ++x)
-        light[x] = static_cast<Count>(light[x] + ((source[x] == 0) == rows.zeroIsLight ? 1 : 0));
-    std::uint8_t* target = rows.target + static_cast<std::size_t>(y) * rows.targetPitch;
-    for (int x = 0; x < rows.width; ++x) {
-      std::uint64_t count = 0;
-      const Count* block = light.data() + static_cast<std::size_t>(x) * n;
-      for (std::size_t i = 0; i < n; ++i) count += block[i];
-      target[x] = static_cast<std::uint8_t>(count * 255 / pixels);
-    }
-  }
-}
-
 }  // namespace
-
-void ReduceToGrayPlain(const Rows& rows) {
-  if (rows.divisor <= std::numeric_limits<std::uint8_t>::max())
-    ReduceInSteps<std::uint8_t>(rows);
-  else
-    ReduceInSteps<std::uint32_t>(rows);
-}
-
-void ReduceToGray(const Rows& rows) {
-  if (!ReduceToGrayFast(rows)) ReduceToGrayPlain(rows);
-}
 
 bool Plan(const std::uint8_t* block, std::size_t bytes, int divisor, Job* job) {
   if (block == nullptr || bytes < kRowsOffset || divisor < 1) return false;
@@ -84,9 +48,9 @@ bool Plan(const std::uint8_t* block, std::size_t bytes, int divisor, Job* job) {
 void WriteReduced(const Job& job, const std::array<RGBQUAD, 256>& palette, std::uint8_t* block) {
   std::memcpy(block, &job.head, sizeof job.head);
   std::memcpy(block + sizeof job.head, palette.data(), sizeof palette);
-  Rows rows = job.rows;
+  leadtools12::TwoLevelRows rows = job.rows;
   rows.target = block + kRowsOffset;
-  ReduceToGray(rows);
+  LEADTOOLS::ReduceToGray(rows);
 }
 
 }  // namespace smart_resize

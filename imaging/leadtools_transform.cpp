@@ -81,6 +81,15 @@ int LEADTOOLS::SmartResize(struct_LEAD_Bitmap* source, struct_LEAD_Bitmap* targe
   });
 }
 
+int LEADTOOLS::ReduceToGray(const leadtools12::TwoLevelRows& rows) {
+  return imaging::Guarded([&] {
+    imaging::ReduceBlocks({rows.source, static_cast<std::ptrdiff_t>(rows.sourcePitch), rows.target,
+                           static_cast<std::ptrdiff_t>(rows.targetPitch), rows.width, rows.height,
+                           rows.divisor, rows.zeroIsLight, 8});
+    return 1;
+  });
+}
+
 int LEADTOOLS::RotateBitmap(struct_LEAD_Bitmap* bitmap, int angle, unsigned int /*flags*/,
                             unsigned long /*fillColor*/) {
   const PixelStorage& pixels = imaging::RequirePixels(bitmap, "rotate");

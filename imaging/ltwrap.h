@@ -108,6 +108,9 @@ class LTWRAP_API LEADTOOLS {
   /// wide and high. A 1-bit source gives shades between its two colours; if the factor is the reciprocal of a
   /// whole number n, of whole blocks of n by n pixels only. What the target held is not freed.
   static int SmartResize(struct_LEAD_Bitmap* source, struct_LEAD_Bitmap* target, double factor);
+  /// Every block of divisor by divisor pixels becomes the share of light pixels in it, 0 to 255, fractions
+  /// cut off. Nothing but width bytes in each of height target rows is written.
+  static int ReduceToGray(const leadtools12::TwoLevelRows& rows);
   /// In place; angle in hundredths of a degree, clockwise, a multiple of 9000.
   static int RotateBitmap(struct_LEAD_Bitmap* bitmap, int angle, unsigned int flags, unsigned long fillColor);
   /// Turns a bitmap of any depth into 8-bit grey in place; bits is 8.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "platform/base/types.h"
 
 namespace imaging {
@@ -68,6 +70,19 @@ struct _LOADFILEOPTION {
 struct _SAVEFILEOPTION {
   UINT uStructSize;
   int PageNumber;  ///< from 1
+};
+
+/// A two-level page with a byte for each pixel, 0 or any other, and room for its reduction to grey. Rows as
+/// they stand in memory, in either direction.
+struct TwoLevelRows {
+  const BYTE* source;
+  std::size_t sourcePitch;  ///< bytes
+  BYTE* target;
+  std::size_t targetPitch;  ///< bytes
+  int width;                ///< of the target, at least 1; the source has `divisor` times as many, or more
+  int height;
+  int divisor;       ///< at least 1
+  bool zeroIsLight;  ///< light pixels are those with the byte 0, else those with any other
 };
 
 /// One item of the image list.

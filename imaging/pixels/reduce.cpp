@@ -2,20 +2,42 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <numeric>
+#include <vector>
 
 #include "imaging/pixels/resize.h"
 
 namespace imaging {
 namespace {
 
-/// Set bits among count that begin at a bit of a row.
-int CountBits(const std::uint8_t* row, std::size_t firstBit, int count) {
-  int set = 0;
-  for (int i = 0; i < count; ++i) {
-    const std::size_t bit = firstBit + static_cast<std::size_t>(i);
-    set += row[bit / 8] >> (7 - bit % 8) & 1;
+template <typename Count>
+void AddRow(const std::uint8_t* row, int bits, Count* counts, std::size_t columns) {
+  if (bits == 8)
+    for (std::size_t x = 0; x < columns; ++x)
+      counts[x] = static_cast<Count>(counts[x] + (row[x] != 0 ? 1 : 0));
+  else
+    for (std::size_t x = 0; x < columns; ++x)
+      counts[x] = static_cast<Count>(counts[x] + (row[x / 8] >> (7 - x % 8) & 1));
+}
+
+/// Counts columns in the narrowest type that holds a divisor's count, so that the compiler adds many at once.
+template <typename Count>
+void ReduceByColumns(const TwoLevelBlocks& blocks) {
+  const auto n = static_cast<std::size_t>(blocks.divisor);
+  const std::uint64_t pixels = std::uint64_t{n} * n;
+  std::vector<Count> counts(static_cast<std::size_t>(blocks.width) * n);
+  const std::uint8_t* row = blocks.source;
+  for (int y = 0; y < blocks.height; ++y) {
+    std::fill(counts.begin(), counts.end(), Count{0});
+    for (std::size_t i = 0; i < n; ++i, row += blocks.sourcePitch)
+      AddRow(row, blocks.bits, counts.data(), counts.size());
+    std::uint8_t* target = blocks.target + y * blocks.targetPitch;
+    for (auto block = counts.begin(); block != counts.end(); block += blocks.divisor) {
+      const std::uint64_t set = std::accumulate(block, block + blocks.divisor, std::uint64_t{0});
+      *target++ = static_cast<std::uint8_t>((blocks.invert ? pixels - set : set) * 255 / pixels);
+    }
   }
-  return set;
 }
 
 int Brightness(const RGBQUAD& color) {
@@ -39,9 +61,8 @@ std::unique_ptr<PixelStorage> ReducedBits(const PixelStorage& source, int diviso
   const RGBQUAD& zero = source.Palette()[0];
   const RGBQUAD& one = source.Palette()[1];
   const bool oneIsLight = Brightness(one) >= Brightness(zero);
-  const BitBlocks blocks{source.Row(0),   source.Pitch(),   target->Row(0), target->Pitch(),
-                         target->Width(), target->Height(), divisor,        !oneIsLight};
-  if (!ReduceBitsFast(blocks)) ReduceBitsPlain(blocks);
+  ReduceBlocks({source.Row(0), source.Pitch(), target->Row(0), target->Pitch(), target->Width(),
+                target->Height(), divisor, !oneIsLight, 1});
 
   const RGBQUAD& dark = oneIsLight ? zero : one;
   const RGBQUAD& light = oneIsLight ? one : zero;
@@ -56,18 +77,15 @@ std::unique_ptr<PixelStorage> ReducedBits(const PixelStorage& source, int diviso
 
 }  // namespace
 
-void ReduceBitsPlain(const BitBlocks& blocks) {
-  const std::int64_t n = blocks.divisor;
-  const std::int64_t pixels = n * n;
-  for (int y = 0; y < blocks.height; ++y)
-    for (int x = 0; x < blocks.width; ++x) {
-      const std::uint8_t* row = blocks.source + y * n * blocks.sourcePitch;
-      std::int64_t set = 0;
-      for (int i = 0; i < blocks.divisor; ++i, row += blocks.sourcePitch)
-        set += CountBits(row, static_cast<std::size_t>(x * n), blocks.divisor);
-      const std::int64_t counted = blocks.invert ? pixels - set : set;
-      blocks.target[y * blocks.targetPitch + x] = static_cast<std::uint8_t>(counted * 255 / pixels);
-    }
+void ReduceBlocksPlain(const TwoLevelBlocks& blocks) {
+  if (blocks.divisor <= std::numeric_limits<std::uint8_t>::max())
+    ReduceByColumns<std::uint8_t>(blocks);
+  else
+    ReduceByColumns<std::uint32_t>(blocks);
+}
+
+void ReduceBlocks(const TwoLevelBlocks& blocks) {
+  if (!ReduceBlocksFast(blocks)) ReduceBlocksPlain(blocks);
 }
 
 std::unique_ptr<PixelStorage> Reduced(const PixelStorage& source, double factor) {

@@ -10,9 +10,9 @@
 namespace imaging {
 
 /// A two-level image and its reduction: every block of divisor by divisor pixels becomes one byte, the share
-/// of its set bits (with invert: of its clear bits), 0 to 255, fractions cut off.
-struct BitBlocks {
-  const std::uint8_t* source;  ///< most significant bit first; rows readable in whole units of 64 bytes
+/// of its set pixels (with invert: of its clear ones), 0 to 255, fractions cut off.
+struct TwoLevelBlocks {
+  const std::uint8_t* source;
   std::ptrdiff_t sourcePitch;  ///< bytes
   std::uint8_t* target;
   std::ptrdiff_t targetPitch;  ///< bytes
@@ -20,13 +20,18 @@ struct BitBlocks {
   int height;
   int divisor;  ///< at least 1
   bool invert;
+  /// 1: most significant bit first, rows readable in whole units of 64 bytes. 8: a byte each, set unless 0;
+  /// nothing beside the blocks' own bytes is read.
+  int bits;
 };
 
-/// Writes width bytes in each of height target rows. Any divisor.
-LTWRAP_API void ReduceBitsPlain(const BitBlocks& blocks);
+/// Writes width bytes in each of height target rows, by vectors where it can.
+LTWRAP_API void ReduceBlocks(const TwoLevelBlocks& blocks);
+/// The same for any processor and divisor.
+LTWRAP_API void ReduceBlocksPlain(const TwoLevelBlocks& blocks);
 /// The same with vectors. False, and nothing done, for a processor without them and for divisors other than
 /// 2 to 255.
-LTWRAP_API bool ReduceBitsFast(const BitBlocks& blocks);
+LTWRAP_API bool ReduceBlocksFast(const TwoLevelBlocks& blocks);
 
 /// A new image, averaged down by a factor above 0 and up to 1.0, at least a pixel wide and high. 1 bit gives
 /// 8 bits with shades between its two colours, other depths as SizedByAveraging. A 1-bit image that is

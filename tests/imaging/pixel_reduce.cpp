@@ -8,7 +8,6 @@
 #include "tests/imaging/pixel_support.h"
 
 using namespace pixel_test;
-using imaging::BitBlocks;
 using imaging::PixelStorage;
 
 namespace {
@@ -21,8 +20,9 @@ struct Shares {
       : width(source.Width() / divisor),
         height(source.Height() / divisor),
         bytes(static_cast<std::size_t>((width + 1) * height), kUntouched) {}
-  BitBlocks Blocks(const PixelStorage& source, int divisor, bool invert) {
-    return {source.Row(0), source.Pitch(), bytes.data(), width + 1, width, height, divisor, invert};
+  imaging::TwoLevelBlocks Blocks(const PixelStorage& source, int divisor, bool invert) {
+    return {source.Row(0), source.Pitch(), bytes.data(), width + 1,    width,
+            height,        divisor,        invert,       source.Bits()};
   }
   int width;
   int height;
@@ -52,28 +52,29 @@ void FillTextLike(PixelStorage& pixels, int n, unsigned seed) {
   }
 }
 
-TEST(ReduceBits, EveryDivisorAndWidthEqualsTheRule) {
+TEST(ReduceBlocks, EveryDivisorAndWidthEqualsTheRule) {
   for (const int n : {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 15, 16, 17, 24, 31, 32, 33, 48, 64, 100, 255, 256})
-    for (const int blocks : {1, 2, 7, 8, 9, 15, 17, 31, 33, 63, 64, 65, 127, 128, 129, 257}) {
-      if (blocks * n > 4000) continue;
-      const auto source = PixelStorage::Create(blocks * n + (blocks * 7) % n, 2 * n + n / 2, 1);
-      FillTextLike(*source, n, static_cast<unsigned>(1000 * n + blocks));
-      for (const bool invert : {false, true}) {
-        const auto wanted = ByTheRule(*source, n, invert);
-        Shares plain(*source, n);
-        imaging::ReduceBitsPlain(plain.Blocks(*source, n, invert));
-        ASSERT_TRUE(plain.bytes == wanted) << "plain, divisor " << n << ", width " << blocks;
-        Shares fast(*source, n);
-        if (!imaging::ReduceBitsFast(fast.Blocks(*source, n, invert))) continue;
-        const auto at = std::mismatch(wanted.begin(), wanted.end(), fast.bytes.begin());
-        ASSERT_TRUE(at.first == wanted.end())
-            << "divisor " << n << ", width " << blocks << ", byte " << at.first - wanted.begin() << " is "
-            << int{*at.second} << ", not " << int{*at.first};
+    for (const int blocks : {1, 2, 7, 8, 9, 15, 17, 31, 33, 63, 64, 65, 127, 128, 129, 257})
+      for (const int bits : {1, 8}) {
+        if (blocks * n > 4000) continue;
+        const auto source = PixelStorage::Create(blocks * n + (blocks * 7) % n, 2 * n + n / 2, bits);
+        FillTextLike(*source, n, static_cast<unsigned>(1000 * n + blocks));
+        for (const bool invert : {false, true}) {
+          const auto wanted = ByTheRule(*source, n, invert);
+          Shares plain(*source, n);
+          imaging::ReduceBlocksPlain(plain.Blocks(*source, n, invert));
+          ASSERT_TRUE(plain.bytes == wanted) << bits << " bit, plain, divisor " << n << ", width " << blocks;
+          Shares fast(*source, n);
+          if (!imaging::ReduceBlocksFast(fast.Blocks(*source, n, invert))) continue;
+          const auto at = std::mismatch(wanted.begin(), wanted.end(), fast.bytes.begin());
+          ASSERT_TRUE(at.first == wanted.end())
+              << bits << " bit, divisor " << n << ", width " << blocks << ", byte "
+              << at.first - wanted.begin() << " is " << int{*at.second} << ", not " << int{*at.first};
+        }
       }
-    }
 }
 
-TEST(ReduceBits, EveryCountGivesItsTruncatedShare) {
+TEST(ReduceBlocks, EveryCountGivesItsTruncatedShare) {
   for (int n = 2; n <= 17; ++n) {
     const int counts = n * n + 1;
     const auto source = PixelStorage::Create(counts * n, n, 1);
@@ -81,7 +82,7 @@ TEST(ReduceBits, EveryCountGivesItsTruncatedShare) {
     for (int count = 0; count < counts; ++count)
       for (int i = 0; i < count; ++i) SetPixel(*source, count * n + i % n, i / n, 1);
     Shares shares(*source, n);
-    if (!imaging::ReduceBitsFast(shares.Blocks(*source, n, false))) GTEST_SKIP() << "no vectors here";
+    if (!imaging::ReduceBlocksFast(shares.Blocks(*source, n, false))) GTEST_SKIP() << "no vectors here";
     for (int count = 0; count < counts; ++count)
       ASSERT_EQ(shares.bytes[static_cast<std::size_t>(count)], count * 255 / (n * n)) << n << ", " << count;
   }
