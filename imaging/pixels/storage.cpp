@@ -2,10 +2,11 @@
 
 #include <sys/mman.h>
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <unordered_set>
 #include <utility>
-#include <vector>
 
 #include "imaging/core/exception.h"
 #include "imaging/core/limits.h"
@@ -32,28 +33,26 @@ class BlockPool {
     std::size_t unit = 4096;
     if (size >= kRecycledFrom) unit = size >= kHugePage ? kHugePage : kStep;
     size = (size + unit - 1) / unit * unit;
-    for (std::size_t i = 0; i < m_free.size(); ++i) {
+    for (std::size_t i = 0; i < m_count; ++i) {
       if (m_free[i].size < size || m_free[i].size > size * 2) continue;
-      const Block block = m_free[i];
-      m_free.erase(m_free.begin() + static_cast<std::ptrdiff_t>(i));
-      m_held -= block.size;
+      const Block block = Remove(i);
       size = block.size;
       return block.data;
     }
     return Map(size, unit == kHugePage ? kHugePage : 4096);
   }
 
+  /// Called by destructors, so nothing is allocated.
   void Give(std::uint8_t* data, std::size_t size) {
     if (size < kRecycledFrom || size > kMaxRecycledBytes) {
       munmap(data, size);
       return;
     }
-    m_free.push_back({data, size});
+    m_free[m_count++] = {data, size};
     m_held += size;
-    while (m_free.size() > kMaxRecycled || m_held > kMaxRecycledBytes) {
-      munmap(m_free.front().data, m_free.front().size);
-      m_held -= m_free.front().size;
-      m_free.erase(m_free.begin());
+    while (m_count > kMaxRecycled || m_held > kMaxRecycledBytes) {
+      const Block oldest = Remove(0);
+      munmap(oldest.data, oldest.size);
     }
   }
 
@@ -62,6 +61,14 @@ class BlockPool {
     std::uint8_t* data;
     std::size_t size;
   };
+
+  Block Remove(std::size_t index) {
+    const Block block = m_free[index];
+    std::copy(m_free.begin() + index + 1, m_free.begin() + m_count, m_free.begin() + index);
+    --m_count;
+    m_held -= block.size;
+    return block;
+  }
 
   static std::uint8_t* Map(std::size_t size, std::size_t alignment) {
     const std::size_t slack = alignment > 4096 ? alignment : 0;
@@ -77,7 +84,8 @@ class BlockPool {
     return start + head;
   }
 
-  std::vector<Block> m_free;
+  std::array<Block, kMaxRecycled + 1> m_free{};  ///< the oldest first
+  std::size_t m_count = 0;
   std::size_t m_held = 0;
 };
 
@@ -138,7 +146,7 @@ bool PixelStorage::IsLive(const PixelStorage* storage) {
 
 PixelStorage::~PixelStorage() {
   Live().erase(this);
-  ViewCache::Instance().Drop(m_serial);
+  ViewCache::Drop(m_serial);
   if (m_pixels != nullptr) Pool().Give(m_pixels, m_capacity);
 }
 
@@ -153,7 +161,7 @@ void PixelStorage::Exchange(PixelStorage& other) noexcept {
   for (PixelStorage* storage : {this, &other}) {
     ++storage->m_revision;
     storage->m_region.reset();
-    ViewCache::Instance().Drop(storage->m_serial);
+    ViewCache::Drop(storage->m_serial);
   }
 }
 

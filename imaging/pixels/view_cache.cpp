@@ -153,9 +153,11 @@ void ScaledView::CopyOut(const RECT& part, std::uint32_t* out, std::ptrdiff_t st
   });
 }
 
+ViewCache* ViewCache::s_instance = nullptr;
+
 ViewCache& ViewCache::Instance() {
-  static auto& cache = *new ViewCache;  // used by storages that end with the process
-  return cache;
+  if (s_instance == nullptr) s_instance = new ViewCache;
+  return *s_instance;
 }
 
 ScaledView* ViewCache::ViewFor(const Picture& picture, const RECT& part) {
@@ -193,8 +195,10 @@ void ViewCache::Draw(const Picture& picture, const RECT& part, std::uint32_t* ou
   m_rendered += AreaOf(part);
 }
 
-void ViewCache::Drop(std::uint64_t serial) {
-  std::erase_if(m_views, [serial](const auto& view) { return view->IsOfStorage(serial); });
+// Storages end in destructors, where nothing may be allocated: no cache is made for this.
+void ViewCache::Drop(std::uint64_t serial) noexcept {
+  if (s_instance == nullptr) return;
+  std::erase_if(s_instance->m_views, [serial](const auto& view) { return view->IsOfStorage(serial); });
 }
 
 }  // namespace imaging

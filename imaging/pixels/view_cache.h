@@ -57,12 +57,14 @@ class LTWRAP_API ViewCache {
   /// Draws a rectangle of the scaled picture.
   void Draw(const Picture& picture, const RECT& part, std::uint32_t* out, std::ptrdiff_t stride);
   /// Gives back the memory kept for a storage that ends.
-  void Drop(std::uint64_t serial);
+  static void Drop(std::uint64_t serial) noexcept;
   std::uint64_t RenderedPixels() const { return m_rendered; }  ///< since the process began
 
  private:
   ScaledView* ViewFor(const Picture& picture, const RECT& part);
 
+  static ViewCache*
+      s_instance;  ///< made by the first paint, never ended: storages may outlive the process' statics
   std::vector<std::unique_ptr<ScaledView>> m_views;  ///< the one used last stands last
   std::uint64_t m_rendered = 0;
 };
