@@ -1,5 +1,7 @@
 #include "imaging/codecs/exif.h"
 
+#include <algorithm>
+
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/tiff_directory.h"
 
@@ -13,7 +15,17 @@ enum : unsigned {
   kTagUnit = 0x128
 };
 enum : unsigned { kUnitInch = 2, kUnitCentimetre = 3 };
-enum : unsigned { kTypeShort = 3, kTypeRational = 5 };
+// Field types, TIFF 6.0, section 2.
+enum : unsigned {
+  kTypeByte = 1,
+  kTypeShort = 3,
+  kTypeLong = 4,
+  kTypeRational = 5,
+  kTypeSignedByte = 6,
+  kTypeSignedShort = 8,
+  kTypeSignedLong = 9,
+  kTypeSignedRational = 10
+};
 
 /// Numbers of a small TIFF structure in memory; what lies outside reads as 0.
 class Fields {
@@ -29,12 +41,59 @@ class Fields {
     const std::uint32_t second = U16(at + 2);
     return m_bigEndian ? first << 16 | second : second << 16 | first;
   }
-  double Rational(std::size_t at) const {
-    const std::uint32_t denominator = U32(at + 4);
-    return denominator == 0 ? 0 : static_cast<double>(U32(at)) / denominator;
+  /// The first value of a directory entry, of whatever type and count a writer chose; 0 if it is no number.
+  double Value(std::size_t entry) const {
+    const unsigned type = U16(entry + 2);
+    const std::size_t size = SizeOf(type);
+    if (size == 0) return 0;
+    const bool isInPlace = size * std::max<std::uint64_t>(1, U32(entry + 4)) <= 4;
+    return ValueAt(isInPlace ? entry + 8 : U32(entry + 8), type);
   }
 
  private:
+  static std::size_t SizeOf(unsigned type) {
+    switch (type) {
+      case kTypeByte:
+      case kTypeSignedByte:
+        return 1;
+      case kTypeShort:
+      case kTypeSignedShort:
+        return 2;
+      case kTypeLong:
+      case kTypeSignedLong:
+        return 4;
+      case kTypeRational:
+      case kTypeSignedRational:
+        return 8;
+      default:
+        return 0;
+    }
+  }
+  double ValueAt(std::size_t at, unsigned type) const {
+    switch (type) {
+      case kTypeByte:
+        return at < m_bytes.size() ? m_bytes[at] : 0;
+      case kTypeSignedByte:
+        return at < m_bytes.size() ? static_cast<std::int8_t>(m_bytes[at]) : 0;
+      case kTypeShort:
+        return U16(at);
+      case kTypeSignedShort:
+        return static_cast<std::int16_t>(U16(at));
+      case kTypeLong:
+        return U32(at);
+      case kTypeSignedLong:
+        return Signed(at);
+      case kTypeRational:
+        return Quotient(U32(at), U32(at + 4));
+      default:
+        return Quotient(Signed(at), Signed(at + 4));
+    }
+  }
+  double Signed(std::size_t at) const { return static_cast<std::int32_t>(U32(at)); }
+  static double Quotient(double numerator, double denominator) {
+    return denominator == 0 ? 0 : numerator / denominator;
+  }
+
   std::span<const std::uint8_t> m_bytes;
   bool m_bigEndian;
 };
@@ -53,21 +112,19 @@ ExifData ReadExif(std::span<const std::uint8_t> tiff) {
   for (unsigned i = 0; i < count; ++i) {
     const std::size_t entry = directory + 2 + std::size_t{12} * i;
     if (entry + 12 > tiff.size()) break;
-    const unsigned type = fields.U16(entry + 2);
-    const unsigned number = type == kTypeShort ? fields.U16(entry + 8) : 0;
-    const double real = type == kTypeRational ? fields.Rational(fields.U32(entry + 8)) : 0;
+    const double value = fields.Value(entry);
     switch (fields.U16(entry)) {
       case kTagOrientation:
-        exif.orientation = number >= 1 && number <= 8 ? static_cast<int>(number) : 1;
+        exif.orientation = value >= 1 && value <= 8 ? static_cast<int>(value) : 1;
         break;
       case kTagXResolution:
-        xDensity = real;
+        xDensity = value;
         break;
       case kTagYResolution:
-        yDensity = real;
+        yDensity = value;
         break;
       case kTagUnit:
-        unit = number;
+        unit = static_cast<unsigned>(std::clamp(value, 0.0, 255.0));
         break;
       default:
         break;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <csetjmp>
 #include <cstdio>
 #include <cstring>
@@ -5,13 +6,13 @@
 #include <vector>
 
 // clang-format off: the library's header needs FILE first
-#include <jerror.h>
 #include <jpeglib.h>
 // clang-format on
 
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/jpeg_header.h"
 #include "imaging/codecs/rows.h"
+#include "imaging/codecs/work.h"
 #include "imaging/core/exception.h"
 #include "imaging/core/limits.h"
 
@@ -26,7 +27,9 @@ constexpr int kMostScans = 500;
 /// destructor lives inside one.
 class JpegDecoder {
  public:
-  explicit JpegDecoder(const Source& source, const JpegHeader& header) : m_source(source), m_header(header) {
+  explicit JpegDecoder(const Source& source, const JpegHeader& header)
+      : m_source(source), m_header(header), m_work(source) {
+    m_work.AllowPage(PagePixels());
     m_info.err = jpeg_std_error(&m_errors);
     m_info.client_data = this;
     m_errors.error_exit = [](j_common_ptr info) {
@@ -38,9 +41,7 @@ class JpegDecoder {
     };
     m_errors.output_message = [](j_common_ptr) {};
     m_progress.progress_monitor = [](j_common_ptr info) {
-      if (info->is_decompressor != 0 &&
-          reinterpret_cast<j_decompress_ptr>(info)->input_scan_number > kMostScans)
-        ERREXIT(info, JERR_BAD_PROGRESSION);
+      if (info->is_decompressor != 0) Self(info).CheckScan(reinterpret_cast<j_decompress_ptr>(info));
     };
     m_manager.init_source = [](j_decompress_ptr) {};
     m_manager.fill_input_buffer = Fill;
@@ -55,7 +56,12 @@ class JpegDecoder {
   JpegDecoder& operator=(const JpegDecoder&) = delete;
 
   jpeg_decompress_struct& Info() { return m_info; }
-  const char* Text() const { return m_text; }
+  [[noreturn]] void FailDecoding() const {
+    if (m_work.IsSpent()) m_work.Fail();
+    const char* name = m_source.Name().c_str();
+    if (m_scan > kMostScans) Fail(kErrorLimit, "%s: the picture has more than %d scans", name, kMostScans);
+    Fail(kErrorCorrupt, "%s: %s", name, m_text);
+  }
 
   bool ReadHeader() {
     return Step([this] {
@@ -91,13 +97,26 @@ class JpegDecoder {
     return true;
   }
 
+  std::int64_t PagePixels() const { return std::int64_t{m_header.width} * m_header.height; }
+
+  /// Called now and then while scans are read; each visits the coefficients of the page.
+  void CheckScan(j_decompress_ptr info) {
+    constexpr int kVisits = 4;  // a coefficient costs what a few pixels do elsewhere
+    const bool isNew = info->input_scan_number > m_scan;
+    m_scan = std::max(m_scan, info->input_scan_number);
+    if (m_scan > kMostScans || (isNew && !m_work.SpendPixels(PagePixels() * kVisits)))
+      std::longjmp(m_jump, 1);
+  }
+
   static boolean Fill(j_decompress_ptr info) {
     static constexpr JOCTET kEnd[] = {0xff, JPEG_EOI};
     JpegDecoder& self = Self(reinterpret_cast<j_common_ptr>(info));
-    const std::size_t got = self.m_source.ReadAt(self.m_position, self.m_buffer);
+    std::size_t got = self.m_source.ReadAt(self.m_position, self.m_buffer);
+    if (!self.m_work.SpendBytes(static_cast<std::int64_t>(got))) got = 0;
     self.PatchHeight(got);
     self.m_position += static_cast<std::int64_t>(got);
-    // At the end of a cut file the library is told that the picture ends; it fills the rest.
+    // At the end of a cut file, and of what is worth reading, the library is told that the picture ends; it
+    // fills the rest.
     self.m_manager.next_input_byte = got != 0 ? self.m_buffer.data() : kEnd;
     self.m_manager.bytes_in_buffer = got != 0 ? got : sizeof kEnd;
     return TRUE;
@@ -125,6 +144,8 @@ class JpegDecoder {
 
   const Source& m_source;
   const JpegHeader& m_header;
+  WorkBudget m_work;
+  int m_scan = 0;  ///< the latest that was begun
   jpeg_decompress_struct m_info{};
   jpeg_error_mgr m_errors{};
   jpeg_progress_mgr m_progress{};
@@ -218,7 +239,7 @@ class JpegReader final : public Reader {
     constexpr int kDctExpansion = 2000;
     CheckPlausible(m_source, std::int64_t{m_header.width} * m_header.height, kDctExpansion);
     JpegDecoder decoder(m_source, m_header);
-    if (!decoder.ReadHeader()) FailDecoding(decoder);
+    if (!decoder.ReadHeader()) decoder.FailDecoding();
     jpeg_decompress_struct& jpeg = decoder.Info();
     CheckPageSize(m_source, jpeg.image_width, jpeg.image_height);
     switch (jpeg.jpeg_color_space) {
@@ -237,7 +258,7 @@ class JpegReader final : public Reader {
       default:
         Fail(kErrorUnsupported, "%s: JPEG with %d components", m_source.Name().c_str(), jpeg.num_components);
     }
-    if (!decoder.Start()) FailDecoding(decoder);
+    if (!decoder.Start()) decoder.FailDecoding();
     decoded.pixels = jpeg.out_color_space == JCS_CMYK ? ReadInk(decoder) : ReadDirect(decoder);
     return decoded;
   }
@@ -256,10 +277,6 @@ class JpegReader final : public Reader {
     CheckPageSize(m_source, m_header.width, m_header.height);
   }
 
-  [[noreturn]] void FailDecoding(const JpegDecoder& decoder) const {
-    Fail(kErrorCorrupt, "%s: %s", m_source.Name().c_str(), decoder.Text());
-  }
-
   /// Rows that the decoder didn't reach are white.
   static void FillRest(PixelStorage& pixels, int first) {
     for (int y = first; y < pixels.Height(); ++y) std::memset(pixels.Row(y), 0xff, pixels.RowBytes());
@@ -272,7 +289,7 @@ class JpegReader final : public Reader {
     std::vector<JSAMPROW> rows(jpeg.output_height);
     for (std::size_t y = 0; y < rows.size(); ++y) rows[y] = pixels->Row(static_cast<int>(y));
     const int read = decoder.ReadRows(rows.data(), pixels->Height());
-    if (read == 0) FailDecoding(decoder);
+    if (read == 0) decoder.FailDecoding();
     FillRest(*pixels, read);
     return pixels;
   }
@@ -295,7 +312,7 @@ class JpegReader final : public Reader {
         target[2] = color.blue;
       }
     }
-    if (y == 0) FailDecoding(decoder);
+    if (y == 0) decoder.FailDecoding();
     FillRest(*pixels, y);
     return pixels;
   }

@@ -3,6 +3,9 @@
 #include <cstring>
 #include <vector>
 
+#include "imaging/codecs/work.h"
+#include "imaging/core/limits.h"
+
 namespace imaging {
 namespace {
 
@@ -81,10 +84,16 @@ void ReadSegment(unsigned marker, std::span<const std::uint8_t> segment, JpegHea
     header.adobeTransform = segment[11];
 }
 
+/// Gives up a file whose picture doesn't begin, or end, within what is worth reading.
+void RequireWorth(const Source& source, const ByteReader& reader) {
+  if (reader.Position() > limits::kWorkBytes) WorkBudget(source).Fail();
+}
+
 /// Finds the height behind the first scan (B.2.5); restart markers and stuffed zeros belong to the scan.
-void FindLineCount(ByteReader& reader, JpegHeader& header) {
+void FindLineCount(ByteReader& reader, const Source& source, JpegHeader& header) {
   reader.Seek(header.scanData);
   while (!reader.AtEnd()) {
+    RequireWorth(source, reader);
     if (reader.U8() != 0xff) continue;
     unsigned marker = reader.U8();
     while (marker == 0xff && !reader.AtEnd()) marker = reader.U8();
@@ -110,6 +119,7 @@ JpegHeader ReadJpegHeader(const Source& source) {
   ByteReader reader(source, 2);  // behind SOI
   std::vector<std::uint8_t> segment;
   while (!reader.AtEnd()) {
+    RequireWorth(source, reader);
     unsigned marker = reader.U8();
     if (marker != 0xff) continue;  // filling between segments
     while (marker == 0xff && !reader.AtEnd()) marker = reader.U8();
@@ -128,7 +138,7 @@ JpegHeader ReadJpegHeader(const Source& source) {
     reader.Seek(end);
     if (marker != kSos) continue;
     header.scanData = end;
-    if (header.height == 0 && header.process != JpegProcess::kNone) FindLineCount(reader, header);
+    if (header.height == 0 && header.process != JpegProcess::kNone) FindLineCount(reader, source, header);
     break;
   }
   return header;

@@ -7,6 +7,7 @@
 
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/rows.h"
+#include "imaging/codecs/work.h"
 #include "imaging/core/exception.h"
 #include "imaging/core/limits.h"
 
@@ -17,7 +18,7 @@ namespace {
 /// object with a destructor lives inside a step.
 class PngDecoder {
  public:
-  explicit PngDecoder(const Source& source) : m_source(source) {
+  explicit PngDecoder(const Source& source) : m_reader(source), m_work(source) {
     m_png = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, OnError, [](png_structp, png_const_charp) {});
     if (m_png != nullptr) m_info = png_create_info_struct(m_png);
   }
@@ -28,6 +29,7 @@ class PngDecoder {
   png_structp Png() const { return m_png; }
   png_infop Info() const { return m_info; }
   const char* Text() const { return m_text; }
+  WorkBudget& Work() { return m_work; }
 
   /// Reads up to the first pixels.
   bool ReadHeader() {
@@ -63,8 +65,9 @@ class PngDecoder {
   }
   static void OnRead(png_structp png, png_bytep target, std::size_t size) {
     auto& self = *static_cast<PngDecoder*>(png_get_io_ptr(png));
-    if (!self.m_source.ReadExactly(self.m_position, {target, size})) png_error(png, "the file is cut off");
-    self.m_position += static_cast<std::int64_t>(size);
+    if (!self.m_work.SpendBytes(static_cast<std::int64_t>(size))) png_error(png, "too much to read");
+    self.m_reader.Read({target, size});
+    if (self.m_reader.AtEnd()) png_error(png, "the file is cut off");
   }
   /// Texts and profiles are of no use here and may inflate to any size.
   void SkipTexts() {
@@ -74,10 +77,10 @@ class PngDecoder {
     png_set_chunk_malloc_max(m_png, kMostChunkBytes);
   }
 
-  const Source& m_source;
+  ByteReader m_reader;
+  WorkBudget m_work;
   png_structp m_png = nullptr;
   png_infop m_info = nullptr;
-  std::int64_t m_position = 0;
   std::jmp_buf m_jump{};
   int m_row = 0;
   int m_pass = 0;
@@ -177,8 +180,7 @@ class PngReader final : public Reader {
     decoded.order = wish.order == 1 ? 1 : 0;
     decoded.pixels = PixelStorage::Create(header.width, header.height, header.Bits());
     if (header.Bits() <= 8) SetPalette(*decoded.pixels, header.colors);
-    if (!Read(decoder, header, decoded))
-      Fail(kErrorCorrupt, "%s: %s", m_source.Name().c_str(), decoder.Text());
+    if (!Read(decoder, header, decoded)) FailDecoding(decoder);
     if (header.Bilevel() && wish.bits == 8) decoded.pixels = ExpandBilevelPage(*decoded.pixels);
     return decoded;
   }
@@ -186,9 +188,16 @@ class PngReader final : public Reader {
  private:
   void Open(PngDecoder& decoder, int page) const {
     RequirePage(m_source, page, 1);
-    if (!decoder.ReadHeader()) Fail(kErrorCorrupt, "%s: %s", m_source.Name().c_str(), decoder.Text());
-    CheckPageSize(m_source, png_get_image_width(decoder.Png(), decoder.Info()),
-                  png_get_image_height(decoder.Png(), decoder.Info()));
+    if (!decoder.ReadHeader()) FailDecoding(decoder);
+    const std::int64_t width = png_get_image_width(decoder.Png(), decoder.Info());
+    const std::int64_t height = png_get_image_height(decoder.Png(), decoder.Info());
+    CheckPageSize(m_source, width, height);
+    decoder.Work().AllowPage(width * height);
+  }
+
+  [[noreturn]] void FailDecoding(PngDecoder& decoder) const {
+    if (decoder.Work().IsSpent()) decoder.Work().Fail();
+    Fail(kErrorCorrupt, "%s: %s", m_source.Name().c_str(), decoder.Text());
   }
 
   static PageInfo Describe(const PngDecoder& decoder) {

@@ -60,6 +60,9 @@ void imaging::Fail(ErrorCode code, const char* format, ...) {
   va_start(args, format);
   std::vsnprintf(text, sizeof text, format, args);
   va_end(args);
+  // Libraries and file names may bring line ends along, which no message has room for.
+  for (char* letter = text; *letter != '\0'; ++letter)
+    if (*letter == '\n' || *letter == '\r' || *letter == '\t') *letter = ' ';
   NewestTexts()[code] = text;
   throw new CLeadtoolsException(code);
 }
