@@ -59,20 +59,32 @@ Bytes Exif() {
           0,   0,   0,   1,   0, 0, 0,   50,   0, 0,  0, 0, 0, 0, 1, 44, 0, 0,    0, 1};
 }
 
+/// The same fields under other types and counts: a signed long for the orientation, a short and an array of
+/// two rationals for the densities.
+Bytes OddExif() {
+  Bytes block = Exif();
+  const auto put = [&block](std::size_t at, const Bytes& bytes) {
+    std::copy(bytes.begin(), bytes.end(), block.begin() + static_cast<std::ptrdiff_t>(at));
+  };
+  put(18, {0, 9, 0, 0, 0, 1, 0, 0, 0, 6});
+  put(30, {0, 3, 0, 0, 0, 1, 1, 44, 0, 0});
+  put(42, {0, 5, 0, 0, 0, 2});
+  return block;
+}
+
 TEST(Jpeg, DensityAndOrientation) {
   const auto gray = [](int, int, int) { return std::uint8_t{90}; };
   struct Row {
     int unit;
     int density;
-    bool exif;
+    Bytes exif;
     int expected;
     int orientation;
     int code;
   };
-  for (const Row& row : {Row{1, 204, false, 204, 0, 21}, Row{2, 100, false, 254, 0, 21},
-                         Row{0, 100, false, 0, 0, 21}, Row{0, 0, true, 300, 6, 101}}) {
-    const Information info =
-        InformMemory(MakeJpeg(16, 16, 3, false, gray, row.unit, row.density, row.exif ? Exif() : Bytes()));
+  for (const Row& row : {Row{1, 204, {}, 204, 0, 21}, Row{2, 100, {}, 254, 0, 21}, Row{0, 100, {}, 0, 0, 21},
+                         Row{0, 0, Exif(), 300, 6, 101}, Row{0, 0, OddExif(), 300, 6, 101}}) {
+    const Information info = InformMemory(MakeJpeg(16, 16, 3, false, gray, row.unit, row.density, row.exif));
     ASSERT_EQ(info.error, "");
     EXPECT_EQ(info.record.XResolution, row.expected);
     EXPECT_EQ(info.record.YResolution, row.expected);
@@ -195,24 +207,51 @@ TEST(Gif, FramesAreComposed) {
   EXPECT_EQ(LoadMemory(file, 5).code, imaging::kErrorPageNotFound);
 }
 
-// Pages in any order show what they show in memory, where nothing is remembered.
-TEST(Gif, PagingForwardsAndBackIsTheSame) {
+/// What the screen shows at a place with a frame drawn: the index of a colour, or -1 for nothing.
+int Shown(const std::vector<GifFrame>& frames, int page, int x, int y) {
+  int color = -1;
+  for (int i = 0; i < page; ++i) {
+    const GifFrame& frame = frames[static_cast<std::size_t>(i)];
+    if (x < frame.left || x >= frame.left + frame.width || y < frame.top || y >= frame.top + frame.height)
+      continue;
+    const int before = color;
+    if (frame.index != frame.transparent) color = frame.index;
+    if (i + 1 < page && frame.disposal == 2) color = -1;
+    if (i + 1 < page && frame.disposal == 3) color = before;
+  }
+  return color;
+}
+
+// Pages in any order, remembered (a file) or not (memory), whichever frames they can be composed from: among
+// them are whole ones that stay, vanish, and give way to what was there.
+TEST(Gif, PagesInAnyOrderFollowTheRules) {
   std::vector<GifFrame> frames = {{0, 0, 20, 20, 1, 1}};
-  for (int i = 1; i < 9; ++i) frames.push_back({i, 2 * i, 4, 3, i % 4, i % 4, i == 5 ? 1 : -1});
+  for (int i = 1; i < 60; ++i) {
+    frames.push_back({i % 11, 2 * i % 13, 4, 3, i % 4, i % 4, i % 7 == 5 ? i % 4 : -1});
+    if (i % 8 == 0) frames.push_back({0, 0, 20, 20, i / 8 % 4, i / 8 % 4, i % 16 == 0 ? -1 : i / 8 % 3});
+  }
+  const int last = static_cast<int>(frames.size());
   const Bytes file = MakeGif(20, 20, frames);
   const TempFolder folder;
   WriteAll(folder.Path("a.gif"), file);
   std::this_thread::sleep_for(std::chrono::milliseconds(150));  // old enough to be remembered
-  for (const int page : {1, 2, 3, 4, 5, 9, 6, 7, 7, 8, 9, 8, 2, 9}) {
-    const Loaded fromFile = LoadFile(folder.Path("a.gif"), page);
-    const Loaded fromMemory = LoadMemory(file, page);
-    ASSERT_EQ(fromFile.error + fromMemory.error, "");
-    for (int y = 0; y < 20; ++y)
-      for (int x = 0; x < 20; ++x)
-        ASSERT_EQ(ColorAt(fromFile, x, y), ColorAt(fromMemory, x, y))
-            << "page " << page << " at " << x << "," << y;
-  }
-  EXPECT_EQ(LoadFile(folder.Path("a.gif"), 10).code, imaging::kErrorPageNotFound);
+  const Color colors[] = {{0, 0, 0, 255}, {255, 0, 0, 255}, {0, 255, 0, 255}, {255, 255, 255, 255}};
+  std::vector<int> order = {1, 2, 3, 4, 5, 9, 6, 7, 7, 8, 9, 8, 2, last};
+  for (int page = 1; page <= last; ++page) order.push_back(page);
+  for (int page = last; page >= 1; page -= 3) order.push_back(page);
+  for (const int page : order)
+    for (const bool isFile : {true, false}) {
+      const Loaded loaded = isFile ? LoadFile(folder.Path("a.gif"), page) : LoadMemory(file, page);
+      ASSERT_EQ(loaded.error, "") << page;
+      for (int y = 0; y < 20; ++y)
+        for (int x = 0; x < 20; ++x) {
+          const int shown = Shown(frames, page, x, y);
+          const Color color = ColorAt(loaded, x, y);
+          ASSERT_TRUE(shown < 0 ? color.alpha == 0 : color == colors[shown])
+              << "page " << page << " at " << x << "," << y << (isFile ? ", file" : ", memory");
+        }
+    }
+  EXPECT_EQ(LoadFile(folder.Path("a.gif"), last + 1).code, imaging::kErrorPageNotFound);
 }
 
 Bytes Colors(int count) {
