@@ -101,7 +101,7 @@ class JpegDecoder {
 
   /// Called now and then while scans are read; each visits the coefficients of the page.
   void CheckScan(j_decompress_ptr info) {
-    constexpr int kVisits = 4;  // a coefficient costs what a few pixels do elsewhere
+    constexpr int kVisits = 2;  // a coefficient costs what two pixels do elsewhere
     const bool isNew = info->input_scan_number > m_scan;
     m_scan = std::max(m_scan, info->input_scan_number);
     if (m_scan > kMostScans || (isNew && !m_work.SpendPixels(PagePixels() * kVisits)))
