@@ -4,6 +4,8 @@
 #include <array>
 #include <cstring>
 
+#include "imaging/pixels/kernels.h"
+
 namespace imaging {
 namespace {
 
@@ -33,7 +35,11 @@ void ExpandBits(const std::uint8_t* packed, std::uint8_t* row, int width, std::u
   const std::uint64_t base = 0x0101010101010101U * zero;
   const std::uint64_t change = 0x0101010101010101U * static_cast<std::uint8_t>(zero ^ one);
   const int bytes = (width + 7) / 8;
-  for (int i = 0; i < bytes; ++i) {
+  // The kernel may read on behind its last byte, which nobody has promised here.
+  constexpr int kReadAhead = 8;
+  const int whole = std::max(bytes - kReadAhead, 0);
+  FastKernels().expandBits(row, packed, 0, static_cast<std::size_t>(whole) * 8, zero, one);
+  for (int i = whole; i < bytes; ++i) {
     const std::uint64_t pixels = base ^ (masks[packed[i]] & change);
     std::memcpy(row + static_cast<std::ptrdiff_t>(i) * 8, &pixels, sizeof pixels);
   }
