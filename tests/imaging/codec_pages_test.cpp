@@ -7,6 +7,7 @@
 
 #include "imaging/core/exception.h"
 #include "tests/imaging/codec_files.h"
+#include "tests/imaging/raster_files.h"
 
 // Pages of a file, and files that aren't what they should be.
 namespace codec_test {
@@ -211,16 +212,20 @@ std::vector<Bytes> Samples() {
   deflate.mode = "w8";
   const auto ramp = [](int x, int y, int c) { return static_cast<std::uint8_t>(x * 5 ^ y * 3 ^ c * 77); };
   const auto wide = [](int x, int y, int c) { return static_cast<unsigned>(x * 5 ^ y * 3 ^ c * 77) & 255U; };
-  return {MakeTiff({fax, color, ycc}),
-          MakeTiff({deflate, fax}),
-          MakeJpeg(120, 90, 3, false, ramp),
-          MakeJpeg(120, 90, 4, true, ramp),
-          MakePng(60, 50, 8, 6, true, wide),
-          MakePng(60, 50, 8, 3, false, wide),
-          MakeGif(64, 64,
-                  {{0, 0, 64, 64, 1, 1}, {5, 5, 20, 20, 2, 2}, {9, 9, 20, 20, 3, 3}, {0, 0, 8, 8, 0, 1, 0}}),
-          MakeBmp(32, 32, 8, 0, Bytes(1024, 9), Bytes(1024, 3)),
-          MakeBmp(60, 30, 8, 1, Bytes(1024, 9), Bytes(1000, 7))};
+  std::vector<Bytes> samples = {
+      MakeTiff({fax, color, ycc}),
+      MakeTiff({deflate, fax}),
+      MakeJpeg(120, 90, 3, false, ramp),
+      MakeJpeg(120, 90, 4, true, ramp),
+      MakePng(60, 50, 8, 6, true, wide),
+      MakePng(60, 50, 8, 3, false, wide),
+      MakeGif(64, 64,
+              {{0, 0, 64, 64, 1, 1}, {5, 5, 20, 20, 2, 2}, {9, 9, 20, 20, 3, 3}, {0, 0, 8, 8, 0, 1, 0}}),
+      MakeBmp(32, 32, 8, 0, Bytes(1024, 9), Bytes(1024, 3)),
+      MakeBmp(60, 30, 8, 1, Bytes(1024, 9), Bytes(1000, 7))};
+  const std::vector<Bytes> rasters = MakeRasterSamples();
+  samples.insert(samples.end(), rasters.begin(), rasters.end());
+  return samples;
 }
 
 void LoadEveryPage(const Bytes& file) {

@@ -1,0 +1,803 @@
+#include "tests/imaging/raster_files.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <set>
+#include <tuple>
+
+#include "tests/imaging/codec_files.h"
+
+namespace codec_test {
+namespace {
+
+constexpr int kWidth = kRasterWidth;
+constexpr int kHeight = kRasterHeight;
+
+void Little(Bytes& file, std::uint32_t value, int bytes) {
+  for (int i = 0; i < bytes; ++i) file.push_back(static_cast<std::uint8_t>(value >> 8 * i));
+}
+void Big(Bytes& file, std::uint32_t value, int bytes) {
+  for (int i = bytes - 1; i >= 0; --i) file.push_back(static_cast<std::uint8_t>(value >> 8 * i));
+}
+void Words(Bytes& file, std::initializer_list<int> values) {
+  for (const int value : values) Little(file, static_cast<std::uint32_t>(value), 2);
+}
+void BigWords(Bytes& file, std::initializer_list<int> values) {
+  for (const int value : values) Big(file, static_cast<std::uint32_t>(value), 2);
+}
+void Append(Bytes& file, const Bytes& more) {
+  file.insert(file.end(), more.begin(), more.end());
+}
+Bytes Text(const std::string& text) {
+  return Bytes(text.begin(), text.end());
+}
+
+// The picture: runs at the left, which may go on in the next row, and noise at the right.
+
+int Index(int x, int y, int bits) {
+  return (x < 7 ? y / 2 * 5 + 3 : x * 3 + y * 7 + x * y) & ((1 << bits) - 1);
+}
+Color Entry(int i) {
+  return {i * 37 & 255, (255 - i * 11) & 255, i * 73 & 255, 255};
+}
+Color Direct(int x, int y) {
+  return x < 7 ? Color{90, 10 * y, 200, 255} : Color{x * 19, y * 31, (x * y * 5) & 255, 255};
+}
+Color Gray(int level) {
+  return {level, level, level, 255};
+}
+int Alpha(int x, int y) {
+  return 40 + x * 9 + y;
+}
+/// What is left of a colour in so many bits a channel.
+Color Coarse(Color color, int bits) {
+  const int most = (1 << bits) - 1;
+  for (int* level : {&color.red, &color.green, &color.blue})
+    *level = ((*level >> (8 - bits)) * 255 + most / 2) / most;
+  return color;
+}
+const auto kIndexed = [](int bits) { return [bits](int x, int y) { return Entry(Index(x, y, bits)); }; };
+const auto kOneIsBlack = [](int x, int y) { return Gray(Index(x, y, 1) == 1 ? 0 : 255); };
+const auto kOneIsWhite = [](int x, int y) { return Gray(Index(x, y, 1) == 1 ? 255 : 0); };
+
+/// Samples of 1 to 8 bits of a row, most significant bit first, filled up to a number of bytes; shift for one
+/// plane of several.
+Bytes Packed(const std::function<int(int)>& sample, int width, int bits, std::size_t align, int shift = 0) {
+  Bytes row((static_cast<std::size_t>(width * bits) + 7) / 8);
+  for (int x = 0; x < width; ++x)
+    row[static_cast<std::size_t>(x * bits / 8)] |=
+        static_cast<std::uint8_t>((sample(x) >> shift & ((1 << bits) - 1)) << (8 - bits - x * bits % 8));
+  row.resize((row.size() + align - 1) / align * align);
+  return row;
+}
+Bytes IndexRow(int y, int bits, std::size_t align) {
+  return Packed([&](int x) { return Index(x, y, bits); }, kWidth, bits, align);
+}
+Bytes PlaneRow(int y, int planes, int plane, std::size_t align) {
+  return Packed([&](int x) { return Index(x, y, planes); }, kWidth, 1, align, plane);
+}
+/// Rows of triples, blue or red first, with an alpha behind or a byte before.
+Bytes ColorRow(int y, bool blueFirst, bool alpha = false, bool before = false) {
+  Bytes row;
+  for (int x = 0; x < kWidth; ++x) {
+    const Color c = Direct(x, y);
+    if (before) row.push_back(0x55);
+    for (const int level : {blueFirst ? c.blue : c.red, c.green, blueFirst ? c.red : c.blue})
+      row.push_back(static_cast<std::uint8_t>(level));
+    if (alpha) row.push_back(static_cast<std::uint8_t>(Alpha(x, y)));
+  }
+  return row;
+}
+template <typename Row>
+Bytes AllRows(const Row& row) {
+  Bytes pixels;
+  for (int y = 0; y < kHeight; ++y) Append(pixels, row(y));
+  return pixels;
+}
+
+/// Run lengths: pieces of so many units, alike or not, each written by its function.
+void Encode(Bytes& file, const Bytes& data, std::size_t unit, std::size_t most,
+            const std::function<void(Bytes&, std::size_t count, const std::uint8_t* unit)>& run,
+            const std::function<void(Bytes&, std::size_t count, const std::uint8_t* units)>& literal) {
+  const std::size_t units = data.size() / unit;
+  const auto alike = [&](std::size_t at) {
+    std::size_t count = 1;
+    while (count < most && at + count < units &&
+           std::equal(&data[at * unit], &data[at * unit] + unit, &data[(at + count) * unit]))
+      ++count;
+    return count;
+  };
+  for (std::size_t at = 0; at < units;) {
+    std::size_t count = alike(at);
+    if (count > 2) {
+      run(file, count, &data[at * unit]);
+    } else {
+      while (count < most && at + count < units && alike(at + count) < 3) ++count;
+      literal(file, count, &data[at * unit]);
+    }
+    at += count;
+  }
+}
+/// The usual form: a byte of count and kind, then one unit or all.
+void EncodeWithCounts(Bytes& file, const Bytes& data, std::size_t unit, std::size_t most,
+                      const std::function<int(int)>& runCode, const std::function<int(int)>& literalCode) {
+  Encode(
+      file, data, unit, most,
+      [&](Bytes& out, std::size_t count, const std::uint8_t* one) {
+        Little(out, static_cast<std::uint32_t>(runCode(static_cast<int>(count))), 1);
+        out.insert(out.end(), one, one + unit);
+      },
+      [&](Bytes& out, std::size_t count, const std::uint8_t* all) {
+        Little(out, static_cast<std::uint32_t>(literalCode(static_cast<int>(count))), 1);
+        out.insert(out.end(), all, all + count * unit);
+      });
+}
+
+Bytes Table(int colors, int first, int second, int third, int unused = 0) {
+  Bytes table;
+  for (int i = 0; i < colors; ++i) {
+    const Color color = Entry(i);
+    const int levels[] = {color.red, color.green, color.blue};
+    for (const int channel : {first, second, third})
+      table.push_back(static_cast<std::uint8_t>(levels[channel]));
+    table.resize(table.size() + static_cast<std::size_t>(unused));
+  }
+  return table;
+}
+
+void AddPcx(std::vector<RasterFile>& files) {
+  for (const bool packed : {false, true}) {
+    for (const auto& [bits, planes] :
+         {std::pair(1, 1), {1, 2}, {1, 3}, {1, 4}, {2, 1}, {4, 1}, {8, 1}, {8, 3}, {24, 1}})
+      files.push_back(MakePcx(bits, planes, packed));
+  }
+  RasterFile file = MakePcx(1, 4, true);  // the version that has no colours of its own
+  file.name = "pcx of version 3";
+  file.bytes[1] = 3;
+  file.color = [](int x, int y) {
+    const int i = Index(x, y, 4);
+    const int low = i < 8 ? 0 : 85;
+    const auto level = [&](int bit) { return low + ((i & bit) != 0 ? 170 : 0); };
+    return i == 6 ? Color{170, 85, 0, 255} : Color{level(4), level(2), level(1), 255};
+  };
+  files.push_back(file);
+}
+
+void AddTarga(std::vector<RasterFile>& files) {
+  struct Form {
+    int type;
+    int bits;
+    int alphaBits;
+    int tableBits;
+  };
+  for (const Form& form : {Form{1, 8, 0, 15},
+                           {1, 8, 0, 16},
+                           {1, 8, 0, 24},
+                           {1, 8, 0, 32},
+                           {2, 15, 0, 0},
+                           {2, 16, 0, 0},
+                           {2, 16, 1, 0},
+                           {2, 24, 0, 0},
+                           {2, 32, 0, 0},
+                           {2, 32, 8, 0},
+                           {3, 8, 0, 0},
+                           {3, 16, 8, 0}})
+    for (const int packed : {0, 8})
+      for (const int corner : {0, 0x10, 0x20, 0x30}) {
+        const int first = form.type == 1 ? 2 : 0;
+        Bytes file = {3, static_cast<std::uint8_t>(form.type == 1),
+                      static_cast<std::uint8_t>(form.type | packed)};
+        Words(file, {first, form.type == 1 ? 16 : 0});
+        file.push_back(static_cast<std::uint8_t>(form.tableBits));
+        Words(file, {5, 6, kWidth, kHeight});
+        file.push_back(static_cast<std::uint8_t>(form.bits));
+        file.push_back(static_cast<std::uint8_t>(corner | form.alphaBits));
+        Append(file, Text("abc"));
+        const auto word = [](const Color& c, bool high) {
+          return static_cast<std::uint32_t>((high ? 0x8000 : 0) | c.red >> 3 << 10 | c.green >> 3 << 5 |
+                                            c.blue >> 3);
+        };
+        const auto store = [&](Bytes& target, const Color& c, int bits, int alpha) {
+          if (bits <= 16) return Little(target, word(c, alpha >= 128), 2);
+          for (const int level : {c.blue, c.green, c.red, alpha})
+            target.push_back(static_cast<std::uint8_t>(level));
+          if (bits == 24) target.pop_back();
+        };
+        for (int i = 0; form.type == 1 && i < 16; ++i) store(file, Entry(i), form.tableBits, 7);
+        Bytes pixels;
+        for (int line = 0; line < kHeight; ++line)
+          for (int column = 0; column < kWidth; ++column) {
+            const int x = (corner & 0x10) != 0 ? kWidth - 1 - column : column;
+            const int y = (corner & 0x20) != 0 ? line : kHeight - 1 - line;
+            if (form.type == 2) {
+              store(pixels, Direct(x, y), form.bits, Alpha(x, y));
+            } else {
+              pixels.push_back(
+                  static_cast<std::uint8_t>(form.type == 1 ? first + Index(x, y, 4) : Index(x, y, 8)));
+              if (form.bits == 16) pixels.push_back(static_cast<std::uint8_t>(Alpha(x, y)));
+            }
+          }
+        if (packed == 0)
+          Append(file, pixels);
+        else
+          EncodeWithCounts(
+              file, pixels, static_cast<std::size_t>(form.bits + 7) / 8, 128, [](int n) { return n + 127; },
+              [](int n) { return n - 1; });
+        files.push_back(
+            {"targa of type " + std::to_string(form.type) + ", bits " + std::to_string(form.bits) + " and " +
+                 std::to_string(form.tableBits) + ", corner " + std::to_string(corner),
+             file, 4, form.bits, packed == 0 ? "None" : "RLE",
+             [=](int x, int y) {
+               if (form.type == 1)
+                 return form.tableBits <= 16 ? Coarse(Entry(Index(x, y, 4)), 5) : Entry(Index(x, y, 4));
+               Color color = form.type == 3    ? Gray(Index(x, y, 8))
+                             : form.bits <= 16 ? Coarse(Direct(x, y), 5)
+                                               : Direct(x, y);
+               if (form.alphaBits == 8) color.alpha = Alpha(x, y);
+               if (form.alphaBits == 1) color.alpha = Alpha(x, y) >= 128 ? 255 : 0;
+               return color;
+             },
+             form.alphaBits > 0 ? 32
+             : form.bits == 8   ? 8
+                                : 24});
+      }
+}
+
+void AddPnm(std::vector<RasterFile>& files) {
+  const auto number = [](int value) { return std::to_string(value) + (value % 3 == 0 ? "\n" : " "); };
+  for (int kind = 1; kind <= 6; ++kind)
+    for (const int most : {1, 100, 255, 1000}) {
+      const bool bitmap = kind == 1 || kind == 4;
+      const bool color = kind == 3 || kind == 6;
+      if (bitmap != (most == 1)) continue;
+      const auto level = [=](int x, int y, int channel) {
+        const Color c = Direct(x, y);
+        const int value = !color ? Index(x, y, 8) : channel == 0 ? c.red : channel == 1 ? c.green : c.blue;
+        return value * most / 255;
+      };
+      Bytes file = Text("P" + std::to_string(kind) + "\n# one\n" + std::to_string(kWidth) + " # two\n" +
+                        std::to_string(kHeight));
+      Append(file, Text(bitmap ? "\n" : "\n#\n" + std::to_string(most) + "\n"));
+      for (int y = 0; y < kHeight; ++y) {
+        if (kind == 4) Append(file, IndexRow(y, 1, 1));
+        for (int x = 0; x < kWidth; ++x) {
+          if (kind == 1) file.push_back(static_cast<std::uint8_t>('0' + Index(x, y, 1)));
+          for (int channel = 0; !bitmap && channel < (color ? 3 : 1); ++channel) {
+            if (kind <= 3)
+              Append(file, Text(number(level(x, y, channel))));
+            else
+              Big(file, static_cast<std::uint32_t>(level(x, y, channel)), most > 255 ? 2 : 1);
+          }
+        }
+        if (kind <= 3) Append(file, Text("# a comment\n"));
+      }
+      const auto scaled = [=](int x, int y, int channel) {
+        return (level(x, y, channel) * 255 + most / 2) / most;
+      };
+      const std::array<int, 6> codes = {102, 104, 106, 103, 105, 107};
+      files.push_back({"P" + std::to_string(kind) + " to " + std::to_string(most), file,
+                       codes[static_cast<std::size_t>(kind) - 1],
+                       bitmap ? 1 : (most > 255 ? 16 : 8) * (color ? 3 : 1), "None",
+                       [=](int x, int y) {
+                         return bitmap ? kOneIsBlack(x, y)
+                                       : Color{scaled(x, y, 0), scaled(x, y, 1), scaled(x, y, 2), 255};
+                       },
+                       bitmap  ? 1
+                       : color ? 24
+                               : 8});
+    }
+}
+
+void AddSun(std::vector<RasterFile>& files) {
+  struct Form {
+    int bits;
+    int type;
+    bool table;
+  };
+  for (const Form& form : {Form{1, 1, false},
+                           {1, 2, true},
+                           {8, 0, false},
+                           {8, 2, true},
+                           {24, 1, false},
+                           {24, 3, false},
+                           {24, 2, false},
+                           {32, 1, false},
+                           {32, 3, false}}) {
+    const bool rgb = form.type == 3;
+    const Bytes pixels = AllRows([&](int y) {
+      if (form.bits <= 8) return IndexRow(y, form.bits, 2);
+      Bytes row = ColorRow(y, !rgb, false, form.bits == 32);
+      row.resize((row.size() + 1) / 2 * 2);
+      return row;
+    });
+    const int colors = form.table ? 1 << form.bits : 0;
+    Bytes file = {0x59, 0xa6, 0x6a, 0x95};
+    for (const int field : {kWidth, kHeight, form.bits, static_cast<int>(pixels.size()), form.type,
+                            form.table ? 1 : 0, colors * 3})
+      Big(file, static_cast<std::uint32_t>(field), 4);
+    for (const int channel : {0, 1, 2})
+      for (int i = 0; i < colors; ++i) {
+        const Color c = Entry(i);
+        file.push_back(static_cast<std::uint8_t>(channel == 0 ? c.red : channel == 1 ? c.green : c.blue));
+      }
+    if (form.type == 2)
+      Encode(
+          file, pixels, 1, 200,
+          [](Bytes& out, std::size_t count, const std::uint8_t* one) {
+            Append(out, {0x80, static_cast<std::uint8_t>(count - 1), *one});
+          },
+          [](Bytes& out, std::size_t count, const std::uint8_t* all) {
+            for (std::size_t i = 0; i < count; ++i) {
+              out.push_back(all[i]);
+              if (all[i] == 0x80) out.push_back(0);
+            }
+          });
+    else
+      Append(file, pixels);
+    files.push_back({"sun of type " + std::to_string(form.type) + ", bits " + std::to_string(form.bits), file,
+                     55, form.bits, form.type == 2 ? "RLE" : "None",
+                     [=](int x, int y) {
+                       if (form.bits > 8) return Direct(x, y);
+                       if (form.table) return Entry(Index(x, y, form.bits));
+                       return form.bits == 1 ? kOneIsBlack(x, y) : Gray(Index(x, y, 8));
+                     },
+                     form.bits == 32 ? 24 : form.bits});
+  }
+}
+
+void AddXwd(std::vector<RasterFile>& files) {
+  struct Form {
+    const char* name;
+    int format;  ///< 1 by plane, 2 by pixel
+    int depth;
+    int bits;
+    bool big;        ///< bytes
+    bool highFirst;  ///< bits
+    int unit;
+    bool bigHeader;
+  };
+  for (const Form& form : {Form{"bits in words", 2, 1, 1, true, false, 32, true},
+                           {"bits in order", 0, 1, 1, true, true, 8, true},
+                           {"planes", 1, 3, 3, false, false, 16, false},
+                           {"table", 2, 8, 8, true, true, 32, true},
+                           {"16 bits", 2, 16, 16, false, true, 32, true},
+                           {"24 bits", 2, 24, 24, true, true, 32, false},
+                           {"32 bits", 2, 24, 32, false, true, 32, true}}) {
+    const bool direct = form.bits > 8;
+    const int colors = direct ? 0 : 1 << form.depth;
+    const std::size_t unit = static_cast<std::size_t>(form.unit) / 8;
+    const auto ordered = [&](Bytes row) {
+      if (form.big != form.highFirst)
+        for (std::size_t at = 0; at < row.size(); at += unit)
+          std::reverse(row.begin() + static_cast<std::ptrdiff_t>(at),
+                       row.begin() + static_cast<std::ptrdiff_t>(at + unit));
+      for (std::uint8_t& byte : row)
+        for (int turned = form.highFirst ? byte : 0, bit = 0; bit < 8 && !form.highFirst; ++bit) {
+          turned |= (byte >> bit & 1) << (7 - bit);
+          if (bit == 7) byte = static_cast<std::uint8_t>(turned);
+        }
+      return row;
+    };
+    Bytes pixels;
+    for (int plane = form.format == 2 ? 0 : form.depth - 1; plane >= 0; --plane)
+      for (int y = 0; y < kHeight; ++y) {
+        if (form.format < 2)
+          Append(pixels, ordered(PlaneRow(y, form.depth, plane, unit)));
+        else if (!direct)
+          Append(pixels, form.bits == 1 ? ordered(IndexRow(y, 1, unit)) : IndexRow(y, 8, 4));
+        for (int x = 0; direct && x < kWidth; ++x) {
+          const Color c = Direct(x, y);
+          const auto pixel =
+              static_cast<std::uint32_t>(form.bits == 16 ? c.red >> 3 << 11 | c.green >> 2 << 5 | c.blue >> 3
+                                                         : c.red << 16 | c.green << 8 | c.blue);
+          (form.big ? Big : Little)(pixels, pixel, form.bits / 8);
+        }
+      }
+    const auto stride = static_cast<int>(pixels.size()) / kHeight / (form.format == 2 ? 1 : form.depth);
+    const bool narrow = form.bits == 16;
+    Bytes file;
+    for (const int field : {104,
+                            7,
+                            form.format,
+                            form.depth,
+                            kWidth,
+                            kHeight,
+                            0,
+                            form.big ? 1 : 0,
+                            form.unit,
+                            form.highFirst ? 1 : 0,
+                            32,
+                            form.format == 2 ? form.bits : 1,
+                            stride,
+                            direct ? 4 : 3,
+                            narrow ? 0xf800 : 0xff0000,
+                            narrow ? 0x7e0 : 0xff00,
+                            narrow ? 0x1f : 0xff,
+                            8,
+                            colors,
+                            colors,
+                            kWidth,
+                            kHeight,
+                            0,
+                            0,
+                            0})
+      (form.bigHeader ? Big : Little)(file, static_cast<std::uint32_t>(field), 4);
+    Append(file, Text("win"));
+    file.push_back(0);
+    for (int i = 0; i < colors; ++i) {
+      (form.bigHeader ? Big : Little)(file, static_cast<std::uint32_t>(i), 4);
+      const Color c = Entry(i);
+      for (const int level : {c.red, c.green, c.blue})
+        (form.bigHeader ? Big : Little)(file, static_cast<std::uint32_t>(level << 8), 2);
+      Words(file, {7});
+    }
+    Append(file, pixels);
+    files.push_back(
+        {std::string("xwd 11, ") + form.name, file, 133, form.bits, "None",
+         [=](int x, int y) {
+           if (!direct) return Entry(Index(x, y, form.depth));
+           const Color c = Direct(x, y);
+           return narrow ? Color{Coarse(c, 5).red, Coarse(c, 6).green, Coarse(c, 5).blue, 255} : c;
+         },
+         direct           ? 24
+         : form.bits == 3 ? 4
+                          : form.bits});
+  }
+  for (const int bits : {1, 8}) {
+    const int colors = bits == 1 ? 0 : 256;
+    Bytes file;
+    for (const int field : {44, 6, 1, bits, bits == 1 ? 1 : 2, kWidth, kHeight})
+      Big(file, static_cast<std::uint32_t>(field), 4);
+    BigWords(file, {kWidth, kHeight, 0, 0, 0, colors});
+    Append(file, Text("win"));
+    file.push_back(0);
+    for (int i = 0; i < colors; ++i) {
+      const Color c = Entry(i);
+      BigWords(file, {i, c.red << 8, c.green << 8, c.blue << 8});
+    }
+    for (int y = 0; y < kHeight; ++y) {
+      const Bytes row = IndexRow(y, bits, 2);
+      for (std::size_t at = 0; at < row.size() && bits == 1;
+           at += 2) {  // words of 16 bits, the last bit first
+        std::uint32_t word = 0;
+        for (unsigned bit = 0; bit < 16; ++bit)
+          word |= static_cast<std::uint32_t>(row[at + bit / 8] >> (7 - bit % 8) & 1) << bit;
+        Big(file, word, 2);
+      }
+      if (bits == 8) Append(file, row);
+    }
+    files.push_back({"xwd 10", file, 132, bits, "None",
+                     bits == 1 ? std::function<Color(int, int)>(kOneIsWhite) : kIndexed(8)});
+  }
+}
+
+void AddX(std::vector<RasterFile>& files) {
+  for (const bool words : {false, true}) {
+    std::string text = "/* a picture */\n#define a_b_width " + std::to_string(kWidth) +
+                       "\n#define a_b_height " + std::to_string(kHeight) + "\nstatic " +
+                       (words ? "unsigned short" : "char") + " a_b_bits[] = {";
+    for (int y = 0; y < kHeight; ++y)
+      for (int part = 0; part < (words ? 1 : 2); ++part) {
+        unsigned number = 0;
+        for (int bit = 0; bit < (words ? 16 : 8); ++bit)
+          if (const int x = part * 8 + bit; x < kWidth)
+            number |= static_cast<unsigned>(Index(x, y, 1)) << bit;
+        char hex[12];
+        std::snprintf(hex, sizeof hex, y == 1 ? "%u /**/" : "0x%x", number);
+        text += std::string(y + part == 0 ? "" : ", ") + hex;
+      }
+    files.push_back({words ? "xbm of X10" : "xbm", Text(text + "};"), 110, 1, "None", kOneIsBlack});
+  }
+  struct Form {
+    int bits;  ///< of an index
+    int letters;
+    int fileBits;
+    bool transparent;
+  };
+  for (const Form& form :
+       {Form{1, 1, 1, false}, {4, 1, 4, false}, {6, 2, 8, false}, {9, 2, 24, false}, {4, 2, 4, true}}) {
+    const auto key = [&](int i) {
+      return (form.letters == 2 ? std::string(1, static_cast<char>('A' + i / 32)) : "") +
+             static_cast<char>('a' + i % 32 % 26 + (i % 32 >= 26 ? '(' - 'a' - 26 : 0));
+    };
+    std::string text = "/* XPM */\nstatic char* a[] = {\n\"" + std::to_string(kWidth) + " " +
+                       std::to_string(kHeight) + " " + std::to_string(1 << form.bits) + " " +
+                       std::to_string(form.letters) + "\",\n/* colors */\n";
+    for (int i = 0; i < 1 << form.bits; ++i) {
+      const Color c = Entry(i);
+      char hex[16];
+      const int scale = i % 2 == 0 ? 1 : 257;  // one byte or two
+      std::snprintf(hex, sizeof hex, i % 2 == 0 ? "#%02x%02x%02x" : "#%04x%04x%04x", c.red * scale,
+                    c.green * scale, c.blue * scale);
+      text += "\"" + key(i) + "\tm white c " + (form.transparent && i == 3 ? "None" : hex) + " s name\",\n";
+    }
+    for (int y = 0; y < kHeight; ++y) {
+      text += "\"";
+      for (int x = 0; x < kWidth; ++x) text += key(Index(x, y, form.bits));
+      text += y + 1 < kHeight ? "\",\n" : "\"};\n";
+    }
+    files.push_back({"xpm of " + std::to_string(1 << form.bits) + " colours", Text(text), 109, form.fileBits,
+                     "None",
+                     [=](int x, int y) {
+                       const int i = Index(x, y, form.bits);
+                       return form.transparent && i == 3 ? Color{0, 0, 0, 0} : Entry(i);
+                     },
+                     form.transparent ? 32 : form.fileBits});
+  }
+}
+
+void AddPaint(std::vector<RasterFile>& files) {
+  for (const bool header : {false, true}) {
+    Bytes file(header ? 128 : 0);
+    if (header) std::copy_n("PNTG", 4, file.begin() + 65);
+    Big(file, 2, 4);
+    file.resize(file.size() + 304, 0x77);
+    file.resize(header ? 640 : 512);
+    for (int y = 0; y < 720; ++y) {
+      EncodeWithCounts(
+          file, Packed([&](int x) { return Index(x % 50, y, 1); }, 576, 1, 1), 1, 100,
+          [](int n) { return 257 - n; }, [](int n) { return n - 1; });
+      if (y % 50 == 0) file.push_back(0x80);  // means nothing
+    }
+    files.push_back({"macpaint", file, 51, 1, "RLE", [](int x, int y) { return kOneIsBlack(x % 50, y); }});
+  }
+  for (const bool packed : {false, true}) {
+    Bytes file = Text(packed ? "LinS" : "DanM");
+    Words(file, {kWidth, kHeight, 1, 1, 1, 1, kWidth, kHeight, 0, 0, 0, 0, 0, 0});
+    Bytes lines;
+    for (int y = 0; y < kHeight; ++y) {
+      const std::size_t before = lines.size();
+      if (packed && y != 3) Append(lines, {0, 1, IndexRow(y, 1, 1)[0], 1, IndexRow(y, 1, 1)[1]});
+      if (packed) Words(file, {static_cast<int>(lines.size() - before)});
+      if (!packed) Append(lines, IndexRow(y, 1, 1));
+    }
+    Append(file, lines);
+    files.push_back({packed ? "ms paint 2" : "ms paint 1", file, 53, 1, packed ? "RLE" : "None",
+                     [=](int x, int y) { return packed && y == 3 ? Gray(255) : kOneIsWhite(x, y); }});
+  }
+  for (const int planes : {1, 4}) {
+    Bytes file;
+    BigWords(file, {1, planes == 1 ? 8 : 11 + 16 * 3, planes, 2, 85, 169, kWidth, kHeight});
+    if (planes > 1) {
+      Append(file, Text("XIMG"));
+      BigWords(file, {0});
+      for (int i = 0; i < 16; ++i) BigWords(file, {i * 66, 1000 - i * 60, 500});
+    }
+    for (int y = 0; y < kHeight; y += 2) {  // each line is shown twice, the last one once
+      Append(file, {0, 0, 0xff, static_cast<std::uint8_t>(y + 1 < kHeight ? 2 : 1)});
+      for (int plane = 0; plane < planes; ++plane) {
+        const Bytes row = PlaneRow(y, planes, plane, 1);
+        if (y == 2)
+          Append(file, {0, 1, row[0], row[1]});
+        else if (row[0] == 0 || row[0] == 0xff)
+          Append(file, {static_cast<std::uint8_t>((row[0] & 0x80) | 1), 0x80, 1, row[1]});
+        else
+          Append(file, {0x80, 2, row[0], row[1]});
+      }
+    }
+    files.push_back({"gem of " + std::to_string(planes), file, 52, planes, "RLE",
+                     [=](int x, int y) {
+                       const int i = Index(x, y / 2 * 2, planes);
+                       const auto level = [](int part) { return (part * 255 + 500) / 1000; };
+                       return planes == 1 ? Gray(i == 1 ? 0 : 255)
+                                          : Color{level(i * 66), level(1000 - i * 60), level(500), 255};
+                     },
+                     planes, 299, 150});
+  }
+  files.push_back(MakeDrHalo());
+}
+
+Bytes Dib(int width, int height, int bits, bool mask) {
+  Bytes file = MakeBmp(width, height, bits, 0, bits <= 8 ? Table(1 << bits, 2, 1, 0, 1) : Bytes(), {});
+  file.erase(file.begin(), file.begin() + 14);
+  if (mask) file[8] = static_cast<std::uint8_t>(height * 2);
+  for (int y = height - 1; y >= 0; --y) {
+    Bytes row = Packed([&](int x) { return Index(x, y, bits); }, width, std::min(bits, 8), 4);
+    if (bits > 8) {
+      row.clear();
+      for (int x = 0; x < width; ++x) {
+        const Color c = Direct(x, y);
+        for (const int level : {c.blue, c.green, c.red}) row.push_back(static_cast<std::uint8_t>(level));
+        if (bits == 32) row.push_back(static_cast<std::uint8_t>(mask ? Alpha(x, y) : 0));
+      }
+      row.resize((row.size() + 3) / 4 * 4);
+    }
+    Append(file, row);
+  }
+  return file;
+}
+
+void AddBitmaps(std::vector<RasterFile>& files) {
+  for (const int bits : {1, 4, 8, 24, 32}) {
+    const Bytes dib = Dib(kWidth, kHeight, bits, false);
+    const auto color = [=](int x, int y) { return bits > 8 ? Direct(x, y) : Entry(Index(x, y, bits)); };
+    files.push_back({"bare bitmap", dib, 114, bits, "None", color, bits == 32 ? 24 : bits, 100, 200});
+    for (const bool wide : {false, true}) {
+      Bytes file = {static_cast<std::uint8_t>(wide ? 0x51 : 0x50), 0xc3};
+      Words(file, {2});
+      const std::size_t entry = wide ? 172 : 89;
+      for (const int format : {1, 8}) {
+        const std::size_t start = file.size();
+        Little(file, static_cast<std::uint32_t>(format), wide ? 4 : 2);
+        Little(file, static_cast<std::uint32_t>(format == 1 ? 5 : dib.size()), 4);
+        Little(file, static_cast<std::uint32_t>(4 + 2 * entry + (format == 1 ? 0 : 5)), 4);
+        file.resize(start + entry);
+      }
+      Append(file, Text("text\n"));
+      Append(file, dib);
+      files.push_back({"clipboard", file, 114, bits, "None", color, bits == 32 ? 24 : bits, 100, 200});
+    }
+  }
+  for (const bool masked : {false, true})
+    for (const int bits : {1, 4, 8, 24, 32}) {
+      const Bytes file = MakeIcons({{7, bits, masked}}, masked);
+      files.push_back({"icon", file, masked ? 92 : 91, bits, "None",
+                       [=](int x, int y) {
+                         Color c = bits > 8 ? Direct(x, y) : Entry(Index(x, y, bits));
+                         c.alpha = bits == 32 ? Alpha(x, y) : masked && (x + y) % 3 == 0 ? 0 : 255;
+                         return c;
+                       },
+                       masked ? 32 : bits});
+    }
+}
+
+}  // namespace
+
+RasterFile MakePcx(int bits, int planes, bool packed) {
+  Bytes file = {10, 5, static_cast<std::uint8_t>(packed), static_cast<std::uint8_t>(bits)};
+  Words(file, {2, 3, kWidth + 1, kHeight + 2, 300, 150});
+  Append(file, Table(16, 0, 1, 2));
+  file.push_back(0);
+  file.push_back(static_cast<std::uint8_t>(planes));
+  const std::size_t align = bits == 24 ? 1 : 2;
+  Words(file, {bits == 24 ? kWidth * 3
+                          : static_cast<int>(PlaneRow(0, 1, 0, 2).size()) * (bits == 1 ? 1 : 0) +
+                                (bits == 1 ? 0 : static_cast<int>(IndexRow(0, bits, align).size()))});
+  file.resize(128);
+  Bytes pixels;
+  for (int y = 0; y < kHeight; ++y) {
+    if (bits == 24) Append(pixels, ColorRow(y, false));
+    for (int plane = 0; bits == 1 && plane < planes; ++plane) Append(pixels, PlaneRow(y, planes, plane, 2));
+    if (bits != 1 && planes == 1 && bits != 24) Append(pixels, IndexRow(y, bits, 2));
+    for (int channel = 0; planes == 3 && bits == 8 && channel < 3; ++channel)
+      Append(pixels, Packed(
+                         [&](int x) {
+                           const Color c = Direct(x, y);
+                           return channel == 0 ? c.red : channel == 1 ? c.green : c.blue;
+                         },
+                         kWidth, 8, 2));
+  }
+  if (packed)
+    Encode(
+        file, pixels, 1, 63,
+        [](Bytes& out, std::size_t count, const std::uint8_t* one) {
+          Append(out, {static_cast<std::uint8_t>(0xc0 | count), *one});
+        },
+        [](Bytes& out, std::size_t count, const std::uint8_t* all) {
+          for (std::size_t i = 0; i < count; ++i) {
+            if (all[i] >= 0xc0) out.push_back(0xc1);
+            out.push_back(all[i]);
+          }
+        });
+  else
+    Append(file, pixels);
+  const int depth = bits * planes;
+  if (depth == 8) {
+    file.push_back(12);
+    Append(file, Table(256, 0, 1, 2));
+  }
+  return {"pcx of " + std::to_string(planes) + " x " + std::to_string(bits),
+          file,
+          1,
+          depth,
+          packed ? "RLE" : "None",
+          [=](int x, int y) {
+            return depth == 1 ? kOneIsWhite(x, y) : depth == 24 ? Direct(x, y) : Entry(Index(x, y, depth));
+          },
+          depth == 2 || depth == 3 ? 4 : depth,
+          300,
+          150};
+}
+
+Bytes MakeDcx(const std::vector<Bytes>& pages) {
+  Bytes file = {0xb1, 0x68, 0xde, 0x3a};
+  std::size_t end = 4 + 4 * (pages.size() + 1);
+  for (const Bytes& page : pages) end += page.size();
+  Bytes pictures;
+  for (const Bytes& page : pages) {
+    end -= page.size();
+    Little(file, static_cast<std::uint32_t>(end), 4);
+    pictures.insert(pictures.begin(), page.begin(), page.end());
+  }
+  Little(file, 0, 4);
+  Append(file, pictures);
+  return file;
+}
+
+RasterFile MakeDrHalo() {
+  Bytes file;
+  Words(file, {kWidth, kHeight, 0});
+  for (int y = 0; y < kHeight; ++y) {
+    Bytes line;
+    EncodeWithCounts(
+        line, IndexRow(y, 8, 1), 1, 100, [](int n) { return n | 128; }, [](int n) { return n; });
+    line.push_back(0);
+    Words(file, {static_cast<int>(line.size())});
+    Append(file, line);
+  }
+  return {"dr halo", file, 108, 8, "RLE", [](int x, int y) { return Gray(Index(x, y, 8)); }};
+}
+
+Bytes MakeDrHaloColors() {
+  Bytes file = Text("AH");
+  Words(file, {227, 0, 10, 0, 0, 255, 255, 255, 255});
+  file.resize(40);
+  for (int i = 0; i < 256; ++i) {
+    if (file.size() % 512 > 506) file.resize((file.size() / 512 + 1) * 512);
+    const Color c = Entry(i);
+    Words(file, {c.red, c.green, c.blue});
+  }
+  return file;
+}
+
+Bytes MakeIcons(const std::vector<IconForm>& forms, bool cursors) {
+  Bytes file;
+  Words(file, {0, cursors ? 2 : 1, static_cast<int>(forms.size())});
+  Bytes pictures;
+  for (const IconForm& form : forms) {
+    Bytes picture;
+    if (form.png) {
+      picture = MakePng(form.size, form.size, 8, 2, false,
+                        [](int x, int y, int) { return static_cast<unsigned>(x + y); });
+    } else {
+      picture = Dib(form.size, form.size, form.bits, true);
+      for (int y = form.size - 1; y >= 0; --y)
+        Append(picture,
+               Packed([&](int x) { return form.masked && (x + y) % 3 == 0 ? 1 : 0; }, form.size, 1, 4));
+    }
+    Append(file, {16, 16, 0, 0});  // sizes and depths that aren't true
+    Words(file, {1, 8});
+    Little(file, 1, 4);
+    Little(file, static_cast<std::uint32_t>(6 + 16 * forms.size() + pictures.size()), 4);
+    Append(pictures, picture);
+  }
+  Append(file, pictures);
+  return file;
+}
+
+Bytes MakeAnimatedCursor(const std::vector<Bytes>& frames) {
+  const auto chunk = [](const char* name, const Bytes& data) {
+    Bytes bytes = Text(name);
+    Little(bytes, static_cast<std::uint32_t>(data.size()), 4);
+    Append(bytes, data);
+    if (data.size() % 2 != 0) bytes.push_back(0);
+    return bytes;
+  };
+  Bytes list = Text("fram");
+  for (const Bytes& frame : frames) Append(list, chunk("icon", frame));
+  Bytes body = Text("ACON");
+  for (const Bytes& part :
+       {chunk("LIST", chunk("INFO", Bytes(5, 'n'))), chunk("anih", Bytes(36)), chunk("LIST", list)})
+    Append(body, part);
+  return chunk("RIFF", body);
+}
+
+std::vector<RasterFile> MakeRasterFiles() {
+  std::vector<RasterFile> files;
+  for (const auto add : {AddPcx, AddTarga, AddPnm, AddSun, AddXwd, AddX, AddPaint, AddBitmaps}) add(files);
+  return files;
+}
+
+std::vector<Bytes> MakeRasterSamples() {
+  const Bytes fax = MakePcx(1, 1, true).bytes;
+  const Bytes icons = MakeIcons({{5, 8}, {9, 32, true}, {8, 24, false, true}});
+  std::vector<Bytes> samples = {MakeDcx({fax, fax}), icons, MakeAnimatedCursor({icons, icons})};
+  std::set<std::tuple<int, std::string, int, int>> seen;
+  for (const RasterFile& file : MakeRasterFiles())
+    if (seen.emplace(file.format, file.compression, file.bits, file.memoryBits).second)
+      samples.push_back(file.bytes);
+  return samples;
+}
+
+}  // namespace codec_test
