@@ -16,10 +16,11 @@ bool Is(const std::uint8_t* mark, const char* name) {
 std::vector<AlbumPart> ReadFrames(const Source& source) {
   constexpr std::int64_t kFileHeader = 12;
   constexpr std::int64_t kChunkHeader = 8;
-  constexpr std::size_t kMostFrames = 10'000;
+  constexpr int kMostChunks = 20'000;
   std::vector<AlbumPart> frames;
   std::array<std::uint8_t, kChunkHeader + 4> head{};
-  for (std::int64_t at = kFileHeader; frames.size() < kMostFrames && source.ReadExactly(at, head);) {
+  std::int64_t at = kFileHeader;
+  for (int chunk = 0; chunk < kMostChunks && source.ReadExactly(at, head); ++chunk) {
     const std::int64_t size = LittleU32(&head[4]);
     if (Is(head.data(), "LIST") && Is(&head[kChunkHeader], "fram")) {
       at += kChunkHeader + 4;  // goes on inside

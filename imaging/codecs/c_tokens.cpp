@@ -14,7 +14,8 @@ bool InWord(int letter) {
 CTokens::Kind CTokens::Next() {
   m_text.clear();
   int letter = m_data.U8();
-  while (std::isspace(letter) != 0) letter = m_data.U8();
+  for (; std::isspace(letter) != 0 || letter == '/'; letter = m_data.U8())
+    if (letter == '/') SkipComment();
   if (m_data.AtEnd()) return Kind::kEnd;
   if (letter == '"') {
     ReadString();
@@ -24,10 +25,6 @@ CTokens::Kind CTokens::Next() {
   if (!m_text.empty()) {
     if (!m_data.AtEnd()) m_data.Skip(-1);
     return Kind::kWord;
-  }
-  if (letter == '/') {
-    SkipComment();
-    return Next();
   }
   m_text.push_back(static_cast<char>(letter));
   return Kind::kOther;

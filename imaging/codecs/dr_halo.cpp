@@ -43,7 +43,8 @@ std::vector<RGBQUAD> FindTable(const Source& source) {
   if (source.Stamp() == SourceIdentity{} || name.size() < 4 || name[name.size() - 4] != '.') return {};
   for (const char* ending : {"pal", "PAL"}) {
     const std::string beside = name.substr(0, name.size() - 3) + ending;
-    if (std::filesystem::is_regular_file(beside)) return ReadTable(*OpenFileSource(beside.c_str()));
+    std::error_code none;
+    if (std::filesystem::is_regular_file(beside, none)) return ReadTable(*OpenFileSource(beside.c_str()));
   }
   return {};
 }

@@ -104,6 +104,8 @@ RasterPage ReadGem(const Source& source) {
   const auto header = ReadHeader<kHeaderBytes>(source);
   const auto field = [&](std::size_t index) { return static_cast<int>(BigU16(&header[index * 2])); };
   const int planes = field(2);
+  if (planes < 1 || planes > 8 || field(3) < 1)
+    Fail(kErrorCorrupt, "%s: a GEM image of %d planes", source.Name().c_str(), planes);
   RasterPage page = MakePage(source, kFormatGem, field(6), field(7), planes, "RLE");
   constexpr double kMicrons = 25400;
   page.info.xResolution = DotsPerInch(kMicrons / field(4));

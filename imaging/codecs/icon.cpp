@@ -108,27 +108,22 @@ class IconReader final : public Reader {
   /// Where a bit of the mask is set the screen shows through. A mask that is missing or cut off hides
   /// nothing; a picture of which nothing is hidden stays as it is.
   void ApplyMask(DecodedPage& page) const {
-    const std::int64_t width = m_header.width;
-    const std::int64_t stride = (width + 31) / 32 * 4;
-    const std::int64_t offset = m_dataOffset + (width * m_header.bits + 31) / 32 * 4 * m_header.height;
-    std::vector<std::uint8_t> mask(static_cast<std::size_t>(stride * m_header.height));
-    m_icon.ReadAt(offset, mask);
-    const auto hidden = [&](std::int64_t x, std::int64_t y) {
-      const std::int64_t line = m_header.topDown ? y : m_header.height - 1 - y;
-      return (mask[static_cast<std::size_t>(line * stride + x / 8)] >> (7 - x % 8) & 1) != 0;
-    };
-    auto masked = PixelStorage::Create(page.pixels->Width(), page.pixels->Height(), 32);
-    bool any = false;
-    for (int y = 0; y < masked->Height(); ++y) {
-      std::uint8_t* row = masked->Row(y);
-      ExpandRow(*page.pixels, y, row);
-      for (std::ptrdiff_t x = 0; x < masked->Width(); ++x) {
-        const bool clear = hidden(x, y);
-        any = any || clear;
-        row[x * 4 + 3] = clear ? 0 : 0xff;
-      }
+    const int height = page.pixels->Height();
+    const std::size_t stride = static_cast<std::size_t>(m_header.width + 31) / 32 * 4;
+    std::vector<std::uint8_t> mask(stride * static_cast<std::size_t>(height));
+    m_icon.ReadAt(m_dataOffset + (m_header.width * m_header.bits + 31) / 32 * 4 * height, mask);
+    if (std::all_of(mask.begin(), mask.end(), [](std::uint8_t byte) { return byte == 0; })) return;
+    CheckPlausible(m_icon, m_header.width * height * 4, 64);
+    auto masked = PixelStorage::Create(page.pixels->Width(), height, 32);
+    std::vector<std::uint8_t> hidden(static_cast<std::size_t>(masked->Width()) + 7);
+    for (int y = 0; y < height; ++y) {
+      ExpandRow(*page.pixels, y, masked->Row(y));
+      const int line = m_header.topDown ? y : height - 1 - y;
+      ExpandBits(&mask[stride * static_cast<std::size_t>(line)], hidden.data(), masked->Width(), 0xff, 0);
+      for (std::ptrdiff_t x = 0; x < masked->Width(); ++x)
+        masked->Row(y)[x * 4 + 3] = hidden[static_cast<std::size_t>(x)];
     }
-    if (any) page.pixels = std::move(masked);
+    page.pixels = std::move(masked);
   }
 
   const Source& m_icon;
@@ -178,8 +173,9 @@ std::unique_ptr<Reader> OpenIcons(const Source& source) {
   std::stable_sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
     return a.pixels != b.pixels ? a.pixels > b.pixels : a.bits > b.bits;
   });
-  std::vector<AlbumPart> parts;
-  for (const Entry& entry : entries) parts.push_back(entry.part);
+  std::vector<AlbumPart> parts(entries.size());
+  std::transform(entries.begin(), entries.end(), parts.begin(),
+                 [](const Entry& entry) { return entry.part; });
   return OpenAlbum(source, std::move(parts), header[2] == 2 ? kFormatCursor : kFormatIcon, OpenPicture);
 }
 

@@ -18,9 +18,10 @@ bool HasMacintoshHeader(std::span<const std::uint8_t> head) {
 }
 
 RunStep NextStep(ByteReader& data) {
-  const int code = static_cast<std::int8_t>(data.U8());
-  if (code == -128) return {};
-  return code >= 0 ? RunStep{RunStep::kLiteral, code + 1} : RunStep{RunStep::kRepeat, 1 - code};
+  constexpr int kNothing = 128;
+  const int code = data.U8();
+  if (code == kNothing) return {};
+  return code < kNothing ? RunStep{RunStep::kLiteral, code + 1} : RunStep{RunStep::kRepeat, 257 - code};
 }
 
 RasterPage ReadMacPaint(const Source& source) {

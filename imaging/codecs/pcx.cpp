@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 
 #include "imaging/codecs/raster.h"
@@ -44,8 +45,8 @@ std::vector<RGBQUAD> ReadSmallTable(const Header& header) {
   const bool empty = std::all_of(table.begin(), table.end(), [](std::uint8_t byte) { return byte == 0; });
   constexpr int kWithoutTable = 3;
   if (header[1] != kWithoutTable && !empty) return ReadTable(table);
-  std::vector<RGBQUAD> colors;
-  for (const std::uint32_t color : kEga) colors.push_back(ColorOf(color));
+  std::vector<RGBQUAD> colors(kEga.size());
+  std::transform(kEga.begin(), kEga.end(), colors.begin(), ColorOf);
   return colors;
 }
 

@@ -54,6 +54,7 @@ inline std::uint8_t ScaleLevel(std::uint64_t level, std::uint64_t most) {
 /// One channel of pixels with bit fields, scaled to 8 bits.
 class BitField {
  public:
+  BitField() = default;
   explicit BitField(std::uint32_t mask)
       : m_mask(mask), m_shift(mask == 0 ? 0 : std::countr_zero(mask)), m_most(mask >> m_shift) {}
 
@@ -63,9 +64,9 @@ class BitField {
   }
 
  private:
-  std::uint32_t m_mask;
-  int m_shift;
-  std::uint32_t m_most;
+  std::uint32_t m_mask = 0;
+  int m_shift = 0;
+  std::uint32_t m_most = 0;
 };
 
 /// Spreads packed samples of 1, 2, 4 or 8 bits, most significant first, to a byte each.

@@ -132,12 +132,13 @@ RasterPage ReadTarga(const Source& source) {
   return page;
 }
 
-/// Without a mark every field must make sense.
+/// Without a mark every field must make sense; under its own name a file may hold nonsense where no table is.
 bool Recognise(const Candidate& candidate) {
   if (candidate.head.size() < kHeaderBytes || candidate.head[1] > 1) return false;
   const Header header(candidate.head);
-  return header.SoundDepth() && header.SoundTable() && header.Indexed() <= header.table &&
-         !header.interleaved && header.alphaBits <= 8 && header.width > 0 && header.height > 0;
+  return header.SoundDepth() && header.Indexed() <= header.table &&
+         (header.SoundTable() || (!header.table && candidate.ending == "tga")) && !header.interleaved &&
+         header.alphaBits <= 8 && header.width > 0 && header.height > 0;
 }
 
 }  // namespace

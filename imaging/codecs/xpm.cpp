@@ -1,4 +1,4 @@
-#include <charconv>
+#include <algorithm>
 #include <optional>
 #include <sstream>
 #include <string_view>

@@ -17,14 +17,14 @@ constexpr std::int64_t kX11Color = 12;
 
 /// Where the pixels lie, for both versions.
 struct Layout {
-  bool byPixel;
-  int planes;  ///< of a picture that isn't stored by pixel
-  int bits;    ///< of a pixel, or 1
-  std::size_t stride;
-  bool bigEndian;
-  bool highBitFirst;
-  std::size_t unit;                ///< bytes of the words that bits stand in
-  std::array<BitField, 3> fields;  ///< of direct colours
+  bool byPixel = false;
+  int planes = 1;  ///< of a picture that isn't stored by pixel
+  int bits = 1;    ///< of a pixel, or 1
+  std::size_t stride = 0;
+  bool bigEndian = false;
+  bool highBitFirst = false;
+  std::size_t unit = 2;              ///< bytes of the words that bits stand in
+  std::array<BitField, 3> fields{};  ///< of direct colours
 
   bool Direct() const { return fields[0].Present(); }
 };
@@ -137,35 +137,37 @@ class RowMaker {
   std::int64_t m_row = 0;
 };
 
+/// A depth of which there are no pictures stays one.
+int DepthOf(std::uint32_t depth) {
+  constexpr std::uint32_t kNone = 33;
+  return static_cast<int>(std::min(depth, kNone));
+}
+
 Layout LayoutOf11(const Words& header) {
-  const bool byPixel = header[2] == kByPixel;
+  Layout layout;
+  layout.byPixel = header[2] == kByPixel;
+  layout.planes = DepthOf(header[3]);
+  if (layout.byPixel) layout.bits = DepthOf(header[11]);
+  layout.stride = header[12];
+  layout.bigEndian = header[7] != 0;
+  layout.highBitFirst = header[9] != 0;
+  layout.unit = std::clamp<std::size_t>(header[8] / 8, 1, 4);
   const bool direct = header[13] >= kTrueColor;
-  return {byPixel,
-          static_cast<int>(std::min(header[3], 33U)),
-          byPixel ? static_cast<int>(std::min(header[11], 33U)) : 1,
-          header[12],
-          header[7] != 0,
-          header[9] != 0,
-          std::clamp<std::size_t>(header[8] / 8, 1, 4),
-          {BitField(direct ? header[14] : 0), BitField(direct ? header[15] : 0),
-           BitField(direct ? header[16] : 0)}};
+  for (std::size_t i = 0; direct && i < 3; ++i) layout.fields[i] = BitField(header[14 + i]);
+  return layout;
 }
 
 /// Version 10 tells neither orders nor strides: words of 16 bits, whose first pixel is the least significant
 /// bit.
 Layout LayoutOf10(const Words& header) {
+  Layout layout;
   const bool bilevel = header[3] <= 1;
-  const std::size_t words = (std::size_t{header[5]} * (bilevel ? 1 : 8) + 15) / 16;
-  return {header[4] == kByPixel || bilevel,
-          static_cast<int>(std::min(header[3], 33U)),
-          bilevel          ? 1
-          : header[3] <= 8 ? 8
-                           : 33,
-          words * 2,
-          header.BigEndian(),
-          false,
-          2,
-          {BitField(0), BitField(0), BitField(0)}};
+  layout.byPixel = header[4] == kByPixel || bilevel;
+  layout.planes = DepthOf(header[3]);
+  layout.bits = bilevel ? 1 : std::max(layout.planes, 8);
+  layout.stride = (std::size_t{header[5]} * (bilevel ? 1 : 8) + 15) / 16 * 2;
+  layout.bigEndian = header.BigEndian();
+  return layout;
 }
 
 void RequireSound(const Source& source, const Layout& layout, std::int64_t width) {
