@@ -117,7 +117,8 @@ int GifStream::ReadLines(const Visit& visit) {
 
 /// What was learnt of a file, for the next page of it: paging on then costs the frame that is new.
 struct Playback {
-  Playback(int width, int height, std::int64_t begin) : frames(width, height, begin) {}
+  Playback(int width, int height, std::int64_t begin)
+      : frames(width, height, begin), screens(width, height) {}
   std::optional<SourceIdentity> identity;
   GifFrames frames;
   GifScreens screens;
@@ -167,9 +168,11 @@ class GifReader final : public Reader {
     }
     GifCanvas canvas = Compose(page);
     decoded.pixels = ReduceToPalette(canvas.Pixels());
-    if (decoded.pixels == nullptr) decoded.pixels = GifCanvas(canvas.Pixels()).Take();
+    const bool keep = m_playback->identity && m_playback->screens.Holds();
+    if (decoded.pixels == nullptr) decoded.pixels = keep ? GifCanvas(canvas.Pixels()).Take() : canvas.Take();
+    if (!keep) return decoded;
     Dispose(canvas, frame, m_replaced);
-    if (m_playback->identity) m_playback->screens.KeepLast(page + 1, canvas.Take());
+    m_playback->screens.KeepLast(page + 1, canvas.Take());
     return decoded;
   }
 

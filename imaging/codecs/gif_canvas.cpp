@@ -131,6 +131,11 @@ std::unique_ptr<PixelStorage> ReduceToPalette(const PixelStorage& screen) {
   return reduced;
 }
 
+GifScreens::GifScreens(int width, int height) {
+  constexpr std::size_t kMostBytes = 64'000'000;
+  m_room = kMostBytes / std::max<std::size_t>(1, BytesOf(width) * static_cast<std::size_t>(height));
+}
+
 void GifScreens::Keep(int number, std::unique_ptr<PixelStorage> screen) {
   m_screens.insert_or_assign(number, std::move(screen));
   Thin();
@@ -151,14 +156,9 @@ const PixelStorage* GifScreens::Latest(int first, int last, int& number) const {
   return found->second.get();
 }
 
-/// Every second one goes until the rest fits; a screen that is too large alone isn't kept at all.
+/// Every second one goes until the rest fits.
 void GifScreens::Thin() {
-  constexpr std::size_t kMostBytes = 64'000'000;
-  const PixelStorage& any = *m_screens.begin()->second;
-  const std::size_t each = BytesOf(any.Width()) * static_cast<std::size_t>(any.Height());
-  const std::size_t room = kMostBytes / each;
-  if (room == 0) m_screens.clear();
-  while (m_screens.size() > std::max<std::size_t>(room, 1)) {
+  while (m_screens.size() > m_room) {
     m_step *= 2;
     std::erase_if(m_screens,
                   [this](const auto& entry) { return entry.first % m_step != 0 && entry.first != m_last; });

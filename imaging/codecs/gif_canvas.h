@@ -39,8 +39,11 @@ std::unique_ptr<PixelStorage> ReduceToPalette(const PixelStorage& screen);
 /// one and, evenly spread, those that make it cheap to page back.
 class GifScreens {
  public:
+  GifScreens(int width, int height);
+  /// False for a screen of which not even one fits into the budget.
+  bool Holds() const { return m_room != 0; }
   /// Whether a copy of the screen before that frame is wanted, beside the last one.
-  bool Wants(int number) const { return number % m_step == 0 && !m_screens.contains(number); }
+  bool Wants(int number) const { return Holds() && number % m_step == 0 && !m_screens.contains(number); }
   void Keep(int number, std::unique_ptr<PixelStorage> screen);
   /// The same for the one before the page that is likely to be asked for next.
   void KeepLast(int number, std::unique_ptr<PixelStorage> screen);
@@ -50,6 +53,7 @@ class GifScreens {
  private:
   void Thin();
 
+  std::size_t m_room;  ///< screens
   std::map<int, std::unique_ptr<PixelStorage>> m_screens;
   int m_step = 1;
   int m_last = 0;
