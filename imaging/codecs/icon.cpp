@@ -161,7 +161,7 @@ Entry Measure(const Source& source, const AlbumPart& part) {
 
 std::unique_ptr<Reader> OpenIcons(const Source& source) {
   const auto header = ReadHeader<kDirectoryHeader>(source);
-  constexpr unsigned kMostPictures = 1000;
+  constexpr unsigned kMostPictures = 256;  // far more than there are in any that is used
   std::vector<Entry> entries;
   for (unsigned i = 0; i < std::min(LittleU16(&header[4]), kMostPictures); ++i) {
     std::array<std::uint8_t, kDirectoryEntry> entry{};

@@ -164,8 +164,8 @@ Layout LayoutOf10(const Words& header) {
   const bool bilevel = header[3] <= 1;
   layout.byPixel = header[4] == kByPixel || bilevel;
   layout.planes = DepthOf(header[3]);
-  layout.bits = bilevel ? 1 : std::max(layout.planes, 8);
-  layout.stride = (std::size_t{header[5]} * (bilevel ? 1 : 8) + 15) / 16 * 2;
+  layout.bits = bilevel || !layout.byPixel ? 1 : std::max(layout.planes, 8);
+  layout.stride = (std::size_t{header[5]} * static_cast<std::size_t>(layout.bits) + 15) / 16 * 2;
   layout.bigEndian = header.BigEndian();
   return layout;
 }

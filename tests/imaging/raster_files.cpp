@@ -444,10 +444,10 @@ void AddXwd(std::vector<RasterFile>& files) {
          : form.bits == 3 ? 4
                           : form.bits});
   }
-  for (const int bits : {1, 8}) {
-    const int colors = bits == 1 ? 0 : 256;
+  for (const int bits : {1, 3, 8}) {
+    const int colors = bits == 1 ? 0 : 1 << bits;
     Bytes file;
-    for (const int field : {44, 6, 1, bits, bits == 1 ? 1 : 2, kWidth, kHeight})
+    for (const int field : {44, 6, 1, bits, bits == 8 ? 2 : 1, kWidth, kHeight})
       Big(file, static_cast<std::uint32_t>(field), 4);
     BigWords(file, {kWidth, kHeight, 0, 0, 0, colors});
     Append(file, Text("win"));
@@ -456,19 +456,20 @@ void AddXwd(std::vector<RasterFile>& files) {
       const Color c = Entry(i);
       BigWords(file, {i, c.red << 8, c.green << 8, c.blue << 8});
     }
-    for (int y = 0; y < kHeight; ++y) {
-      const Bytes row = IndexRow(y, bits, 2);
-      for (std::size_t at = 0; at < row.size() && bits == 1;
-           at += 2) {  // words of 16 bits, the last bit first
-        std::uint32_t word = 0;
-        for (unsigned bit = 0; bit < 16; ++bit)
-          word |= static_cast<std::uint32_t>(row[at + bit / 8] >> (7 - bit % 8) & 1) << bit;
-        Big(file, word, 2);
+    for (int plane = bits == 8 ? 0 : bits - 1; plane >= 0; --plane)
+      for (int y = 0; y < kHeight; ++y) {
+        const Bytes row = bits == 8 ? IndexRow(y, 8, 2) : PlaneRow(y, bits, plane, 2);
+        for (std::size_t at = 0; at < row.size() && bits < 8; at += 2) {  // words whose last bit is the first
+          std::uint32_t word = 0;
+          for (unsigned bit = 0; bit < 16; ++bit)
+            word |= static_cast<std::uint32_t>(row[at + bit / 8] >> (7 - bit % 8) & 1) << bit;
+          Big(file, word, 2);
+        }
+        if (bits == 8) Append(file, row);
       }
-      if (bits == 8) Append(file, row);
-    }
-    files.push_back({"xwd 10", file, 132, bits, "None",
-                     bits == 1 ? std::function<Color(int, int)>(kOneIsWhite) : kIndexed(8)});
+    files.push_back({"xwd 10 of " + std::to_string(bits), file, 132, bits, "None",
+                     bits == 1 ? std::function<Color(int, int)>(kOneIsWhite) : kIndexed(bits),
+                     bits == 3 ? 4 : bits});
   }
 }
 
