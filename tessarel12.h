@@ -4,7 +4,7 @@
 
 #include "docview/bitmap_borrower.h"
 #include "docview/document_frame.h"
-#include "docview/view_rules.h"
+#include "docview/hints.h"
 #include "docview/zp_doc.h"
 #include "docview/zp_mdi_child.h"
 #include "docview/zp_mdi_frame.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "docview/hints.h"
 #include "docview/zp_doc.h"
 #include "docview/zp_view.h"
 #include "viewing/commands/window_display.h"
@@ -39,7 +40,8 @@ class DocumentDisplay : public WindowDisplay<CZPView, ViewMouseDrag, ViewMouseZo
   bool IsFitting(int mode) const override { return m_window->GetFitMode() == mode; }
   /// Both modes for dragging do.
   bool IsClick(Click what) const override {
-    return what == Click::Drag ? view::ClickDrags(m_window->GetMouseMode()) : WindowDisplay::IsClick(what);
+    return what == Click::Drag ? PageWindowTraits<CView>::kModes.Drags(m_window->GetMouseMode())
+                               : WindowDisplay::IsClick(what);
   }
 
  private:

@@ -6,7 +6,7 @@
 
 #include "docview/bitmap_borrower.h"
 #include "docview/document_frame.h"
-#include "docview/view_rules.h"
+#include "docview/hints.h"
 #include "library/failure.h"
 #include "library/resource_ids.h"
 #include "platform/framework/frame_wnd.h"

@@ -12,7 +12,7 @@ class CWnd;
 ///
 /// Pages are counted from 0. A page argument is a page of the document, or -1 for
 /// the active page where that is told. Results are 1 for success and 0 for failure. Its views hear of changes
-/// by the hints of view_rules.h. A document that is opened has to have a view already; its frame, if that is
+/// by the hints of hints.h. A document that is opened has to have a view already; its frame, if that is
 /// a CZPDocumentFrame, is told of each open.
 class TESSAREL_API CZPDoc : public CDocument {
   DECLARE_DYNCREATE(CZPDoc)

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "docview/view_rules.h"
+#include "docview/hints.h"
 #include "docview/zp_doc.h"
 #include "library/failure.h"
 #include "thumbs/page_picture.h"

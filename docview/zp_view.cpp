@@ -1,30 +1,18 @@
 #include "docview/zp_view.h"
 
+#include "docview/document_frame.h"
+#include "docview/hints.h"
 #include "docview/zp_doc.h"
 #include "library/failure.h"
 #include "library/resource_ids.h"
 #include "viewing/crossed_box.h"
-#include "viewing/page_input.h"
+#include "viewing/detail/page_window_map.h"
 #include "viewing/page_paint.h"
 #include "viewing/saved_scale.h"
-#include "viewing/window_parts.h"
+
+template class CPageWindow<CView>;
 
 IMPLEMENT_DYNCREATE(CZPView, CView)
-
-BEGIN_MESSAGE_MAP(CZPView, CView)
-ON_WM_SIZE()
-ON_WM_CREATE()
-ON_WM_HSCROLL()
-ON_WM_VSCROLL()
-ON_WM_LBUTTONDOWN()
-ON_WM_LBUTTONUP()
-ON_WM_MOUSEMOVE()
-ON_WM_SETCURSOR()
-ON_WM_KEYDOWN()
-ON_WM_KEYUP()
-ON_WM_CONTEXTMENU()
-ON_WM_MOUSEWHEEL()
-END_MESSAGE_MAP()
 
 // Creation
 
@@ -32,7 +20,7 @@ CZPView::CZPView() : m_dScaleFactor(saved_scale::Factor()) {
   try {
     LEADTOOLS::InitBitmap(&m_SmartBitmap, 0, 0, 1);
   } catch (CLeadtoolsException* exception) {
-    ReportFailure(exception);
+    Report(exception);
   }
 }
 
@@ -40,16 +28,8 @@ CZPView::~CZPView() {
   FreeSmartBitmap();
 }
 
-BOOL CZPView::PreCreateWindow(CREATESTRUCT& cs) {
-  if (CView::PreCreateWindow(cs) == FALSE) return FALSE;
-  cs.lpszClass = window_parts::WindowClass();
-  return TRUE;
-}
-
-int CZPView::OnCreate(LPCREATESTRUCT cs) {
-  if (CView::OnCreate(cs) == -1) return -1;
-  window_parts::AddScrollBars(*this);
-  return 0;
+void CZPView::Report(CLeadtoolsException* exception) {
+  ReportFailure(exception);
 }
 
 void CZPView::OnInitialUpdate() {
@@ -60,18 +40,6 @@ void CZPView::OnInitialUpdate() {
 
 CZPDoc* CZPView::Document() const {
   return dynamic_cast<CZPDoc*>(GetDocument());
-}
-
-CSize CZPView::PageSize() const {
-  return m_pBitmap != nullptr ? CSize(m_pBitmap->Width, m_pBitmap->Height) : CSize();
-}
-
-bool CZPView::IsReduced() const {
-  return m_pBitmap != nullptr && view::IsReduced(m_nZoomDivisor, m_pBitmap->BitsPerPixel);
-}
-
-void CZPView::FreeSmartBitmap() {
-  if ((m_SmartBitmap.Flags & leadtools12::kAllocated) != 0) LEADTOOLS::FreeBitmap(&m_SmartBitmap);
 }
 
 void CZPView::ForgetBitmap() {
@@ -107,12 +75,37 @@ void CZPView::DoSmartResizing() {
     FreeSmartBitmap();
     LEADTOOLS::SmartResize(m_pBitmap, &m_SmartBitmap, 1.0 / m_nZoomDivisor);
   } catch (CLeadtoolsException* exception) {
-    ReportFailure(exception);
+    Report(exception);
   }
 }
 
-int CZPView::GetWidthBytes(int bits) {
-  return window_parts::WidthBytes(bits);
+// Scale, mouse
+
+void CZPView::SetZoomedScrollPos(double oldFactor) {
+  SetScrollPos(viewport::KeepingCentre(m_ptScroll, m_szClient, m_dScaleFactor / oldFactor), TRUE);
+}
+
+void CZPView::UpdateZoomStatus() {
+  auto* const frame = dynamic_cast<CZPDocumentFrame*>(GetParentFrame());
+  if (frame != nullptr) frame->UpdateZoomStatus();
+}
+
+int CZPView::SetMouseMode(int mode) {
+  m_nMouseMode = mode;
+  POINT pointer;
+  GetCursorPos(&pointer);
+  ScreenToClient(&pointer);
+  CRect client;
+  GetClientRect(client);
+  if (client.PtInRect(pointer) == FALSE) return 0;
+  const bool in = mode == ViewMouseZoomIn;  // Shift counts from the next move on
+  ShowModeCursor(in, IsStepPossible(in));
+  return 1;
+}
+
+bool CZPView::IsStaleAfterResize(bool moved) const {
+  const CZPDoc* const document = Document();
+  return moved || (m_pBitmap == nullptr && document != nullptr && document->GetPagesNum() > 0);
 }
 
 // Painting
@@ -121,26 +114,17 @@ void CZPView::OnDraw(CDC* dc) {
   if (DisplayBmp(dc) == 0) {
     const CZPDoc* const document = Document();
     if (document == nullptr || document->GetPagesNum() == 0)
-      window_parts::FillGray(*this, *dc);
+      FillGray(*this, *dc);
     else
       DrawNoPage(dc);
   }
   // Another device context than the window's never had the frame of a selection.
-  if (dynamic_cast<CPaintDC*>(dc) != nullptr) PageInput(*this).RestoreBand(dc);
+  if (dynamic_cast<CPaintDC*>(dc) != nullptr) RestoreBand(dc);
 }
 
 int CZPView::DisplayBmp(CDC* dc) {
-  if (m_pBitmap == nullptr) return 0;
-  const bool reduced = IsReduced() && ShowsReducedCopy(dc->m_hDC, m_SmartBitmap);
   auto* const paint = dynamic_cast<CPaintDC*>(dc);
-  try {
-    PaintPage(dc->m_hDC, reduced ? &m_SmartBitmap : m_pBitmap, m_ptScroll, m_szScaled,
-              paint != nullptr ? &paint->m_ps.rcPaint : nullptr);
-  } catch (CLeadtoolsException* exception) {
-    ReportFailure(exception);
-    return 0;
-  }
-  return 1;
+  return PaintShown(*dc, paint != nullptr ? &paint->m_ps.rcPaint : nullptr) ? 1 : 0;
 }
 
 void CZPView::DrawNoPage(CDC* dc) {
@@ -158,7 +142,7 @@ void CZPView::DrawNoPage(CDC* dc) {
   const COLORREF former = dc->SetBkColor(kGray);
   CRect measured = client;
   const int height = dc->DrawText(text, measured, DT_CALCRECT | DT_WORDBREAK | DT_CENTER);
-  CRect place = view::TextRect(client.Size(), height);
+  CRect place = crossed_box::TextRect(client.Size(), height);
   dc->DrawText(text, place, DT_WORDBREAK | DT_CENTER);
   dc->SetBkColor(former);
 }

@@ -1,16 +1,13 @@
 #pragma once
 
 #include "docview/bitmap_borrower.h"
-#include "docview/view_rules.h"
-#include "imaging/ltwrap.h"
 #include "library/export.h"
 #include "platform/framework/view.h"
+#include "viewing/page_window.h"
 
-class CPaintDC;
-class CScrollBar;
 class CZPDoc;
-template <class Window>
-class PageInput;
+
+extern template class TESSAREL_API CPageWindow<CView>;
 
 /// Shows the active page of a CZPDoc, scaled and scrolled. The page's bitmap stays the document's; it comes
 /// with the document's hints. A page that can't be shown is a crossed box with a text, a document without
@@ -18,38 +15,21 @@ class PageInput;
 ///
 /// Scale, fit mode and mouse mode outlast changes of page. A fit mode is a running state: it is applied again
 /// to each page and whenever the window changes its size, until a zoom by number or step ends it. A zoom
-/// keeps the page's point in the middle of the window where it is. Mouse modes are those of view_rules.h, fit
-/// modes those of fit.h. A host may derive from it: the calls of its virtual operations within the
+/// keeps the page's point in the middle of the window where it is. Mouse modes are those of mouse_rules.h,
+/// fit modes those of fit.h. A host may derive from it: the calls of its virtual operations within the
 /// class reach the derived class.
-class TESSAREL_API CZPView : public CView, public CZPBitmapBorrower {
+class TESSAREL_API CZPView : public CPageWindow<CView>, public CZPBitmapBorrower {
   DECLARE_DYNCREATE(CZPView)
  public:
-  CZPView(const CZPView&) = delete;
-  CZPView& operator=(const CZPView&) = delete;
-
   /// The scale that is asked for, 1.0 being one page pixel per screen pixel. Ends a running fit, also if the
   /// factor is refused, of which 0 tells.
-  int ZoomToScaleFactor(double factor);
-  /// One step; both end a running fit.
-  void ZoomIn();
-  void ZoomOut();
-  int ZoomInPossible() const;
-  int ZoomOutPossible() const;
-  int GetScalePercent() const;
-  /// Keeps the mode and, if it is another one than before, fits. A mode above 0 needs a page that is shown.
-  void SetFitMode(int mode);
-  int GetFitMode() const { return m_nFitMode; }
+  int ZoomToScaleFactor(double factor) { return ScaleTo(factor) ? 1 : 0; }
   /// Scale the page to the window, unless the scale would lie outside the limits. The fit mode stays.
-  virtual void ZoomFitToWidth();
-  virtual void ZoomFitToHeight();
-  virtual void ZoomBestFit();
+  virtual void ZoomFitToWidth() { FitSide(fit::Side::Width); }
+  virtual void ZoomFitToHeight() { FitSide(fit::Side::Height); }
+  virtual void ZoomBestFit() { FitBestSide(); }
   /// 0: the mouse is elsewhere, and only the mode was set.
   virtual int SetMouseMode(int mode);
-  int GetMouseMode() const { return m_nMouseMode; }
-  /// Whether the next drag of the mouse zooms to what it frames.
-  int IsZoomSelected() const { return m_bZoomSelect; }
-  /// Arms the zoom selection, or takes that back.
-  void ToggleZoomSelect();
 
   void OnInitialUpdate() override;
   void ForgetBitmap() override;
@@ -58,7 +38,6 @@ class TESSAREL_API CZPView : public CView, public CZPBitmapBorrower {
   CZPView();
   ~CZPView() override;
 
-  BOOL PreCreateWindow(CREATESTRUCT& cs) override;
   void OnUpdate(CView* sender, LPARAM hint, CObject* hintObject) override;
   void OnDraw(CDC* dc) override;
   /// Makes the reduced copy of a bilevel page for the current divisor anew.
@@ -66,36 +45,10 @@ class TESSAREL_API CZPView : public CView, public CZPBitmapBorrower {
   /// Paints the page. 0: there is none, or it can't be painted.
   virtual int DisplayBmp(CDC* dc);
 
-  /// Takes scaled size and scroll ranges from page and scale; the position is the caller's to set.
-  void UpdateScroll();
-  /// Goes to a position, within the limits, and repaints. erase: the background too.
-  void SetScrollPos(CPoint position, BOOL erase);
   /// Goes where the page's point in the middle of the client area was at another scale.
   void SetZoomedScrollPos(double oldFactor);
-  void MoveScrollPos(CSize offset);
-  /// Sets the factor from the divisor.
-  void CalcScaleFactor();
-  void ZoomToFitMode();
-  void ZoomToSelection();
   /// Told after a zoom that the view made by itself; hands on to the frame.
   void UpdateZoomStatus();
-  /// To the nearest whole number; exactly half goes down.
-  static int RoundDouble(double value);
-  /// Bytes of a row of so many bits, padded to 4 bytes.
-  static int GetWidthBytes(int bits);
-
-  int OnCreate(LPCREATESTRUCT cs);
-  void OnSize(UINT type, int cx, int cy);
-  void OnHScroll(UINT code, UINT position, CScrollBar* bar);
-  void OnVScroll(UINT code, UINT position, CScrollBar* bar);
-  void OnLButtonDown(UINT flags, CPoint point);
-  void OnLButtonUp(UINT flags, CPoint point);
-  void OnMouseMove(UINT flags, CPoint point);
-  BOOL OnSetCursor(CWnd* window, UINT hitTest, UINT message);
-  void OnKeyDown(UINT key, UINT repeat, UINT flags);
-  void OnKeyUp(UINT key, UINT repeat, UINT flags);
-  void OnContextMenu(CWnd* window, CPoint point);
-  BOOL OnMouseWheel(UINT flags, short delta, CPoint point);
 
   int m_nFitMode = 0;
   CPoint m_ptSelStart;  ///< zoom selection, client coordinates
@@ -114,28 +67,20 @@ class TESSAREL_API CZPView : public CView, public CZPBitmapBorrower {
   struct_LEAD_Bitmap* m_pBitmap = nullptr;  ///< the active page's; the document's
 
  private:
+  friend class CPageWindow<CView>;
+
   /// Null for a view that was made without one.
   CZPDoc* Document() const;
-  /// Full size of the page; 0 by 0 without one.
-  CSize PageSize() const;
-  /// Whether a reduced copy stands for the page.
-  bool IsReduced() const;
-  void FreeSmartBitmap();
-  /// Zooms, but lets a running fit run.
-  void ZoomKeepingFit(double factor);
-  void StepTo(int divisor);
-  /// Brings the view in line with a new scale.
-  void ShowScale(double oldFactor);
   /// The crossed box with its text.
   void DrawNoPage(CDC* dc);
-  // What a click does in the current mode, for PageInput.
-  bool ClickDrags() const;
-  bool ClickZooms() const;
-  bool ClickZoomsIn() const;
-  /// Zooms as far as the scale goes; the multiplier that was used.
-  double MultiplyScale(double multiplier);
+  /// Whether it is a crossed box that follows the window.
+  bool IsStaleAfterResize(bool moved) const;
 
-  friend class PageInput<CZPView>;
-
-  DECLARE_MESSAGE_MAP()
+  const struct_LEAD_Bitmap* ShownPage() const { return m_pBitmap; }
+  bool IsAtPage() const { return m_pBitmap != nullptr; }
+  bool IsBilevel() const { return m_pBitmap->BitsPerPixel == 1; }
+  static void Report(CLeadtoolsException* exception);
+  void FitToWidth() { ZoomFitToWidth(); }
+  void FitToHeight() { ZoomFitToHeight(); }
+  void BestFit() { ZoomBestFit(); }
 };

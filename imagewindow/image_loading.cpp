@@ -13,8 +13,8 @@ constexpr int kBilevelDepthInMemory = 8;  // what the grey reduction works on
 }  // namespace
 
 void CImageWindow::FreeBitmaps() {
-  for (struct_LEAD_Bitmap* bitmap : {&m_Bitmap, &m_SmartBitmap})
-    if ((bitmap->Flags & leadtools12::kAllocated) != 0) LEADTOOLS::FreeBitmap(bitmap);
+  if (HasPage()) LEADTOOLS::FreeBitmap(&m_Bitmap);
+  FreeSmartBitmap();
 }
 
 void CImageWindow::Initialize() {
@@ -102,7 +102,7 @@ bool CImageWindow::LoadPage(int page) {
     return false;
   }
   m_nCurrPage = page;
-  if (NeedsSmartBitmap()) DoSmartResizing();
+  if (IsReduced()) DoSmartResizing();
   if (!saved_scale::IsLegal(m_dScaleFactor)) ZoomToScaleFactor(saved_scale::kDefaultFactor);
   if (m_nRotation != 0) Rotate(m_nRotation, false);
   UpdateScroll();

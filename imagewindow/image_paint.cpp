@@ -4,9 +4,8 @@
 #include "imagewindow/smart_resize.h"
 #include "platform/base/bitmapinfo.h"
 #include "platform/base/global_memory.h"
-#include "viewing/page_input.h"
 #include "viewing/page_paint.h"
-#include "viewing/window_parts.h"
+#include "viewing/viewport.h"
 
 namespace {
 
@@ -31,12 +30,12 @@ class LockedBlock {
 
 void CImageWindow::OnPaint() {
   CPaintDC dc(this);
-  if (!DoDraw(&dc)) window_parts::FillGray(*this, dc);
-  PageInput(*this).RestoreBand(&dc);
+  if (!DoDraw(&dc)) FillGray(*this, dc);
+  RestoreBand(&dc);
 }
 
 BOOL CImageWindow::OnEraseBkgnd(CDC* dc) {
-  if (m_nCurrPage < 1 || !HasPage()) return CWnd::OnEraseBkgnd(dc);
+  if (ShownPage() == nullptr) return CWnd::OnEraseBkgnd(dc);
   // The page will cover its place; short of its edge, which may fall between two pixels of a scaled display.
   CRect page = viewport::PageRect(m_ptScroll, m_szScaled);
   page.DeflateRect(1, 1);
@@ -49,21 +48,13 @@ BOOL CImageWindow::OnEraseBkgnd(CDC* dc) {
 
 bool CImageWindow::DoDraw(CPaintDC* dc) {
   // Without pixels the failure has been told already, when the page was loaded.
-  if (m_nCurrPage < 1 || !HasPage()) return false;
-  const bool reduced = NeedsSmartBitmap() && ShowsReducedCopy(dc->m_hDC, m_SmartBitmap);
-  try {
-    PaintPage(dc->m_hDC, reduced ? &m_SmartBitmap : &m_Bitmap, m_ptScroll, m_szScaled, &dc->m_ps.rcPaint);
-  } catch (CLeadtoolsException* exception) {
-    Report(exception);
-    return false;
-  }
-  return true;
+  return PaintShown(*dc, &dc->m_ps.rcPaint);
 }
 
 void CImageWindow::DoSmartResizing() {
   void* reduced = nullptr;
   try {
-    if ((m_SmartBitmap.Flags & leadtools12::kAllocated) != 0) LEADTOOLS::FreeBitmap(&m_SmartBitmap);
+    FreeSmartBitmap();
     void* source = LEADTOOLS::ConvertToDIB(&m_Bitmap);
     reduced = SmartResize(source);
     GlobalFree(source);
@@ -72,10 +63,6 @@ void CImageWindow::DoSmartResizing() {
     if (reduced != nullptr) GlobalFree(reduced);  // not taken over
     Report(exception);
   }
-}
-
-int CImageWindow::GetWidthBytes(int bits) {
-  return window_parts::WidthBytes(bits);
 }
 
 void* CImageWindow::SmartResize(void* sourceBlock) {

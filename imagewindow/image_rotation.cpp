@@ -12,7 +12,7 @@ bool CImageWindow::Rotate(int degrees, bool store) {
   try {
     LEADTOOLS::RotateBitmap(&m_Bitmap, degrees % kFullTurn * kHundredths, kRotateFlags, 0);
     // The reduced copy is turned, not made anew.
-    if (NeedsSmartBitmap() && (m_SmartBitmap.Flags & leadtools12::kAllocated) != 0)
+    if (IsReduced() && (m_SmartBitmap.Flags & leadtools12::kAllocated) != 0)
       LEADTOOLS::RotateBitmap(&m_SmartBitmap, degrees % kFullTurn * kHundredths, kRotateFlags, 0);
   } catch (CLeadtoolsException* exception) {
     Report(exception);

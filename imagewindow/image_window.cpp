@@ -1,28 +1,19 @@
 #include "imagewindow/image_window.h"
 
+#include "imagewindow/frame_link.h"
 #include "library/failure.h"
 #include "platform/base/path.h"
+#include "viewing/detail/page_window_map.h"
 #include "viewing/saved_scale.h"
-#include "viewing/window_parts.h"
+
+template class CPageWindow<CWnd>;
 
 IMPLEMENT_DYNCREATE(CImageWindow, CWnd)
 
-BEGIN_MESSAGE_MAP(CImageWindow, CWnd)
+BEGIN_MESSAGE_MAP(CImageWindow, CPageWindow<CWnd>)
 ON_WM_CREATE()
 ON_WM_PAINT()
 ON_WM_ERASEBKGND()
-ON_WM_SIZE()
-ON_WM_HSCROLL()
-ON_WM_VSCROLL()
-ON_WM_SETCURSOR()
-ON_WM_LBUTTONDOWN()
-ON_WM_LBUTTONUP()
-ON_WM_MOUSEMOVE()
-ON_WM_CAPTURECHANGED()
-ON_WM_MOUSEWHEEL()
-ON_WM_KEYDOWN()
-ON_WM_KEYUP()
-ON_WM_CONTEXTMENU()
 ON_WM_DROPFILES()
 END_MESSAGE_MAP()
 
@@ -76,17 +67,40 @@ void CImageWindow::GetFileBuf(char** block, int* size) const {
 }
 
 BOOL CImageWindow::PreCreateWindow(CREATESTRUCT& cs) {
-  if (CWnd::PreCreateWindow(cs) == FALSE) return FALSE;
+  if (CPageWindow::PreCreateWindow(cs) == FALSE) return FALSE;
   cs.dwExStyle |= WS_EX_CLIENTEDGE;
   cs.style &= ~static_cast<DWORD>(WS_BORDER);
-  cs.lpszClass = window_parts::WindowClass();
   return TRUE;
 }
 
 int CImageWindow::OnCreate(LPCREATESTRUCT cs) {
-  if (CWnd::OnCreate(cs) == -1) return -1;
+  if (CPageWindow::OnCreate(cs) == -1) return -1;
   SetClassLong(m_hWnd, GCL_HCURSOR, 0);  // the window alone decides on its cursor
   DragAcceptFiles(TRUE);
-  window_parts::AddScrollBars(*this);
   return 0;
+}
+
+// Mouse modes
+
+void CImageWindow::SetMouseMode(int mode) {
+  m_nMouseMode = mode;
+  ShowModeCursor(ClickZoomsIn(), true);  // the limit isn't looked at before the pointer moves again
+}
+
+CRect CImageWindow::GetStartEndRect(CPoint start, CPoint end) {
+  return mouse::SelectionRect(start, end);
+}
+
+// The frame
+
+CImageWindowFrame* CImageWindow::Frame() const {
+  CWnd* parent = GetParent();
+  // The window may sit in the pane of a splitter.
+  if (parent != nullptr && parent->IsKindOf(RUNTIME_CLASS(CFrameWnd)) == FALSE) parent = parent->GetParent();
+  return dynamic_cast<CImageWindowFrame*>(parent);
+}
+
+void CImageWindow::UpdateZoomStatus() {
+  CImageWindowFrame* frame = Frame();
+  if (frame != nullptr) frame->UpdateZoomStatus();
 }

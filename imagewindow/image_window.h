@@ -5,28 +5,22 @@
 #include "imaging/ltwrap.h"
 #include "library/export.h"
 #include "library/report_error.h"
-#include "platform/framework/wnd.h"
-#include "viewing/fit.h"
+#include "viewing/page_window.h"
 
 class CImageWindowFrame;
-template <class Window>
-class PageInput;
 
-/// Mouse modes. Any other value is kept and does nothing.
-enum : int { MouseModeNone = 0, MouseModeDrag = 1, MouseModeZoomIn = 2, MouseModeZoomOut = 3 };
+extern template class TESSAREL_API CPageWindow<CWnd>;
 
 /// A window that shows one page at a time of an image file or of an image in memory, scaled and scrolled.
 ///
 /// Opening only learns how many pages there are; LoadPage decodes one, anew each time. Pages are counted
 /// from 1. A failure of the imaging service is told once, to the report-error callback, and the operation
 /// gives false. Everything runs on the window's thread.
-class TESSAREL_API CImageWindow : public CWnd {
+class TESSAREL_API CImageWindow : public CPageWindow<CWnd> {
   DECLARE_DYNCREATE(CImageWindow)
  public:
   /// Starts at the scale of the user's settings. Shows nothing until Create and an open.
   CImageWindow();
-  CImageWindow(const CImageWindow&) = delete;
-  CImageWindow& operator=(const CImageWindow&) = delete;
   ~CImageWindow() override;
 
   /// Closes what was open, then opens a file, but decodes nothing and keeps the scale. False: nothing is
@@ -37,7 +31,7 @@ class TESSAREL_API CImageWindow : public CWnd {
   /// The scale that is asked for, 0.01 to 10.0, 1.0 being one page pixel per screen pixel; a page so small
   /// that a side would be below 5 pixels gets a larger one. Shows the page's top left corner. False if the
   /// factor is refused.
-  virtual bool ZoomToScaleFactor(double factor);
+  virtual bool ZoomToScaleFactor(double factor) { return ScaleTo(factor); }
   /// Shows a page from its top left corner. False if there is no such page, which changes nothing, or if it
   /// can't be decoded, which leaves the window without a picture.
   virtual bool LoadPage(int page);
@@ -55,28 +49,14 @@ class TESSAREL_API CImageWindow : public CWnd {
   void SetReportErrorCallBack(ReportErrorFunction function);
 
   /// Multiplies the scale, but not beyond the highest; the multiplier that was used.
-  double MultiplyScaleFactor(double multiplier);
+  double MultiplyScaleFactor(double multiplier) { return MultiplyScale(multiplier); }
   double GetScaleFactor() const { return m_dScaleFactor; }
-  int GetScalePercent() const;
-  /// One step of the chain 1:64 ... 1:4, 1:2, 1:1, 2:1, 3:1 ... 10:1. Nothing at its ends.
-  void ZoomIn();
-  void ZoomOut();
-  bool ZoomInPossible() const;
-  bool ZoomOutPossible() const;
   /// Scale once; a later change of the window's size doesn't fit again.
-  void FitToWidth();
-  void FitToHeight();
-  void BestFit();
-  /// Keeps the mode and, if it is another one than before, fits once.
-  void SetFitMode(int mode);
-  int GetFitMode() const { return m_nFitMode; }
+  void FitToWidth() { FitSide(fit::Side::Width); }
+  void FitToHeight() { FitSide(fit::Side::Height); }
+  void BestFit() { FitBestSide(); }
   /// Shows the mode's cursor too. A mode that isn't known is kept and does nothing.
   void SetMouseMode(int mode);
-  int GetMouseMode() const { return m_nMouseMode; }
-  /// Arms the zoom selection, or takes that back: the next drag of the mouse draws a frame, and what it holds
-  /// fills the window. It is good for one drag.
-  void ToggleZoomSelect();
-  bool IsZoomSelected() const { return m_bZoomSelect; }
   /// Turns the page by quarter turns, clockwise. store: the pages that come are turned too. The source isn't.
   bool Rotate(int degrees, bool store);
   /// Writes the source, as it is and not as it is shown, into another file: a copy if both names end alike,
@@ -131,12 +111,6 @@ class TESSAREL_API CImageWindow : public CWnd {
   /// Shows a message box, for every code but that of a job ended by the user.
   static void ReportErrorDefault(int code, CString text);
 
-  /// Sets the factor from the divisor.
-  void CalcScaleFactor();
-  void ZoomToFitMode();
-  /// To the nearest whole number; exactly half goes down.
-  static int RoundDouble(double value);
-
   /// False if nothing was painted.
   bool DoDraw(CPaintDC* dc);
   /// Makes m_SmartBitmap anew for the current page and divisor.
@@ -145,43 +119,24 @@ class TESSAREL_API CImageWindow : public CWnd {
   /// The new block is the caller's; null if the page is smaller than the divisor, isn't of that kind, or
   /// memory is short.
   void* SmartResize(void* sourceBlock);
-  /// Bytes of a row of so many bits, padded to 4 bytes.
-  static int GetWidthBytes(int bits);
-
-  /// Goes to a position, within the limits, and repaints. erase: the background too.
-  void SetScrollPos(CPoint position, int erase);
-  /// Takes scaled size and scroll bars from page and scale, and goes to the top left corner.
-  void UpdateScroll();
-  void MoveScrollPos(CSize offset);
   static CRect GetStartEndRect(CPoint start, CPoint end);
-  /// The selection's top left corner comes to the window's, and all of it fits. Nothing for an empty one.
-  void ZoomToSelection();
 
   int OnCreate(LPCREATESTRUCT cs);
   void OnPaint();
   BOOL OnEraseBkgnd(CDC* dc);
-  void OnSize(UINT type, int cx, int cy);
-  void OnHScroll(UINT code, UINT position, CScrollBar* bar);
-  void OnVScroll(UINT code, UINT position, CScrollBar* bar);
-  BOOL OnSetCursor(CWnd* window, UINT hitTest, UINT message);
-  void OnLButtonDown(UINT flags, CPoint point);
-  void OnLButtonUp(UINT flags, CPoint point);
-  void OnMouseMove(UINT flags, CPoint point);
-  void OnCaptureChanged(CWnd* window);
-  BOOL OnMouseWheel(UINT flags, short delta, CPoint point);
-  void OnKeyDown(UINT key, UINT repeat, UINT flags);
-  void OnKeyUp(UINT key, UINT repeat, UINT flags);
+  void OnDropFiles(HDROP drop);
   /// The name of a file format; empty if it has none.
   static CString GetFileFormat(int code);
-  void OnContextMenu(CWnd* window, CPoint point);
-  void OnDropFiles(HDROP drop);
 
  private:
+  friend class CPageWindow<CWnd>;
+
   bool HasPage() const { return (m_Bitmap.Flags & leadtools12::kAllocated) != 0; }
-  /// Full size of the page; 0 by 0 without one.
-  CSize PageSize() const;
-  /// True while the page is shown by its reduced grey copy.
-  bool NeedsSmartBitmap() const { return m_nZoomDivisor > 1 && !m_bMultiLevel && HasPage(); }
+  const struct_LEAD_Bitmap* ShownPage() const { return m_nCurrPage >= 1 && HasPage() ? &m_Bitmap : nullptr; }
+  bool IsAtPage() const { return m_nCurrPage >= 1; }
+  bool IsBilevel() const { return !m_bMultiLevel; }
+  /// At the top left corner the page stays where it was, and what is uncovered is invalid already.
+  bool IsStaleAfterResize(bool /*moved*/) const { return m_ptScroll.x != 0 || m_ptScroll.y != 0; }
   void FreeBitmaps();
   /// This window is about to go, in the midst of a print job perhaps.
   void StopPrinting();
@@ -191,21 +146,13 @@ class TESSAREL_API CImageWindow : public CWnd {
   void Decode(int page);
   /// Repeats rows or columns of m_Bitmap until its pixels are square on the screen; throws.
   void MakePixelsSquare();
-  void StepTo(int divisor, CPoint position);
   /// The frame round this window, or null.
   CImageWindowFrame* Frame() const;
   void OpenDropped(const char* path);
-  // What a click does in the current mode, and a zoom by a selection, for PageInput.
-  bool ClickDrags() const;
-  bool ClickZooms() const;
-  bool ClickZoomsIn() const;
-  double MultiplyScale(double multiplier) { return MultiplyScaleFactor(multiplier); }
   bool ExportByCopy(const CString& target);
   bool ExportPages(const CString& target);
 
   struct_file_information m_pageInfo{};  ///< what the source says of the page in m_Bitmap
-
-  friend class PageInput<CImageWindow>;
 
   DECLARE_MESSAGE_MAP()
 };

@@ -8,3 +8,7 @@
 inline HCURSOR LoadLibraryCursor(UINT id) {
   return LoadCursor(AfxFindResourceHandle(MAKEINTRESOURCE(id), RT_GROUP_CURSOR), MAKEINTRESOURCE(id));
 }
+
+inline void ShowLibraryCursor(UINT id) {
+  SetCursor(LoadLibraryCursor(id));
+}

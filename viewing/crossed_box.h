@@ -17,6 +17,11 @@ inline std::array<Line, 2> Cross(SIZE box) {
   return {{{{0, 0}, {box.cx, box.cy}}, {{box.cx - 1, 0}, {0, box.cy}}}};
 }
 
+/// Where the text about it lies, given its height: in the middle, and down to the lower edge.
+inline CRect TextRect(SIZE client, int textHeight) {
+  return {0, (client.cy - textHeight) / 2, client.cx, client.cy};
+}
+
 inline constexpr unsigned kColour = 0x9e9e9e;  ///< the three parts are equal
 
 }  // namespace crossed_box

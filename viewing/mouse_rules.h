@@ -6,9 +6,34 @@
 #include "platform/base/geometry.h"
 #include "viewing/zoom_steps.h"
 
+/// Mouse modes of the image window. Any other value is kept and does nothing.
+enum : int { MouseModeNone = 0, MouseModeDrag = 1, MouseModeZoomIn = 2, MouseModeZoomOut = 3 };
+
+/// Mouse modes of the document's view. Any other value is kept and does nothing.
+enum : int {
+  ViewMouseNone = 0,
+  ViewMouseDrag = 1,
+  ViewMouseDrag2 = 2,  ///< as ViewMouseDrag; for hosts
+  ViewMouseZoomIn = 3,
+  ViewMouseZoomOut = 4
+};
+
 // What clicks and selections mean, as arithmetic without windows. Points are client coordinates; a scroll
 // position is the pixel of the scaled page at the client area's top left corner.
 namespace mouse {
+
+/// What a click does in the modes of a window.
+struct Modes {
+  int drag;
+  int otherDrag;
+  int zoomIn;
+  int zoomOut;
+
+  constexpr bool Drags(int mode) const { return mode == drag || mode == otherDrag; }
+  constexpr bool Zooms(int mode) const { return mode == zoomIn || mode == zoomOut; }
+  /// Shift turns the direction over. For modes in which a click zooms.
+  constexpr bool ZoomsIn(int mode, bool shift) const { return (mode == zoomIn) != shift; }
+};
 
 /// The corners in either order; left and top are the smaller ones.
 inline CRect SelectionRect(POINT start, POINT end) {

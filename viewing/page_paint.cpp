@@ -1,5 +1,6 @@
 #include "viewing/page_paint.h"
 
+#include "platform/framework/wnd.h"
 #include "platform/graphics/gdi.h"
 #include "platform/graphics/surface.h"
 #include "viewing/viewport.h"
@@ -29,7 +30,8 @@ class PaintPalette {
 
 }  // namespace
 
-void PaintPage(HDC dc, struct_LEAD_Bitmap* bitmap, POINT position, SIZE scaled, RECT* clip) {
+void PaintPage(HDC dc, const struct_LEAD_Bitmap& page, POINT position, SIZE scaled, RECT* clip) {
+  auto* const bitmap = const_cast<struct_LEAD_Bitmap*>(&page);  // the service only reads it
   const PaintPalette palette(dc, bitmap);
   CRect destination = viewport::PageRect(position, scaled);
   LEADTOOLS::PaintDC(dc, bitmap, nullptr, nullptr, destination, clip, SRCCOPY);
@@ -37,4 +39,13 @@ void PaintPage(HDC dc, struct_LEAD_Bitmap* bitmap, POINT position, SIZE scaled, 
 
 bool ShowsReducedCopy(HDC dc, const struct_LEAD_Bitmap& copy) {
   return (copy.Flags & leadtools12::kAllocated) != 0 && platform::DeviceScale(dc) <= 1.0;
+}
+
+void FillGray(CWnd& window, CDC& dc) {
+  CRect client;
+  window.GetClientRect(client);
+  dc.DPtoLP(static_cast<LPRECT>(client));
+  CGdiObject* former = dc.SelectStockObject(GRAY_BRUSH);
+  dc.PatBlt(0, 0, client.right, client.bottom, PATCOPY);
+  dc.SelectObject(former);
 }

@@ -50,6 +50,14 @@ inline int AfterResize(int position, int client, int scaled, int largest) {
   return IsBeyondEnd(position, client, scaled) ? largest : position;
 }
 
+/// The position at which the page's point in the middle of the client area stays there when the scale is
+/// multiplied by ratio; before the limits.
+inline CPoint KeepingCentre(POINT position, SIZE client, double ratio) {
+  const CSize middle(client.cx / 2, client.cy / 2);
+  return {zoom::TruncateToInt(middle.cx * (ratio - 1) + position.x * ratio),
+          zoom::TruncateToInt(middle.cy * (ratio - 1) + position.y * ratio)};
+}
+
 /// One axis of the window, as a scroll bar event finds it.
 struct Axis {
   int position;

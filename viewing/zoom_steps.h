@@ -94,5 +94,15 @@ inline bool CanStepIn(int divisor) {
 inline bool CanStepOut(int divisor) {
   return FactorOfDivisor(NextDivisorOut(divisor)) * 100.0 >= kLowestPercent;
 }
+/// The same for steps that leave kSmallestSide of both sides.
+inline bool CanStepOut(int divisor, SIZE page) {
+  const double factor = FactorOfDivisor(NextDivisorOut(divisor));
+  return CanStepOut(divisor) && page.cx * factor >= kSmallestSide && page.cy * factor >= kSmallestSide;
+}
+
+/// Whether a page is shown by a reduced copy.
+inline bool IsReduced(int divisor, bool bilevel) {
+  return divisor > 1 && bilevel;
+}
 
 }  // namespace zoom

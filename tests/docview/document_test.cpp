@@ -1,6 +1,6 @@
 // The document by itself: what an open makes of it, and what its views hear.
 
-#include "docview/view_rules.h"
+#include "docview/hints.h"
 #include "library/resource_ids.h"
 #include "platform/framework/dialog.h"
 #include "tests/docview/shell_fixture.h"
