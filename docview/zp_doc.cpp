@@ -12,10 +12,10 @@
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/thread.h"
 #include "platform/framework/view.h"
+#include "viewing/page_source.h"
 
 namespace {
 
-constexpr unsigned kCountPages = 1;
 constexpr int kRemembered = 1;
 
 /// A number in the place of the object that a hint carries.
@@ -28,12 +28,15 @@ void ShowOpening() {
   if (main != nullptr) main->SendMessage(WM_SETMESSAGESTRING, IDS_ZP_OPENING, 0);
 }
 
-/// What is asked about the first page, to see that there is one.
-_LOADFILEOPTION FirstPage() {
+/// Throws also if there is no first page.
+int CountPages(const PageSource& source) {
+  const int pages = source.CountPages();
   _LOADFILEOPTION options{};
   LEADTOOLS::GetDefaultLoadFileOption(&options);
   options.PageNumber = 1;
-  return options;
+  struct_file_information first{};
+  source.Describe(&first, &options);
+  return pages;
 }
 
 }  // namespace
@@ -61,31 +64,22 @@ BOOL CZPDoc::OnOpenDocument(LPCTSTR pszPath) {
   const CString path(pszPath);  // the caller's text may be the document's own path
   ShowOpening();
   DeletePages();
-  struct_file_information info{};
+  int pages = 0;
   try {
-    LEADTOOLS::FileInfo(path, &info, kCountPages, nullptr);
-    _LOADFILEOPTION options = FirstPage();
-    struct_file_information first{};
-    LEADTOOLS::FileInfo(path, &first, 0, &options);
+    pages = CountPages(PageSource::File(path));
   } catch (CLeadtoolsException* exception) {
     return FailOpen(exception);
   }
   SetPathName(path, TRUE);
-  return LoadPages(info.TotalPages, [&path](CZPPage& page, int number) {
-    return page.LoadPage(path, number, nullptr, nullptr);
-  });
+  return LoadPages(
+      pages, [&path](CZPPage& page, int number) { return page.LoadPage(path, number, nullptr, nullptr); });
 }
 
 int CZPDoc::OpenDocumentMemory(BYTE* pBuffer, DWORD dwSize) {
   ShowOpening();
-  char* const bytes = reinterpret_cast<char*>(pBuffer);
-  const auto size = static_cast<long>(dwSize);
-  struct_file_information info{};
+  int pages = 0;
   try {
-    LEADTOOLS::FileInfoMemory(bytes, &info, size, kCountPages, nullptr);
-    _LOADFILEOPTION options = FirstPage();
-    struct_file_information first{};
-    LEADTOOLS::FileInfoMemory(bytes, &first, size, 0, &options);
+    pages = CountPages(PageSource::Memory(pBuffer, static_cast<long>(dwSize)));
   } catch (CLeadtoolsException* exception) {
     // The title still names what was open, and so does the path; but with no active page there is nothing
     // that the views could show of it, and a strip of pages that can't be reached would only mislead.
@@ -95,7 +89,7 @@ int CZPDoc::OpenDocumentMemory(BYTE* pBuffer, DWORD dwSize) {
   m_strPathName.Empty();
   SetTitle(nullptr);
   DeletePages();
-  return LoadPages(info.TotalPages, [pBuffer, dwSize](CZPPage& page, int number) {
+  return LoadPages(pages, [pBuffer, dwSize](CZPPage& page, int number) {
     return page.LoadPage(pBuffer, dwSize, number, nullptr, nullptr);
   });
 }

@@ -6,13 +6,11 @@
 #include "library/failure.h"
 #include "platform/framework/wnd.h"
 #include "platform/window/control_messages.h"
+#include "viewing/page_source.h"
 #include "viewing/square_pixels.h"
 
 namespace {
 
-constexpr int kOwnDepth = 0;
-constexpr int kBlueFirst = 1;
-constexpr unsigned kLoadFlags = 3;
 constexpr unsigned kRotateFlags = 5;
 constexpr int kFullTurn = 36000;
 
@@ -121,42 +119,30 @@ void CZPPage::NoteInformation() {
 
 int CZPPage::DoLoad(struct_LEAD_Bitmap* pBitmap, const char* pszFile, int nPage,
                     leadtools12::LoadRowCallback pfnCallback, void* pUserData) {
-  try {
-    _LOADFILEOPTION options = OptionsFor(nPage);
-    LEADTOOLS::FileInfo(pszFile, &m_fileInfo, 0, &options);
-    NoteInformation();
-    if (pfnCallback != nullptr)
-      options.PassCount = 0;
-    else
-      pUserData = nullptr;
-    LEADTOOLS::LoadFile(pszFile, pBitmap, kOwnDepth, kBlueFirst, kLoadFlags, pfnCallback, pUserData, &options,
-                        nullptr);
-    TurnUpright(pBitmap);
-    MakePixelsSquare(pBitmap);
-  } catch (CLeadtoolsException* exception) {
-    return FailLoad(pBitmap, exception);
-  }
-  return 1;
+  return LoadFrom(PageSource::File(pszFile), pBitmap, nPage, pfnCallback, pUserData);
 }
 
 int CZPPage::DoLoad(struct_LEAD_Bitmap* pBitmap, BYTE* pBuffer, DWORD dwSize, int nPage,
                     leadtools12::LoadRowCallback pfnCallback, void* pUserData) {
-  char* const bytes = reinterpret_cast<char*>(pBuffer);
-  const auto size = static_cast<long>(dwSize);
+  return LoadFrom(PageSource::Memory(pBuffer, static_cast<long>(dwSize)), pBitmap, nPage, pfnCallback,
+                  pUserData);
+}
+
+int CZPPage::LoadFrom(const PageSource& source, struct_LEAD_Bitmap* bitmap, int page,
+                      leadtools12::LoadRowCallback callback, void* userData) {
   try {
-    _LOADFILEOPTION options = OptionsFor(nPage);
-    LEADTOOLS::FileInfoMemory(bytes, &m_fileInfo, size, 0, &options);
+    _LOADFILEOPTION options = OptionsFor(page);
+    source.Describe(&m_fileInfo, &options);
     NoteInformation();
-    if (pfnCallback != nullptr)
+    if (callback != nullptr)
       options.PassCount = 0;
     else
-      pUserData = nullptr;
-    LEADTOOLS::LoadMemory(bytes, pBitmap, kOwnDepth, kBlueFirst, kLoadFlags, pfnCallback, pUserData, size,
-                          &options, &m_fileInfo);
-    TurnUpright(pBitmap);
-    MakePixelsSquare(pBitmap);
+      userData = nullptr;
+    source.LoadRows(bitmap, callback, userData, &options, &m_fileInfo);
+    TurnUpright(bitmap);
+    MakePixelsSquare(bitmap);
   } catch (CLeadtoolsException* exception) {
-    return FailLoad(pBitmap, exception);
+    return FailLoad(bitmap, exception);
   }
   return 1;
 }

@@ -5,6 +5,8 @@
 #include "imaging/ltwrap.h"
 #include "library/export.h"
 
+class PageSource;
+
 /// One page of a document: its pixels, and what the file says of it. A page is loaded once, into an object
 /// that holds nothing, and keeps its bitmap as long as it lives. A host may derive from it.
 ///
@@ -69,6 +71,8 @@ class TESSAREL_API CZPPage {
   void Share() const;
   void ReleaseBitmap();
   void NoteInformation();
+  int LoadFrom(const PageSource& source, struct_LEAD_Bitmap* bitmap, int page,
+               leadtools12::LoadRowCallback callback, void* userData);
   int FailLoad(struct_LEAD_Bitmap* bitmap, CLeadtoolsException* exception);
 
   /// Frees the pixels with the last of the pages that refer to them. Null until the page is copied.

@@ -66,7 +66,7 @@ void ExportAllPages(const PageSource& source, const CString& target, int pages) 
     LEADTOOLS::GetDefaultSaveFileOption(&save);
     load.PageNumber = save.PageNumber = page;
     struct_file_information info{};
-    source.Describe(&info, 0, &load);
+    source.Describe(&info, &load);
     source.Load(bitmap.Get(), info.BitsPerPixel, 1, &load);
     const exporting::Format format = exporting::TifFormatOf(info.BitsPerPixel);
     LEADTOOLS::SaveBitmap(target, bitmap.Get(), format.code, format.bits, format.quality, &save);
@@ -98,14 +98,14 @@ bool CImageWindow::ExportByCopy(const CString& target) {
 }
 
 bool CImageWindow::ExportPages(const CString& target) {
-  const PageSource source(m_strFilePath, m_pFileBuf, m_nFileBufSize);
+  const PageSource source = PageSource::Of(m_strFilePath, m_pFileBuf, m_nFileBufSize);
   const ExportTarget output(m_strFilePath, target);
   const exporting::Kind kind = exporting::KindOf(target);
   if (kind == exporting::Kind::Tif) {
     ExportAllPages(source, output.Path(), m_nMaxPage);
   } else {
     struct_file_information first{};
-    source.Describe(&first, 0, nullptr);
+    source.Describe(&first, nullptr);
     _LOADFILEOPTION options{};
     const bool choose = m_nMaxPage > 1;
     if (choose) {

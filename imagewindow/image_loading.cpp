@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr unsigned kCountPages = 1;
 constexpr int kBilevelDepthInMemory = 8;  // what the grey reduction works on
 
 }  // namespace
@@ -31,14 +30,14 @@ void CImageWindow::Initialize() {
 bool CImageWindow::OpenImageFile(const char* path) {
   const CString copy(path);  // the caller's text may be the field that is emptied next
   Initialize();
-  struct_file_information info{};
+  int pages = 0;
   try {
-    LEADTOOLS::FileInfo(copy, &info, kCountPages, nullptr);
+    pages = PageSource::File(copy).CountPages();
   } catch (CLeadtoolsException* exception) {
     Report(exception);
     return false;
   }
-  m_nMaxPage = info.TotalPages;
+  m_nMaxPage = pages;
   m_nCurrPage = 1;
   m_strFilePath = copy;
   SetMouseMode(MouseModeNone);
@@ -47,19 +46,18 @@ bool CImageWindow::OpenImageFile(const char* path) {
 
 bool CImageWindow::OpenImageMemory(void* block, unsigned long size) {
   Initialize();
-  struct_file_information info{};
+  int pages = 0;
   try {
     // The window's own record of the size is an int.
     if (size > static_cast<unsigned long>(std::numeric_limits<int>::max()))
       throw new CLeadtoolsException(imaging::kErrorLimit);
-    LEADTOOLS::FileInfoMemory(static_cast<char*>(block), &info, static_cast<long>(size), kCountPages,
-                              nullptr);
+    pages = PageSource::Memory(block, static_cast<long>(size)).CountPages();
   } catch (CLeadtoolsException* exception) {
     Report(exception);
     return false;
   }
   m_nCurrPage = 1;
-  m_nMaxPage = info.TotalPages;
+  m_nMaxPage = pages;
   m_pFileBuf = static_cast<char*>(block);
   m_nFileBufSize = static_cast<int>(size);
   SetMouseMode(MouseModeNone);
@@ -70,9 +68,9 @@ void CImageWindow::Decode(int page) {
   _LOADFILEOPTION options{};
   LEADTOOLS::GetDefaultLoadFileOption(&options);
   options.PageNumber = page;
-  const PageSource source(m_strFilePath, m_pFileBuf, m_nFileBufSize);
+  const PageSource source = PageSource::Of(m_strFilePath, m_pFileBuf, m_nFileBufSize);
   m_pageInfo = {};
-  source.Describe(&m_pageInfo, source.IsFile() ? 0 : kCountPages, &options);
+  source.Describe(&m_pageInfo, &options, !source.IsFile());
   m_bMultiLevel = m_pageInfo.BitsPerPixel != 1;
   if (m_bMultiLevel)
     source.Load(&m_Bitmap, m_pageInfo.BitsPerPixel, 1, &options);

@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr unsigned kCountPages = 1;
-
 /// Without its closing separator, unless it is the root.
 std::string FolderOf(const platform::PathParts& parts) {
   const std::string& folder = parts.folder;
@@ -24,12 +22,12 @@ void CImageWindow::ShowPropertiesDlg() {
   CImagePropertiesDlg dialog;
   // After a failure the dialog opens all the same and shows what is known.
   struct_file_information info{};
-  const PageSource source(m_strFilePath, m_pFileBuf, m_nFileBufSize);
+  const PageSource source = PageSource::Of(m_strFilePath, m_pFileBuf, m_nFileBufSize);
   try {
     _LOADFILEOPTION options{};
     LEADTOOLS::GetDefaultLoadFileOption(&options);
     options.PageNumber = m_nCurrPage;
-    source.Describe(&info, kCountPages, &options);
+    source.Describe(&info, &options, true);
   } catch (CLeadtoolsException* exception) {
     Report(exception);
   }

@@ -7,10 +7,10 @@
 #include "platform/graphics/dc.h"
 #include "print/print_dialogs.h"
 #include "print/sheet_size.h"
+#include "viewing/page_source.h"
 
 namespace {
 
-constexpr unsigned kCountPages = 1;
 constexpr int kSelection = -1;
 
 /// What may go on to the sheets of a job that checks its format.
@@ -149,15 +149,11 @@ void CPrintFile::Print_Range(const char* printer, const char* path, short copies
 }
 
 unsigned int CPrintFile::CountPages(const char* path) {
-  struct_file_information info{};
-  LEADTOOLS::FileInfo(path, &info, kCountPages, nullptr);
-  return static_cast<unsigned int>(info.TotalPages);
+  return static_cast<unsigned int>(PageSource::File(path).CountPages());
 }
 
 unsigned int CPrintFile::CountPagesMem(void* image, unsigned long size) {
-  struct_file_information info{};
-  LEADTOOLS::FileInfoMemory(static_cast<char*>(image), &info, static_cast<long>(size), kCountPages, nullptr);
-  return static_cast<unsigned int>(info.TotalPages);
+  return static_cast<unsigned int>(PageSource::Memory(image, static_cast<long>(size)).CountPages());
 }
 
 int CPrintFile::LoadPage(int page, CDC* printer) {
@@ -181,15 +177,9 @@ void CPrintFile::DecodePage(int page) {
   LEADTOOLS::GetDefaultLoadFileOption(&options);
   options.PageNumber = page;
   struct_file_information info{};
-  if (m_strFile.IsEmpty() == FALSE) {
-    LEADTOOLS::FileInfo(m_strFile, &info, 0, &options);
-    LEADTOOLS::LoadBitmapA(m_strFile, &m_Bitmap, info.BitsPerPixel, info.Order, &options, nullptr);
-    return;
-  }
-  auto* image = static_cast<char*>(m_pFileMem);
-  const auto size = static_cast<long>(m_dwFileMemSize);
-  LEADTOOLS::FileInfoMemory(image, &info, size, 0, &options);
-  LEADTOOLS::LoadBitmapMemory(image, &m_Bitmap, info.BitsPerPixel, info.Order, size, &options, nullptr);
+  const PageSource source = PageSource::Of(m_strFile, m_pFileMem, static_cast<long>(m_dwFileMemSize));
+  source.Describe(&info, &options);
+  source.Load(&m_Bitmap, info.BitsPerPixel, info.Order, &options);
 }
 
 void CPrintFile::MakePixelsSquare(CDC& printer) {

@@ -7,6 +7,7 @@
 #include "print/print_job.h"
 #include "print/printer_search.h"
 #include "print/sheet_size.h"
+#include "viewing/page_source.h"
 
 namespace {
 
@@ -181,8 +182,7 @@ void CPrintFile::PrintNamed(const char* printerName, const char* path, short cop
   Initialize();
   m_strFile = file;
   m_strDocName = file;
-  const auto pages = static_cast<int>(
-      m_strFile.IsEmpty() == FALSE ? CountPages(m_strFile) : CountPagesMem(m_pFileMem, m_dwFileMemSize));
+  const int pages = PageSource::Of(m_strFile, m_pFileMem, static_cast<long>(m_dwFileMemSize)).CountPages();
   PRINTDLGA record{};
   record.lStructSize = sizeof record;
   record.nCopies = static_cast<WORD>(std::max<short>(copies, 0));

@@ -8,6 +8,7 @@
 #include "thumbs/strip_items.h"
 #include "thumbs/thumb_caption.h"
 #include "thumbs/thumb_size.h"
+#include "viewing/page_source.h"
 
 IMPLEMENT_DYNCREATE(CThumbsWindow, CWnd)
 
@@ -16,7 +17,6 @@ namespace {
 constexpr UINT kShowItem = WM_USER + 17;
 constexpr int kGrayDepth = 8;
 constexpr unsigned kScaleGray = 2;  // of SizeBitmapExt, for a page that was bilevel
-constexpr unsigned kCountPages = 1;
 constexpr auto kAppend = static_cast<unsigned>(-1);
 
 // In English, whatever the texts of the library are: so it has always been for images in memory.
@@ -61,15 +61,15 @@ void CThumbsWindow::CreateThumbsFile(const char* path) {
 void CThumbsWindow::CreateThumbsMemory(char* block, int size) {
   try {
     Clear();
-    struct_file_information info{};
-    LEADTOOLS::FileInfoMemory(block, &info, size, kCountPages, nullptr);
+    const PageSource source = PageSource::Memory(block, size);
+    const int pages = source.CountPages();
     LEADTOOLS::CreateBitmapList(&m_pBitmapList);
     _LOADFILEOPTION options{};
     LEADTOOLS::GetDefaultLoadFileOption(&options);
-    for (int page = 1; page <= info.TotalPages; ++page) {
+    for (int page = 1; page <= pages; ++page) {
       options.PageNumber = page;
       struct_LEAD_Bitmap bitmap{};
-      LEADTOOLS::LoadBitmapMemory(block, &bitmap, 0, 1, size, &options, nullptr);
+      source.Load(&bitmap, 0, 1, &options);
       LEADTOOLS::InsertBitmapListItem(m_pBitmapList, kAppend, &bitmap);
       Shrink(static_cast<unsigned>(page - 1));  // at once, so that one page is held at full size
     }

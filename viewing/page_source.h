@@ -3,31 +3,60 @@
 #include "imaging/ltwrap.h"
 #include "platform/base/string.h"
 
-/// Where pages are read from: a file, or a file image in memory where the path is empty. Refers to what it is
-/// made of. Failures are thrown by the imaging service.
+/// Where pages are read from: a file, or a file image in memory, which stays the caller's. Failures are
+/// thrown by the imaging service.
 class PageSource {
  public:
-  PageSource(const CString& path, char* block, int size) : m_path(path), m_block(block), m_size(size) {}
+  static PageSource File(const char* path) { return {true, path, nullptr, 0}; }
+  static PageSource Memory(void* block, long size) { return {false, "", static_cast<char*>(block), size}; }
+  /// The block where the path is empty.
+  static PageSource Of(const CString& path, void* block, long size) {
+    return path.IsEmpty() == FALSE ? File(path) : Memory(block, size);
+  }
 
-  bool IsFile() const { return m_path.IsEmpty() == FALSE; }
+  bool IsFile() const { return m_isFile; }
 
-  /// options null: the first page. flags as of LEADTOOLS::FileInfo.
-  void Describe(struct_file_information* info, unsigned flags, _LOADFILEOPTION* options) const {
-    if (IsFile())
+  /// options null: the first page. The pages are counted only if that is asked for.
+  void Describe(struct_file_information* info, _LOADFILEOPTION* options, bool countPages = false) const {
+    const unsigned flags = countPages ? kCountPages : 0;
+    if (m_isFile)
       LEADTOOLS::FileInfo(m_path, info, flags, options);
     else
       LEADTOOLS::FileInfoMemory(m_block, info, m_size, flags, options);
   }
 
+  int CountPages() const {
+    struct_file_information info{};
+    Describe(&info, nullptr, true);
+    return info.TotalPages;
+  }
+
   void Load(struct_LEAD_Bitmap* bitmap, int bits, int order, _LOADFILEOPTION* options) const {
-    if (IsFile())
+    if (m_isFile)
       LEADTOOLS::LoadBitmapA(m_path, bitmap, bits, order, options, nullptr);
     else
       LEADTOOLS::LoadBitmapMemory(m_block, bitmap, bits, order, m_size, options, nullptr);
   }
 
+  /// The same in the page's own depth, blue first, with a callback (null: none) for each row. The record goes
+  /// along with a load from memory.
+  void LoadRows(struct_LEAD_Bitmap* bitmap, leadtools12::LoadRowCallback callback, void* userData,
+                _LOADFILEOPTION* options, struct_file_information* info) const {
+    if (m_isFile)
+      LEADTOOLS::LoadFile(m_path, bitmap, 0, 1, kLoadFlags, callback, userData, options, nullptr);
+    else
+      LEADTOOLS::LoadMemory(m_block, bitmap, 0, 1, kLoadFlags, callback, userData, m_size, options, info);
+  }
+
  private:
-  const CString& m_path;
+  static constexpr unsigned kCountPages = 1;
+  static constexpr unsigned kLoadFlags = 3;
+
+  PageSource(bool isFile, const char* path, char* block, long size)
+      : m_isFile(isFile), m_path(path), m_block(block), m_size(size) {}
+
+  bool m_isFile;
+  CString m_path;
   char* m_block;
-  int m_size;
+  long m_size;
 };
