@@ -181,13 +181,16 @@ std::unique_ptr<Reader> OpenIcons(const Source& source) {
 
 namespace {
 
-/// Four bytes that are nearly nothing, and a directory that ends before the first picture begins.
+/// Four bytes that are nearly nothing, and a directory that fits into the file and ends before its first
+/// picture.
 bool Recognise(const Candidate& candidate) {
   const auto head = candidate.head;
   if (head.size() < kDirectoryHeader + kDirectoryEntry) return false;
-  const std::int64_t count = LittleU16(&head[4]);
-  return LittleU16(head.data()) == 0 && (head[2] == 1 || head[2] == 2) && head[3] == 0 && count > 0 &&
-         LittleU32(&head[kDirectoryHeader + 12]) >= kDirectoryHeader + count * kDirectoryEntry;
+  const std::int64_t end =
+      kDirectoryHeader + kDirectoryEntry * static_cast<std::int64_t>(LittleU16(&head[4]));
+  return LittleU16(head.data()) == 0 && (head[2] == 1 || head[2] == 2) && head[3] == 0 &&
+         end > kDirectoryHeader && end <= candidate.source.Size() &&
+         LittleU32(&head[kDirectoryHeader + 12]) >= end;
 }
 
 }  // namespace
