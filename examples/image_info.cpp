@@ -1,7 +1,8 @@
 // Prints what an image file says of its pages, one line a page, tab-separated:
 //   page width height bits xdpi ydpi orientation format-code compression
-// The orientation is the number of TIFF and Exif, 1 to 8. With --decode the page is also written as a PNG, in
-// the depth in which the imaging layer holds it.
+// The orientation is the number of TIFF and Exif, 1 to 8. A fax page with damaged rows has one more column:
+// how many of them there are. With --decode the page is also written as a PNG, in the depth in which the
+// imaging layer holds it.
 //
 //   image_info FILE [--decode N OUT.png]
 
@@ -22,9 +23,11 @@ void PrintPages(const char* file) {
     LEADTOOLS::GetDefaultLoadFileOption(&options);
     options.PageNumber = page;
     LEADTOOLS::FileInfo(file, &info, 0, &options);
-    std::printf("%d\t%d\t%d\t%d\t%d\t%d\t%d\t%d\t%s\n", page, info.Width, info.Height, info.BitsPerPixel,
+    std::printf("%d\t%d\t%d\t%d\t%d\t%d\t%d\t%d\t%s", page, info.Width, info.Height, info.BitsPerPixel,
                 info.XResolution, info.YResolution, info.ViewPerspective == 0 ? 1 : info.ViewPerspective,
                 info.Format, info.Compression);
+    if (info.DamagedRows != 0) std::printf("\t%d", info.DamagedRows);
+    std::putchar('\n');
   }
 }
 

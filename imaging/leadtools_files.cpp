@@ -35,6 +35,7 @@ void FillInformation(const PageInfo& page, const Source& source, int number, str
   info.XResolution = page.xResolution;
   info.YResolution = page.yResolution;
   info.PageNumber = number;
+  info.DamagedRows = page.damagedRows;
 }
 
 int Describe(const Source& source, struct_file_information* info, UINT flags,

@@ -30,12 +30,23 @@ enum FileFormat : int {
   kFormatTiffG3OneDimensional = 27,
   kFormatTiffG3TwoDimensional = 28,
   kFormatTiffG4 = 29,
+  kFormatCals = 50,
   kFormatMacPaint = 51,
   kFormatGem = 52,
   kFormatMsPaint = 53,
   kFormatSunRaster = 55,
+  kFormatEpsTiff = 63,
+  kFormatRawFaxG3OneDimensional = 66,
+  kFormatRawFaxG3TwoDimensional = 67,
+  kFormatRawFaxG4 = 68,
+  kFormatIocaG3OneDimensional = 71,
+  kFormatIocaG3TwoDimensional = 72,
+  kFormatIocaG4 = 73,
   kFormatBmpOs2V2 = 74,
   kFormatPng = 75,
+  kFormatBareIocaG3OneDimensional = 77,
+  kFormatBareIocaG3TwoDimensional = 78,
+  kFormatBareIocaG4 = 79,
   kFormatBmpRle = 84,
   kFormatTiffCmyk = 85,
   kFormatTiffLzwCmyk = 86,
@@ -46,6 +57,8 @@ enum FileFormat : int {
   kFormatTiffYcc = 93,
   kFormatTiffLzwYcc = 94,
   kFormatTiffPackBitsYcc = 95,
+  kFormatExifTiff = 96,
+  kFormatExifTiffYcc = 97,
   kFormatExifJpeg422 = 98,
   kFormatExifJpeg411 = 101,
   kFormatPbmPlain = 102,
@@ -59,6 +72,7 @@ enum FileFormat : int {
   kFormatXbm = 110,
   kFormatClipboard = 114,
   kFormatAnimatedCursor = 119,
+  kFormatIntergraph = 122,
   kFormatXwd10 = 132,
   kFormatXwd11 = 133,
   kFormatTiffJbig = 139,
@@ -76,6 +90,7 @@ struct PageInfo {
   int order = 0;            ///< in which 24 and 32 bits come naturally: 0 red first, 1 blue first
   int xResolution = 0;      ///< dots per inch, 0 unknown
   int yResolution = 0;
+  int damagedRows = 0;  ///< as far as known: some codecs learn it from decoding the page
 };
 
 /// How the caller would like a page; a codec follows where it costs nothing.

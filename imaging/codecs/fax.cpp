@@ -45,6 +45,7 @@ constexpr auto kModes = [] {
 // One half of the end-of-block code, T.6, 2.4.1.1; some writers leave the other half out.
 constexpr int kEndOfLineBits = 12;
 constexpr std::uint64_t kEndOfLine = 1;
+constexpr std::uint64_t kEndOfBlock = kEndOfLine << kEndOfLineBits | kEndOfLine;
 
 std::uint64_t LoadBigEndian(const std::uint8_t* bytes) {
   std::uint64_t word = 0;
@@ -62,13 +63,20 @@ FaxDecoder::FaxDecoder(int width)
       m_current(static_cast<std::size_t>(width) + 1 + kSlack),
       m_words((static_cast<std::size_t>(width) + 63) / 64) {}
 
-void FaxDecoder::Start(std::span<const std::uint8_t> coded) {
+void FaxDecoder::Start(std::span<const std::uint8_t> coded, std::int64_t firstBit) {
   m_coded = coded;
-  m_next = coded.data();
-  m_bits = 0;
-  m_have = 0;
+  Seek(firstBit);
+  m_aboveIsDamaged = m_endsStand = false;
   m_currentCount = 0;  // the imaginary row above the first is white
   std::fill_n(m_current.begin(), kSlack, m_width);
+}
+
+void FaxDecoder::Seek(std::int64_t bit) {
+  m_next = m_coded.data() + bit / 8;
+  m_bits = 0;
+  m_have = 0;
+  Refill();
+  Consume(static_cast<int>(bit % 8));
 }
 
 void FaxDecoder::Refill() {
@@ -79,13 +87,10 @@ void FaxDecoder::Refill() {
   m_have |= kRefilled;
 }
 
-bool FaxDecoder::WithinData() const {
-  return (m_next - m_coded.data()) * 8 - m_have <= std::ssize(m_coded) * 8;
-}
-
 FaxDecoder::Row FaxDecoder::Next() {
   std::swap(m_above, m_current);
   m_aboveCount = m_currentCount;
+  m_rowStart = BitPosition();
   const Row row = DecodeRow();
   if (row == Row::kDecoded || row == Row::kSameAsAbove)
     std::fill_n(m_current.begin() + m_currentCount, kSlack, m_width);
@@ -214,7 +219,10 @@ FaxDecoder::Row FaxDecoder::NextAfterEndOfLine() {
 }
 
 FaxDecoder::Row FaxDecoder::NextOneDimensional() {
-  if (!SkipEndsOfLine()) return Row::kEndOfBlock;
+  return SkipEndsOfLine() ? DecodeRuns() : Row::kEndOfBlock;
+}
+
+FaxDecoder::Row FaxDecoder::DecodeRuns() {
   int position = 0;
   int count = 0;
   for (bool black = false; position < m_width; black = !black) {
@@ -225,6 +233,97 @@ FaxDecoder::Row FaxDecoder::NextOneDimensional() {
   }
   m_currentCount = count;
   return WithinData() ? Row::kDecoded : Row::kDamaged;
+}
+
+/// Passes the end-of-line codes in front of a row, each with its tag bit (T.4, 4.2.2) if the coding has one.
+/// Rows without such codes are one-dimensional.
+FaxDecoder::RowStart FaxDecoder::SkipToRow(bool twoDimensional) {
+  // T.4, 4.1.4 has six. One alone is normal, two stand for a row that got lost.
+  constexpr int kEndsOfPage = 3;
+  bool tag = true;
+  int ends = 0;
+  Refill();
+  for (; AtEndOfLine(); ++ends) {
+    if (!SkipEndOfLine()) return RowStart::kEnd;
+    if (!twoDimensional) continue;
+    tag = static_cast<std::int64_t>(m_bits) < 0;
+    Consume(1);
+    Refill();
+  }
+  m_rowStart = BitPosition();
+  m_endsStand = m_endsStand || ends > 0;
+  if (ends >= kEndsOfPage || m_rowStart >= std::ssize(m_coded) * 8) return RowStart::kEnd;
+  return tag ? RowStart::kOneDimensional : RowStart::kTwoDimensional;
+}
+
+FaxDecoder::Row FaxDecoder::NextGroup3(bool twoDimensional) {
+  const RowStart start = SkipToRow(twoDimensional);
+  if (start == RowStart::kEnd) return Row::kEndOfBlock;
+  Row row = Row::kDamaged;
+  if (start == RowStart::kOneDimensional)
+    row = DecodeRuns();
+  else if (!m_aboveIsDamaged)
+    row = Next();
+  Refill();
+  // A row that is longer than it should be goes on where an end of line is due.
+  if (row == Row::kEndOfBlock || !WithinData() || (m_endsStand && !AtEndOfLine())) row = Row::kDamaged;
+  m_aboveIsDamaged = row == Row::kDamaged;
+  if (twoDimensional && !m_aboveIsDamaged) std::fill_n(m_current.begin() + m_currentCount, kSlack, m_width);
+  return row;
+}
+
+/// The search begins at the row's start, since a bad code may have swallowed the end of the row. It ends in
+/// the zeros behind the data at the latest.
+void FaxDecoder::SkipDamagedRow() {
+  Seek(m_rowStart);
+  while (!AtEndOfLine()) {
+    Consume(std::countl_zero(m_bits) + 1);
+    Refill();
+  }
+}
+
+bool FaxDecoder::AtFilling() const {
+  const std::int64_t first = m_rowStart / 8;
+  if (first >= std::ssize(m_coded)) return true;
+  const auto rest = m_coded.subspan(static_cast<std::size_t>(first));
+  return static_cast<std::uint8_t>(rest[0] << m_rowStart % 8) == 0 &&
+         std::all_of(rest.begin() + 1, rest.end(), [](std::uint8_t byte) { return byte == 0; });
+}
+
+std::optional<int> FaxDecoder::MeasureRow(bool twoDimensional) {
+  const RowStart start = SkipToRow(twoDimensional);
+  int sum = 0;
+  for (bool black = false; start == RowStart::kOneDimensional && !AtEndOfLine(); black = !black) {
+    const int run = ReadRun(black ? m_black : m_white);
+    if (run < 0 || sum > m_width - run || !WithinData()) {
+      SkipDamagedRow();
+      return 0;
+    }
+    sum += run;
+    Refill();
+  }
+  if (start == RowStart::kOneDimensional) return sum;
+  if (start == RowStart::kTwoDimensional) SkipDamagedRow();
+  return std::nullopt;
+}
+
+/// The page's own end may be half a code; in damaged data only a whole one counts.
+bool FaxDecoder::SkipToEndOfBlock() {
+  const auto atEnd = [this](int codes) {
+    return m_bits >> (64 - codes * kEndOfLineBits) == (codes == 1 ? kEndOfLine : kEndOfBlock);
+  };
+  Seek(m_rowStart);
+  const int codes = atEnd(1) && !atEnd(2) ? 1 : 2;
+  while (WithinData()) {
+    if (atEnd(codes)) {
+      Consume(codes * kEndOfLineBits);
+      return true;
+    }
+    Consume(std::countl_zero(m_bits) < kEndOfLineBits ? std::countl_zero(m_bits) : 1);
+    Consume(std::min(std::countl_one(m_bits), m_have));
+    Refill();
+  }
+  return false;
 }
 
 /// Sets one bit for each change; each pixel is then the sum of the bits up to it.

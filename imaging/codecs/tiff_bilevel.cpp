@@ -1,7 +1,8 @@
 #include <array>
-#include <cstring>
+#include <optional>
 #include <vector>
 
+#include "imaging/codecs/bilevel_page.h"
 #include "imaging/codecs/fax.h"
 #include "imaging/codecs/rows.h"
 #include "imaging/codecs/tiff_bands.h"
@@ -11,45 +12,14 @@
 namespace imaging {
 namespace {
 
-/// Puts packed rows of the file into the page, as they are or a byte a pixel.
-class BilevelPage {
- public:
-  BilevelPage(const TiffLayout& layout, const BilevelColors& colors, int bits)
-      : m_pixels(PixelStorage::Create(layout.width, layout.height, bits)),
-        m_zero(colors.ByteOfZero()),
-        m_one(colors.ByteOfOne()) {
-    colors.SetPalette(*m_pixels);
-  }
-  bool Packed() const { return m_pixels->Bits() == 1; }
-  std::uint8_t* Row(int y) { return m_pixels->Row(y); }
-  void Expand(const std::uint8_t* packed, int y) {
-    ExpandBits(packed, m_pixels->Row(y), m_pixels->Width(), m_zero, m_one);
-  }
-  void Store(const std::uint8_t* packed, int y, std::uint8_t flip) {
-    if (Packed()) {
-      CopyBits(packed, Row(y), m_pixels->RowBytes(), flip);
-    } else {
-      ExpandBits(packed, Row(y), m_pixels->Width(), flip != 0 ? m_one : m_zero, flip != 0 ? m_zero : m_one);
-    }
-  }
-  void Repeat(int y) { std::memcpy(Row(y), Row(y - 1), m_pixels->RowBytes()); }
-  std::unique_ptr<PixelStorage> Take() { return std::move(m_pixels); }
-
- private:
-  std::unique_ptr<PixelStorage> m_pixels;
-  std::uint8_t m_zero;
-  std::uint8_t m_one;
-};
-
-enum class FaxCoding { kNone, kGroup4, kOneDimensional };
-
 /// What the decoder of our own takes: no uncompressed stretches, no mixture of both kinds of rows.
-FaxCoding FaxCodingOf(const TiffHandle& tiff, const TiffLayout& layout) {
-  if (layout.tiled) return FaxCoding::kNone;
+std::optional<FaxCoding> FaxCodingOf(const TiffHandle& tiff, const TiffLayout& layout) {
+  if (layout.tiled) return std::nullopt;
   if (layout.compression == COMPRESSION_CCITTFAX4 && tiff.Long(TIFFTAG_GROUP4OPTIONS, 0) == 0)
     return FaxCoding::kGroup4;
   const bool plain = (tiff.Long(TIFFTAG_GROUP3OPTIONS, 0) & ~std::uint32_t{GROUP3OPT_FILLBITS}) == 0;
-  return layout.compression == COMPRESSION_CCITTFAX3 && plain ? FaxCoding::kOneDimensional : FaxCoding::kNone;
+  if (layout.compression == COMPRESSION_CCITTFAX3 && plain) return FaxCoding::kOneDimensional;
+  return std::nullopt;
 }
 
 /// Fax strips by the decoder of our own, which takes half the library's time.
@@ -60,12 +30,12 @@ class FaxStrips {
         m_white(white),
         m_reversed(tiff.Short(TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_LSB2MSB),
         m_coding(FaxCodingOf(tiff, layout)),
-        m_decoder(m_coding != FaxCoding::kNone ? layout.width : 1),
-        m_row(m_coding != FaxCoding::kNone ? (static_cast<std::size_t>(layout.width) + 63) / 64 * 8 : 0) {}
+        m_decoder(m_coding ? layout.width : 1),
+        m_row(m_coding ? (static_cast<std::size_t>(layout.width) + 63) / 64 * 8 : 0) {}
 
   /// False if the strip isn't sound; what was stored of it is then to be overwritten.
   bool Decode(int firstRow, int endRow, BilevelPage& page) {
-    if (m_coding == FaxCoding::kNone || !ReadStrip(firstRow)) return false;
+    if (!m_coding || !ReadStrip(firstRow)) return false;
     m_decoder.Start(std::span(m_coded).first(m_coded.size() - FaxDecoder::kPadding));
     for (int y = firstRow; y < endRow; ++y) {
       const FaxDecoder::Row row =
@@ -115,7 +85,7 @@ class FaxStrips {
   const TiffHandle& m_tiff;
   std::uint8_t m_white;
   bool m_reversed;
-  FaxCoding m_coding;
+  std::optional<FaxCoding> m_coding;
   FaxDecoder m_decoder;
   std::vector<std::uint8_t> m_row;
   std::vector<std::uint8_t> m_coded;
@@ -131,7 +101,7 @@ std::unique_ptr<PixelStorage> DecodeBilevelTiff(const TiffHandle& tiff, const Ti
   }
   const std::uint8_t flip = layout.MinIsWhite() ? 0xff : 0;
   TiffBands bands(tiff, layout);
-  BilevelPage page(layout, colors, bits);
+  BilevelPage page(layout.width, layout.height, bits, colors);
   // The fax coders write white as 0, so that it is the file's 0 that is turned over.
   FaxStrips strips(tiff, layout, flip);
   while (!bands.AtEnd()) {

@@ -47,6 +47,9 @@ struct struct_file_information {
   int YResolution;
   int InfoFlags;   ///< kInfoIsFilled or 0
   int PageNumber;  ///< the page described, from 1
+  /// Rows of a fax page that couldn't be decoded and show the row above or nothing. A load always tells it;
+  /// an information call only for a kind whose pages have to be decoded for it anyway, as raw fax.
+  int DamagedRows;
 };
 
 /// Bit of InfoFlags: the record describes the page already, and LoadFile and LoadMemory leave it as it is.

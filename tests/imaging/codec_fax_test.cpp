@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "imaging/codecs/fax.h"
-#include "tests/imaging/codec_files.h"
+#include "tests/imaging/fax_files.h"
 
 // The fax decoder against libtiff, an independent encoder and decoder.
 namespace codec_test {
@@ -18,62 +18,14 @@ struct Strip {
 };
 
 Strip Encode(const std::vector<Bytes>& rows, int width, int compression = COMPRESSION_CCITTFAX4) {
-  const TempFolder folder;
-  const std::string path = folder.Path("fax.tif");
-  TIFF* tiff = TIFFOpen(path.c_str(), "w");
-  TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, width);
-  TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, static_cast<int>(rows.size()));
-  TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 1);
-  TIFFSetField(tiff, TIFFTAG_COMPRESSION, compression);
-  TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE);
-  TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<int>(rows.size()));
-  for (std::size_t y = 0; y < rows.size(); ++y) {
-    Bytes row = rows[y];
-    TIFFWriteScanline(tiff, row.data(), static_cast<std::uint32_t>(y), 0);
-  }
-  TIFFClose(tiff);
-  tiff = TIFFOpen(path.c_str(), "r");
-  Strip strip;
-  strip.size = static_cast<std::size_t>(TIFFRawStripSize64(tiff, 0));
+  Strip strip{EncodeFax(rows, width, compression)};
+  strip.size = strip.coded.size();
   strip.coded.resize(strip.size + FaxDecoder::kPadding);
-  TIFFReadRawStrip(tiff, 0, strip.coded.data(), static_cast<tmsize_t>(strip.size));
-  TIFFClose(tiff);
   return strip;
 }
 
-void Toggle(Bytes& row, int from, int to) {
-  for (int x = from; x < to; ++x)
-    row[static_cast<std::size_t>(x / 8)] ^= static_cast<std::uint8_t>(0x80U >> x % 8);
-}
-
-/// Rows of random runs, most of which lie within three columns of the row above.
-std::vector<Bytes> RandomRows(int width, int count, unsigned seed) {
-  const auto next = [&seed](int limit) {
-    seed = seed * 1664525U + 1013904223U;
-    return static_cast<int>((seed >> 8) % static_cast<unsigned>(limit));
-  };
-  std::vector<int> edges;
-  std::vector<Bytes> rows;
-  for (int y = 0; y < count; ++y) {
-    if (y % 16 == 0) {
-      edges.clear();
-      const int longest = 1 + next(y % 32 == 0 ? 3000 : 40);
-      for (int x = next(longest); x < width; x += 1 + next(longest)) edges.push_back(x);
-    }
-    std::vector<int> moved;
-    for (const int edge : edges)
-      if (next(20) != 0) moved.push_back(std::clamp(edge + (y % 3 == 0 ? 0 : next(9) - 4), 0, width));
-    std::sort(moved.begin(), moved.end());
-    Bytes row(static_cast<std::size_t>(width + 7) / 8);
-    for (std::size_t i = 0; i < moved.size(); i += 2)
-      Toggle(row, moved[i], i + 1 < moved.size() ? moved[i + 1] : width);
-    rows.push_back(row);
-  }
-  return rows;
-}
-
 void ExpectRows(const std::vector<Bytes>& rows, int width) {
-  Strip strip = Encode(rows, width);
+  const Strip strip = Encode(rows, width);
   FaxDecoder decoder(width);
   decoder.Start(std::span(strip.coded).first(strip.size));
   Bytes painted((static_cast<std::size_t>(width) + 63) / 64 * 8);
@@ -96,7 +48,7 @@ void ExpectRows(const std::vector<Bytes>& rows, int width) {
 TEST(FaxG4, RandomPages) {
   for (const int width : {1, 2, 7, 63, 64, 65, 129, 1728, 2480, 9000})
     for (unsigned seed = 1; seed <= 4; ++seed)
-      ExpectRows(RandomRows(width, 130, seed * 77 + static_cast<unsigned>(width)), width);
+      ExpectRows(RandomFaxRows(width, 130, seed * 77 + static_cast<unsigned>(width)), width);
 }
 
 TEST(FaxG4, EveryRunLengthOfBothColours) {
@@ -104,7 +56,8 @@ TEST(FaxG4, EveryRunLengthOfBothColours) {
   std::vector<Bytes> rows;
   for (int run = 1; run <= 2700; ++run) {
     Bytes row(kWidth / 8);
-    Toggle(row, run % 2 == 0 ? 0 : run, run % 2 == 0 ? run : run + run);  // white then black, or black first
+    ToggleFaxPixels(row, run % 2 == 0 ? 0 : run,
+                    run % 2 == 0 ? run : run + run);  // white then black, or black first
     rows.push_back(row);
     rows.emplace_back(kWidth / 8, run % 2 == 0 ? 0xff : 0x00);  // far from the row above
   }
@@ -113,7 +66,7 @@ TEST(FaxG4, EveryRunLengthOfBothColours) {
 
 TEST(FaxOneDimensional, RowsBetweenEndsOfLine) {
   constexpr int kWidth = 1000;
-  const auto rows = RandomRows(kWidth, 64, 9);
+  const auto rows = RandomFaxRows(kWidth, 64, 9);
   const Strip strip = Encode(rows, kWidth, COMPRESSION_CCITTFAX3);
   FaxDecoder decoder(kWidth);
   Bytes painted(kWidth / 8 + 8);
@@ -162,7 +115,7 @@ TEST(FaxOneDimensional, RowsWithoutEndsOfLine) {
 }
 
 TEST(FaxG4, DamageStopsIt) {
-  const auto rows = RandomRows(500, 64, 3);
+  const auto rows = RandomFaxRows(500, 64, 3);
   const Strip strip = Encode(rows, 500);
   int stopped = 0;
   for (std::size_t at = 0; at < strip.size; ++at) {

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "tests/imaging/codec_files.h"
+
+// Fax data, and the files that hold it beside TIFF. The coder is libtiff's.
+namespace codec_test {
+
+/// Rows of random runs, most of which lie within three columns of the row above; a set bit is black.
+std::vector<Bytes> RandomFaxRows(int width, int count, unsigned seed);
+void ToggleFaxPixels(Bytes& row, int from, int to);
+
+/// The strip of a TIFF page.
+Bytes EncodeFax(const std::vector<Bytes>& rows, int width, int compression = COMPRESSION_CCITTFAX4,
+                int g3Options = 0);
+/// A page in group 3 coding with a byte limit before each row, so that rows can be told apart.
+std::vector<Bytes> EncodeFaxRows(const std::vector<Bytes>& rows, int width);
+/// Six end-of-line codes.
+Bytes ReturnToControl(bool twoDimensional = false);
+void ReverseFaxBits(Bytes& bytes);
+
+/// What differs, for a message: the first pixel of a black and white page that isn't the row's; empty if
+/// none.
+std::string FaxDifference(const Loaded& page, const std::vector<Bytes>& rows);
+
+Bytes MakeCals(const std::string& fields, const Bytes& coded);
+
+struct IocaForm {
+  int width = 300;
+  int height = 200;
+  int coding = 0x82;
+  int bits = 1;
+  bool reversed = false;
+  bool subtractive = false;
+};
+/// An image segment; its data stands in pieces of that many bytes.
+Bytes MakeIoca(const IocaForm& form, const Bytes& data, std::size_t piece = 1000);
+/// A document with an image object of each segment, whose data fields hold so many bytes.
+Bytes MakeModca(const std::vector<Bytes>& segments, std::size_t fieldBytes = 700);
+
+struct IntergraphForm {
+  int type = 9;
+  int width = 0;
+  int height = 0;
+  int scanLines = 4;
+  int tile = 0;  ///< pixels of a side; the data is then one block for each tile
+  bool palette = false;
+};
+Bytes MakeIntergraph(const IntergraphForm& form, const std::vector<Bytes>& data);
+
+Bytes MakeEps(const Bytes& preview, bool metafile = false);
+
+}  // namespace codec_test
