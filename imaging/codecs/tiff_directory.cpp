@@ -2,43 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <list>
 #include <utility>
 
+#include "imaging/codecs/remembered_files.h"
 #include "imaging/core/limits.h"
 
 namespace imaging {
-namespace {
-
-constexpr std::size_t kRememberedFiles = 4;
-
-/// Chains by file, the newest in front. A rewritten or replaced file has another identity and isn't found.
-class ChainCache {
- public:
-  std::shared_ptr<TiffDirectories::Chain> Find(const SourceIdentity& identity) {
-    const auto entry = std::find_if(m_entries.begin(), m_entries.end(),
-                                    [&](const Entry& candidate) { return candidate.first == identity; });
-    if (entry == m_entries.end()) return nullptr;
-    m_entries.splice(m_entries.begin(), m_entries, entry);
-    return entry->second;
-  }
-  void Add(const SourceIdentity& identity, std::shared_ptr<TiffDirectories::Chain> chain) {
-    m_entries.emplace_front(identity, std::move(chain));
-    if (m_entries.size() > kRememberedFiles) m_entries.pop_back();
-  }
-
- private:
-  using Entry = std::pair<SourceIdentity, std::shared_ptr<TiffDirectories::Chain>>;
-  std::list<Entry> m_entries;
-};
-
-ChainCache& Cache() {
-  static ChainCache cache;
-  return cache;
-}
-
-}  // namespace
-
 bool HasTiffSignature(std::span<const std::uint8_t> head) {
   if (head.size() < 8) return false;
   const bool little = head[0] == 'I' && head[1] == 'I' && head[3] == 0;
@@ -50,12 +19,7 @@ bool HasTiffSignature(std::span<const std::uint8_t> head) {
 TiffDirectories::TiffDirectories(const Source& source) : m_source(source) {
   std::uint64_t first = 0;
   const bool valid = ReadHeader(first);
-  const auto identity = source.Identity();
-  if (identity) m_chain = Cache().Find(*identity);
-  if (m_chain != nullptr) return;
-  m_chain = std::make_shared<Chain>();
-  m_chain->next = valid ? first : 0;
-  if (identity) Cache().Add(*identity, m_chain);
+  m_chain = RememberedFiles<Chain>::Of(source, [&] { return Chain{{}, valid ? first : 0}; });
 }
 
 std::uint64_t TiffDirectories::Offset(int page) {
