@@ -152,10 +152,17 @@ int JpegCode(const TiffLayout& layout) {
   }
 }
 
+bool HasExif(const TiffHandle& tiff) {
+  std::uint64_t directory = 0;
+  return TIFFGetField(tiff.Get(), TIFFTAG_EXIFIFD, &directory) != 0;
+}
+
 int FormatCode(const TiffHandle& tiff, const TiffLayout& layout) {
   switch (layout.compression) {
     case COMPRESSION_NONE:
-      return ByColorSpace(layout, kFormatTiff, kFormatTiffCmyk, kFormatTiffYcc);
+      if (!HasExif(tiff)) return ByColorSpace(layout, kFormatTiff, kFormatTiffCmyk, kFormatTiffYcc);
+      return ByColorSpace(layout, layout.Rgb() ? kFormatExifTiff : kFormatTiff, kFormatTiffCmyk,
+                          kFormatExifTiffYcc);
     case COMPRESSION_LZW:
       return ByColorSpace(layout, kFormatTiffLzw, kFormatTiffLzwCmyk, kFormatTiffLzwYcc);
     case COMPRESSION_PACKBITS:

@@ -31,6 +31,7 @@ struct TiffLayout {
            (photometric <= PHOTOMETRIC_MINISBLACK || Palette() || Mask());
   }
   bool Palette() const { return photometric == PHOTOMETRIC_PALETTE; }
+  bool Rgb() const { return photometric == PHOTOMETRIC_RGB; }
   bool Mask() const { return photometric == PHOTOMETRIC_MASK; }
   bool FaxCoded() const {
     return compression == COMPRESSION_CCITTRLE || compression == COMPRESSION_CCITTFAX3 ||
