@@ -28,4 +28,4 @@ struct tagBITMAPINFO {
 };
 using BITMAPINFO = tagBITMAPINFO;
 
-enum : DWORD { BI_RGB = 0, BI_RLE8 = 1, BI_RLE4 = 2, BI_BITFIELDS = 3 };
+enum : DWORD { BI_RGB = 0, BI_RLE8 = 1, BI_BITFIELDS = 3 };

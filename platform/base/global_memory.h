@@ -9,7 +9,6 @@
 // (null, 0) on a null, freed or foreign handle.
 
 enum : UINT {
-  GMEM_FIXED = 0x0000,
   GMEM_MOVEABLE = 0x0002,
   GMEM_ZEROINIT = 0x0040,
   GHND = GMEM_MOVEABLE | GMEM_ZEROINIT,

@@ -64,12 +64,6 @@ int MulDiv(int number, int numerator, int denominator) {
              : static_cast<int>(result);
 }
 
-DWORD GetTickCount() {
-  using std::chrono::milliseconds;
-  const auto now = std::chrono::steady_clock::now().time_since_epoch();
-  return static_cast<DWORD>(std::chrono::duration_cast<milliseconds>(now).count());
-}
-
 BOOL CopyFileA(LPCSTR existing, LPCSTR target, BOOL failIfExists) {
   if (existing == nullptr || target == nullptr) return FALSE;
   const FileDescriptor from(::open(existing, O_RDONLY | O_CLOEXEC));

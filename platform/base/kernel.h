@@ -11,8 +11,6 @@ PLATFORM_API DWORD GetVersion();
 /// number * numerator / denominator, multiplied in 64 bits and rounded to the nearest, halves away from zero.
 /// -1 if the denominator is 0 or the result doesn't fit.
 PLATFORM_API int MulDiv(int number, int numerator, int denominator);
-/// Milliseconds of a clock that nobody sets; wraps round after 49 days.
-PLATFORM_API DWORD GetTickCount();
 /// Copies contents and permissions. The target appears whole or not at all. FALSE if the source can't be
 /// read, the target not be written, both are the same file, or the target exists and failIfExists is set.
 PLATFORM_API BOOL CopyFileA(LPCSTR existing, LPCSTR target, BOOL failIfExists);

@@ -27,10 +27,6 @@ char CString::GetAt(int index) const {
   return index >= 0 && index < GetLength() ? m_text[static_cast<std::size_t>(index)] : '\0';
 }
 
-void CString::SetAt(int index, char c) {
-  if (index >= 0 && index < GetLength()) m_text[static_cast<std::size_t>(index)] = c;
-}
-
 void CString::Format(const char* format, ...) {
   va_list args;
   va_start(args, format);
@@ -82,10 +78,6 @@ int CString::ReverseFind(char c) const {
   return Position(m_text.rfind(c));
 }
 
-int CString::FindOneOf(const char* set) const {
-  return set == nullptr ? -1 : Position(m_text.find_first_of(set));
-}
-
 int CString::Replace(const char* from, const char* to) {
   const std::size_t length = from == nullptr ? 0 : std::strlen(from);
   if (length == 0) return 0;
@@ -108,11 +100,6 @@ void CString::TrimLeft() {
 
 void CString::TrimRight() {
   m_text.erase(m_text.find_last_not_of(kSpaces) + 1);
-}
-
-void CString::MakeUpper() {
-  std::transform(m_text.begin(), m_text.end(), m_text.begin(),
-                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
 }
 
 void CString::MakeLower() {

@@ -25,7 +25,6 @@ class PLATFORM_API CString {
   void Empty() { m_text.clear(); }
   /// 0 for a position outside the text.
   char GetAt(int index) const;
-  void SetAt(int index, char c);
 
   CString& operator+=(const CString& text) {
     m_text += text.m_text;
@@ -56,15 +55,11 @@ class PLATFORM_API CString {
   int Find(char c, int start = 0) const;
   int Find(const char* text, int start = 0) const;
   int ReverseFind(char c) const;
-  /// Place of the first character that is one of the set, -1 if there is none.
-  int FindOneOf(const char* set) const;
   int Replace(const char* from, const char* to);
   /// Takes characters out; the length that is left. Places outside the text are left alone.
   int Delete(int index, int count = 1);
   void TrimLeft();
   void TrimRight();
-  /// Upper and lower case of ASCII letters; other letters stay.
-  void MakeUpper();
   void MakeLower();
   int Compare(const char* text) const { return m_text.compare(text == nullptr ? "" : text); }
   /// ASCII letters count alike in either case.

@@ -81,10 +81,6 @@ void CCmdTarget::EndWaitCursor() {
   WaitCursor(-1);
 }
 
-void CCmdTarget::RestoreWaitCursor() {
-  WaitCursor(0);
-}
-
 int CWinApp::DoMessageBox(LPCTSTR text, UINT type, UINT) {
   return platform::ShowMessageBox(m_pszAppName, text, type);
 }

@@ -39,8 +39,6 @@ class PLATFORM_API CWinApp : public CWinThread {
 
   /// The application takes the template over and deletes it at its own end.
   void AddDocTemplate(CDocTemplate* docTemplate);
-  POSITION GetFirstDocTemplatePosition() const;
-  CDocTemplate* GetNextDocTemplate(POSITION& position) const;
   /// Brings the document that has the file to the front, or has the template that suits the file best open
   /// it. Null on failure, of which the user has been told.
   virtual CDocument* OpenDocumentFile(LPCTSTR path);

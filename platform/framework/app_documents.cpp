@@ -40,14 +40,6 @@ void CWinApp::AddDocTemplate(CDocTemplate* docTemplate) {
   m_templates.push_back(docTemplate);
 }
 
-POSITION CWinApp::GetFirstDocTemplatePosition() const {
-  return platform::FirstPlace(m_templates);
-}
-
-CDocTemplate* CWinApp::GetNextDocTemplate(POSITION& position) const {
-  return platform::NextEntry(m_templates, position);
-}
-
 CDocument* CWinApp::OpenDocumentFile(LPCTSTR path) {
   CDocTemplate* best = nullptr;
   CDocTemplate::Confidence bestMatch = CDocTemplate::noAttempt;

@@ -73,8 +73,6 @@ class PLATFORM_API CCmdTarget : public CObject {
   /// Shows the wait cursor until as many calls of EndWaitCursor.
   void BeginWaitCursor();
   void EndWaitCursor();
-  /// Shows it again after something else, a message box for one, has changed the cursor.
-  void RestoreWaitCursor();
 
  protected:
   CCmdTarget() = default;
@@ -88,7 +86,6 @@ class PLATFORM_API CWaitCursor : public CCmdTarget {
   CWaitCursor(const CWaitCursor&) = delete;
   CWaitCursor& operator=(const CWaitCursor&) = delete;
   ~CWaitCursor() override { EndWaitCursor(); }
-  void Restore() { RestoreWaitCursor(); }
 };
 
 /// Looks through a map and its bases. Null if there is no entry.

@@ -165,9 +165,6 @@ LRESULT CDialog::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
       return reinterpret_cast<LRESULT>(m_font);
     case DM_GETDEFID:
       return m_defaultId == 0 ? 0 : MAKELONG(static_cast<int>(m_defaultId), DC_HASDEFID);
-    case DM_SETDEFID:
-      SetDefID(static_cast<UINT>(wParam));
-      return TRUE;
     case WM_ACTIVATE:
       // The control that had the keyboard gets it back.
       if (LOWORD(wParam) == 0) {
@@ -188,16 +185,4 @@ void CDialog::SetDefID(UINT id) {
   ::SendMessage(::GetDlgItem(m_hWnd, static_cast<int>(m_defaultId)), BM_SETSTYLE, BS_PUSHBUTTON, TRUE);
   m_defaultId = id;
   ::SendMessage(::GetDlgItem(m_hWnd, static_cast<int>(id)), BM_SETSTYLE, BS_DEFPUSHBUTTON, TRUE);
-}
-
-void CDialog::NextDlgCtrl() const {
-  ::SetFocus(GetNextDlgTabItem(m_hWnd, ::GetFocus(), FALSE));
-}
-
-void CDialog::PrevDlgCtrl() const {
-  ::SetFocus(GetNextDlgTabItem(m_hWnd, ::GetFocus(), TRUE));
-}
-
-void CDialog::GotoDlgCtrl(CWnd* control) {
-  if (control != nullptr) control->SetFocus();
 }

@@ -29,9 +29,6 @@ class PLATFORM_API CDialog : public CWnd {
   void EndDialog(int result);
 
   void MapDialogRect(LPRECT rect) const { ::MapDialogRect(m_hWnd, rect); }
-  void NextDlgCtrl() const;
-  void PrevDlgCtrl() const;
-  void GotoDlgCtrl(CWnd* control);
   /// The button that Enter presses.
   void SetDefID(UINT id);
   DWORD GetDefID() { return static_cast<DWORD>(SendMessage(DM_GETDEFID)); }

@@ -135,12 +135,3 @@ int CFileDialog::DoModal() {
 CString CFileDialog::GetFileName() const {
   return platform::SplitPath(m_ofn.lpstrFile).name.c_str();
 }
-
-CString CFileDialog::GetFileExt() const {
-  const std::string extension = platform::SplitName(platform::SplitPath(m_ofn.lpstrFile).name).extension;
-  return extension.empty() ? "" : extension.c_str() + 1;
-}
-
-CString CFileDialog::GetFileTitle() const {
-  return platform::SplitName(platform::SplitPath(m_ofn.lpstrFile).name).stem.c_str();
-}

@@ -4,10 +4,8 @@
 #include "platform/base/string.h"
 #include "platform/framework/dialog.h"
 
-inline constexpr DWORD OFN_READONLY = 0x1;
 inline constexpr DWORD OFN_OVERWRITEPROMPT = 0x2;
 inline constexpr DWORD OFN_HIDEREADONLY = 0x4;
-inline constexpr DWORD OFN_NOCHANGEDIR = 0x8;
 inline constexpr DWORD OFN_PATHMUSTEXIST = 0x800;
 inline constexpr DWORD OFN_FILEMUSTEXIST = 0x1000;
 
@@ -53,8 +51,6 @@ class PLATFORM_API CFileDialog : public CDialog {
   int DoModal() override;
   CString GetPathName() const { return m_ofn.lpstrFile; }
   CString GetFileName() const;
-  CString GetFileExt() const;
-  CString GetFileTitle() const;
 
  private:
   bool Accepts(const std::string& path);

@@ -6,7 +6,7 @@
 #include "platform/window/bar_styles.h"
 
 /// Id of the first pane of a frame: the child that fills what control bars leave of the client area.
-enum : UINT { AFX_IDW_PANE_FIRST = 0xE900, AFX_IDW_PANE_LAST = 0xE9FF };
+enum : UINT { AFX_IDW_PANE_FIRST = 0xE900 };
 
 /// Frame styles: the document's name is put behind the title, or before it.
 enum : DWORD { FWS_PREFIXTITLE = 0x4000, FWS_ADDTOTITLE = 0x8000 };

@@ -77,16 +77,8 @@ void CMDIChildWnd::MDIActivate() {
   ::SendMessage(::GetParent(m_hWnd), WM_MDIACTIVATE, reinterpret_cast<WPARAM>(m_hWnd));
 }
 
-void CMDIChildWnd::MDIDestroy() {
-  ::SendMessage(::GetParent(m_hWnd), WM_MDIDESTROY, reinterpret_cast<WPARAM>(m_hWnd));
-}
-
 void CMDIChildWnd::MDIMaximize() {
   ::SendMessage(::GetParent(m_hWnd), WM_MDIMAXIMIZE, reinterpret_cast<WPARAM>(m_hWnd));
-}
-
-void CMDIChildWnd::MDIRestore() {
-  ::SendMessage(::GetParent(m_hWnd), WM_MDIRESTORE, reinterpret_cast<WPARAM>(m_hWnd));
 }
 
 void CMDIChildWnd::ActivateFrame(int command) {

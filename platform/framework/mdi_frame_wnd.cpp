@@ -16,14 +16,6 @@ ON_COMMAND_RANGE(ID_WINDOW_ARRANGE, ID_WINDOW_TILE_VERT, OnWindowCommand)
 ON_UPDATE_COMMAND_UI_RANGE(ID_WINDOW_ARRANGE, ID_WINDOW_TILE_VERT, OnUpdateWindowCommand)
 END_MESSAGE_MAP()
 
-namespace {
-
-WPARAM ParamOf(const CWnd* child) {
-  return reinterpret_cast<WPARAM>(child == nullptr ? nullptr : child->m_hWnd);
-}
-
-}  // namespace
-
 // The client
 
 BOOL CMDIFrameWnd::OnCreateClient(LPCREATESTRUCT cs, CCreateContext*) {
@@ -51,10 +43,6 @@ HMENU CMDIFrameWnd::GetWindowMenuPopup(HMENU menuBar) {
   return nullptr;
 }
 
-void CMDIFrameWnd::MDIActivate(CWnd* child) {
-  ::SendMessage(m_hWndMDIClient, WM_MDIACTIVATE, ParamOf(child));
-}
-
 CMDIChildWnd* CMDIFrameWnd::MDIGetActive(BOOL* maximized) const {
   if (maximized != nullptr) *maximized = FALSE;
   const LRESULT active =
@@ -64,14 +52,6 @@ CMDIChildWnd* CMDIFrameWnd::MDIGetActive(BOOL* maximized) const {
 
 void CMDIFrameWnd::MDINext() {
   ::SendMessage(m_hWndMDIClient, WM_MDINEXT);
-}
-
-void CMDIFrameWnd::MDIMaximize(CWnd* child) {
-  ::SendMessage(m_hWndMDIClient, WM_MDIMAXIMIZE, ParamOf(child));
-}
-
-void CMDIFrameWnd::MDIRestore(CWnd* child) {
-  ::SendMessage(m_hWndMDIClient, WM_MDIRESTORE, ParamOf(child));
 }
 
 void CMDIFrameWnd::MDITile(int how) {
@@ -84,14 +64,6 @@ void CMDIFrameWnd::MDICascade() {
 
 void CMDIFrameWnd::MDIIconArrange() {
   ::SendMessage(m_hWndMDIClient, WM_MDIICONARRANGE);
-}
-
-CMenu* CMDIFrameWnd::MDISetMenu(CMenu* frameMenu, CMenu* windowMenu) {
-  const HMENU menu = frameMenu == nullptr ? nullptr : frameMenu->m_hMenu;
-  const HMENU list = windowMenu == nullptr ? nullptr : windowMenu->m_hMenu;
-  const LRESULT former = ::SendMessage(m_hWndMDIClient, WM_MDISETMENU, reinterpret_cast<WPARAM>(menu),
-                                       reinterpret_cast<LPARAM>(list));
-  return CMenu::FromHandle(reinterpret_cast<HMENU>(former));
 }
 
 CFrameWnd* CMDIFrameWnd::GetActiveFrame() {

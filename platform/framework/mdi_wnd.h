@@ -8,7 +8,6 @@ enum : UINT {
   AFX_IDM_WINDOW_FIRST = 0xE130,
   AFX_IDM_WINDOW_LAST = 0xE13F,
   AFX_IDM_FIRST_MDICHILD = 0xFF00,
-  ID_WINDOW_NEW = 0xE130,
   ID_WINDOW_ARRANGE = 0xE131,
   ID_WINDOW_CASCADE = 0xE132,
   ID_WINDOW_TILE_HORZ = 0xE133,
@@ -32,17 +31,12 @@ class PLATFORM_API CMDIFrameWnd : public CFrameWnd {
   /// The sub-menu of a bar that has the Window commands; null if there is none.
   virtual HMENU GetWindowMenuPopup(HMENU menuBar);
 
-  void MDIActivate(CWnd* child);
   /// Null if there is none.
   CMDIChildWnd* MDIGetActive(BOOL* maximized = nullptr) const;
   void MDINext();
-  void MDIMaximize(CWnd* child);
-  void MDIRestore(CWnd* child);
   void MDITile(int how = MDITILE_HORIZONTAL);
   void MDICascade();
   void MDIIconArrange();
-  /// Either may be null: it stays. The former bar, which is the caller's.
-  CMenu* MDISetMenu(CMenu* frameMenu, CMenu* windowMenu);
   /// Sends WM_CLOSE to the document windows in the order in which they were made. FALSE once one stays.
   virtual BOOL CloseChildren();
 
@@ -93,9 +87,7 @@ class PLATFORM_API CMDIChildWnd : public CFrameWnd {
   CMDIFrameWnd* GetMDIFrame() const;
   CFrameWnd* GetParentFrame() const;
   void MDIActivate();
-  void MDIDestroy();
   void MDIMaximize();
-  void MDIRestore();
 
   /// Shows the window (-1: as the active one is, maximised or not) and makes it the active one.
   void ActivateFrame(int command = -1) override;

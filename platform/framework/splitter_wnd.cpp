@@ -72,26 +72,6 @@ void CSplitterWnd::DeleteView(int row, int column) {
 
 // Rows, columns, panes
 
-void CSplitterWnd::GetRowInfo(int row, int& current, int& minimum) const {
-  current = m_pRowInfo[row].nCurSize;
-  minimum = m_pRowInfo[row].nMinSize;
-}
-
-void CSplitterWnd::SetRowInfo(int row, int ideal, int minimum) {
-  m_pRowInfo[row].nIdealSize = ideal;
-  m_pRowInfo[row].nMinSize = minimum;
-}
-
-void CSplitterWnd::GetColumnInfo(int column, int& current, int& minimum) const {
-  current = m_pColInfo[column].nCurSize;
-  minimum = m_pColInfo[column].nMinSize;
-}
-
-void CSplitterWnd::SetColumnInfo(int column, int ideal, int minimum) {
-  m_pColInfo[column].nIdealSize = ideal;
-  m_pColInfo[column].nMinSize = minimum;
-}
-
 CWnd* CSplitterWnd::GetPane(int row, int column) const {
   return GetDlgItem(IdFromRowCol(row, column));
 }

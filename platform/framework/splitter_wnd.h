@@ -32,11 +32,6 @@ class PLATFORM_API CSplitterWnd : public CWnd {
 
   int GetRowCount() const { return m_nRows; }
   int GetColumnCount() const { return m_nCols; }
-  void GetRowInfo(int row, int& current, int& minimum) const;
-  /// Takes effect with the next RecalcLayout.
-  void SetRowInfo(int row, int ideal, int minimum);
-  void GetColumnInfo(int column, int& current, int& minimum) const;
-  void SetColumnInfo(int column, int ideal, int minimum);
 
   /// Null for a place without a pane.
   CWnd* GetPane(int row, int column) const;

@@ -83,13 +83,6 @@ void CStatusBar::SetPaneStyle(int index, UINT style) {
   if (pane != nullptr) SetPaneInfo(index, pane->id, style, pane->width);
 }
 
-void CStatusBar::GetPaneInfo(int index, UINT& id, UINT& style, int& width) const {
-  const Pane* pane = PaneAt(index);
-  id = pane == nullptr ? 0 : pane->id;
-  style = pane == nullptr ? 0 : pane->style;
-  width = pane == nullptr ? 0 : pane->width;
-}
-
 void CStatusBar::SetPaneInfo(int index, UINT id, UINT style, int width) {
   if (PaneAt(index) == nullptr) return;
   Pane& pane = m_panes[static_cast<std::size_t>(index)];

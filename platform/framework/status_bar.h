@@ -30,7 +30,6 @@ class PLATFORM_API CStatusBar : public CControlBar {
   void GetItemRect(int index, LPRECT rect) const;
   UINT GetPaneStyle(int index) const;
   void SetPaneStyle(int index, UINT style);
-  void GetPaneInfo(int index, UINT& id, UINT& style, int& width) const;
   /// width: of the text, without the pane's margins.
   void SetPaneInfo(int index, UINT id, UINT style, int width);
   CString GetPaneText(int index) const;

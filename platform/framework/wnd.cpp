@@ -134,17 +134,6 @@ CFrameWnd* CWnd::GetParentFrame() const {
   return nullptr;
 }
 
-CFrameWnd* CWnd::GetTopLevelFrame() const {
-  auto* frame = IsKindOf(RUNTIME_CLASS(CFrameWnd)) != 0 ? static_cast<CFrameWnd*>(const_cast<CWnd*>(this))
-                                                        : GetParentFrame();
-  while (frame != nullptr) {
-    CFrameWnd* outer = frame->GetParentFrame();
-    if (outer == nullptr) break;
-    frame = outer;
-  }
-  return frame;
-}
-
 CMenu* CWnd::GetMenu() const {
   return CMenu::FromHandle(::GetMenu(m_hWnd));
 }

@@ -101,7 +101,6 @@ class PLATFORM_API CWnd : public CCmdTarget {
   CWnd* GetParent() const { return FromHandle(::GetParent(m_hWnd)); }
   /// The nearest frame up the parent chain, this window not counted; null if there is none.
   CFrameWnd* GetParentFrame() const;
-  CFrameWnd* GetTopLevelFrame() const;
   CWnd* GetTopLevelParent() const { return FromHandle(GetTopLevelWindow(m_hWnd)); }
   CWnd* GetOwner() const { return m_hWndOwner != nullptr ? FromHandle(m_hWndOwner) : GetParent(); }
   void SetOwner(CWnd* owner) { m_hWndOwner = owner == nullptr ? nullptr : owner->m_hWnd; }
@@ -141,10 +140,6 @@ class PLATFORM_API CWnd : public CCmdTarget {
     return ::SetScrollPos(m_hWnd, bar, position, redraw);
   }
   int GetScrollPos(int bar) const { return ::GetScrollPos(m_hWnd, bar); }
-  void SetScrollRange(int bar, int low, int high, BOOL redraw = TRUE) {
-    ::SetScrollRange(m_hWnd, bar, low, high, redraw);
-  }
-  void GetScrollRange(int bar, int* low, int* high) const { ::GetScrollRange(m_hWnd, bar, low, high); }
   void ShowScrollBar(UINT bar, BOOL show = TRUE) { ::ShowScrollBar(m_hWnd, static_cast<int>(bar), show); }
 
   /// Null for a window without a bar.

@@ -85,10 +85,6 @@ void CWnd::CenterWindow(CWnd* over) {
 
 BOOL CWnd::UpdateData(BOOL save) {
   CDataExchange exchange(this, save);
-  try {
-    DoDataExchange(&exchange);
-  } catch (const CDataExchange::Failed&) {
-    return FALSE;
-  }
+  DoDataExchange(&exchange);
   return TRUE;
 }

@@ -198,22 +198,6 @@ Raster RasterOfImage(QImage& image) {
           .bits = 32};
 }
 
-// HALFTONE: averages when reducing. The result replaces the source; image holds its pixels.
-void ScaleSmoothly(BlitSource& source, const QSize& size, QImage& image) {
-  constexpr std::int64_t kMostPixels = 1 << 26;
-  if (size == source.pixels.size() || Existing(source) != source.pixels ||
-      std::int64_t{size.width()} * size.height() > kMostPixels)
-    return;
-  QImage scaled = ImageOf(source.raster, source.pixels)
-                      .convertToFormat(QImage::Format_RGB32)
-                      .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-                      .convertToFormat(QImage::Format_RGB32);
-  if (scaled.isNull()) return;
-  image = std::move(scaled);
-  source.raster = RasterOfImage(image);
-  source.pixels = image.rect();
-}
-
 // Sets the source's pixels aside where writing would change them before they are read.
 void SetAside(BlitSource& source, const Raster& target, const QRect& pixels, std::size_t parts,
               QImage& image) {
@@ -259,8 +243,6 @@ bool BlitUnits(DcRecord& dc, const QRect& units, const BlitSource& given, unsign
   const auto parts = ClippedPixels(dc, *target, pixels);
   QImage holder;
   SetAside(source, *target, pixels, parts.size(), holder);
-  QImage smooth;
-  if (dc.state.stretchMode == HALFTONE) ScaleSmoothly(source, pixels.size(), smooth);
   for (const QRect& part : parts) BlitPart(*target, pixels, part, source, table, brush);
   Drawn(dc, units);
   return true;

@@ -29,14 +29,6 @@ int ExcludeClipRect(HDC dc, int left, int top, int right, int bottom) {
   return RegionKind(*record->state.clip);
 }
 
-int SelectClipRgn(HDC dc, HRGN region) {
-  DcRecord* record = FindDc(dc);
-  const auto* wanted = platform::ObjectAs<platform::RegionRecord>(region);
-  if (record == nullptr || (region != nullptr && wanted == nullptr)) return RGN_ERROR;
-  record->state.clip = wanted == nullptr ? std::nullopt : std::optional(wanted->region);
-  return RegionKind(platform::ClipOf(*record));
-}
-
 int GetClipBox(HDC dc, LPRECT box) {
   const DcRecord* record = FindDc(dc);
   if (record == nullptr || box == nullptr) return RGN_ERROR;

@@ -87,9 +87,6 @@ CBrush* CDC::SelectObject(CBrush* brush) {
 CBitmap* CDC::SelectObject(CBitmap* bitmap) {
   return Select(m_hDC, bitmap);
 }
-int CDC::SelectObject(CRgn* region) {
-  return SelectClipRgn(region);
-}
 CGdiObject* CDC::SelectObject(CGdiObject* object) {
   return Select(m_hDC, object);
 }
@@ -105,35 +102,14 @@ CPoint CDC::SetWindowOrg(int x, int y) {
   return old;
 }
 
-CPoint CDC::GetWindowOrg() const {
-  CPoint origin;
-  ::GetWindowOrgEx(m_hAttribDC, &origin);
-  return origin;
-}
-
 CPoint CDC::SetViewportOrg(int x, int y) {
   CPoint old;
   ::SetViewportOrgEx(m_hDC, x, y, &old);
   return old;
 }
 
-CPoint CDC::GetViewportOrg() const {
-  CPoint origin;
-  ::GetViewportOrgEx(m_hAttribDC, &origin);
-  return origin;
-}
-
-// Sizes are the same in both units: origins don't move them.
+// A size is the same in both units: origins don't move it.
 void CDC::DPtoLP(LPSIZE) const {}
-void CDC::LPtoDP(LPSIZE) const {}
-
-int CDC::SelectClipRgn(CRgn* region) {
-  return ::SelectClipRgn(m_hDC, static_cast<HRGN>(HandleOf(region)));
-}
-
-int CDC::IntersectClipRect(LPCRECT rect) {
-  return rect == nullptr ? RGN_ERROR : IntersectClipRect(rect->left, rect->top, rect->right, rect->bottom);
-}
 
 int CDC::ExcludeClipRect(LPCRECT rect) {
   return rect == nullptr ? RGN_ERROR : ExcludeClipRect(rect->left, rect->top, rect->right, rect->bottom);
@@ -144,18 +120,8 @@ BOOL CDC::BitBlt(int x, int y, int width, int height, CDC* source, int sourceX, 
   return ::BitBlt(m_hDC, x, y, width, height, HandleOf(source), sourceX, sourceY, operation);
 }
 
-BOOL CDC::StretchBlt(int x, int y, int width, int height, CDC* source, int sourceX, int sourceY,
-                     int sourceWidth, int sourceHeight, DWORD operation) {
-  return ::StretchBlt(m_hDC, x, y, width, height, HandleOf(source), sourceX, sourceY, sourceWidth,
-                      sourceHeight, operation);
-}
-
 void CDC::FillRect(LPCRECT rect, CBrush* brush) {
   ::FillRect(m_hDC, rect, static_cast<HBRUSH>(HandleOf(brush)));
-}
-
-void CDC::FrameRect(LPCRECT rect, CBrush* brush) {
-  ::FrameRect(m_hDC, rect, static_cast<HBRUSH>(HandleOf(brush)));
 }
 
 void CDC::FillSolidRect(LPCRECT rect, COLORREF color) {

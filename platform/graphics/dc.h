@@ -41,28 +41,20 @@ class PLATFORM_API CDC : public CObject {
   virtual CFont* SelectObject(CFont* font);
   CBrush* SelectObject(CBrush* brush);
   CBitmap* SelectObject(CBitmap* bitmap);
-  int SelectObject(CRgn* region);
   CGdiObject* SelectObject(CGdiObject* object);
   CPalette* SelectPalette(CPalette* palette, BOOL forceBackground);
   UINT RealizePalette() { return ::RealizePalette(m_hDC); }
 
   CPoint SetWindowOrg(int x, int y);
   CPoint SetWindowOrg(POINT origin) { return SetWindowOrg(origin.x, origin.y); }
-  CPoint GetWindowOrg() const;
   virtual CPoint SetViewportOrg(int x, int y);
   CPoint SetViewportOrg(POINT origin) { return SetViewportOrg(origin.x, origin.y); }
-  CPoint GetViewportOrg() const;
   void DPtoLP(LPPOINT points, int count = 1) const { ::DPtoLP(m_hAttribDC, points, count); }
   void DPtoLP(LPRECT rect) const { ::DPtoLP(m_hAttribDC, reinterpret_cast<LPPOINT>(rect), 2); }
   void DPtoLP(LPSIZE size) const;
-  void LPtoDP(LPPOINT points, int count = 1) const { ::LPtoDP(m_hAttribDC, points, count); }
-  void LPtoDP(LPRECT rect) const { ::LPtoDP(m_hAttribDC, reinterpret_cast<LPPOINT>(rect), 2); }
-  void LPtoDP(LPSIZE size) const;
 
   virtual int GetClipBox(LPRECT box) const { return ::GetClipBox(m_hDC, box); }
-  int SelectClipRgn(CRgn* region);
   int IntersectClipRect(int l, int t, int r, int b) { return ::IntersectClipRect(m_hDC, l, t, r, b); }
-  int IntersectClipRect(LPCRECT rect);
   int ExcludeClipRect(int l, int t, int r, int b) { return ::ExcludeClipRect(m_hDC, l, t, r, b); }
   int ExcludeClipRect(LPCRECT rect);
   BOOL RectVisible(LPCRECT rect) const { return ::RectVisible(m_hDC, rect); }
@@ -70,21 +62,12 @@ class PLATFORM_API CDC : public CObject {
   virtual COLORREF SetTextColor(COLORREF color) { return ::SetTextColor(m_hDC, color); }
   virtual COLORREF SetBkColor(COLORREF color) { return ::SetBkColor(m_hDC, color); }
   int SetBkMode(int mode) { return ::SetBkMode(m_hDC, mode); }
-  COLORREF GetTextColor() const { return ::GetTextColor(m_hAttribDC); }
-  COLORREF GetBkColor() const { return ::GetBkColor(m_hAttribDC); }
-  int GetBkMode() const { return ::GetBkMode(m_hAttribDC); }
-  UINT SetTextAlign(UINT align) { return ::SetTextAlign(m_hDC, align); }
-  int SetROP2(int operation) { return ::SetROP2(m_hDC, operation); }
-  int SetStretchBltMode(int mode) { return ::SetStretchBltMode(m_hDC, mode); }
 
   BOOL PatBlt(int x, int y, int width, int height, DWORD operation) {
     return ::PatBlt(m_hDC, x, y, width, height, operation);
   }
   BOOL BitBlt(int x, int y, int width, int height, CDC* source, int sourceX, int sourceY, DWORD operation);
-  BOOL StretchBlt(int x, int y, int width, int height, CDC* source, int sourceX, int sourceY, int sourceWidth,
-                  int sourceHeight, DWORD operation);
   void FillRect(LPCRECT rect, CBrush* brush);
-  void FrameRect(LPCRECT rect, CBrush* brush);
   void InvertRect(LPCRECT rect) { ::InvertRect(m_hDC, rect); }
   void FillSolidRect(LPCRECT rect, COLORREF color);
   void FillSolidRect(int x, int y, int width, int height, COLORREF color);

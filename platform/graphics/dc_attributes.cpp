@@ -29,13 +29,6 @@ BOOL SetOrigin(HDC dc, POINT DcState::*origin, int x, int y, LPPOINT old) {
   return TRUE;
 }
 
-BOOL GetOrigin(HDC dc, POINT DcState::*origin, LPPOINT result) {
-  const DcRecord* record = FindDc(dc);
-  if (record == nullptr || result == nullptr) return FALSE;
-  *result = record->state.*origin;
-  return TRUE;
-}
-
 // direction 1: logical to device, -1: back. Sums wrap like the unsigned numbers they are made in.
 BOOL Shift(HDC dc, LPPOINT points, int count, int direction) {
   const DcRecord* record = FindDc(dc);
@@ -56,14 +49,8 @@ BOOL Shift(HDC dc, LPPOINT points, int count, int direction) {
 BOOL SetWindowOrgEx(HDC dc, int x, int y, LPPOINT old) {
   return SetOrigin(dc, &DcState::windowOrg, x, y, old);
 }
-BOOL GetWindowOrgEx(HDC dc, LPPOINT origin) {
-  return GetOrigin(dc, &DcState::windowOrg, origin);
-}
 BOOL SetViewportOrgEx(HDC dc, int x, int y, LPPOINT old) {
   return SetOrigin(dc, &DcState::viewportOrg, x, y, old);
-}
-BOOL GetViewportOrgEx(HDC dc, LPPOINT origin) {
-  return GetOrigin(dc, &DcState::viewportOrg, origin);
 }
 BOOL DPtoLP(HDC dc, LPPOINT points, int count) {
   return Shift(dc, points, count, -1);
@@ -81,21 +68,6 @@ COLORREF GetTextColor(HDC dc) {
 COLORREF SetBkColor(HDC dc, COLORREF color) {
   return Exchange(dc, &DcState::bkColor, color, CLR_INVALID);
 }
-COLORREF GetBkColor(HDC dc) {
-  return Read(dc, &DcState::bkColor, CLR_INVALID);
-}
 int SetBkMode(HDC dc, int mode) {
   return mode == TRANSPARENT || mode == OPAQUE ? Exchange(dc, &DcState::bkMode, mode, 0) : 0;
-}
-int GetBkMode(HDC dc) {
-  return Read(dc, &DcState::bkMode, 0);
-}
-UINT SetTextAlign(HDC dc, UINT align) {
-  return Exchange(dc, &DcState::textAlign, align, 0xffffffffU);
-}
-int SetROP2(HDC dc, int operation) {
-  return operation >= R2_BLACK && operation <= R2_WHITE ? Exchange(dc, &DcState::rop2, operation, 0) : 0;
-}
-int SetStretchBltMode(HDC dc, int mode) {
-  return mode >= BLACKONWHITE && mode <= HALFTONE ? Exchange(dc, &DcState::stretchMode, mode, 0) : 0;
 }

@@ -117,9 +117,6 @@ HGDIOBJ SelectObject(HDC dc, HGDIOBJ object) {
   const DWORD type = GetObjectType(object);
   if (record == nullptr || type == 0 || type == OBJ_PAL) return nullptr;
   if (type == OBJ_BITMAP) return SelectBitmap(dc, *record, object);
-  if (type == OBJ_REGION)
-    return reinterpret_cast<HGDIOBJ>(
-        static_cast<std::intptr_t>(SelectClipRgn(dc, static_cast<HRGN>(object))));
   return platform::ExchangeSelected(*PlaceOf(record->state, type), object);
 }
 

@@ -89,27 +89,6 @@ std::optional<DibFormat> platform::ReadDibFormat(const BITMAPINFO* info, UINT us
   return format;
 }
 
-int SetDIBitsToDevice(HDC dc, int x, int y, DWORD width, DWORD height, int sourceX, int sourceY,
-                      UINT startScan, UINT scanLines, const void* bits, const BITMAPINFO* info, UINT usage) {
-  DcRecord* record = FindDc(dc);
-  if (record == nullptr || bits == nullptr) return 0;
-  const auto format = platform::ReadDibFormat(info, usage, record);
-  if (!format || startScan >= static_cast<UINT>(format->height) || scanLines == 0) return 0;
-  const int lines = static_cast<int>(std::min(scanLines, static_cast<UINT>(format->height) - startScan));
-  const int w = static_cast<int>(std::min<DWORD>(width, kMostEdge));
-  const int h = static_cast<int>(std::min<DWORD>(height, kMostEdge));
-  // Row numbers of the whole picture, from the top: of the part wanted, and of the band that bits holds.
-  const int first = static_cast<int>(startScan);
-  const std::int64_t partTop = format->topDown ? sourceY : std::int64_t{format->height} - sourceY - h;
-  const int bandTop = format->topDown ? first : format->height - first - lines;
-  if (!IsNear(sourceX) || !IsNear(partTop)) return 0;
-  BlitSource source;
-  source.raster = RasterOf(*format, bits, lines);
-  source.pixels = QRect(sourceX, static_cast<int>(partTop) - bandTop, w, h);
-  const QRect units = platform::UnitsOf(*record, x, y, w, h);
-  return platform::BlitUnits(*record, units, source, platform::TruthTable(SRCCOPY)) ? lines : 0;
-}
-
 int StretchDIBits(HDC dc, int x, int y, int width, int height, int sourceX, int sourceY, int sourceWidth,
                   int sourceHeight, const void* bits, const BITMAPINFO* info, UINT usage, DWORD operation) {
   DcRecord* record = FindDc(dc);

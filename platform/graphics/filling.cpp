@@ -86,17 +86,6 @@ int FillRect(HDC dc, LPCRECT rect, HBRUSH brush) {
                              platform::TruthTable(PATCOPY), *color);
 }
 
-int FrameRect(HDC dc, LPCRECT rect, HBRUSH brush) {
-  if (FindDc(dc) == nullptr || rect == nullptr || IsRectEmpty(rect)) return 0;
-  const CRect r(*rect);
-  const CRect edges[] = {{r.left, r.top, r.right, r.top + 1},
-                         {r.left, r.bottom - 1, r.right, r.bottom},
-                         {r.left, r.top, r.left + 1, r.bottom},
-                         {r.right - 1, r.top, r.right, r.bottom}};
-  return std::all_of(std::begin(edges), std::end(edges),
-                     [&](const CRect& edge) { return FillRect(dc, &edge, brush) != 0; });
-}
-
 BOOL InvertRect(HDC dc, LPCRECT rect) {
   if (rect == nullptr) return FALSE;
   const CRect r(*rect);

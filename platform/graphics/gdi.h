@@ -12,7 +12,6 @@
 
 // --- Objects. The creator owns a new object and ends it with DeleteObject.
 PLATFORM_API HBRUSH CreateSolidBrush(COLORREF color);
-PLATFORM_API HBRUSH CreateBrushIndirect(const LOGBRUSH* brush);
 PLATFORM_API HPEN CreatePen(int style, int width, COLORREF color);
 PLATFORM_API HFONT CreateFontIndirectA(const LOGFONTA* font);
 inline HFONT CreateFontIndirect(const LOGFONTA* font) {
@@ -21,12 +20,6 @@ inline HFONT CreateFontIndirect(const LOGFONTA* font) {
 PLATFORM_API HPALETTE CreatePalette(const LOGPALETTE* palette);
 /// Count of entries copied; with a null buffer the count that there are.
 PLATFORM_API UINT GetPaletteEntries(HPALETTE palette, UINT first, UINT count, PALETTEENTRY* entries);
-PLATFORM_API UINT SetPaletteEntries(HPALETTE palette, UINT first, UINT count, const PALETTEENTRY* entries);
-PLATFORM_API HRGN CreateRectRgn(int left, int top, int right, int bottom);
-PLATFORM_API HRGN CreateRectRgnIndirect(LPCRECT rect);
-/// Puts the combination (RGN_AND ...) into an existing region. The kind of region it became.
-PLATFORM_API int CombineRgn(HRGN result, HRGN a, HRGN b, int mode);
-PLATFORM_API int GetRgnBox(HRGN region, LPRECT box);
 /// TRUE for a stock or system colour object too, which stays. FALSE for one that is selected somewhere.
 PLATFORM_API BOOL DeleteObject(HGDIOBJ object);
 /// Null for an unknown index.
@@ -72,9 +65,7 @@ PLATFORM_API int SaveDC(HDC dc);
 PLATFORM_API BOOL RestoreDC(HDC dc, int saved);
 
 PLATFORM_API BOOL SetWindowOrgEx(HDC dc, int x, int y, LPPOINT old);
-PLATFORM_API BOOL GetWindowOrgEx(HDC dc, LPPOINT origin);
 PLATFORM_API BOOL SetViewportOrgEx(HDC dc, int x, int y, LPPOINT old);
-PLATFORM_API BOOL GetViewportOrgEx(HDC dc, LPPOINT origin);
 /// Between the units of the device (client units for a window) and logical ones.
 PLATFORM_API BOOL DPtoLP(HDC dc, LPPOINT points, int count);
 PLATFORM_API BOOL LPtoDP(HDC dc, LPPOINT points, int count);
@@ -82,18 +73,11 @@ PLATFORM_API BOOL LPtoDP(HDC dc, LPPOINT points, int count);
 PLATFORM_API COLORREF SetTextColor(HDC dc, COLORREF color);
 PLATFORM_API COLORREF GetTextColor(HDC dc);
 PLATFORM_API COLORREF SetBkColor(HDC dc, COLORREF color);
-PLATFORM_API COLORREF GetBkColor(HDC dc);
 PLATFORM_API int SetBkMode(HDC dc, int mode);
-PLATFORM_API int GetBkMode(HDC dc);
-PLATFORM_API UINT SetTextAlign(HDC dc, UINT align);
-PLATFORM_API int SetROP2(HDC dc, int operation);
-PLATFORM_API int SetStretchBltMode(HDC dc, int mode);
 
 // --- Clipping. Results are kinds of region.
 PLATFORM_API int IntersectClipRect(HDC dc, int left, int top, int right, int bottom);
 PLATFORM_API int ExcludeClipRect(HDC dc, int left, int top, int right, int bottom);
-/// Takes a copy of the region, which is in device units; null ends clipping.
-PLATFORM_API int SelectClipRgn(HDC dc, HRGN region);
 PLATFORM_API int GetClipBox(HDC dc, LPRECT box);
 PLATFORM_API BOOL RectVisible(HDC dc, LPCRECT rect);
 
@@ -101,7 +85,6 @@ PLATFORM_API BOOL RectVisible(HDC dc, LPCRECT rect);
 PLATFORM_API BOOL PatBlt(HDC dc, int x, int y, int width, int height, DWORD operation);
 /// brush may also be a theme colour index plus 1.
 PLATFORM_API int FillRect(HDC dc, LPCRECT rect, HBRUSH brush);
-PLATFORM_API int FrameRect(HDC dc, LPCRECT rect, HBRUSH brush);
 PLATFORM_API BOOL InvertRect(HDC dc, LPCRECT rect);
 /// The colour that was set, CLR_INVALID outside the clip.
 PLATFORM_API COLORREF SetPixel(HDC dc, int x, int y, COLORREF color);
@@ -118,10 +101,6 @@ PLATFORM_API BOOL BitBlt(HDC dc, int x, int y, int width, int height, HDC source
                          DWORD operation);
 PLATFORM_API BOOL StretchBlt(HDC dc, int x, int y, int width, int height, HDC source, int sourceX,
                              int sourceY, int sourceWidth, int sourceHeight, DWORD operation);
-/// Count of rows set. sourceY counts from the bottom in a bottom-up block.
-PLATFORM_API int SetDIBitsToDevice(HDC dc, int x, int y, DWORD width, DWORD height, int sourceX, int sourceY,
-                                   UINT startScan, UINT scanLines, const void* bits, const BITMAPINFO* info,
-                                   UINT usage);
 /// Count of rows of the block, 0 on failure.
 PLATFORM_API int StretchDIBits(HDC dc, int x, int y, int width, int height, int sourceX, int sourceY,
                                int sourceWidth, int sourceHeight, const void* bits, const BITMAPINFO* info,

@@ -9,7 +9,6 @@ IMPLEMENT_DYNCREATE(CBrush, CGdiObject)
 IMPLEMENT_DYNCREATE(CFont, CGdiObject)
 IMPLEMENT_DYNCREATE(CBitmap, CGdiObject)
 IMPLEMENT_DYNCREATE(CPalette, CGdiObject)
-IMPLEMENT_DYNCREATE(CRgn, CGdiObject)
 
 namespace {
 
@@ -37,8 +36,6 @@ std::unique_ptr<CGdiObject> MakeWrapper(DWORD type) {
       return std::make_unique<CBitmap>();
     case OBJ_PAL:
       return std::make_unique<CPalette>();
-    case OBJ_REGION:
-      return std::make_unique<CRgn>();
     default:
       return nullptr;
   }
@@ -99,9 +96,6 @@ CBitmap* CBitmap::FromHandle(HBITMAP bitmap) {
 }
 CPalette* CPalette::FromHandle(HPALETTE palette) {
   return As<CPalette>(CGdiObject::FromHandle(palette));
-}
-CRgn* CRgn::FromHandle(HRGN region) {
-  return As<CRgn>(CGdiObject::FromHandle(region));
 }
 
 BOOL CBitmap::CreateCompatibleBitmap(CDC* dc, int width, int height) {

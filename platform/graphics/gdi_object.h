@@ -49,7 +49,6 @@ class PLATFORM_API CBrush : public CGdiObject {
   /// Also of a theme colour's number plus 1, which FillRect takes in a brush's place.
   static CBrush* FromHandle(HBRUSH brush);
   BOOL CreateSolidBrush(COLORREF color) { return Attach(::CreateSolidBrush(color)); }
-  BOOL CreateSysColorBrush(int index) { return Attach(::GetSysColorBrush(index)); }
 };
 
 class PLATFORM_API CFont : public CGdiObject {
@@ -85,17 +84,4 @@ class PLATFORM_API CPalette : public CGdiObject {
   UINT GetPaletteEntries(UINT first, UINT count, PALETTEENTRY* entries) const {
     return ::GetPaletteEntries(*this, first, count, entries);
   }
-  int GetEntryCount() const { return static_cast<int>(::GetPaletteEntries(*this, 0, 0, nullptr)); }
-};
-
-class PLATFORM_API CRgn : public CGdiObject {
-  DECLARE_DYNCREATE(CRgn)
- public:
-  CRgn() = default;
-  operator HRGN() const { return static_cast<HRGN>(m_hObject); }  // NOLINT: likewise
-  static CRgn* FromHandle(HRGN region);
-  BOOL CreateRectRgn(int left, int top, int right, int bottom) {
-    return Attach(::CreateRectRgn(left, top, right, bottom));
-  }
-  BOOL CreateRectRgnIndirect(LPCRECT rect) { return Attach(::CreateRectRgnIndirect(rect)); }
 };

@@ -41,7 +41,7 @@ void MakeTransparent(QImage& picture, QRgb mask) {
   }
 }
 
-int AddStrip(HIMAGELIST handle, HBITMAP bitmap, const QRgb* mask) {
+int AddStrip(HIMAGELIST handle, HBITMAP bitmap, QRgb mask) {
   ImageListRecord* list = Lists().Get(handle);
   const QImage strip = StripOf(bitmap);
   if (list == nullptr || strip.isNull()) return -1;
@@ -52,7 +52,7 @@ int AddStrip(HIMAGELIST handle, HBITMAP bitmap, const QRgb* mask) {
   for (int x = 0; x + width <= strip.width(); x += width) {
     QImage picture = strip.copy(x, 0, width, height);
     picture.setDevicePixelRatio(scale);
-    if (mask != nullptr && list->masked) MakeTransparent(picture, *mask);
+    if (list->masked) MakeTransparent(picture, mask);
     list->pictures.push_back(std::move(picture));
   }
   return static_cast<int>(list->pictures.size()) > first ? first : -1;
@@ -85,31 +85,8 @@ int ImageList_GetImageCount(HIMAGELIST handle) {
   return list == nullptr ? 0 : static_cast<int>(list->pictures.size());
 }
 
-BOOL ImageList_GetIconSize(HIMAGELIST handle, int* width, int* height) {
-  const ImageListRecord* list = Lists().Get(handle);
-  if (list == nullptr || width == nullptr || height == nullptr) return FALSE;
-  *width = list->size.width();
-  *height = list->size.height();
-  return TRUE;
-}
-
 int ImageList_AddMasked(HIMAGELIST list, HBITMAP strip, COLORREF mask) {
-  const QRgb rgb = qRgb(GetRValue(mask), GetGValue(mask), GetBValue(mask));
-  return AddStrip(list, strip, &rgb);
-}
-
-int ImageList_Add(HIMAGELIST list, HBITMAP strip, HBITMAP mask) {
-  return mask == nullptr ? AddStrip(list, strip, nullptr) : -1;
-}
-
-BOOL ImageList_Remove(HIMAGELIST handle, int index) {
-  ImageListRecord* list = Lists().Get(handle);
-  if (list == nullptr || index < -1 || index >= static_cast<int>(list->pictures.size())) return FALSE;
-  if (index == -1)
-    list->pictures.clear();  // the classic way to empty a list
-  else
-    list->pictures.erase(list->pictures.begin() + index);
-  return TRUE;
+  return AddStrip(list, strip, qRgb(GetRValue(mask), GetGValue(mask), GetBValue(mask)));
 }
 
 BOOL ImageList_Draw(HIMAGELIST handle, int index, HDC dc, int x, int y, UINT) {
@@ -133,17 +110,4 @@ HIMAGELIST CImageList::Detach() {
 
 BOOL CImageList::DeleteImageList() {
   return ImageList_Destroy(Detach());
-}
-
-int CImageList::Add(CBitmap* strip, COLORREF mask) {
-  return strip == nullptr ? -1 : ImageList_AddMasked(m_hImageList, *strip, mask);
-}
-
-int CImageList::Add(CBitmap* strip, CBitmap* mask) {
-  if (strip == nullptr) return -1;
-  return ImageList_Add(m_hImageList, *strip, mask == nullptr ? nullptr : static_cast<HBITMAP>(*mask));
-}
-
-BOOL CImageList::Draw(CDC* dc, int index, POINT point, UINT style) {
-  return dc != nullptr && ImageList_Draw(m_hImageList, index, dc->m_hDC, point.x, point.y, style);
 }

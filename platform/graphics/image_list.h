@@ -10,20 +10,16 @@ PLATFORM_DECLARE_HANDLE(HIMAGELIST);
 
 /// Flags of a list. The depth is told for the sake of the interface: pictures keep the colours they come
 /// with.
-enum : UINT { ILC_COLOR = 0, ILC_MASK = 1, ILC_COLOR8 = 8, ILC_COLOR24 = 24, ILC_COLOR32 = 32 };
+enum : UINT { ILC_MASK = 1, ILC_COLOR24 = 24, ILC_COLOR32 = 32 };
 enum : UINT { ILD_NORMAL = 0, ILD_TRANSPARENT = 1 };
 
 /// Null unless width and height are above 0. The creator ends it with ImageList_Destroy.
 PLATFORM_API HIMAGELIST ImageList_Create(int width, int height, UINT flags, int initial, int grow);
 PLATFORM_API BOOL ImageList_Destroy(HIMAGELIST list);
 PLATFORM_API int ImageList_GetImageCount(HIMAGELIST list);
-PLATFORM_API BOOL ImageList_GetIconSize(HIMAGELIST list, int* width, int* height);
 /// Copies a strip, cut into pictures of the list's width. In a list with a mask the pixels of the given
 /// colour become transparent. Index of the first new picture, -1 on failure.
 PLATFORM_API int ImageList_AddMasked(HIMAGELIST list, HBITMAP strip, COLORREF mask);
-/// The same with every pixel opaque; a mask bitmap must be null.
-PLATFORM_API int ImageList_Add(HIMAGELIST list, HBITMAP strip, HBITMAP mask);
-PLATFORM_API BOOL ImageList_Remove(HIMAGELIST list, int index);
 PLATFORM_API BOOL ImageList_Draw(HIMAGELIST list, int index, HDC dc, int x, int y, UINT style);
 
 /// Owner of a list.
@@ -47,8 +43,4 @@ class PLATFORM_API CImageList : public CObject {
   HIMAGELIST Detach();
   BOOL DeleteImageList();
   int GetImageCount() const { return ImageList_GetImageCount(m_hImageList); }
-  int Add(CBitmap* strip, COLORREF mask);
-  int Add(CBitmap* strip, CBitmap* mask);
-  BOOL Remove(int index) { return ImageList_Remove(m_hImageList, index); }
-  BOOL Draw(CDC* dc, int index, POINT point, UINT style);
 };

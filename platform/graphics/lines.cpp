@@ -22,17 +22,8 @@ bool IsThinSolid(const PenRecord& pen) {
   return (pen.style == PS_SOLID || pen.style == PS_INSIDEFRAME) && WidthOf(pen) == 1;
 }
 
-// In the order of the R2_ numbers, from R2_BLACK on.
-constexpr QPainter::CompositionMode kRop2Modes[] = {
-    QPainter::RasterOp_ClearDestination,        QPainter::RasterOp_NotSourceAndNotDestination,
-    QPainter::RasterOp_NotSourceAndDestination, QPainter::RasterOp_NotSource,
-    QPainter::RasterOp_SourceAndNotDestination, QPainter::RasterOp_NotDestination,
-    QPainter::RasterOp_SourceXorDestination,    QPainter::RasterOp_NotSourceOrNotDestination,
-    QPainter::RasterOp_SourceAndDestination,    QPainter::RasterOp_NotSourceXorDestination,
-    QPainter::CompositionMode_Destination,      QPainter::RasterOp_NotSourceOrDestination,
-    QPainter::CompositionMode_SourceOver,       QPainter::RasterOp_SourceOrNotDestination,
-    QPainter::RasterOp_SourceOrDestination,     QPainter::RasterOp_SetDestination,
-};
+// The truth table that puts the colour.
+constexpr unsigned kCopyPen = 0xf0;
 
 QPen ToQPen(const DcRecord& dc, const PenRecord& pen) {
   constexpr Qt::PenStyle kStyles[] = {Qt::SolidLine,      Qt::DashLine, Qt::DotLine,  Qt::DashDotLine,
@@ -41,15 +32,14 @@ QPen ToQPen(const DcRecord& dc, const PenRecord& pen) {
   return {color, static_cast<qreal>(WidthOf(pen)), kStyles[pen.style], Qt::FlatCap, Qt::MiterJoin};
 }
 
-// Straight along an axis: the same pixels as a thin rectangle, exact at every scale and operation.
+// Straight along an axis: the same pixels as a thin rectangle, exact at every scale.
 bool FillAlongAxis(DcRecord& dc, const PenRecord& pen, QPoint from, QPoint to) {
   const int dx = to.x() - from.x();
   const int dy = to.y() - from.y();
   // The end stays undrawn: going left or up, the start is the last one of the rectangle.
   const QRect units(dx < 0 ? to.x() + 1 : from.x(), dy < 0 ? to.y() + 1 : from.y(),
                     dx == 0 ? 1 : std::abs(dx), dy == 0 ? 1 : std::abs(dy));
-  return platform::FillUnits(dc, units, platform::TableOfRop2(dc.state.rop2),
-                             platform::ResolveColor(dc, pen.color));
+  return platform::FillUnits(dc, units, kCopyPen, platform::ResolveColor(dc, pen.color));
 }
 
 // One unit a step along the longer axis, each worked out by itself, so that only the steps inside the clip
@@ -65,7 +55,6 @@ bool FillSlanted(DcRecord& dc, const PenRecord& pen, QPoint from, QPoint to) {
   const int high = wide ? clip.right() : clip.bottom();
   const std::int64_t first = std::max<std::int64_t>(0, steps > 0 ? low - start : start - high);
   const std::int64_t last = std::min<std::int64_t>(count - 1, steps > 0 ? high - start : start - low);
-  const unsigned table = platform::TableOfRop2(dc.state.rop2);
   const std::uint32_t color = platform::ResolveColor(dc, pen.color);
   bool done = platform::TargetOf(dc).has_value();
   for (std::int64_t i = first; i <= last && done; ++i) {
@@ -73,7 +62,7 @@ bool FillSlanted(DcRecord& dc, const PenRecord& pen, QPoint from, QPoint to) {
         static_cast<int>((2 * i * std::abs(rise) + count) / (2 * count)) * (rise < 0 ? -1 : 1);
     const auto along = static_cast<int>(steps > 0 ? i : -i);
     const QPoint at = from + (wide ? QPoint(along, across) : QPoint(across, along));
-    done = platform::FillUntold(dc, QRect(at, QSize(1, 1)), table, color);
+    done = platform::FillUntold(dc, QRect(at, QSize(1, 1)), kCopyPen, color);
   }
   platform::Drawn(dc, QRect(from, to).normalized());
   return done;
@@ -88,10 +77,8 @@ bool DrawLine(DcRecord& dc, QPoint from, QPoint to) {
   const int reach = WidthOf(*pen) + 1;
   const QRect units = QRect(from, to).normalized().adjusted(-reach, -reach, reach, reach);
   const QPen line = ToQPen(dc, *pen);
-  const auto mode = kRop2Modes[dc.state.rop2 - 1];
   return platform::PaintWithQt(dc, units, [&](QPainter& painter) {
     painter.setPen(line);
-    painter.setCompositionMode(mode);
     // Through the middle of the end units; the flat end leaves the last one out where the line is steep
     // enough.
     painter.drawLine(QLineF(from.x() + 0.5, from.y() + 0.5, to.x() + 0.5, to.y() + 0.5));
@@ -132,7 +119,6 @@ BOOL Rectangle(HDC dc, int left, int top, int right, int bottom) {
   const QRect all =
       platform::UnitsOf(*record, left, top, std::int64_t{right} - left, std::int64_t{bottom} - top);
   if (all.isEmpty()) return TRUE;
-  const unsigned table = platform::TableOfRop2(record->state.rop2);
   const PenRecord* pen = VisiblePen(*record);
   const int edge =
       pen == nullptr ? 0 : std::min({WidthOf(*pen), (all.width() + 1) / 2, (all.height() + 1) / 2});
@@ -141,10 +127,10 @@ BOOL Rectangle(HDC dc, int left, int top, int right, int bottom) {
   if (pen != nullptr) {
     const std::uint32_t color = platform::ResolveColor(*record, pen->color);
     for (const QRect& side : QRegion(all) - inner)
-      done = platform::FillUnits(*record, side, table, color) && done;
+      done = platform::FillUnits(*record, side, kCopyPen, color) && done;
   }
   const auto brush = platform::BrushPixel(*record, record->state.brush);
-  if (brush && !inner.isEmpty()) done = platform::FillUnits(*record, inner, table, *brush) && done;
+  if (brush && !inner.isEmpty()) done = platform::FillUnits(*record, inner, kCopyPen, *brush) && done;
   return done;
 }
 
@@ -158,11 +144,9 @@ BOOL Ellipse(HDC dc, int left, int top, int right, int bottom) {
   const auto brush = platform::BrushPixel(*record, record->state.brush);
   const double half = pen == nullptr ? 0 : WidthOf(*pen) / 2.0;
   const QPen outline = pen == nullptr ? QPen(Qt::NoPen) : ToQPen(*record, *pen);
-  const auto mode = kRop2Modes[record->state.rop2 - 1];
   return platform::PaintWithQt(*record, all, [&](QPainter& painter) {
     painter.setPen(outline);
     painter.setBrush(brush ? QBrush(QColor::fromRgb(*brush)) : QBrush(Qt::NoBrush));
-    painter.setCompositionMode(mode);
     painter.drawEllipse(QRectF(all).adjusted(half, half, -half, -half));
   });
 }

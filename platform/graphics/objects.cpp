@@ -11,7 +11,6 @@ using platform::ObjectAs;
 using platform::Objects;
 using platform::PaletteRecord;
 using platform::PenRecord;
-using platform::RegionRecord;
 
 namespace platform {
 
@@ -37,11 +36,6 @@ int RegionKind(const QRegion& region) {
 
 HBRUSH CreateSolidBrush(COLORREF color) {
   return AddObject<HBRUSH>(BrushRecord{.color = color});
-}
-
-HBRUSH CreateBrushIndirect(const LOGBRUSH* brush) {
-  if (brush == nullptr || brush->lbStyle > BS_NULL) return nullptr;
-  return AddObject<HBRUSH>(BrushRecord{.color = brush->lbColor, .hollow = brush->lbStyle == BS_NULL});
 }
 
 HPEN CreatePen(int style, int width, COLORREF color) {
@@ -73,60 +67,6 @@ UINT GetPaletteEntries(HPALETTE palette, UINT first, UINT count, PALETTEENTRY* e
   return count;
 }
 
-UINT SetPaletteEntries(HPALETTE palette, UINT first, UINT count, const PALETTEENTRY* entries) {
-  auto* record = ObjectAs<PaletteRecord>(palette);
-  if (record == nullptr || entries == nullptr || Objects().Get(palette)->permanent) return 0;
-  const UINT size = static_cast<UINT>(record->entries.size());
-  if (first >= size) return 0;
-  count = std::min(count, size - first);
-  std::copy_n(entries, count, record->entries.begin() + first);
-  return count;
-}
-
-HRGN CreateRectRgn(int left, int top, int right, int bottom) {
-  CRect rect(left, top, right, bottom);
-  rect.NormalizeRect();
-  return AddObject<HRGN>(RegionRecord{rect.IsRectEmpty() ? QRegion() : QRegion(platform::ToQRect(rect))});
-}
-
-HRGN CreateRectRgnIndirect(LPCRECT rect) {
-  return rect == nullptr ? nullptr : CreateRectRgn(rect->left, rect->top, rect->right, rect->bottom);
-}
-
-int CombineRgn(HRGN result, HRGN a, HRGN b, int mode) {
-  auto* target = ObjectAs<RegionRecord>(result);
-  const auto* first = ObjectAs<RegionRecord>(a);
-  const auto* second = ObjectAs<RegionRecord>(b);
-  if (target == nullptr || first == nullptr || (second == nullptr && mode != RGN_COPY)) return RGN_ERROR;
-  switch (mode) {
-    case RGN_AND:
-      target->region = first->region & second->region;
-      break;
-    case RGN_OR:
-      target->region = first->region | second->region;
-      break;
-    case RGN_XOR:
-      target->region = first->region ^ second->region;
-      break;
-    case RGN_DIFF:
-      target->region = first->region - second->region;
-      break;
-    case RGN_COPY:
-      target->region = first->region;
-      break;
-    default:
-      return RGN_ERROR;
-  }
-  return platform::RegionKind(target->region);
-}
-
-int GetRgnBox(HRGN region, LPRECT box) {
-  const auto* record = ObjectAs<RegionRecord>(region);
-  if (record == nullptr || box == nullptr) return RGN_ERROR;
-  *box = platform::ToRect(record->region.boundingRect());
-  return platform::RegionKind(record->region);
-}
-
 BOOL DeleteObject(HGDIOBJ object) {
   const GdiRecord* record = Objects().Get(object);
   if (record == nullptr) return FALSE;
@@ -140,7 +80,7 @@ DWORD GetObjectType(HGDIOBJ object) {
   const GdiRecord* record = Objects().Get(object);
   if (record == nullptr) return 0;
   // In the order of the record's alternatives.
-  constexpr DWORD kTypes[] = {OBJ_BRUSH, OBJ_PEN, OBJ_PAL, OBJ_FONT, OBJ_REGION, OBJ_BITMAP};
+  constexpr DWORD kTypes[] = {OBJ_BRUSH, OBJ_PEN, OBJ_PAL, OBJ_FONT, OBJ_BITMAP};
   return kTypes[record->what.index()];
 }
 

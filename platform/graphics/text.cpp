@@ -123,16 +123,7 @@ BOOL TextOutA(HDC dc, int x, int y, LPCSTR text, int length) {
   const QString line = ToText(text, length);
   const QFontMetrics metrics(*font);
   const int width = metrics.horizontalAdvance(line);
-  const UINT align = record->state.textAlign;
-  QPoint at = platform::UnitsOf(*record, x, y);
-  if ((align & TA_CENTER) == TA_CENTER)
-    at.rx() -= width / 2;
-  else if ((align & TA_RIGHT) != 0)
-    at.rx() -= width;
-  if ((align & TA_BASELINE) == TA_BASELINE)
-    at.ry() -= metrics.ascent();
-  else if ((align & TA_BOTTOM) != 0)
-    at.ry() -= metrics.height();
+  const QPoint at = platform::UnitsOf(*record, x, y);
   const QRect cell(at, QSize(width, metrics.height()));
   // Slanted letters reach beyond their advance.
   const QRect reach = cell.adjusted(-metrics.height(), 0, metrics.height(), 0);

@@ -25,9 +25,7 @@ enum : int {
 /// Sent to the hook of a system dialog, once its controls are filled; lParam points to the dialog's record.
 enum : UINT { WM_INITDIALOG = 0x0110 };
 inline constexpr DWORD DS_MODALFRAME = 0x80;
-inline constexpr DWORD DS_CENTER = 0x800;
-inline constexpr DWORD DS_CONTROL = 0x400;
-enum : UINT { DM_GETDEFID = 0x0400, DM_SETDEFID = 0x0401 };
+enum : UINT { DM_GETDEFID = 0x0400 };
 enum : int { DC_HASDEFID = 0x534B };
 enum : int { MSGF_DIALOGBOX = 0 };
 
@@ -43,13 +41,7 @@ inline constexpr DWORD BS_AUTO3STATE = 6;
 inline constexpr DWORD BS_GROUPBOX = 7;
 inline constexpr DWORD BS_AUTORADIOBUTTON = 9;
 inline constexpr DWORD BS_TYPEMASK = 0x0F;
-enum : UINT {
-  BM_GETCHECK = 0xF0,
-  BM_SETCHECK = 0xF1,
-  BM_GETSTATE = 0xF2,
-  BM_SETSTYLE = 0xF4,
-  BM_CLICK = 0xF5
-};
+enum : UINT { BM_GETCHECK = 0xF0, BM_SETCHECK = 0xF1, BM_SETSTYLE = 0xF4, BM_CLICK = 0xF5 };
 enum : int { BST_UNCHECKED = 0, BST_CHECKED = 1, BST_INDETERMINATE = 2 };
 enum : int { BN_CLICKED = 0 };
 
@@ -65,13 +57,9 @@ inline constexpr DWORD ES_NUMBER = 0x2000;
 enum : UINT {
   EM_GETSEL = 0xB0,
   EM_SETSEL = 0xB1,
-  EM_GETMODIFY = 0xB8,
-  EM_SETMODIFY = 0xB9,
   EM_REPLACESEL = 0xC2,
   EM_LIMITTEXT = 0xC5,
-  EM_SETLIMITTEXT = 0xC5,
   EM_SETREADONLY = 0xCF,
-  EM_GETLIMITTEXT = 0xD5,
 };
 enum : int { EN_SETFOCUS = 0x100, EN_KILLFOCUS = 0x200, EN_CHANGE = 0x300, EN_UPDATE = 0x400 };
 
@@ -80,9 +68,7 @@ enum : int { EN_SETFOCUS = 0x100, EN_KILLFOCUS = 0x200, EN_CHANGE = 0x300, EN_UP
 inline constexpr DWORD SS_LEFT = 0;
 inline constexpr DWORD SS_CENTER = 1;
 inline constexpr DWORD SS_RIGHT = 2;
-inline constexpr DWORD SS_ICON = 3;
 inline constexpr DWORD SS_BLACKFRAME = 7;
-inline constexpr DWORD SS_GRAYFRAME = 8;
 inline constexpr DWORD SS_WHITEFRAME = 9;
 inline constexpr DWORD SS_SIMPLE = 0x0B;
 inline constexpr DWORD SS_LEFTNOWORDWRAP = 0x0C;
@@ -92,11 +78,9 @@ inline constexpr DWORD SS_ETCHEDFRAME = 0x12;
 inline constexpr DWORD SS_TYPEMASK = 0x1F;
 inline constexpr DWORD SS_NOPREFIX = 0x80;
 inline constexpr DWORD SS_CENTERIMAGE = 0x200;
-inline constexpr DWORD SS_SUNKEN = 0x1000;
 
 // "COMBOBOX". The height given at creation is that of the field with its list dropped down.
 
-inline constexpr DWORD CBS_SIMPLE = 1;
 inline constexpr DWORD CBS_DROPDOWN = 2;
 inline constexpr DWORD CBS_DROPDOWNLIST = 3;
 inline constexpr DWORD CBS_TYPEMASK = 3;
@@ -107,19 +91,14 @@ enum : UINT {
   CB_LIMITTEXT = 0x141,
   CB_SETEDITSEL = 0x142,
   CB_ADDSTRING = 0x143,
-  CB_DELETESTRING = 0x144,
   CB_GETCOUNT = 0x146,
   CB_GETCURSEL = 0x147,
   CB_GETLBTEXT = 0x148,
   CB_GETLBTEXTLEN = 0x149,
-  CB_INSERTSTRING = 0x14A,
   CB_RESETCONTENT = 0x14B,
-  CB_FINDSTRING = 0x14C,
   CB_SELECTSTRING = 0x14D,
   CB_SETCURSEL = 0x14E,
   CB_SHOWDROPDOWN = 0x14F,
-  CB_GETITEMDATA = 0x150,
-  CB_SETITEMDATA = 0x151,
   CB_GETDROPPEDSTATE = 0x157,
   CB_FINDSTRINGEXACT = 0x158,
 };
@@ -145,13 +124,10 @@ inline constexpr DWORD UDS_AUTOBUDDY = 0x10;
 inline constexpr DWORD UDS_ARROWKEYS = 0x20;
 enum : UINT {
   UDM_SETRANGE = 0x465,
-  UDM_GETRANGE = 0x466,
   UDM_SETPOS = 0x467,
   UDM_GETPOS = 0x468,
   UDM_SETBUDDY = 0x469,
-  UDM_GETBUDDY = 0x46A,
   UDM_SETRANGE32 = 0x46F,
-  UDM_GETRANGE32 = 0x470,
   UDM_SETPOS32 = 0x471,
   UDM_GETPOS32 = 0x472,
 };
@@ -161,9 +137,6 @@ enum : UINT {
 enum : UINT {
   PBM_SETRANGE = 0x401,
   PBM_SETPOS = 0x402,
-  PBM_DELTAPOS = 0x403,
-  PBM_SETSTEP = 0x404,
   PBM_STEPIT = 0x405,
-  PBM_SETRANGE32 = 0x406,
   PBM_GETPOS = 0x408,
 };

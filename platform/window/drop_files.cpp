@@ -16,7 +16,6 @@ namespace {
 
 struct Drop {
   std::vector<std::string> paths;
-  POINT point;
 };
 
 platform::HandleTable<Drop, HDROP>& Drops() {
@@ -41,8 +40,7 @@ bool CarriesFiles(const QMimeData* data) {
 
 void QueueDrop(HWND window, const QDropEvent& event) {
   // Posted: the program that the files come from waits for the end of the event, and opening may take long.
-  const QPoint point = event.position().toPoint();
-  auto drop = std::make_unique<Drop>(Drop{LocalPaths(*event.mimeData()), {point.x(), point.y()}});
+  auto drop = std::make_unique<Drop>(Drop{LocalPaths(*event.mimeData())});
   PostMessage(window, WM_DROPFILES, reinterpret_cast<WPARAM>(Drops().Add(std::move(drop))));
 }
 
@@ -66,13 +64,6 @@ UINT DragQueryFileA(HDROP handle, UINT index, LPSTR buffer, UINT bufferSize) {
   std::memcpy(buffer, path.data(), length);
   buffer[length] = 0;
   return static_cast<UINT>(length);
-}
-
-BOOL DragQueryPoint(HDROP handle, POINT* point) {
-  const Drop* drop = Drops().Get(handle);
-  if (drop == nullptr || point == nullptr) return FALSE;
-  *point = drop->point;
-  return TRUE;
 }
 
 void DragFinish(HDROP drop) {

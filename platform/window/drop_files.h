@@ -12,6 +12,4 @@ PLATFORM_API void DragAcceptFiles(HWND window, BOOL accept);
 /// index 0xFFFFFFFF: how many files there are. Otherwise the length of that path; buffer, if not null, gets
 /// it, cut to fit with its end mark. 0 for no such file.
 PLATFORM_API UINT DragQueryFileA(HDROP drop, UINT index, LPSTR buffer, UINT bufferSize);
-/// Where they were dropped, in client coordinates. FALSE for a dead handle.
-PLATFORM_API BOOL DragQueryPoint(HDROP drop, POINT* point);
 PLATFORM_API void DragFinish(HDROP drop);

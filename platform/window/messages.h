@@ -92,9 +92,7 @@ enum : int {
   SB_LINEDOWN = 1,
   SB_LINERIGHT = 1,
   SB_PAGEUP = 2,
-  SB_PAGELEFT = 2,
   SB_PAGEDOWN = 3,
-  SB_PAGERIGHT = 3,
   SB_THUMBPOSITION = 4,
   SB_THUMBTRACK = 5,
   SB_TOP = 6,
@@ -110,7 +108,6 @@ enum : UINT {
   SIF_RANGE = 1,
   SIF_PAGE = 2,
   SIF_POS = 4,
-  SIF_DISABLENOSCROLL = 8,
   SIF_TRACKPOS = 16,
   SIF_ALL = SIF_RANGE | SIF_PAGE | SIF_POS | SIF_TRACKPOS,
 };
@@ -133,7 +130,7 @@ enum : UINT { MK_LBUTTON = 1, MK_RBUTTON = 2, MK_SHIFT = 4, MK_CONTROL = 8, MK_M
 
 enum : int { WHEEL_DELTA = 120 };
 
-enum : int { HTNOWHERE = 0, HTCLIENT = 1, HTCAPTION = 2, HTHSCROLL = 6, HTVSCROLL = 7 };
+enum : int { HTNOWHERE = 0, HTCLIENT = 1, HTCAPTION = 2, HTVSCROLL = 7 };
 
 /// Virtual keys; letters and digits are their upper-case ASCII codes.
 enum : int {

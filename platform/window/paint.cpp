@@ -182,18 +182,6 @@ BOOL UpdateWindow(HWND handle) {
   return TRUE;
 }
 
-BOOL RedrawWindow(HWND handle, const RECT* rect, HRGN, UINT flags) {
-  if ((flags & RDW_INVALIDATE) != 0 && InvalidateRect(handle, rect, (flags & RDW_ERASE) != 0) == 0)
-    return FALSE;
-  if ((flags & RDW_ALLCHILDREN) != 0) {
-    const WindowRecord* window = FindWindowRecord(handle);
-    const std::vector<HWND> children = window == nullptr ? std::vector<HWND>() : window->children;
-    for (const HWND child : children) RedrawWindow(child, nullptr, nullptr, flags);
-  }
-  if ((flags & RDW_UPDATENOW) != 0) UpdateWindow(handle);
-  return IsWindow(handle);
-}
-
 HDC BeginPaint(HWND handle, PAINTSTRUCT* paint) {
   WindowRecord* window = FindWindowRecord(handle);
   if (window == nullptr || paint == nullptr) return nullptr;

@@ -203,23 +203,6 @@ int GetScrollPos(HWND handle, int bar) {
   return state == nullptr ? 0 : state->position;
 }
 
-BOOL GetScrollRange(HWND handle, int bar, int* minimum, int* maximum) {
-  const ScrollBarState* state = StateOf(handle, bar);
-  if (state == nullptr || minimum == nullptr || maximum == nullptr) return FALSE;
-  *minimum = state->minimum;
-  *maximum = state->maximum;
-  return TRUE;
-}
-
-BOOL SetScrollRange(HWND handle, int bar, int minimum, int maximum, BOOL redraw) {
-  ScrollBarState* state = StateOf(handle, bar);
-  if (state == nullptr) return FALSE;
-  state->minimum = minimum;
-  state->maximum = maximum;
-  Store(handle, bar, *state, redraw);
-  return TRUE;
-}
-
 BOOL ShowScrollBar(HWND handle, int bar, BOOL show) {
   WindowRecord* window = FindWindowRecord(handle);
   if (window == nullptr || bar < SB_HORZ || bar > SB_BOTH || bar == SB_CTL) return FALSE;

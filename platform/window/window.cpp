@@ -251,10 +251,6 @@ LRESULT SendMessage(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   return window == nullptr ? 0 : window->procedure(handle, message, wParam, lParam);
 }
 
-LRESULT CallWindowProc(WNDPROC procedure, HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  return procedure == nullptr ? 0 : procedure(window, message, wParam, lParam);
-}
-
 UINT RegisterWindowMessageA(LPCSTR text) {
   if (text == nullptr || *text == 0) return 0;
   static std::map<std::string, UINT> numbers;

@@ -73,7 +73,6 @@ enum : UINT {
   GW_OWNER = 4,
   GW_CHILD = 5
 };
-enum : UINT { RDW_INVALIDATE = 1, RDW_ERASE = 4, RDW_ALLCHILDREN = 0x80, RDW_UPDATENOW = 0x100 };
 
 struct tagWNDCLASS {
   UINT style;
@@ -158,8 +157,6 @@ PLATFORM_API LRESULT SendMessage(HWND window, UINT message, WPARAM wParam = 0, L
 /// Queues. May be called from any thread.
 PLATFORM_API BOOL PostMessage(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
 PLATFORM_API LRESULT DefWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-PLATFORM_API LRESULT CallWindowProc(WNDPROC procedure, HWND window, UINT message, WPARAM wParam,
-                                    LPARAM lParam);
 /// The same number for the same text in the process; 0 for none.
 PLATFORM_API UINT RegisterWindowMessageA(LPCSTR text);
 
@@ -202,7 +199,6 @@ PLATFORM_API BOOL ValidateRect(HWND window, const RECT* rect);
 PLATFORM_API BOOL GetUpdateRect(HWND window, RECT* rect, BOOL erase);
 /// Sends WM_PAINT now if anything is invalid, and brings the screen up to date.
 PLATFORM_API BOOL UpdateWindow(HWND window);
-PLATFORM_API BOOL RedrawWindow(HWND window, const RECT* rect, HRGN region, UINT flags);
 PLATFORM_API HDC BeginPaint(HWND window, PAINTSTRUCT* paint);
 PLATFORM_API BOOL EndPaint(HWND window, const PAINTSTRUCT* paint);
 PLATFORM_API HDC GetDC(HWND window);
@@ -216,8 +212,6 @@ PLATFORM_API int SetScrollInfo(HWND window, int bar, const SCROLLINFO* info, BOO
 PLATFORM_API BOOL GetScrollInfo(HWND window, int bar, SCROLLINFO* info);
 PLATFORM_API int SetScrollPos(HWND window, int bar, int position, BOOL redraw);
 PLATFORM_API int GetScrollPos(HWND window, int bar);
-PLATFORM_API BOOL GetScrollRange(HWND window, int bar, int* minimum, int* maximum);
-PLATFORM_API BOOL SetScrollRange(HWND window, int bar, int minimum, int maximum, BOOL redraw);
 PLATFORM_API BOOL ShowScrollBar(HWND window, int bar, BOOL show);
 
 // Focus, capture, keys, pointer
@@ -286,8 +280,6 @@ enum : int {
   SM_CYBORDER = 6,
   SM_CXICON = 11,
   SM_CYICON = 12,
-  SM_CYMENU = 15,
-  SM_CXDOUBLECLK = 36,
   SM_DBCSENABLED = 42,
   SM_CXEDGE = 45,
   SM_CYEDGE = 46,

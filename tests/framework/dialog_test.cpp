@@ -99,7 +99,7 @@ class FormDialog : public CDialog {
   CString m_name = "città & mare.tif";
   CString m_size = "12 bytes";
   int m_check = 1;
-  int m_count = 3;
+  CString m_count = "3";
   CEdit m_edit;
   CComboBox m_combo;
 
@@ -263,7 +263,7 @@ TEST_F(Dialogs, ExchangeData) {
   EXPECT_EQ(result, IDOK);
   EXPECT_EQ(name, "città & mare.tif");
   EXPECT_EQ(dialog.m_check, 0);
-  EXPECT_EQ(dialog.m_count, 37);
+  EXPECT_EQ(dialog.m_count, "37");
 }
 
 TEST_F(Dialogs, EscapeGivesUpTheListFirst) {

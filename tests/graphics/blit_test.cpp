@@ -73,17 +73,6 @@ TEST(Blits, StretchAndMirror) {
   EXPECT_TRUE(target.Is([&](int x, int y) { return at(x / 3, 1 - y / 3); }));
 }
 
-TEST(Blits, HalftoneAveragesOnReduction) {
-  Canvas source(8, 8);
-  for (int y = 0; y < 8; ++y)
-    for (int x = 0; x < 8; ++x) source.At(x, y) = Canvas::Pixel((x + y) % 2 == 0 ? kWhite : kBlack);
-  Canvas target(2, 2, kRed);
-  SetStretchBltMode(target, HALFTONE);
-  EXPECT_TRUE(StretchBlt(target, 0, 0, 2, 2, source, 0, 0, 8, 8, SRCCOPY));
-  EXPECT_NEAR(GetRValue(target.Color(0, 0)), 128, 3);
-  EXPECT_NEAR(GetRValue(target.Color(1, 1)), 128, 3);
-}
-
 // A bilevel device bitmap takes its colours from the device contexts; a bilevel section has a table of its
 // own.
 TEST(Blits, BilevelBitmapsAndColours) {

@@ -80,31 +80,6 @@ TEST_P(DibDepths, ColoursAreMatched) {
   DeleteObject(bitmap);
 }
 
-// A picture of 2 by 4 in rows numbered from the top, sent in bands.
-TEST(DibBits, BandsLandWhereTheWholeWould) {
-  for (const bool topDown : {false, true})
-    for (int start = 0; start < 4; ++start)
-      for (int lines = 1; lines <= 4 - start; ++lines) {
-        SCOPED_TRACE(testing::Message() << (topDown ? "top-down " : "bottom-up ") << start << "+" << lines);
-        const Info info = MakeInfo(2, topDown ? -4 : 4, 32);
-        std::vector<std::uint32_t> band;
-        for (int i = start; i < start + lines; ++i) {
-          const std::uint32_t row = static_cast<std::uint32_t>(topDown ? i : 3 - i);
-          band.insert(band.end(), 2, 100 + row);
-        }
-        Canvas canvas(4, 6, kGreen);
-        EXPECT_EQ(SetDIBitsToDevice(canvas, 1, 1, 2, 4, 0, 0, static_cast<UINT>(start),
-                                    static_cast<UINT>(lines), band.data(), info.Get(), DIB_RGB_COLORS),
-                  lines);
-        EXPECT_TRUE(canvas.Is([&](int x, int y) {
-          const int row = y - 1;
-          const int scan = topDown ? row : 3 - row;
-          const bool set = x >= 1 && x < 3 && scan >= start && scan < start + lines;
-          return set ? RGB(0, 0, 100 + row) : kGreen;
-        }));
-      }
-}
-
 TEST(DibBits, PartsOfABottomUpBlockCountFromTheBottom) {
   const Info info = MakeInfo(1, 3, 32);
   const std::uint32_t rows[] = {0x01, 0x02, 0x03};  // the lowest first

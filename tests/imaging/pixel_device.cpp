@@ -37,9 +37,10 @@ TEST(PaintDevice, DirectAndByBands) {
     const MemoryDevice device(bits);
     RECT destination{2, 1, 18, 9};
     RECT clip{0, 0, 12, 7};
+    const int whole = SaveDC(device.dc);
     IntersectClipRect(device.dc, 4, 0, 20, 10);
     EXPECT_EQ(LEADTOOLS::PaintDC(device.dc, &white, nullptr, nullptr, &destination, &clip, kSourceCopy), 1);
-    SelectClipRgn(device.dc, nullptr);
+    RestoreDC(device.dc, whole);
     for (int y = 0; y < 10; ++y)
       for (int x = 0; x < 20; ++x) {
         const bool drawn = x >= 4 && x < 12 && y >= 1 && y < 7;

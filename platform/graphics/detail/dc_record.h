@@ -27,9 +27,6 @@ struct DcState {
   COLORREF textColor = 0x000000;
   COLORREF bkColor = 0xffffff;
   int bkMode = OPAQUE;
-  UINT textAlign = TA_LEFT;
-  int rop2 = R2_COPYPEN;
-  int stretchMode = COLORONCOLOR;
   POINT windowOrg = {};
   POINT viewportOrg = {};
   POINT current = {};           ///< pen position, logical

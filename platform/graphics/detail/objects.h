@@ -30,9 +30,6 @@ struct PaletteRecord {
 struct FontRecord {
   LOGFONTA log = {};
 };
-struct RegionRecord {
-  QRegion region;
-};
 struct BitmapRecord {
   int width = 0;  ///< units; the raster has scale times as many pixels
   int height = 0;
@@ -45,7 +42,7 @@ struct BitmapRecord {
 };
 
 struct GdiRecord {
-  std::variant<BrushRecord, PenRecord, PaletteRecord, FontRecord, RegionRecord, BitmapRecord> what;
+  std::variant<BrushRecord, PenRecord, PaletteRecord, FontRecord, BitmapRecord> what;
   bool permanent = false;  ///< stock objects and theme brushes
   int selected = 0;        ///< device contexts that hold it just now
 };

@@ -83,14 +83,5 @@ constexpr bool UsesTarget(unsigned table) {
 constexpr bool UsesBrush(unsigned table) {
   return table >> 4 != (table & 0x0f);
 }
-/// The truth table of a binary (pen) operation, with the brush in the pen's place.
-constexpr unsigned TableOfRop2(int operation) {
-  unsigned table = 0;
-  for (unsigned i = 0; i < 8; ++i) {
-    const unsigned place = (i >> 2 << 1) | (i & 1);
-    table |= (static_cast<unsigned>(operation - 1) >> place & 1) << i;
-  }
-  return table;
-}
 
 }  // namespace platform

@@ -71,8 +71,6 @@ class ButtonControl : public Control {
       case BM_SETCHECK:
         SetCheck(static_cast<int>(wParam));
         return 0;
-      case BM_GETSTATE:
-        return m_check | (Button().isDown() ? 4 : 0);
       case BM_CLICK:
         Button().click();
         return 0;

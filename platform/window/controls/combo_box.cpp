@@ -119,7 +119,7 @@ class ComboControl : public Control {
   void Picked(int index);
   void ListGone();
   void Edited();
-  LRESULT Insert(int index, LPARAM text);
+  LRESULT Add(LPARAM text);
   LRESULT Select(int index);
   LRESULT TextOfItem(int index, LPARAM buffer, bool copy) const;
   LRESULT Find(WPARAM after, LPARAM text, bool whole) const;
@@ -244,16 +244,14 @@ bool ComboControl::ListKey(int virtualKey) {
   return true;
 }
 
-LRESULT ComboControl::Insert(int index, LPARAM text) {
+LRESULT ComboControl::Add(LPARAM text) {
   const auto* chars = reinterpret_cast<const char*>(text);
-  if (chars == nullptr || index > Count()) return CB_ERR;
+  if (chars == nullptr) return CB_ERR;
   const QString item = QString::fromUtf8(chars);
-  if (index < 0) {
-    index = Count();
-    if ((Style() & CBS_SORT) != 0)
-      for (index = 0; index < Count(); ++index)
-        if (Combo().itemText(index).localeAwareCompare(item) > 0) break;
-  }
+  int index = Count();
+  if ((Style() & CBS_SORT) != 0)
+    for (index = 0; index < Count(); ++index)
+      if (Combo().itemText(index).localeAwareCompare(item) > 0) break;
   const bool first = Count() == 0;
   const QString field = Combo().currentText();
   Combo().insertItem(index, item);
@@ -301,15 +299,7 @@ LRESULT ComboControl::HandleList(UINT message, WPARAM wParam, LPARAM lParam) {
   const int index = static_cast<int>(wParam);
   switch (message) {
     case CB_ADDSTRING:
-      return Insert(-1, lParam);
-    case CB_INSERTSTRING:
-      return Insert(index < 0 ? Count() : index, lParam);
-    case CB_DELETESTRING:
-      if (index < 0 || index >= Count()) return CB_ERR;
-      if (m_selection == index) Select(-1);
-      if (m_selection > index) --m_selection;
-      Combo().removeItem(index);
-      return Count();
+      return Add(lParam);
     case CB_RESETCONTENT:
       m_selection = -1;
       Combo().clear();
@@ -319,20 +309,12 @@ LRESULT ComboControl::HandleList(UINT message, WPARAM wParam, LPARAM lParam) {
       return TextOfItem(index, lParam, true);
     case CB_GETLBTEXTLEN:
       return TextOfItem(index, 0, false);
-    case CB_FINDSTRING:
     case CB_FINDSTRINGEXACT:
-      return Find(wParam, lParam, message == CB_FINDSTRINGEXACT);
+      return Find(wParam, lParam, true);
     case CB_SELECTSTRING: {
       const LRESULT found = Find(wParam, lParam, false);
       return found < 0 ? found : Select(static_cast<int>(found));
     }
-    case CB_GETITEMDATA:
-      if (index < 0 || index >= Count()) return CB_ERR;
-      return static_cast<LRESULT>(Combo().itemData(index).toLongLong());
-    case CB_SETITEMDATA:
-      if (index < 0 || index >= Count()) return CB_ERR;
-      Combo().setItemData(index, QVariant::fromValue<qlonglong>(lParam));
-      return CB_OKAY;
     default:
       return Control::Handle(message, wParam, lParam);
   }

@@ -31,8 +31,6 @@ class EditControl : public Control {
       case EM_LIMITTEXT:
         m_field.SetLimit(static_cast<int>(wParam));
         return 0;
-      case EM_GETLIMITTEXT:
-        return m_field.Limit();
       case EM_SETREADONLY:
         SetReadOnly(wParam != 0);
         return TRUE;
@@ -43,11 +41,6 @@ class EditControl : public Control {
         return m_field.Selection(reinterpret_cast<DWORD*>(wParam), reinterpret_cast<DWORD*>(lParam));
       case EM_REPLACESEL:
         Line().insert(QString::fromUtf8(reinterpret_cast<const char*>(lParam)));
-        return 0;
-      case EM_GETMODIFY:
-        return Line().isModified() ? TRUE : FALSE;
-      case EM_SETMODIFY:
-        Line().setModified(wParam != 0);
         return 0;
       case WM_CONTEXTMENU:
         m_field.ShowMenu(lParam);

@@ -21,19 +21,10 @@ class ProgressControl : public Control {
     switch (message) {
       case PBM_SETRANGE:
         return SetRange(LOWORD(words), HIWORD(words));
-      case PBM_SETRANGE32:
-        return SetRange(static_cast<int>(wParam), static_cast<int>(lParam));
       case PBM_SETPOS:
         return MoveTo(static_cast<int>(wParam));
-      case PBM_DELTAPOS:
-        return MoveTo(Bar().value() + static_cast<int>(wParam));
-      case PBM_SETSTEP: {
-        const int former = m_step;
-        m_step = static_cast<int>(wParam);
-        return former;
-      }
       case PBM_STEPIT: {
-        const int next = Bar().value() + m_step;  // beyond the end it begins again
+        const int next = Bar().value() + kStep;  // beyond the end it begins again
         return MoveTo(next > Bar().maximum() ? Bar().minimum() + next - Bar().maximum() : next);
       }
       case PBM_GETPOS:
@@ -65,7 +56,7 @@ class ProgressControl : public Control {
     return former;
   }
 
-  int m_step = 10;
+  enum : int { kStep = 10 };
 };
 
 }  // namespace

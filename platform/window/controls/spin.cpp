@@ -53,8 +53,6 @@ class SpinControl : public Control {
         return SetRange(GET_Y_LPARAM(lParam), GET_X_LPARAM(lParam));
       case UDM_SETRANGE32:
         return SetRange(static_cast<int>(wParam), static_cast<int>(lParam));
-      case UDM_GETRANGE:
-        return MAKELONG(m_high, m_low);
       case UDM_SETPOS:
         return LOWORD(static_cast<WPARAM>(SetPosition(static_cast<std::int16_t>(LOWORD(words)))));
       case UDM_SETPOS32:
@@ -99,17 +97,11 @@ class SpinControl : public Control {
  private:
   LRESULT HandleMore(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-      case UDM_GETRANGE32:
-        if (wParam != 0) *reinterpret_cast<int*>(wParam) = m_low;
-        if (lParam != 0) *reinterpret_cast<int*>(lParam) = m_high;
-        return 0;
       case UDM_SETBUDDY: {
         const HWND former = m_buddy;
         SetBuddy(reinterpret_cast<HWND>(wParam));
         return reinterpret_cast<LRESULT>(former);
       }
-      case UDM_GETBUDDY:
-        return reinterpret_cast<LRESULT>(m_buddy);
       case WM_LBUTTONDOWN:
         if (IsWindow(m_buddy) != 0) SetFocus(m_buddy);
         return Control::Handle(message, wParam, lParam);

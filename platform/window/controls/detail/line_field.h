@@ -18,7 +18,6 @@ class LineField {
 
   /// Binds typing and pasting only; 0 takes the limit away. Text that the program sets stays whole.
   void SetLimit(int limit) { m_limit = limit <= 0 ? kNoLimit : limit; }
-  int Limit() const { return m_limit; }
   /// On each change by the user: takes away what typing or pasting brought in beyond the limit.
   void CutExcess();
   /// On each change, after CutExcess. False if the text is what it was.
