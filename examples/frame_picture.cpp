@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/testing.h"
 #include "tessarel12.h"
+#include "tessarel12_testing.h"
 
 int main(int argc, char** argv) {
   if (argc < 3) {

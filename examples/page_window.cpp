@@ -11,7 +11,7 @@
 #include "imagewindow/image_window.h"
 #include "platform/framework/app.h"
 #include "platform/framework/frame_wnd.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 namespace {
 

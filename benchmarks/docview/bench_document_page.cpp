@@ -12,7 +12,7 @@
 #include "docview/zp_view.h"
 #include "platform/framework/app.h"
 #include "platform/framework/frame_wnd.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 // A change of page in a document's view of 1200 by 800, from the call until the page is painted, against what
 // it can't do without: one reduction of the part that is seen, and one copy of as many 32-bit pixels. That

@@ -14,7 +14,7 @@
 #include "library/resource_ids.h"
 #include "platform/framework/app.h"
 #include "platform/framework/doc_template.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 // A document of 100 bilevel pages in a shell: its open, which decodes them all, against the codec library's
 // decoding alone; its memory against that of the pages and 30 MiB; and what opening and closing leaves

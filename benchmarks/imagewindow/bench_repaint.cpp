@@ -7,7 +7,7 @@
 #include "imagewindow/image_window.h"
 #include "platform/framework/app.h"
 #include "platform/framework/frame_wnd.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 // A whole repaint of 1200 by 800 through WM_PAINT, the picture's way to the screen included, against a copy
 // of as many 32-bit pixels. Wants QT_QPA_PLATFORM=offscreen where there is no display.

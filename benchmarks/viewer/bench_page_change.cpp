@@ -5,8 +5,8 @@
 
 #include "benchmarks/imaging/text_file.h"
 #include "benchmarks/ratio.h"
-#include "platform/testing.h"
 #include "tessarel12.h"
+#include "tessarel12_testing.h"
 
 // The next page by command, until it is on the screen with all that follows it, against what nobody can do
 // without: the library's decoding of that page and one copy of the window's pixels. Both sides go through the

@@ -5,8 +5,8 @@
 #include <cstdlib>
 
 #include "benchmarks/viewer/peak_memory.h"
-#include "platform/testing.h"
 #include "tessarel12.h"
+#include "tessarel12_testing.h"
 
 int main(int argc, char** argv) {
   AfxWinInit(argc, argv);

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "imaging/codecs/fax_codes.h"
-#include "imaging/core/export.h"
 
 namespace imaging {
 
@@ -16,7 +15,7 @@ enum class FaxCoding { kOneDimensional, kTwoDimensional, kGroup4 };
 /// its changing elements, so in group 4 a row or a stretch of it that equals the row above costs a copy,
 /// whatever its number of pixels. It stops at the first code that can't be; in group 3 it can go on at the
 /// next row.
-class LTWRAP_API FaxDecoder {
+class FaxDecoder {
  public:
   explicit FaxDecoder(int width);
 

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "imaging/core/export.h"
 #include "platform/base/geometry.h"
 
 namespace imaging {
@@ -10,7 +9,7 @@ namespace imaging {
 /// Where the cells of an image list stand: rows from the top, as many columns as the width holds, the rest of
 /// the width shared evenly by the gaps. Plain arithmetic in logical units; scroll is how many of them lie
 /// above the client area.
-struct LTWRAP_API ImageListLayout {
+struct ImageListLayout {
   static constexpr int kGap = 6;  ///< between rows, and at least between columns
 
   /// A client area narrower than a cell narrows the cell, so that nothing is cut off.

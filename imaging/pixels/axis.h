@@ -2,8 +2,6 @@
 
 #include <cstdint>
 
-#include "imaging/core/export.h"
-
 namespace imaging {
 
 /// The source pixels of one result pixel along one axis, with whole-numbered weights that add up to
@@ -19,7 +17,7 @@ struct BoxSpan {
 /// averages the source interval below each result pixel, its ends weighted by the part covered. So does an
 /// enlargement by less than half: with pixels repeated here and not there, strokes of one width would come
 /// out in two. Otherwise a result pixel takes the source pixel below its centre.
-class LTWRAP_API BoxAxis {
+class BoxAxis {
  public:
   /// fraction: bits of a full pixel's weight.
   BoxAxis(int length, int size, int fraction);

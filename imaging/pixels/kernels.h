@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "imaging/core/export.h"
 #include "imaging/pixels/axis.h"
 
 namespace imaging {
@@ -57,11 +56,11 @@ struct Kernels {
                          bool redFirst);
 };
 
-LTWRAP_API const Kernels& PlainKernels();
+const Kernels& PlainKernels();
 #if defined(__x86_64__)
 const Kernels& Avx2Kernels();
 #endif
 /// Those for this processor.
-LTWRAP_API const Kernels& FastKernels();
+const Kernels& FastKernels();
 
 }  // namespace imaging

@@ -2,7 +2,6 @@
 
 #include <memory>
 
-#include "imaging/core/export.h"
 #include "imaging/pixels/storage.h"
 
 namespace imaging {
@@ -23,9 +22,9 @@ inline constexpr Turn kHalf{false, true, true};
 
 /// What makes a picture upright that is stored in an orientation of TIFF 6.0, tag 274 (0 counts as 1).
 /// Throws for other numbers.
-LTWRAP_API Turn TurnToNormal(int orientation);
-LTWRAP_API Turn Inverse(Turn turn);
+Turn TurnToNormal(int orientation);
+Turn Inverse(Turn turn);
 /// A new bitmap of the same depth and colours.
-LTWRAP_API std::unique_ptr<PixelStorage> Turned(const PixelStorage& source, Turn turn);
+std::unique_ptr<PixelStorage> Turned(const PixelStorage& source, Turn turn);
 
 }  // namespace imaging

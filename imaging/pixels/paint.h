@@ -2,7 +2,6 @@
 
 #include <cstdint>
 
-#include "imaging/core/export.h"
 #include "imaging/pixels/record.h"
 #include "platform/graphics/surface.h"
 
@@ -21,7 +20,7 @@ enum class PaintUse { Again, Once };
 
 /// Draws a bitmap on a surface, straight in device pixels. Throws if a rectangle is missing or lies outside
 /// the bitmap, or the operation needs a brush.
-LTWRAP_API void PaintOnSurface(const platform::SurfaceView& view, Bitmap* bitmap, const PaintRects& rects,
-                               std::uint32_t rasterOperation, PaintUse use = PaintUse::Again);
+void PaintOnSurface(const platform::SurfaceView& view, Bitmap* bitmap, const PaintRects& rects,
+                    std::uint32_t rasterOperation, PaintUse use = PaintUse::Again);
 
 }  // namespace imaging

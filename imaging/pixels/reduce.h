@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <memory>
 
-#include "imaging/core/export.h"
 #include "imaging/pixels/storage.h"
 
 namespace imaging {
@@ -26,16 +25,16 @@ struct TwoLevelBlocks {
 };
 
 /// Writes width bytes in each of height target rows, by vectors where it can.
-LTWRAP_API void ReduceBlocks(const TwoLevelBlocks& blocks);
+void ReduceBlocks(const TwoLevelBlocks& blocks);
 /// The same for any processor and divisor.
-LTWRAP_API void ReduceBlocksPlain(const TwoLevelBlocks& blocks);
+void ReduceBlocksPlain(const TwoLevelBlocks& blocks);
 /// The same with vectors. False, and nothing done, for a processor without them and for divisors other than
 /// 2 to 255.
-LTWRAP_API bool ReduceBlocksFast(const TwoLevelBlocks& blocks);
+bool ReduceBlocksFast(const TwoLevelBlocks& blocks);
 
 /// A new image, averaged down by a factor above 0 and up to 1.0, at least a pixel wide and high. 1 bit gives
 /// 8 bits with shades between its two colours, other depths as SizedByAveraging. A 1-bit image that is
 /// reduced by a whole number loses the pixels at the right and lower edge that make no whole block.
-LTWRAP_API std::unique_ptr<PixelStorage> Reduced(const PixelStorage& source, double factor);
+std::unique_ptr<PixelStorage> Reduced(const PixelStorage& source, double factor);
 
 }  // namespace imaging

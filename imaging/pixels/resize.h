@@ -2,22 +2,20 @@
 
 #include <memory>
 
-#include "imaging/core/export.h"
 #include "imaging/pixels/storage.h"
 
 namespace imaging {
 
 /// Scales by repeating or dropping pixels; depth and colours stay.
-LTWRAP_API std::unique_ptr<PixelStorage> SizedByRepeating(const PixelStorage& source, int width, int height);
+std::unique_ptr<PixelStorage> SizedByRepeating(const PixelStorage& source, int width, int height);
 /// Scales by averaging where an axis gets shorter. 24 and 32 bits stay as they are, in the source's order; a
 /// smaller depth becomes 8-bit grey if its colours are grey, otherwise 24 bits, blue first.
-LTWRAP_API std::unique_ptr<PixelStorage> SizedByAveraging(const PixelStorage& source, int width, int height);
+std::unique_ptr<PixelStorage> SizedByAveraging(const PixelStorage& source, int width, int height);
 /// Scales into pixels that exist, at their size and depth: averaged into grey, 24 and 32 bits, repeated
 /// between equal depths with a colour table, which is copied. Throws for a target of fewer colours. The
 /// orders are those of the records.
-LTWRAP_API void ResizeInto(const PixelStorage& source, int sourceOrder, PixelStorage& target,
-                           int targetOrder);
+void ResizeInto(const PixelStorage& source, int sourceOrder, PixelStorage& target, int targetOrder);
 /// 8-bit grey by the weights of ITU-R BT.601, clause 2.5.1: 0.299 red, 0.587 green, 0.114 blue.
-LTWRAP_API std::unique_ptr<PixelStorage> Grayed(const PixelStorage& source, int order);
+std::unique_ptr<PixelStorage> Grayed(const PixelStorage& source, int order);
 
 }  // namespace imaging

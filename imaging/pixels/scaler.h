@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <vector>
 
-#include "imaging/core/export.h"
 #include "imaging/pixels/axis.h"
 #include "imaging/pixels/kernels.h"
 #include "imaging/pixels/row_reader.h"
@@ -67,8 +66,7 @@ class BoxScaler {
 
 /// Renders the pixels of a rectangle of the scaled picture as 0xffRRGGBB; alpha lies on white.
 /// order is the record's Order.
-LTWRAP_API void RenderScaled(const PixelStorage& storage, int order, const Scaling& scaling, const RECT& part,
-                             std::uint32_t* out, std::ptrdiff_t stride,
-                             const Kernels& kernels = FastKernels());
+void RenderScaled(const PixelStorage& storage, int order, const Scaling& scaling, const RECT& part,
+                  std::uint32_t* out, std::ptrdiff_t stride, const Kernels& kernels = FastKernels());
 
 }  // namespace imaging

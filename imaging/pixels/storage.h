@@ -7,7 +7,6 @@
 #include <optional>
 #include <span>
 
-#include "imaging/core/export.h"
 #include "platform/base/types.h"
 
 namespace imaging {
@@ -17,7 +16,7 @@ namespace imaging {
 /// are indices into the colour table, which always holds 2^bits valid entries; a grey bitmap has the linear
 /// grey table. 24 and 32 bits stand in the order of the bitmap's Order field; the fourth byte is straight
 /// alpha. Large blocks are recycled, since fresh memory for a page costs more than decoding it.
-class LTWRAP_API PixelStorage {
+class PixelStorage {
  public:
   /// Throws CLeadtoolsException* if the size is out of the limits or there isn't enough memory.
   /// The pixels are not initialised; the colour table is linear grey (1 bit: black, white).

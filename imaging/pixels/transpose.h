@@ -3,8 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "imaging/core/export.h"
-
 namespace imaging {
 
 /// Pixels to be read or written; a negative stride walks the rows from the bottom.
@@ -19,8 +17,8 @@ struct ConstPixelPlane {
 
 /// Makes target row c of column c of the source, for all depths of PixelStorage. columns and rows are the
 /// source's. Reads up to one byte past a source row's pixels.
-LTWRAP_API void Transpose(PixelPlane target, ConstPixelPlane source, int columns, int rows, int bits);
+void Transpose(PixelPlane target, ConstPixelPlane source, int columns, int rows, int bits);
 /// The same, pixel by pixel: what the block-wise form must agree with.
-LTWRAP_API void TransposePlain(PixelPlane target, ConstPixelPlane source, int columns, int rows, int bits);
+void TransposePlain(PixelPlane target, ConstPixelPlane source, int columns, int rows, int bits);
 
 }  // namespace imaging

@@ -5,7 +5,6 @@
 #include <memory>
 #include <vector>
 
-#include "imaging/core/export.h"
 #include "imaging/pixels/scaler.h"
 
 namespace imaging {
@@ -51,7 +50,7 @@ class ScaledView {
 
 /// Keeps the visible parts of the pictures painted last, so that a repaint is a copy and a scroll renders the
 /// newly exposed strip alone. Notices changed pixels by the storage's revision.
-class LTWRAP_API ViewCache {
+class ViewCache {
  public:
   static ViewCache& Instance();
   /// Draws a rectangle of the scaled picture.

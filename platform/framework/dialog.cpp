@@ -1,6 +1,7 @@
 #include "platform/framework/dialog.h"
 
 #include <utility>
+#include "platform/base/seams.h"
 
 #include "platform/framework/app.h"
 #include "platform/framework/detail/dialog_template.h"
@@ -90,7 +91,7 @@ int CDialog::DoModal() {
   if (MakeWindow(owner) != 0 && ContinueModal() != 0) {
     platform::BlockOwner(m_hWnd);
     ShowWindow(SW_SHOW);
-    platform::DialogShown(m_hWnd);
+    if (const auto& shown = platform::TheSeams().dialogShown) shown(m_hWnd);
     if (ContinueModal() != 0) RunModalLoop();
   }
   m_nFlags &= ~static_cast<UINT>(WF_MODALLOOP | WF_CONTINUEMODAL);

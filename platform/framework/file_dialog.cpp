@@ -11,8 +11,6 @@ IMPLEMENT_DYNAMIC(CFileDialog, CDialog)
 
 namespace {
 
-platform::testing::FileDialogAnswer g_answer = nullptr;
-
 /// Lines of text, 0, pattern, 0, up to an empty text.
 std::vector<platform::FileDialogRequest::Filter> FiltersOf(const char* list) {
   std::vector<platform::FileDialogRequest::Filter> filters;
@@ -36,10 +34,6 @@ bool Complain(const std::string& path, const char* what) {
 }
 
 }  // namespace
-
-void platform::testing::SetFileDialogAnswer(FileDialogAnswer answer) {
-  g_answer = answer;
-}
 
 CFileDialog::CFileDialog(BOOL open, LPCTSTR defaultExtension, LPCTSTR fileName, DWORD flags, LPCTSTR filter,
                          CWnd* parent)
@@ -113,8 +107,8 @@ int CFileDialog::DoModal() {
   request.path = m_ofn.lpstrFile;
   request.filterIndex = m_ofn.nFilterIndex == 0 ? 1 : m_ofn.nFilterIndex;
   bool chosen = false;
-  if (g_answer != nullptr) {
-    chosen = g_answer(request) && Accepts(request.path);
+  if (const auto& answer = platform::TheSeams().fileDialog) {
+    chosen = answer(request) && Accepts(request.path);
   } else {
     const HWND owner = ModalOwner(m_pParentWnd);
     const bool disable = owner != nullptr && ::IsWindowEnabled(owner) != 0;

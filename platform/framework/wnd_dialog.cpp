@@ -5,7 +5,6 @@
 #include "platform/framework/message_box.h"
 #include "platform/framework/thread.h"
 #include "platform/framework/wnd.h"
-#include "platform/testing.h"
 #include "platform/window/dialog_keys.h"
 #include "platform/window/pump.h"
 

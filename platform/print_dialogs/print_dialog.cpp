@@ -16,8 +16,6 @@ using platform::PrintDialogRequest;
 using platform::PrintQueue;
 using Range = PrintDialogRequest::Range;
 
-platform::testing::PrintDialogAnswer g_answer = nullptr;
-
 /// What is wrong with the record's template and hook; 0 if nothing is.
 DWORD FaultOf(const PRINTDLGA& dialog) {
   if ((dialog.Flags & PD_PRINTSETUP) != 0) return CDERR_INITIALIZATION;
@@ -65,7 +63,7 @@ PrintChoice ChoiceOf(const PRINTDLGA& dialog) {
 bool AskSeam(PrintChoice& choice) {
   PrintDialogRequest& request = choice.request;
   const std::string proposed = request.printer;
-  const bool given = g_answer(request);
+  const bool given = platform::TheSeams().printDialog(request);
   if (request.printer != proposed) ChoosePrinter(choice, request.printer);
   choice.mode.dmOrientation = request.landscape ? DMORIENT_LANDSCAPE : DMORIENT_PORTRAIT;
   platform::PrintField field{};
@@ -91,10 +89,6 @@ void PutRange(PRINTDLGA& dialog, const PrintChoice& choice) {
 
 }  // namespace
 
-void platform::testing::SetPrintDialogAnswer(PrintDialogAnswer answer) {
-  g_answer = answer;
-}
-
 BOOL PrintDlgA(PRINTDLGA* dialog) {
   using platform::EndPrintDialog;
   EndPrintDialog(0);
@@ -104,7 +98,8 @@ BOOL PrintDlgA(PRINTDLGA* dialog) {
   if ((dialog->Flags & PD_RETURNDEFAULT) != 0) return platform::AnswerWithDefaultPrinter(*dialog);
   if (const DWORD fault = FaultOf(*dialog); fault != 0) return EndPrintDialog(fault);
   PrintChoice choice = ChoiceOf(*dialog);
-  if (!(g_answer != nullptr ? AskSeam(choice) : platform::AskPrintChoice(*dialog, choice))) return FALSE;
+  if (!(platform::TheSeams().printDialog ? AskSeam(choice) : platform::AskPrintChoice(*dialog, choice)))
+    return FALSE;
   PutRange(*dialog, choice);
   return platform::AnswerWithPrinter(*dialog, platform::ChosenQueue(choice), choice.request.file,
                                      choice.mode);

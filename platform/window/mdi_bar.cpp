@@ -4,7 +4,6 @@
 #include <QPainter>
 #include <QToolButton>
 
-#include "platform/testing.h"
 #include "platform/window/detail/mdi_windows.h"
 #include "platform/window/detail/menu_widgets.h"
 #include "platform/window/detail/widgets.h"
@@ -134,15 +133,4 @@ LRESULT DefFrameProc(HWND frame, HWND clientHandle, UINT message, WPARAM wParam,
     default:
       return DefWindowProc(frame, message, wParam, lParam);
   }
-}
-
-bool platform::testing::ClickMaximizedButton(HWND frame, UINT command) {
-  const MdiClient* client = ClientOfFrame(frame);
-  if (client == nullptr || !client->buttons || !client->buttons->isVisible()) return false;
-  for (auto* button : client->buttons->findChildren<QToolButton*>()) {
-    if (button->property(kCommand).toUInt() != command) continue;
-    button->click();
-    return true;
-  }
-  return false;
 }

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QKeyEvent>
 
-#include "platform/testing.h"
 #include "platform/window/detail/mdi_windows.h"
 #include "platform/window/detail/menu_fill.h"
 #include "platform/window/detail/menu_record.h"
@@ -143,7 +142,7 @@ BOOL DrawMenuBar(HWND handle) {
   return TRUE;
 }
 
-bool platform::testing::ChooseMenuItem(HWND topLevel, UINT id) {
+bool platform::ChooseMenuItem(HWND topLevel, UINT id) {
   const auto path = PathToCommand(GetMenu(topLevel), id);
   if (path.empty() || !TakesInput(topLevel)) return false;
   for (std::size_t i = 0; i + 1 < path.size(); ++i) {

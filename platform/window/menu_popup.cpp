@@ -6,7 +6,7 @@
 #include <QScreen>
 #include <utility>
 
-#include "platform/testing.h"
+#include "platform/base/seams.h"
 #include "platform/window/detail/menu_fill.h"
 #include "platform/window/detail/menu_record.h"
 #include "platform/window/detail/menu_widgets.h"
@@ -19,7 +19,6 @@ namespace {
 HWND g_selecting = nullptr;  // the owner that has had a WM_MENUSELECT but not the last one
 QPointer<PopupMenu> g_tracked;
 HWND g_trackedOwner = nullptr;
-testing::MenuAnswer g_answer = nullptr;
 
 void TellSelected(HWND owner, HMENU menu, UINT index) {
   const MenuPlace place = FindMenuItem(menu, index, MF_BYPOSITION);
@@ -135,7 +134,7 @@ UINT AnswerFor(HMENU menu, HWND owner) {
       if (const HMENU inner = GetSubMenu(popup, i)) self(self, inner, static_cast<UINT>(i));
   };
   tell(tell, menu, 0);
-  const int id = g_answer(menu, owner);
+  const int id = TheSeams().popupMenu(menu, owner);
   const auto path = PathToCommand(menu, static_cast<UINT>(id));
   return id != 0 && !path.empty() && IsPathEnabled(path) ? static_cast<UINT>(id) : 0;
 }
@@ -166,17 +165,13 @@ UINT ShowAndAsk(HMENU menu, UINT flags, QPoint point, const WindowRecord& owner)
 
 }  // namespace platform
 
-void platform::testing::SetMenuAnswer(MenuAnswer answer) {
-  g_answer = answer;
-}
-
 BOOL TrackPopupMenu(HMENU menu, UINT flags, int x, int y, int, HWND owner, const RECT*) {
   const platform::WindowRecord* window = platform::FindWindowRecord(owner);
   if (IsMenu(menu) == 0 || window == nullptr || !window->frame || platform::g_tracked) return FALSE;
   ReleaseCapture();
   window = platform::FindWindowRecord(owner);
   if (window == nullptr) return FALSE;
-  const UINT chosen = platform::g_answer != nullptr
+  const UINT chosen = platform::TheSeams().popupMenu
                           ? platform::AnswerFor(menu, owner)
                           : platform::ShowAndAsk(menu, flags, QPoint(x, y), *window);
   if ((flags & TPM_RETURNCMD) != 0) return static_cast<BOOL>(chosen);

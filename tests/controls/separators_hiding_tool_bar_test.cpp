@@ -6,7 +6,7 @@
 
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/standard_controls.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 namespace {
 

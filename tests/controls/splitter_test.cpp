@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/framework/frame_wnd.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 namespace {
 

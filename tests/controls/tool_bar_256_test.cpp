@@ -6,7 +6,7 @@
 
 #include "library/resource_ids.h"
 #include "platform/framework/frame_wnd.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 
 #include "docview/zp_page.h"
 #include "platform/framework/message_box.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 #include "tests/imagewindow/tiff_writer.h"
 
 /// A page with its protected side open.

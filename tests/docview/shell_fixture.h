@@ -14,7 +14,7 @@
 #include "platform/framework/app.h"
 #include "platform/framework/cmd_ui.h"
 #include "platform/framework/doc_template.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 #include "tests/docview/page_fixture.h"
 #include "tests/frames/broken_pages.h"
 

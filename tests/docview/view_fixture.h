@@ -10,7 +10,7 @@
 #include "docview/zp_doc.h"
 #include "docview/zp_view.h"
 #include "platform/framework/frame_wnd.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 #include "tests/docview/page_fixture.h"
 #include "tests/imagewindow/client_size.h"
 

@@ -19,7 +19,7 @@
 #include "platform/framework/dialog.h"
 #include "platform/framework/menu.h"
 #include "platform/framework/message_box.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 #include "tests/frames/broken_pages.h"
 
 /// A viewer frame with its protected side open.

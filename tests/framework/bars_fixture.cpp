@@ -6,7 +6,7 @@
 
 #include "platform/framework/cmd_ui.h"
 #include "platform/framework/thread.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 namespace bars_test {
 

@@ -5,7 +5,7 @@
 #include <cstdlib>
 
 #include "platform/framework/thread.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 #include "tests/framework/bars_fixture.h"
 
 using namespace bars_test;  // NOLINT: the tests' own names

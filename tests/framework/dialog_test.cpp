@@ -12,7 +12,7 @@
 #include "platform/framework/frame_wnd.h"
 #include "platform/resources/extension.h"
 #include "platform/resources/resource_tables.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 namespace {
 

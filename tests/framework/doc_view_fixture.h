@@ -13,7 +13,7 @@
 #include "platform/framework/message_box.h"
 #include "platform/framework/splitter_wnd.h"
 #include "platform/framework/view.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 namespace doc_view_test {
 

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "platform/framework/file_dialog.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 namespace {
 

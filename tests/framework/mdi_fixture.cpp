@@ -4,7 +4,7 @@
 
 #include "platform/framework/cmd_ui.h"
 #include "platform/framework/thread.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 namespace mdi_test {
 

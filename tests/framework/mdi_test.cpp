@@ -6,8 +6,8 @@
 
 #include "platform/framework/menu.h"
 #include "platform/framework/thread.h"
-#include "platform/testing.h"
 #include "platform/window/accelerators.h"
+#include "tessarel12_testing.h"
 #include "tests/framework/mdi_fixture.h"
 
 using namespace mdi_test;  // NOLINT: the tests' own names

@@ -8,8 +8,8 @@
 #include "platform/framework/cmd_ui.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/menu.h"
-#include "platform/testing.h"
 #include "platform/window/accelerators.h"
+#include "tessarel12_testing.h"
 #include "tests/window/resource_module.h"
 
 namespace {

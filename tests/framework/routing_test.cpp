@@ -8,7 +8,7 @@
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/message_box.h"
 #include "platform/resources/extension.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include "imagewindow/image_window.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/registry/registry.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 #include "tests/imagewindow/client_size.h"
 #include "tests/imagewindow/tiff_writer.h"
 

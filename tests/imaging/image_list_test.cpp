@@ -9,9 +9,9 @@
 
 #include "imaging/imagelist/layout.h"
 #include "platform/graphics/gdi.h"
-#include "platform/testing.h"
 #include "platform/window/pump.h"
 #include "platform/window/window.h"
+#include "tessarel12_testing.h"
 #include "tests/imaging/pixel_support.h"
 
 using imaging::ImageListLayout;

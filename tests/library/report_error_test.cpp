@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/framework/message_box.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 namespace {
 

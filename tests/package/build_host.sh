@@ -9,6 +9,7 @@ cmake --install "$build" --prefix "$work/prefix" > "$work/install.log"
 cmake -S "$source" -B "$work/host" -G Ninja -DCMAKE_PREFIX_PATH="$work/prefix" > "$work/configure.log"
 cmake --build "$work/host"
 "$work/host/host" "$build/sample_fax.tif"
+"$work/host/host_test"
 PKG_CONFIG_PATH=$(dirname "$(find "$work/prefix" -name tessarel12.pc)")
 export PKG_CONFIG_PATH
 # shellcheck disable=SC2046

@@ -5,12 +5,11 @@
 #include <pwd.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <thread>
 
-#include "platform/spooler/detail/queues.h"
-#include "platform/spooler/detail/sheet.h"
 #include "tests/spooler/print_fixture.h"
 
 // A5 with four different margins is the default, at 600 dots per inch; documents pass through as they are.
@@ -105,12 +104,28 @@ class Cups : public PrintTest {
       GTEST_SKIP() << "no queue: " << added;
     // The layer keeps what it has heard for a moment.
     const auto known = [] {
-      const auto queue = platform::FindQueue("Prova");
-      return queue && queue->accepting;
+      std::vector<BYTE> buffer;
+      const PRINTER_INFO_2A* queue = FindQueue(buffer);
+      return queue != nullptr && (queue->Status & PRINTER_STATUS_NOT_AVAILABLE) == 0;
     };
     if (!WaitFor(known)) GTEST_SKIP() << "built without a print service";
   }
   void TearDown() override { Output("lpadmin -x Prova"); }
+
+  /// The queue's record, which lies in the buffer; null while there is none.
+  static const PRINTER_INFO_2A* FindQueue(std::vector<BYTE>& buffer) {
+    constexpr DWORD kFlags = PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS;
+    DWORD needed = 0;
+    DWORD count = 0;
+    EnumPrintersA(kFlags, nullptr, 2, nullptr, 0, &needed, &count);
+    buffer.resize(needed);
+    if (EnumPrintersA(kFlags, nullptr, 2, buffer.data(), needed, &needed, &count) == FALSE) return nullptr;
+    const auto* queues = reinterpret_cast<const PRINTER_INFO_2A*>(buffer.data());
+    const auto* found = std::find_if(queues, queues + count, [](const PRINTER_INFO_2A& queue) {
+      return std::strcmp(queue.pPrinterName, "Prova") == 0;
+    });
+    return found == queues + count ? nullptr : found;
+  }
 
   static std::string Socket() { return (s_folder / "sock").string(); }
   static std::string Printed() { return (s_folder / "out" / "printed").string(); }

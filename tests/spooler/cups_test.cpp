@@ -3,13 +3,13 @@
 #include "tests/spooler/cups_fixture.h"
 
 TEST_F(Cups, QueuesHaveTheirOwnPaperAndDots) {
-  const auto queue = platform::FindQueue("Prova");
-  ASSERT_TRUE(queue);
-  EXPECT_TRUE(queue->isDefault);
-  EXPECT_TRUE(queue->accepting);
-  EXPECT_EQ(queue->location, "Primo piano");
-  EXPECT_EQ(queue->comment, "Commento");
-  EXPECT_EQ(queue->model, "Prova PDF");
+  std::vector<BYTE> buffer;
+  const PRINTER_INFO_2A* queue = FindQueue(buffer);
+  ASSERT_NE(queue, nullptr);
+  EXPECT_EQ(queue->Attributes & PRINTER_ATTRIBUTE_DEFAULT, PRINTER_ATTRIBUTE_DEFAULT);
+  EXPECT_STREQ(queue->pLocation, "Primo piano");
+  EXPECT_STREQ(queue->pComment, "Commento");
+  EXPECT_STREQ(queue->pDriverName, "Prova PDF");
   const HDC dc = CreateDCA(nullptr, "Prova", nullptr, nullptr);
   EXPECT_EQ(GetDeviceCaps(dc, LOGPIXELSX), 600);
   EXPECT_EQ(GetDeviceCaps(dc, PHYSICALWIDTH), 3500);   // 420 points

@@ -14,7 +14,7 @@
 #include "platform/graphics/gdi.h"
 #include "platform/spooler/page_images.h"
 #include "platform/spooler/printers.h"
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 /// A grey or coloured picture that poppler has made of a page.
 struct Picture {

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/testing.h"
 #include "platform/window/control_messages.h"
 #include "platform/window/pump.h"
 #include "platform/window/window.h"
+#include "tessarel12_testing.h"
 
 namespace {
 

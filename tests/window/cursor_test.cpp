@@ -7,8 +7,8 @@
 
 #include "platform/graphics/resource_bitmap.h"
 #include "platform/qt_bridge.h"
-#include "platform/testing.h"
 #include "platform/window/window.h"
+#include "tessarel12_testing.h"
 #include "tests/window/resource_module.h"
 
 namespace {

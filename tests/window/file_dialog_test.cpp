@@ -15,8 +15,8 @@
 #include <string>
 
 #include "platform/framework/file_dialog.h"
-#include "platform/testing.h"
 #include "platform/window/pump.h"
+#include "tessarel12_testing.h"
 
 namespace {
 

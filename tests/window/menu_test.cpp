@@ -9,10 +9,10 @@
 #include <string>
 
 #include "platform/qt_bridge.h"
-#include "platform/testing.h"
 #include "platform/window/menu_handles.h"
 #include "platform/window/pump.h"
 #include "platform/window/window.h"
+#include "tessarel12_testing.h"
 #include "tests/window/resource_module.h"
 
 namespace {

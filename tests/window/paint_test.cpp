@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "platform/graphics/gdi.h"
-#include "platform/testing.h"
 #include "platform/window/pump.h"
 #include "platform/window/window.h"
+#include "tessarel12_testing.h"
 
 namespace {
 

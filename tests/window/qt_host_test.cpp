@@ -11,9 +11,9 @@
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/thread.h"
 #include "platform/qt_bridge.h"
-#include "platform/testing.h"
 #include "platform/window/pump.h"
 #include "platform/window/window.h"
+#include "tessarel12_testing.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 
 #include <vector>
 
-#include "platform/testing.h"
 #include "platform/window/pump.h"
 #include "platform/window/window.h"
+#include "tessarel12_testing.h"
 
 namespace {
 

@@ -3,6 +3,9 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS TessarelPlatform LTWrap12 Tessarel12 EXPORT Tessarel12Targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+# A part of its own: find_package(Tessarel12 COMPONENTS Testing) asks for it.
+install(TARGETS TessarelTesting EXPORT Tessarel12TestingTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Testing NAMELINK_COMPONENT Testing)
 
 set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/tessarel12)
 foreach(folder platform library viewing imagewindow controls thumbs frames print docview)
@@ -13,9 +16,11 @@ endforeach()
 install(FILES imaging/ltwrap.h DESTINATION ${include_dir}/imaging)
 install(FILES imaging/core/exception.h imaging/core/export.h imaging/core/records.h DESTINATION ${include_dir}/imaging/core)
 install(FILES tessarel12.h DESTINATION ${include_dir})
+install(FILES tessarel12_testing.h DESTINATION ${include_dir} COMPONENT Testing)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Tessarel12)
 install(EXPORT Tessarel12Targets NAMESPACE Tessarel12:: DESTINATION ${package_dir})
+install(EXPORT Tessarel12TestingTargets NAMESPACE Tessarel12:: DESTINATION ${package_dir} COMPONENT Testing)
 configure_package_config_file(tools/cmake/Tessarel12Config.cmake.in ${PROJECT_BINARY_DIR}/Tessarel12Config.cmake
   INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/Tessarel12ConfigVersion.cmake COMPATIBILITY SameMajorVersion)

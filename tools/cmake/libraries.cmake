@@ -1,4 +1,4 @@
-# The three shared libraries; each folder adds its own sources to its library.
+# The shared libraries; each folder adds its own sources to its library.
 function(tessarel_library name)
   add_library(${name} SHARED)
   add_library(Tessarel12::${name} ALIAS ${name})
@@ -25,3 +25,20 @@ target_link_libraries(LTWrap12 PUBLIC TessarelPlatform PRIVATE TIFF::TIFF JPEG::
 
 tessarel_library(Tessarel12)
 target_link_libraries(Tessarel12 PUBLIC LTWrap12 TessarelPlatform)
+
+# For tests, of this system and of hosts: answers boxes, sends input, takes pictures.
+tessarel_library(TessarelTesting)
+set_target_properties(TessarelTesting PROPERTIES EXPORT_NAME Testing)
+add_library(Tessarel12::Testing ALIAS TessarelTesting)
+target_link_libraries(TessarelTesting PUBLIC TessarelPlatform PRIVATE Qt6::Widgets)
+target_compile_definitions(TessarelTesting PRIVATE QT_NO_KEYWORDS)
+
+# What the libraries hide, for tests and benchmarks of the inside: the same objects, linked statically.
+function(tessarel_inside name library)
+  add_library(${name} STATIC EXCLUDE_FROM_ALL $<TARGET_OBJECTS:${library}>)
+  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC ${ARGN})
+endfunction()
+tessarel_inside(TessarelPlatformInside TessarelPlatform Qt6::Widgets ZLIB::ZLIB $<$<BOOL:${CUPS_FOUND}>:Cups::Cups>)
+tessarel_inside(LTWrap12Inside LTWrap12 TessarelPlatform TIFF::TIFF JPEG::JPEG PNG::PNG GIF::GIF)

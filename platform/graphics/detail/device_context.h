@@ -24,38 +24,36 @@ using DrawnFunction = std::function<void(const QRect& clientUnits)>;
 /// scale pixels to a unit, its own device pixel ratio isn't looked at. A null image makes a device context
 /// that answers everything and draws nothing (the screen, a window without an area). onDrawn may be empty; it
 /// is called after every call that drew, with the rectangle that may have changed.
-PLATFORM_API HDC CreateWindowSurfaceDC(QImage* image, double scale, const QRegion& clip,
-                                       DrawnFunction onDrawn);
+HDC CreateWindowSurfaceDC(QImage* image, double scale, const QRegion& clip, DrawnFunction onDrawn);
 /// Exchanges image and clip of a living device context (resize, end of the window: null). Selected objects
 /// stay.
-PLATFORM_API bool SetWindowSurface(HDC dc, QImage* image, double scale, const QRegion& clip);
+bool SetWindowSurface(HDC dc, QImage* image, double scale, const QRegion& clip);
 /// Ends a device context of either function here; objects selected in it are let go. False for any other.
-PLATFORM_API bool DestroySurfaceDC(HDC dc);
+bool DestroySurfaceDC(HDC dc);
 
 /// A device context on a painter, which is borrowed and may be exchanged between pages. One unit is one of
 /// the painter's. caps answers GetDeviceCaps, 0 for what it doesn't hold. Operations that read the target
 /// (other than the source and pattern copies) fail. DeleteDC ends it and calls onDelete.
-PLATFORM_API HDC CreatePainterDC(QPainter* painter, std::map<int, int> caps,
-                                 std::function<void()> onDelete = {});
+HDC CreatePainterDC(QPainter* painter, std::map<int, int> caps, std::function<void()> onDelete = {});
 /// Null between pages: drawing then fails softly, measuring goes on.
-PLATFORM_API bool SetPainter(HDC dc, QPainter* painter);
-PLATFORM_API bool SetPainterCaps(HDC dc, std::map<int, int> caps);
+bool SetPainter(HDC dc, QPainter* painter);
+bool SetPainterCaps(HDC dc, std::map<int, int> caps);
 /// Draws a part of an image (image pixels, may reach outside) at a place; place and clip are units, and a
 /// place whose right or bottom edge comes first mirrors.
 using ImageDrawer =
     std::function<bool(const PrinterImage& image, const RECT& source, const RECT& place, const RECT& clip)>;
 /// Images then go to the function and not to the painter. False for a device context of another kind.
-PLATFORM_API bool SetImageDrawer(HDC dc, ImageDrawer drawer);
+bool SetImageDrawer(HDC dc, ImageDrawer drawer);
 /// The painter of such a device context, or null.
-PLATFORM_API QPainter* PainterOf(HDC dc);
+QPainter* PainterOf(HDC dc);
 
 /// True for a handle of a living device context.
-PLATFORM_API bool IsDeviceContext(HDC dc);
+bool IsDeviceContext(HDC dc);
 /// The pixels as an image of its own, 32 bits, or Format_Mono for a bilevel bitmap; a null image if dead.
-PLATFORM_API QImage ImageOfBitmap(HBITMAP bitmap);
+QImage ImageOfBitmap(HBITMAP bitmap);
 /// A bitmap of 32 bits with the image's pixels; transparent ones become the given colour.
-PLATFORM_API HBITMAP BitmapFromImage(const QImage& image, COLORREF background);
+HBITMAP BitmapFromImage(const QImage& image, COLORREF background);
 /// The font as Qt's, its size in units (pixels at scale 1). The theme's font for a dead handle.
-PLATFORM_API QFont FontOf(HFONT font);
+QFont FontOf(HFONT font);
 
 }  // namespace platform

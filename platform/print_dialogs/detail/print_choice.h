@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/base/seams.h"
 #include "platform/spooler/detail/queues.h"
 #include "platform/spooler/print_records.h"
-#include "platform/testing.h"
 
 namespace platform {
 

@@ -5,12 +5,10 @@
 #include <span>
 #include <vector>
 
-#include "platform/base/export.h"
-
 namespace platform {
 
 /// Codes bilevel rows as group 4 fax (ITU-T T.6), the first pixel in the high bit of a byte.
-class PLATFORM_API FaxEncoder {
+class FaxEncoder {
  public:
   /// blackBit: the value of the pixels that are coded as black, 0 or 1.
   FaxEncoder(int width, int blackBit);

@@ -5,7 +5,6 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/base/export.h"
 #include "platform/spooler/detail/spool_file.h"
 #include "platform/spooler/page_images.h"
 
@@ -21,7 +20,7 @@ struct PdfRect {
 
 /// Writes a PDF (ISO 32000-1) of pages with images on them. Every write goes to the file at once, so that a
 /// document needs the memory of one page. Failed writes show in the file.
-class PLATFORM_API PdfWriter {
+class PdfWriter {
  public:
   PdfWriter(SpoolFile& file, const std::string& title);
   PdfWriter(const PdfWriter&) = delete;
@@ -67,8 +66,8 @@ class PLATFORM_API PdfWriter {
 };
 
 /// A number as PDF wants it, whatever the locale: at most four decimals, no exponent.
-PLATFORM_API std::string PdfNumber(double value);
+std::string PdfNumber(double value);
 /// A text as a PDF string: UTF-16 in hexadecimal form.
-PLATFORM_API std::string PdfText(const std::string& utf8);
+std::string PdfText(const std::string& utf8);
 
 }  // namespace platform

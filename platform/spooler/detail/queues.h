@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "platform/base/export.h"
 #include "platform/base/types.h"
 
 namespace platform {
@@ -62,9 +61,9 @@ class PrintService {
   virtual int Send(const std::string& queue, const PrintJob& job) = 0;
 };
 
-PLATFORM_API PrintService& CurrentPrintService();
+PrintService& CurrentPrintService();
 /// A queue by its exact name.
-PLATFORM_API std::optional<PrintQueue> FindQueue(const std::string& name);
+std::optional<PrintQueue> FindQueue(const std::string& name);
 std::optional<PrintQueue> DefaultQueue();
 
 /// The print service of this system; without one, a service that can't be reached.

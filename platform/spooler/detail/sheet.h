@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/base/export.h"
 #include "platform/spooler/detail/queues.h"
 #include "platform/spooler/print_records.h"
 
@@ -21,19 +20,19 @@ struct Sheet {
 
 /// The record's wishes (those that its dmFields name) on a queue's own sheet; null: none. A paper of unknown
 /// size, and dots that no printer has, are left as they are.
-PLATFORM_API Sheet SheetOf(const PrintQueue& queue, const DEVMODEA* mode);
+Sheet SheetOf(const PrintQueue& queue, const DEVMODEA* mode);
 /// The record of a queue with its own sheet.
-PLATFORM_API DEVMODEA DevModeOf(const PrintQueue& queue);
+DEVMODEA DevModeOf(const PrintQueue& queue);
 /// Puts a paper into the record.
-PLATFORM_API void SetPaper(DEVMODEA& mode, const Paper& paper);
+void SetPaper(DEVMODEA& mode, const Paper& paper);
 /// How the user knows the paper.
-PLATFORM_API std::string PaperText(const Paper& paper);
+std::string PaperText(const Paper& paper);
 /// The sheet as GetDeviceCaps tells it.
-PLATFORM_API std::map<int, int> CapsOf(const Sheet& sheet);
+std::map<int, int> CapsOf(const Sheet& sheet);
 /// Width and height of the sheet as it is printed, in points: whole dots, so that images lie on the grid of
 /// the device.
-PLATFORM_API std::pair<double, double> PointsOf(const Sheet& sheet);
+std::pair<double, double> PointsOf(const Sheet& sheet);
 /// What printing to a file has in the place of a queue.
-PLATFORM_API PrintQueue FileQueue();
+PrintQueue FileQueue();
 
 }  // namespace platform

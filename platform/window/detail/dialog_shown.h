@@ -7,7 +7,5 @@ namespace platform {
 /// Before a modal dialog is shown: keeps the desktop from giving its owner the keyboard meanwhile, and a
 /// host's shortcuts from acting there.
 void BlockOwner(HWND dialog);
-/// A modal dialog is up and about to run its loop.
-void DialogShown(HWND dialog);
 
 }  // namespace platform

@@ -68,4 +68,7 @@ void ForgetMenus(WindowRecord& window);
 /// Closes the tracked pop-up of that owner.
 void CloseTrackedMenu(HWND owner);
 
+/// As a user does who opens the menus that lead to the command. False if it can't be chosen.
+bool ChooseMenuItem(HWND topLevel, UINT id);
+
 }  // namespace platform

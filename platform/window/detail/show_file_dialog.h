@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "platform/testing.h"
+#include "platform/base/seams.h"
 
 namespace platform {
 

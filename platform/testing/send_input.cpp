@@ -1,4 +1,4 @@
-#include "platform/testing.h"
+#include "tessarel12_testing.h"
 
 #include <QApplication>
 #include <QDropEvent>
@@ -6,31 +6,29 @@
 #include <QHelpEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QMenuBar>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPixmap>
+#include <QPointer>
+#include <QScrollBar>
 #include <QStyle>
 #include <QStyleOptionSlider>
+#include <QToolButton>
 #include <QToolTip>
 #include <QUrl>
 #include <QWheelEvent>
-#include <utility>
 
-#include "platform/window/controls/detail/control.h"
-#include "platform/window/detail/cursors.h"
-#include "platform/window/detail/dialog_shown.h"
-#include "platform/window/detail/menu_widgets.h"
-#include "platform/window/detail/queue.h"
-#include "platform/window/detail/virtual_keys.h"
-#include "platform/window/detail/widgets.h"
-#include "platform/window/detail/window_record.h"
+#include "platform/qt_bridge.h"
+#include "platform/window/controls/inside.h"
+#include "platform/window/messages.h"
+#include "platform/window/pump.h"
 
 namespace platform::testing {
 namespace {
 
-ClientWidget* ClientOf(HWND window) {
-  const WindowRecord* record = FindWindowRecord(window);
-  return record == nullptr ? nullptr : record->client.data();
+QWidget* ClientOf(HWND window) {
+  return TheInside().client(window);
 }
 
 Qt::KeyboardModifiers Modifiers(bool shift, bool control, bool alt) {
@@ -44,9 +42,9 @@ Qt::KeyboardModifiers Modifiers(bool shift, bool control, bool alt) {
 /// The Qt key that VirtualKeyOf turns into this virtual key.
 int QtKeyOf(int virtualKey) {
   for (int key = Qt::Key_Space; key <= Qt::Key_AsciiTilde; ++key)
-    if (VirtualKeyOf(QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier)) == virtualKey) return key;
+    if (TheInside().virtualKey(QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier)) == virtualKey) return key;
   for (int key = Qt::Key_Escape; key <= Qt::Key_Menu; ++key)
-    if (VirtualKeyOf(QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier)) == virtualKey) return key;
+    if (TheInside().virtualKey(QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier)) == virtualKey) return key;
   return 0;
 }
 
@@ -65,10 +63,10 @@ QString TextOf(int virtualKey, Qt::KeyboardModifiers modifiers) {
 QWidget* KeyReceiver(HWND window) {
   if (QWidget* popup = QApplication::activePopupWidget())
     return popup->focusWidget() != nullptr ? popup->focusWidget() : popup;
-  if (QWidget* bar = dynamic_cast<MenuBar*>(QApplication::focusWidget()))
+  if (auto* bar = qobject_cast<QMenuBar*>(QApplication::focusWidget()))
     return bar;  // the user has gone to it
-  const std::shared_ptr<Control> control = ControlOf(window);
-  return control ? control->Widget() : ClientOf(window);
+  QWidget* control = TheInside().control(window);
+  return control != nullptr ? control : ClientOf(window);
 }
 
 void SendKeyEvent(QEvent::Type type, HWND window, int qtKey, Qt::KeyboardModifiers modifiers,
@@ -96,14 +94,15 @@ Qt::MouseButton QtButton(Button button) {
 
 void SendMouse(QEvent::Type type, HWND window, POINT point, Qt::MouseButton button, Qt::MouseButtons buttons,
                Qt::KeyboardModifiers modifiers) {
-  ClientWidget* client = ClientOf(window);
+  QWidget* client = ClientOf(window);
   if (client == nullptr) return;
   const QPoint local(point.x, point.y);
-  QWidget* receiver =
-      ControlOf(window) && client->childAt(local) != nullptr ? client->childAt(local) : client;
+  QWidget* receiver = TheInside().control(window) != nullptr && client->childAt(local) != nullptr
+                          ? client->childAt(local)
+                          : client;
   // The title bar and border of a document window hold the mouse until the button is let go.
   static QPointer<QWidget> holder;
-  const bool around = FindWindowRecord(window)->mdiChild && !client->rect().contains(local);
+  const bool around = TheInside().isDocumentWindow(window) && !client->rect().contains(local);
   if (type == QEvent::MouseButtonPress) holder = around ? client->parentWidget() : nullptr;
   if (around) receiver = client->parentWidget();
   if (holder) receiver = holder;
@@ -113,38 +112,19 @@ void SendMouse(QEvent::Type type, HWND window, POINT point, Qt::MouseButton butt
   QApplication::sendEvent(receiver, &event);
 }
 
-WindowScrollBar* BarOf(HWND window, int bar) {
-  const WindowRecord* record = FindWindowRecord(window);
-  if (record == nullptr || (bar != SB_HORZ && bar != SB_VERT)) return nullptr;
-  return record->bars[static_cast<std::size_t>(bar)].data();
-}
-
 QImage Grab(HWND window) {
-  const WindowRecord* record = FindWindowRecord(window);
-  return record == nullptr || !record->frame ? QImage() : record->frame->grab().toImage();
+  QWidget* frame = AfxGetQWidget(window);
+  return frame == nullptr ? QImage() : frame->grab().toImage();
 }
 
 }  // namespace
-
-namespace {
-
-std::function<void(HWND)>& NextDialog() {
-  static std::function<void(HWND)> action;
-  return action;
-}
-
-}  // namespace
-
-void OnNextDialog(std::function<void(HWND)> action) {
-  NextDialog() = std::move(action);
-}
 
 void AdvanceTimers(UINT milliseconds) {
-  Queue::Instance().AdvanceTimers(milliseconds);
+  TheInside().advanceTimers(milliseconds);
 }
 
 void HoldQueue(bool hold) {
-  Queue::Instance().HoldKick(hold);
+  TheInside().holdQueue(hold);
 }
 
 void PumpUntilIdle(int milliseconds) {
@@ -162,7 +142,7 @@ void PumpUntilIdle(int milliseconds) {
       PostQuitMessage(static_cast<int>(message.wParam));
       return;
     }
-    if (PreTranslateByHook(&message)) continue;
+    if (TheInside().preTranslate(&message)) continue;
     TranslateMessage(&message);
     DispatchMessage(&message);
   }
@@ -209,11 +189,11 @@ void MoveMouse(HWND window, POINT point, bool leftDown) {
 
 void LeaveWindow(HWND window) {
   QEvent event(QEvent::Leave);
-  if (ClientWidget* client = ClientOf(window)) QApplication::sendEvent(client, &event);
+  if (QWidget* client = ClientOf(window)) QApplication::sendEvent(client, &event);
 }
 
 CString ToolTipAt(HWND window, POINT point) {
-  ClientWidget* client = ClientOf(window);
+  QWidget* client = ClientOf(window);
   if (client == nullptr) return {};
   // Qt lets a tip stand for a while after it was hidden.
   for (QWidget* widget : QApplication::topLevelWidgets())
@@ -227,7 +207,7 @@ CString ToolTipAt(HWND window, POINT point) {
 }
 
 void TurnWheel(HWND window, POINT point, int delta, bool shift, bool control, bool alt) {
-  ClientWidget* client = ClientOf(window);
+  QWidget* client = ClientOf(window);
   if (client == nullptr) return;
   const QPoint local(point.x, point.y);
   QWheelEvent event(local, client->mapToGlobal(local), QPoint(), QPoint(0, delta), Qt::NoButton,
@@ -236,7 +216,7 @@ void TurnWheel(HWND window, POINT point, int delta, bool shift, bool control, bo
 }
 
 bool DropFiles(HWND window, POINT point, std::span<const char* const> paths) {
-  ClientWidget* client = ClientOf(window);
+  QWidget* client = ClientOf(window);
   if (client == nullptr) return false;
   QMimeData data;
   QList<QUrl> urls;
@@ -252,16 +232,16 @@ bool DropFiles(HWND window, POINT point, std::span<const char* const> paths) {
 }
 
 void DragThumb(HWND window, int bar, int position, bool release) {
-  WindowScrollBar* widget = BarOf(window, bar);
+  QAbstractSlider* widget = TheInside().scrollBar(window, bar);
   if (widget == nullptr) return;
-  const QPointer<WindowScrollBar> alive = widget;
+  const QPointer<QAbstractSlider> alive = widget;
   widget->setSliderDown(true);
   widget->setSliderPosition(position);  // a bar that is held down tracks
   if (alive && release) widget->setSliderDown(false);
 }
 
 void ClickScrollBar(HWND window, int bar, bool forward, bool page) {
-  WindowScrollBar* widget = BarOf(window, bar);
+  QAbstractSlider* widget = TheInside().scrollBar(window, bar);
   if (widget == nullptr) return;
   if (page)
     widget->triggerAction(forward ? QAbstractSlider::SliderPageStepAdd : QAbstractSlider::SliderPageStepSub);
@@ -270,8 +250,24 @@ void ClickScrollBar(HWND window, int bar, bool forward, bool page) {
                                   : QAbstractSlider::SliderSingleStepSub);
 }
 
+bool ChooseMenuItem(HWND topLevel, UINT id) {
+  return TheInside().chooseMenuItem(topLevel, id);
+}
+
+// The buttons carry the command that each sends.
+bool ClickMaximizedButton(HWND frame, UINT command) {
+  QWidget* widget = AfxGetQWidget(frame);
+  if (widget == nullptr) return false;
+  for (auto* button : widget->findChildren<QToolButton*>()) {
+    if (!button->isVisible() || button->property("command").toUInt() != command) continue;
+    button->click();
+    return true;
+  }
+  return false;
+}
+
 UINT CursorId(HCURSOR cursor) {
-  return CursorNumber(cursor);
+  return TheInside().cursorNumber(cursor);
 }
 
 bool SaveWindowPicture(HWND window, const char* path) {
@@ -286,8 +282,3 @@ std::uint32_t WindowPixel(HWND window, int x, int y) {
 }
 
 }  // namespace platform::testing
-
-void platform::DialogShown(HWND dialog) {
-  const auto action = std::exchange(platform::testing::NextDialog(), nullptr);
-  if (action) action(dialog);
-}

@@ -3,41 +3,10 @@
 #include <functional>
 #include <span>
 #include <string>
-#include <vector>
 
-#include "platform/base/export.h"
-#include "platform/base/string.h"
-#include "platform/base/types.h"
+#include "platform/base/seams.h"
 
 namespace platform {
-
-/// What a file dialog asks for, and the answer.
-struct FileDialogRequest {
-  struct Filter {
-    std::string text;
-    std::string patterns;  ///< parted by ";"
-  };
-  bool open = true;  ///< else a name to write to
-  std::string title;
-  std::string folder;  ///< to begin in; empty: any
-  std::vector<Filter> filters;
-  std::string path;  ///< in: the name proposed; out: the file chosen
-  unsigned filterIndex = 1;
-};
-
-/// What the print dialog asks, and the answer.
-struct PrintDialogRequest {
-  enum class Range { All, Pages, Selection };
-  std::vector<std::string> printers;  ///< the queues to choose from; empty: only printing to a file is left
-  std::string printer;                ///< in: the one proposed; out: the one chosen
-  std::string file;                   ///< out: a file to print to, as PDF; empty: the queue
-  Range range = Range::All;
-  int fromPage = 0;
-  int toPage = 0;
-  int copies = 1;
-  bool collate = false;
-  bool landscape = false;
-};
 
 /// A queue that stands in for one of the print service. Jobs arrive as the files job-1.pdf and so on.
 struct TestPrinter {
@@ -58,8 +27,9 @@ struct TestPrinter {
 
 }  // namespace platform
 
-// Seams for tests and for programs without a user: boxes answered by a function, time that goes by at once,
-// real input of the desktop, pictures of windows. Nothing in the product calls these.
+// For the tests of a host, and for programs without a user: boxes answered by a function, time that goes by
+// at once, real input of the desktop, pictures of windows. They stand in a library of their own, to be linked
+// as Tessarel12::Testing.
 namespace platform::testing {
 
 /// Takes the place of the box on the screen: text and MB_ flags in, the button out. Null brings the real box
