@@ -11,6 +11,7 @@
 
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/jpeg_header.h"
+#include "imaging/codecs/jpeg_lossless.h"
 #include "imaging/codecs/rows.h"
 #include "imaging/codecs/work.h"
 #include "imaging/core/exception.h"
@@ -236,6 +237,10 @@ class JpegReader final : public Reader {
   DecodedPage Decode(int page, const DecodeWish& wish) override {
     DecodedPage decoded;
     decoded.info = Describe(page);
+    if (m_header.process == JpegProcess::kLossless) {
+      decoded.pixels = ReadLossless();
+      return decoded;
+    }
     constexpr int kDctExpansion = 2000;
     CheckPlausible(m_source, std::int64_t{m_header.width} * m_header.height, kDctExpansion);
     JpegDecoder decoder(m_source, m_header);
@@ -270,11 +275,44 @@ class JpegReader final : public Reader {
       Fail(kErrorCorrupt, "%s: the JPEG file has no picture", name);
     if (m_header.scanData >= m_source.Size())
       Fail(kErrorCorrupt, "%s: the JPEG file ends before its pixels", name);
-    const bool known = m_header.process != JpegProcess::kLossless && m_header.process != JpegProcess::kOther;
-    if (!known || m_header.precision != 8)
+    const bool lossless = m_header.process == JpegProcess::kLossless && !m_header.arithmetic;
+    const bool dct = m_header.process != JpegProcess::kLossless && m_header.process != JpegProcess::kOther;
+    if (!lossless && (!dct || m_header.precision != 8))
       Fail(kErrorUnsupported, "%s: %s with %d bits a sample can't be decoded", name,
            CompressionName(m_header.process), m_header.precision);
     CheckPageSize(m_source, m_header.width, m_header.height);
+  }
+
+  /// The library can't decode this process.
+  std::unique_ptr<PixelStorage> ReadLossless() const {
+    constexpr int kLosslessExpansion = 64;
+    const int bits = m_header.components == 1 ? 8 : 24;
+    CheckPlausible(m_source, std::int64_t{m_header.width} * m_header.height * bits / 8, kLosslessExpansion);
+    auto pixels = PixelStorage::Create(m_header.width, m_header.height, bits);
+    const int rows = DecodeLosslessInto(m_source, m_header, *pixels, 0, 0);
+    if (rows == 0) Fail(kErrorCorrupt, "%s: no row can be decoded", m_source.Name().c_str());
+    // Unlike in the other processes, components without a mark are colours as they stand.
+    if (bits == 24 && (m_header.jfif || m_header.adobeTransform.value_or(0) != 0)) ConvertFromYcc(*pixels);
+    FillRest(*pixels, rows);
+    return pixels;
+  }
+
+  /// JFIF 1.02, with a scale of 65,536.
+  static void ConvertFromYcc(PixelStorage& pixels) {
+    const auto level = [](int luma, int scaled) {
+      return static_cast<std::uint8_t>(std::clamp(luma + ((scaled + 32768) >> 16), 0, 255));
+    };
+    for (int y = 0; y < pixels.Height(); ++y) {
+      std::uint8_t* pixel = pixels.Row(y);
+      for (int x = 0; x < pixels.Width(); ++x, pixel += 3) {
+        const int luma = pixel[0];
+        const int blue = pixel[1] - 128;
+        const int red = pixel[2] - 128;
+        pixel[0] = level(luma, 91881 * red);
+        pixel[1] = level(luma, -22554 * blue - 46802 * red);
+        pixel[2] = level(luma, 116130 * blue);
+      }
+    }
   }
 
   /// Rows that the decoder didn't reach are white.

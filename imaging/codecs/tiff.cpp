@@ -4,6 +4,7 @@
 #include "imaging/codecs/tiff_decode.h"
 #include "imaging/codecs/tiff_directory.h"
 #include "imaging/codecs/tiff_layout.h"
+#include "imaging/codecs/tiff_lossless.h"
 #include "imaging/core/exception.h"
 
 namespace imaging {
@@ -29,19 +30,23 @@ class TiffReader final : public Reader {
 
   PageInfo Describe(int page) override {
     const TiffHandle tiff(m_source, Directory(page), page);
-    return DescribeTiffPage(tiff, ReadTiffLayout(tiff));
+    return Describe(tiff, ReadTiffLayout(tiff));
   }
 
   DecodedPage Decode(int page, const DecodeWish& wish) override {
     const TiffHandle tiff(m_source, Directory(page), page);
     const TiffLayout layout = ReadTiffLayout(tiff);
     DecodedPage decoded;
-    decoded.info = DescribeTiffPage(tiff, layout);
+    decoded.info = Describe(tiff, layout);
     // Fax coding has no bound: a white row is a bit. The others stay below LZMA's.
     constexpr int kMostExpansion = 10000;
     const std::int64_t bytes = std::int64_t{layout.width} * layout.height * decoded.info.bits / 8;
     if (!layout.FaxCoded())
       CheckPlausible(m_source, bytes, layout.compression == COMPRESSION_NONE ? 64 : kMostExpansion);
+    if (decoded.info.compression == kLosslessName) {
+      decoded.pixels = DecodeLosslessTiff(tiff, layout);
+      return decoded;
+    }
     if (NeedsTiffColorConversion(layout)) {
       decoded.pixels = ConvertTiffPage(tiff, layout);
       return decoded;
@@ -53,6 +58,14 @@ class TiffReader final : public Reader {
   }
 
  private:
+  static constexpr const char* kLosslessName = "JPEG lossless";
+
+  static PageInfo Describe(const TiffHandle& tiff, const TiffLayout& layout) {
+    PageInfo info = DescribeTiffPage(tiff, layout);
+    if (IsLosslessTiff(tiff, layout)) info.compression = kLosslessName;
+    return info;
+  }
+
   std::uint64_t Directory(int page) {
     const std::uint64_t offset = m_directories.Offset(page);
     if (offset != 0) return offset;
