@@ -6,6 +6,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <initializer_list>
+#include <iterator>
 #include <string>
 #include <thread>
 #include <vector>
@@ -104,6 +107,56 @@ void ReadStrips(const std::string& path, std::vector<std::uint8_t>& target, bool
   TIFFClose(tiff);
 }
 
+/// The coded strip of a page, alone in a file or inside the fields of an image segment.
+void WriteCoded(const std::string& tiffPath, const std::string& rawPath, const std::string& iocaPath) {
+  TIFF* tiff = TIFFOpen(tiffPath.c_str(), "r");
+  std::vector<char> coded(static_cast<std::size_t>(TIFFRawStripSize64(tiff, 0)));
+  TIFFReadRawStrip(tiff, 0, coded.data(), static_cast<tmsize_t>(coded.size()));
+  TIFFClose(tiff);
+  std::ofstream(rawPath, std::ios::binary).write(coded.data(), std::ssize(coded));
+  std::ofstream ioca(iocaPath, std::ios::binary);
+  const auto put = [&ioca](std::initializer_list<int> bytes) {
+    for (const int byte : bytes) ioca.put(static_cast<char>(byte));
+  };
+  put({0x70,
+       0,
+       0x91,
+       1,
+       0xff,
+       0x94,
+       9,
+       0,
+       11,
+       184,
+       11,
+       184,
+       kWidth >> 8,
+       kWidth & 255,
+       kHeight >> 8,
+       kHeight & 255,
+       0x95,
+       2,
+       0x82,
+       1});
+  constexpr std::ptrdiff_t kField = 8192;
+  for (std::ptrdiff_t at = 0; at < std::ssize(coded); at += kField) {
+    const std::ptrdiff_t size = std::min(kField, std::ssize(coded) - at);
+    put({0xfe, 0x92, static_cast<int>(size >> 8), static_cast<int>(size & 255)});
+    ioca.write(coded.data() + at, size);
+  }
+}
+
+void LoadCopy(std::vector<char>& file) {
+  struct_LEAD_Bitmap bitmap{};
+  LEADTOOLS::LoadBitmapMemory(file.data(), &bitmap, 1, 0, static_cast<long>(file.size()), nullptr, nullptr);
+  delete bitmap.pStorage;
+}
+
+std::vector<char> Contents(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
 void CountDirectories(const std::string& path) {
   TIFF* tiff = TIFFOpen(path.c_str(), "r");
   if (TIFFNumberOfDirectories(tiff) == 0) std::abort();
@@ -125,6 +178,7 @@ int main() {
   const auto path = [&folder](const char* name) { return (folder / name).string(); };
   WriteFax(path("one.tif"), kHeight);
   WriteFax(path("strips.tif"), 128);
+  WriteCoded(path("one.tif"), path("one.g4"), path("one.ica"));
   WriteColor(path("lzw.tif"), COMPRESSION_LZW);
   WriteColor(path("jpeg.tif"), COMPRESSION_JPEG);
   WriteMany(path("100.tif"), 100, 1000);
@@ -142,6 +196,21 @@ int main() {
   bench("g4_to_8_bits_vs_libtiff_1_bit", 1.4, "one.tif", 8, false);
   bench("lzw_strips", 1.1, "lzw.tif", 24, false);
   bench("jpeg_strips", 1.1, "jpeg.tif", 24, true);
+
+  // The same coded data in other files. From memory nothing is remembered: width and order of raw fax are
+  // found anew each time.
+  const std::string inTiff = path("one.tif");
+  for (const int bits : {1, 8}) {
+    for (const char* kind : {"raw_fax", "ioca"}) {
+      const std::string file = path(kind[0] == 'r' ? "one.g4" : "one.ica");
+      Ratio((std::string(kind) + "_vs_tiff_" + std::to_string(bits)).c_str(), 1.1,
+            [&] { Load(file, 1, bits); }, [&] { Load(inTiff, 1, bits); });
+    }
+  }
+  auto rawCopy = Contents(path("one.g4"));
+  auto tiffCopy = Contents(inTiff);
+  Ratio(
+      "raw_fax_unknown_vs_tiff", 1.1, [&] { LoadCopy(rawCopy); }, [&] { LoadCopy(tiffCopy); });
 
   const std::string hundred = path("100.tif");
   Ratio(

@@ -12,7 +12,7 @@
 namespace imaging {
 
 /// Coded data in memory as the decoder wants it: most significant bit first, zeros behind it.
-class LTWRAP_API FaxData {
+class FaxData {
  public:
   /// What the source holds of the stretch; empty for one larger than the limits allow.
   static FaxData Read(const Source& source, std::int64_t offset, std::int64_t size, bool reversed = false);

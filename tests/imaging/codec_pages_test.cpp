@@ -7,6 +7,8 @@
 
 #include "imaging/core/exception.h"
 #include "tests/imaging/codec_files.h"
+#include "tests/imaging/fax_files.h"
+#include "tests/imaging/lossless_files.h"
 #include "tests/imaging/raster_files.h"
 
 // Pages of a file, and files that aren't what they should be.
@@ -212,8 +214,23 @@ std::vector<Bytes> Samples() {
   deflate.mode = "w8";
   const auto ramp = [](int x, int y, int c) { return static_cast<std::uint8_t>(x * 5 ^ y * 3 ^ c * 77); };
   const auto wide = [](int x, int y, int c) { return static_cast<unsigned>(x * 5 ^ y * 3 ^ c * 77) & 255U; };
+  const auto rows = RandomFaxRows(300, 60, 3);
+  const Bytes group4 = EncodeFax(rows, 300);
+  const Bytes mixed = EncodeFax(rows, 300, COMPRESSION_CCITTFAX3, GROUP3OPT_2DENCODING);
+  IocaForm twoDimensional;
+  twoDimensional.coding = 0x81;
   std::vector<Bytes> samples = {
       MakeTiff({fax, color, ycc}),
+      MakeCals("rpelcnt: 000300,000060\n", group4),
+      MakeIoca({300, 60, 3}, Bytes(38 * 60, 0x35)),
+      MakeModca({MakeIoca({300, 60}, group4), MakeIoca(twoDimensional, mixed)}),
+      MakeIntergraph({9, 64, 40, 6, 0, false}, {Bytes(3000, 3)}),
+      MakeIntergraph({24, 300, 60, 4, 512, true}, {group4}),
+      MakeIntergraph({27, 64, 40, 4, 0, false}, {Bytes(3000, 0x83)}),
+      MakeEps(MakeTiff({color})),
+      mixed,
+      MakeLosslessJpeg(50, 40, {8, 3, 4, 0, 8}, ramp),
+      EncodeFax(RandomFaxRows(1728, 60, 3), 1728),
       MakeTiff({deflate, fax}),
       MakeJpeg(120, 90, 3, false, ramp),
       MakeJpeg(120, 90, 4, true, ramp),
