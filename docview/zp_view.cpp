@@ -123,8 +123,9 @@ void CZPView::OnDraw(CDC* dc) {
 }
 
 int CZPView::DisplayBmp(CDC* dc) {
-  auto* const paint = dynamic_cast<CPaintDC*>(dc);
-  return PaintShown(*dc, paint != nullptr ? &paint->m_ps.rcPaint : nullptr) ? 1 : 0;
+  CDC& target = *dc;
+  auto* const paint = dynamic_cast<CPaintDC*>(&target);
+  return PaintShown(target, paint != nullptr ? &paint->m_ps.rcPaint : nullptr) ? 1 : 0;
 }
 
 void CZPView::DrawNoPage(CDC* dc) {
