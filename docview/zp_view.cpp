@@ -123,9 +123,9 @@ void CZPView::OnDraw(CDC* dc) {
 }
 
 int CZPView::DisplayBmp(CDC* dc) {
-  CDC& target = *dc;
-  auto* const paint = dynamic_cast<CPaintDC*>(&target);
-  return PaintShown(target, paint != nullptr ? &paint->m_ps.rcPaint : nullptr) ? 1 : 0;
+  const HDC handle = dc->m_hDC;
+  auto* const paint = dynamic_cast<CPaintDC*>(dc);
+  return PaintShown(handle, paint != nullptr ? &paint->m_ps.rcPaint : nullptr) ? 1 : 0;
 }
 
 void CZPView::DrawNoPage(CDC* dc) {

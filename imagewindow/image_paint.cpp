@@ -48,7 +48,7 @@ BOOL CImageWindow::OnEraseBkgnd(CDC* dc) {
 
 bool CImageWindow::DoDraw(CPaintDC* dc) {
   // Without pixels the failure has been told already, when the page was loaded.
-  return PaintShown(*dc, &dc->m_ps.rcPaint);
+  return PaintShown(dc->m_hDC, &dc->m_ps.rcPaint);
 }
 
 void CImageWindow::DoSmartResizing() {

@@ -130,7 +130,7 @@ class CPageWindow : public Base {
   void RestoreBand(CDC* dc);
 
   /// Paints the page. False: there is none, or it can't be painted, which has been reported.
-  bool PaintShown(CDC& dc, RECT* clip);
+  bool PaintShown(HDC dc, RECT* clip);
 
   int OnCreate(LPCREATESTRUCT cs);
   void OnSize(UINT type, int cx, int cy);

@@ -28,12 +28,12 @@ int CPageWindow<Base>::OnCreate(LPCREATESTRUCT cs) {
 }
 
 template <typename Base>
-bool CPageWindow<Base>::PaintShown(CDC& dc, RECT* clip) {
+bool CPageWindow<Base>::PaintShown(HDC dc, RECT* clip) {
   const struct_LEAD_Bitmap* const page = Self().ShownPage();
   if (page == nullptr) return false;
-  const bool reduced = IsReduced() && ShowsReducedCopy(dc.m_hDC, Self().m_SmartBitmap);
+  const bool reduced = IsReduced() && ShowsReducedCopy(dc, Self().m_SmartBitmap);
   try {
-    PaintPage(dc.m_hDC, reduced ? Self().m_SmartBitmap : *page, Self().m_ptScroll, Self().m_szScaled, clip);
+    PaintPage(dc, reduced ? Self().m_SmartBitmap : *page, Self().m_ptScroll, Self().m_szScaled, clip);
   } catch (CLeadtoolsException* exception) {
     Self().Report(exception);
     return false;
