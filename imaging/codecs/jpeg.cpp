@@ -275,7 +275,9 @@ class JpegReader final : public Reader {
       Fail(kErrorCorrupt, "%s: the JPEG file has no picture", name);
     if (m_header.scanData >= m_source.Size())
       Fail(kErrorCorrupt, "%s: the JPEG file ends before its pixels", name);
-    const bool lossless = m_header.process == JpegProcess::kLossless && !m_header.arithmetic;
+    const bool lossless = m_header.process == JpegProcess::kLossless && !m_header.arithmetic &&
+                          (m_header.components == 1 || m_header.components == 3) && m_header.precision >= 2 &&
+                          m_header.precision <= 16;
     const bool dct = m_header.process != JpegProcess::kLossless && m_header.process != JpegProcess::kOther;
     if (!lossless && (!dct || m_header.precision != 8))
       Fail(kErrorUnsupported, "%s: %s with %d bits a sample can't be decoded", name,

@@ -146,12 +146,20 @@ struct ScanComponent {
   std::vector<std::uint16_t> above;
 };
 
+void RequireFrame(const Source& source, const JpegHeader& header) {
+  bool alike = true;
+  for (std::size_t i = 1; i < static_cast<std::size_t>(std::min(header.components, 4)); ++i)
+    alike = alike && header.horizontal[i] == header.horizontal[0] && header.vertical[i] == header.vertical[0];
+  const bool known =
+      header.precision >= 2 && header.precision <= 16 && header.components >= 1 && header.components <= 4;
+  if (!known || !alike || header.arithmetic)
+    Fail(kErrorUnsupported, "%s: lossless JPEG of this kind can't be decoded", source.Name().c_str());
+}
+
 class LosslessDecoder {
  public:
   LosslessDecoder(const Source& source, const JpegHeader& header, const LosslessRow& take)
-      : m_source(source), m_header(header), m_take(take), m_reader(source, 2) {
-    RequireFrame();
-  }
+      : m_source(source), m_header(header), m_take(take), m_reader(source, 2) {}
 
   int Decode() {
     m_rows.assign(static_cast<std::size_t>(m_header.components), 0);
@@ -173,17 +181,6 @@ class LosslessDecoder {
   }
 
  private:
-  void RequireFrame() const {
-    bool alike = true;
-    for (std::size_t i = 1; i < static_cast<std::size_t>(std::min(m_header.components, 4)); ++i)
-      alike = alike && m_header.horizontal[i] == m_header.horizontal[0] &&
-              m_header.vertical[i] == m_header.vertical[0];
-    const bool known = m_header.precision >= 2 && m_header.precision <= 16 && m_header.components >= 1 &&
-                       m_header.components <= 4;
-    if (!known || !alike || m_header.arithmetic)
-      Fail(kErrorUnsupported, "%s: lossless JPEG of this kind can't be decoded", m_source.Name().c_str());
-  }
-
   unsigned NextMarker() {
     while (m_marker == 0 && !m_reader.AtEnd()) {
       if (m_reader.U8() != 0xff) continue;
@@ -281,11 +278,13 @@ class LosslessDecoder {
 }  // namespace
 
 int DecodeLosslessJpeg(const Source& source, const JpegHeader& header, const LosslessRow& take) {
+  RequireFrame(source, header);
   return LosslessDecoder(source, header, take).Decode();
 }
 
 int DecodeLosslessInto(const Source& source, const JpegHeader& header, PixelStorage& pixels, int left,
                        int top) {
+  RequireFrame(source, header);
   const int channels = pixels.Bits() / 8;
   if (header.components != channels)
     Fail(kErrorUnsupported, "%s: lossless JPEG with %d components", source.Name().c_str(), header.components);
