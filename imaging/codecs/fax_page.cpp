@@ -75,6 +75,8 @@ const char* FaxCodingName(FaxCoding coding) {
 
 std::unique_ptr<PixelStorage> DecodeFaxPage(const Source& source, const FaxData& data, FaxCoding coding,
                                             int bits, PageInfo& info, std::int64_t firstBit) {
+  constexpr int kMostExpansion = 200'000;  // a large white sheet
+  CheckPlausible(source, std::int64_t{info.width} * info.height, kMostExpansion);
   FaxRows rows(info.width, coding);
   rows.Start(data.Coded(), firstBit);
   BilevelPage page(info.width, info.height, bits);

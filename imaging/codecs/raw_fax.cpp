@@ -41,6 +41,10 @@ class GrowingPage {
       std::memset(row, 0xff, m_pixels->RowBytes());
   }
   std::unique_ptr<PixelStorage> Take(int bits) {
+    if (bits != 8 && m_height > m_pixels->Height() / 2) {
+      m_pixels->DropRows(m_height);
+      return std::move(m_pixels);
+    }
     BilevelPage page(m_width, m_height, bits);
     for (int y = 0; y < m_height; ++y) page.Store(m_pixels->Row(y), y, 0);
     return page.Take();
@@ -73,10 +77,12 @@ struct RawFaxPages {
   std::vector<RawFaxPage> pages;
   std::int64_t nextBit = 0;
   bool complete = false;
+  int attempts = 0;  ///< at a page, those at none too
+  int searches = 0;  ///< for another width
 };
 
-RawFaxPages BeginPages(const Source& source, FaxData& data) {
-  const auto form = FindRawFaxForm(data);
+RawFaxPages BeginPages(const Source& source) {
+  const auto form = FindRawFaxForm(source);
   if (!form) Fail(kErrorFileFormat, "%s is no fax data", source.Name().c_str());
   return {*form, {}};
 }
@@ -84,14 +90,9 @@ RawFaxPages BeginPages(const Source& source, FaxData& data) {
 class RawFaxReader final : public Reader {
  public:
   explicit RawFaxReader(const Source& source)
-      : m_source(source), m_data(FaxData::Read(source, 0, source.Size())) {
-    bool found = false;
-    m_known = RememberedFiles<RawFaxPages>::Of(source, [&] {
-      found = true;
-      return BeginPages(source, m_data);
-    });
-    if (!found && Form().reversed) m_data.Reverse();
-  }
+      : m_source(source),
+        m_known(RememberedFiles<RawFaxPages>::Of(source, [&] { return BeginPages(source); })),
+        m_data(FaxData::Read(source, 0, source.Size(), Form().reversed)) {}
 
   int CountPages() override {
     while (FindNext(nullptr)) {
@@ -153,11 +154,15 @@ class RawFaxReader final : public Reader {
     return info;
   }
 
+  /// 0 if nothing seems to follow. Files of very many pages that fit no width are given up.
   int WidthFrom(std::int64_t firstBit) const {
+    constexpr int kMostSearches = 8;
+    if (firstBit >= m_data.Bits() || m_known->attempts++ >= limits::kMaxPages) return 0;
     if (Pages().empty() && firstBit == 0) return Form().width;
+    if (Form().coding != FaxCoding::kGroup4) return FindGroup3Width(m_data.Coded(), firstBit, Form().coding);
     const int likely = Pages().empty() ? Form().width : Pages().back().width;
-    return Form().coding == FaxCoding::kGroup4 ? FindGroup4Width(m_data.Coded(), firstBit, likely)
-                                               : FindGroup3Width(m_data.Coded(), firstBit, Form().coding);
+    if (FitsGroup4(m_data.Coded(), firstBit, likely)) return likely;
+    return m_known->searches++ < kMostSearches ? FindGroup4Width(m_data.Coded(), firstBit) : 0;
   }
 
   /// Group 4 pages begin with a byte. No code begins with eight zeros, so bytes of them are filling.
@@ -173,8 +178,8 @@ class RawFaxReader final : public Reader {
   bool FindNext(std::unique_ptr<GrowingPage>* pixels) {
     while (!m_known->complete) {
       const std::int64_t firstBit = SkipFilling(m_known->nextBit);
-      const int width = firstBit < m_data.Bits() ? WidthFrom(firstBit) : 0;
-      m_known->complete = width == 0 || static_cast<int>(Pages().size()) >= limits::kMaxPages;
+      const int width = WidthFrom(firstBit);
+      m_known->complete = width == 0;
       if (m_known->complete) break;
       if (pixels != nullptr) *pixels = std::make_unique<GrowingPage>(m_source, width);
       if (DecodePage(firstBit, width, pixels == nullptr ? nullptr : pixels->get())) return true;
@@ -199,8 +204,8 @@ class RawFaxReader final : public Reader {
   }
 
   const Source& m_source;
-  FaxData m_data;
   std::shared_ptr<RawFaxPages> m_known;
+  FaxData m_data;
 };
 
 bool Recognise(const Candidate& candidate) {

@@ -10,6 +10,8 @@ namespace imaging {
 namespace {
 
 constexpr int kWidest = 10240;
+constexpr int kWidestTried = 5120;     // of all widths one after the other, which takes its time
+constexpr std::int64_t kHead = 32768;  // bytes that are looked at
 // Of fax machines at 204 and 408 dots per inch (ITU-T T.4, 2.2), then of A4 and letter sheets at the usual
 // resolutions of scanners.
 constexpr std::array kUsualWidths = {1728, 2048, 2432, 3456, 4096, 4864, 2480, 2550, 2560, 1654, 1656, 1700,
@@ -74,7 +76,7 @@ struct Agreement {
 Agreement MeasureRows(std::span<const std::uint8_t> coded, std::int64_t firstBit, FaxCoding coding) {
   constexpr int kRows = 128;
   // Group 4 coding has no ends of line, and a search for them would go through all of it.
-  constexpr std::int64_t kReach = 8192;
+  constexpr std::int64_t kReach = 4096;
   const auto last = static_cast<std::size_t>(std::min(std::ssize(coded), firstBit / 8 + kReach));
   FaxDecoder decoder(kWidest);
   decoder.Start(coded.first(last), firstBit);
@@ -96,11 +98,10 @@ constexpr std::array kGroup3 = {FaxCoding::kOneDimensional, FaxCoding::kTwoDimen
 bool IsCleanGroup4(std::span<const std::uint8_t> coded) {
   constexpr int kFewest = 16;
   constexpr int kFewestBits = 256;
-  constexpr Trial kMost = {256, 8192};
   FaxDecoder decoder(kWidest);
   const std::int64_t firstBit = SkipWhiteRows(coded, 0);
   return std::any_of(kUsualWidths.begin(), kUsualWidths.end(), [&](int width) {
-    const Progress progress = TryWidth(decoder, coded, firstBit, width, kMost);
+    const Progress progress = TryWidth(decoder, coded, firstBit, width, kThorough);
     return progress.sound && progress.rows >= kFewest && progress.bits >= kFewestBits;
   });
 }
@@ -126,45 +127,44 @@ int FindUsualWidth(std::span<const std::uint8_t> coded) {
   return 0;
 }
 
-std::optional<RawFaxForm> FindGroup3(FaxData& data) {
+std::optional<RawFaxForm> FindGroup3(FaxData& head) {
   constexpr int kFewest = 2;
   for (const bool reversed : {false, true}) {
     int most = kFewest - 1;
     std::optional<RawFaxForm> found;
     for (const FaxCoding coding : kGroup3) {
-      const Agreement rows = MeasureRows(data.Coded(), 0, coding);
+      const Agreement rows = MeasureRows(head.Coded(), 0, coding);
+      if (rows.rows + rows.others < kFewest) break;  // there are no ends of line
       if (rows.rows <= most || rows.others > 3 * rows.rows) continue;
       most = rows.rows;
       found = {coding, reversed, rows.width};
     }
     if (found) return found;
-    data.Reverse();
+    head.Reverse();
   }
   return std::nullopt;
 }
 
-std::optional<RawFaxForm> FindGroup4(FaxData& data) {
+std::optional<RawFaxForm> FindGroup4(FaxData& head) {
   for (const bool reversed : {false, true}) {
-    const int width = FindUsualWidth(data.Coded());
+    const int width = FindUsualWidth(head.Coded());
     if (width != 0) return RawFaxForm{FaxCoding::kGroup4, reversed, width};
-    data.Reverse();
+    head.Reverse();
   }
   // Few rows without a fault show neither width nor order.
   constexpr int kFewest = 8;
   RawFaxForm found;
   int most = kFewest - 1;
   for (const bool reversed : {false, true}) {
-    const int width = FindGroup4Width(data.Coded(), 0);
+    const int width = FindGroup4Width(head.Coded(), 0);
     FaxDecoder decoder(width);
-    const std::int64_t firstBit = SkipWhiteRows(data.Coded(), 0);
-    const int rows = TryWidth(decoder, data.Coded(), firstBit, width, kThorough).rows;
+    const std::int64_t firstBit = SkipWhiteRows(head.Coded(), 0);
+    const int rows = TryWidth(decoder, head.Coded(), firstBit, width, kThorough).rows;
     if (rows > most) found = {FaxCoding::kGroup4, reversed, width};
     most = std::max(most, rows);
-    data.Reverse();
+    head.Reverse();
   }
-  if (found.width == 0) return std::nullopt;
-  if (found.reversed) data.Reverse();
-  return found;
+  return found.width != 0 ? std::optional(found) : std::nullopt;
 }
 
 }  // namespace
@@ -173,11 +173,15 @@ int FindGroup3Width(std::span<const std::uint8_t> coded, std::int64_t firstBit, 
   return MeasureRows(coded, firstBit, coding).width;
 }
 
-int FindGroup4Width(std::span<const std::uint8_t> coded, std::int64_t firstBit, int likely) {
+bool FitsGroup4(std::span<const std::uint8_t> coded, std::int64_t firstBit, int width) {
+  FaxDecoder decoder(width);
+  return TryWidth(decoder, coded, SkipWhiteRows(coded, firstBit), width, kThorough).sound;
+}
+
+int FindGroup4Width(std::span<const std::uint8_t> coded, std::int64_t firstBit) {
   firstBit = SkipWhiteRows(coded, firstBit);
-  FaxDecoder decoder(kWidest);
-  if (likely > 0 && TryWidth(decoder, coded, firstBit, likely, kThorough).sound) return likely;
-  std::vector<int> widths(kWidest);
+  FaxDecoder decoder(kWidestTried);
+  std::vector<int> widths(kWidestTried);
   std::iota(widths.begin(), widths.end(), 1);
   for (const Trial& trial : {Trial{2, 0}, Trial{8, 0}, Trial{32, 0}, kThorough}) {
     std::vector<int> left;
@@ -193,14 +197,14 @@ int FindGroup4Width(std::span<const std::uint8_t> coded, std::int64_t firstBit, 
   return Likeliest(widths);
 }
 
-std::optional<RawFaxForm> FindRawFaxForm(FaxData& data) {
-  const auto found = FindGroup3(data);
-  return found ? found : FindGroup4(data);
+std::optional<RawFaxForm> FindRawFaxForm(const Source& source) {
+  FaxData head = FaxData::Read(source, 0, kHead);
+  const auto found = FindGroup3(head);
+  return found ? found : FindGroup4(head);
 }
 
 bool IsCleanRawFax(const Source& source) {
-  constexpr std::int64_t kEnough = 16384;
-  FaxData head = FaxData::Read(source, 0, kEnough);
+  FaxData head = FaxData::Read(source, 0, kHead);
   for (int order = 0; order < 2; ++order, head.Reverse())
     if (IsCleanGroup3(head.Coded()) || IsCleanGroup4(head.Coded())) return true;
   return false;

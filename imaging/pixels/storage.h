@@ -50,6 +50,11 @@ class PixelStorage {
   /// The selected part; it lies within the image.
   const std::optional<RECT>& Region() const { return m_region; }
   void SetRegion(const std::optional<RECT>& region) { m_region = region; }
+  /// Drops the rows from first on, which isn't 0; the memory stays. For pages whose height shows late.
+  void DropRows(int first) {
+    m_height = first;
+    ++m_revision;
+  }
   /// Exchanges size, depth, colours and pixels; each storage stays itself, so that every record which refers
   /// to it sees what the other held. Both count as changed and lose their regions.
   void Exchange(PixelStorage& other) noexcept;
