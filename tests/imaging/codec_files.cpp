@@ -77,7 +77,12 @@ void SetTags(TIFF* tiff, const TiffForm& form) {
   TIFFSetField(tiff, TIFFTAG_FILLORDER, form.fillOrder);
   TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, form.planar ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
   if (form.compression == COMPRESSION_CCITTFAX3) TIFFSetField(tiff, TIFFTAG_GROUP3OPTIONS, form.g3Options);
-  if (form.photometric == PHOTOMETRIC_YCBCR) TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+  if (form.photometric == PHOTOMETRIC_YCBCR) {
+    if (form.compression == COMPRESSION_JPEG)
+      TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+    else
+      TIFFSetField(tiff, TIFFTAG_YCBCRSUBSAMPLING, 1, 1);
+  }
   const auto extra = static_cast<std::uint16_t>(form.extra);
   if (form.extra >= 0) TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &extra);
   if (form.photometric == PHOTOMETRIC_PALETTE) {

@@ -125,24 +125,6 @@ TEST(Rasters, CutFilesShowTheirPart) {
   }
 }
 
-// A header of one bit wrong gives a picture or a report, and takes no memory that the file can't account for.
-TEST(Rasters, BitsOfTheHeaderTurnedOver) {
-  for (const Bytes& file : MakeRasterSamples())
-    for (std::size_t bit = 0; bit < 8 * std::min<std::size_t>(file.size(), 112); ++bit) {
-      Bytes damaged = file;
-      damaged[bit / 8] = static_cast<std::uint8_t>(damaged[bit / 8] ^ 1U << bit % 8);
-      const Information info = InformMemory(damaged);
-      EXPECT_LE(std::int64_t{info.record.Width} * info.record.Height * info.record.BitsPerPixel, 800'000'000);
-      if (std::int64_t{info.record.Width} * info.record.Height > 4'000'000)
-        continue;  // takes long, tells nothing
-      const Loaded page = LoadMemory(damaged, 1, 8);
-      ASSERT_TRUE(page.pixels != nullptr || !page.error.empty());
-      if (page.pixels != nullptr) {
-        EXPECT_EQ(info.record.Width, page.record.Width) << info.record.Format << " bit " << bit;
-      }
-    }
-}
-
 // Kinds without a mark take nothing that isn't theirs.
 TEST(Rasters, StrangeBytesAreNoPicture) {
   std::uint32_t seed = 3;

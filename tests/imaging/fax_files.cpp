@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "tests/imaging/lossless_files.h"
+
 namespace codec_test {
 namespace {
 
@@ -210,6 +212,26 @@ Bytes MakeEps(const Bytes& preview, bool metafile) {
   SetLittle(file, metafile ? 16 : 24, static_cast<unsigned>(preview.size()), 4);
   Append(file, preview);
   return file;
+}
+
+std::vector<Bytes> MakeArchiveSamples() {
+  constexpr int kWidth = 300;
+  const auto rows = RandomFaxRows(kWidth, 60, 3);
+  const Bytes group4 = EncodeFax(rows, kWidth);
+  const Bytes mixed = EncodeFax(rows, kWidth, COMPRESSION_CCITTFAX3, GROUP3OPT_2DENCODING);
+  const TiffForm color{"color", 8, 3, PHOTOMETRIC_RGB, COMPRESSION_LZW, false, true};
+  IocaForm twoDimensional{kWidth, 60, 0x81};
+  const auto ramp = [](int x, int y, int c) { return (x * 5 ^ y * 3 ^ c * 77) & 255; };
+  return {mixed,
+          EncodeFax(RandomFaxRows(1728, 60, 3), 1728),
+          MakeCals("rpelcnt: 000300,000060\n", group4),
+          MakeIoca({kWidth, 60, 3}, Bytes(38 * 60, 0x35)),
+          MakeModca({MakeIoca({kWidth, 60}, group4), MakeIoca(twoDimensional, mixed)}),
+          MakeIntergraph({9, 64, 40, 6, 0, false}, {Bytes(3000, 3)}),
+          MakeIntergraph({24, kWidth, 60, 4, 512, true}, {group4}),
+          MakeIntergraph({27, 64, 40, 4, 0, false}, {Bytes(3000, 0x83)}),
+          MakeEps(MakeTiff({color})),
+          MakeLosslessJpeg(50, 40, {8, 3, 4, 0, 8}, ramp)};
 }
 
 }  // namespace codec_test

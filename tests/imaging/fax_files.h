@@ -49,4 +49,7 @@ Bytes MakeIntergraph(const IntergraphForm& form, const std::vector<Bytes>& data)
 
 Bytes MakeEps(const Bytes& preview, bool metafile = false);
 
+/// Files with something of everything in them.
+std::vector<Bytes> MakeArchiveSamples();
+
 }  // namespace codec_test
