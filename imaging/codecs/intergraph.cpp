@@ -111,7 +111,9 @@ const char* CompressionName(DataType type) {
 
 /// A signed count: so many bytes follow, or one that is repeated.
 RunStep NextSignedRun(ByteReader& data) {
-  const int count = static_cast<std::int8_t>(data.U8());
+  constexpr int kNegative = 128;
+  int count = data.U8();
+  if (count >= kNegative) count -= 2 * kNegative;
   return {count < 0 ? RunStep::kRepeat : RunStep::kLiteral, std::abs(count)};
 }
 

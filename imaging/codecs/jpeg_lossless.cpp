@@ -159,7 +159,7 @@ void RequireFrame(const Source& source, const JpegHeader& header) {
 class LosslessDecoder {
  public:
   LosslessDecoder(const Source& source, const JpegHeader& header, const LosslessRow& take)
-      : m_source(source), m_header(header), m_take(take), m_reader(source, 2) {}
+      : m_header(header), m_take(take), m_reader(source, 2) {}
 
   int Decode() {
     m_rows.assign(static_cast<std::size_t>(m_header.components), 0);
@@ -262,7 +262,6 @@ class LosslessDecoder {
     m_take(component.index, y, component.row);
   }
 
-  const Source& m_source;
   const JpegHeader& m_header;
   const LosslessRow& m_take;
   ByteReader m_reader;
