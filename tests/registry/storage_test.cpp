@@ -228,6 +228,7 @@ TEST_F(RegistryTest, WhatWasHeldUpIsSavedAtTheEnd) {
 
 TEST_F(RegistryTest, ThreadsShareIt) {
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int thread = 0; thread < 4; ++thread)
     threads.emplace_back([thread] {
       for (int i = 0; i < 20; ++i) {
