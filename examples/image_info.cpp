@@ -16,7 +16,7 @@ namespace {
 
 void PrintPages(const char* file) {
   struct_file_information info{};
-  LEADTOOLS::FileInfo(file, &info, 1, nullptr);
+  LEADTOOLS::FileInfo(file, &info, leadtools12::kInfoCountsPages, nullptr);
   const int pages = info.TotalPages;
   for (int page = 1; page <= pages; ++page) {
     _LOADFILEOPTION options{};

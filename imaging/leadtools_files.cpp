@@ -14,7 +14,6 @@ using namespace imaging;
 
 namespace {
 
-constexpr UINT kCountPages = 1;
 constexpr int kDefaultPassCount = 1;
 
 int PageOf(const _LOADFILEOPTION* options) {
@@ -44,7 +43,7 @@ int Describe(const Source& source, struct_file_information* info, UINT flags,
   const auto reader = OpenReader(source);
   const int page = PageOf(options);
   FillInformation(reader->Describe(page), source, page, *info);
-  if ((flags & kCountPages) != 0) info->TotalPages = reader->CountPages();
+  if ((flags & leadtools12::kInfoCountsPages) != 0) info->TotalPages = reader->CountPages();
   return 1;
 }
 

@@ -18,7 +18,7 @@ class PageSource {
 
   /// options null: the first page. The pages are counted only if that is asked for.
   void Describe(struct_file_information* info, _LOADFILEOPTION* options, bool countPages = false) const {
-    const unsigned flags = countPages ? kCountPages : 0;
+    const unsigned flags = countPages ? leadtools12::kInfoCountsPages : 0;
     if (m_isFile)
       LEADTOOLS::FileInfo(m_path, info, flags, options);
     else
@@ -49,7 +49,6 @@ class PageSource {
   }
 
  private:
-  static constexpr unsigned kCountPages = 1;
   static constexpr unsigned kLoadFlags = 3;
 
   PageSource(bool isFile, const char* path, char* block, long size)

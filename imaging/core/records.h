@@ -52,6 +52,9 @@ struct struct_file_information {
   int DamagedRows;
 };
 
+/// Flag of FileInfo and FileInfoMemory: TotalPages is to be filled.
+inline constexpr UINT kInfoCountsPages = 1;
+
 /// Bit of InfoFlags: the record describes the page already, and LoadFile and LoadMemory leave it as it is.
 inline constexpr int kInfoIsFilled = 8192;
 

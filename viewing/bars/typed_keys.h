@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/framework/frame_wnd.h"
+#include "platform/window/control_messages.h"
 
 // What the fields for pages and scales let through, and how they hand on what was typed.
 
