@@ -10,6 +10,7 @@
 HINSTANCE g_hLibraryInstance = nullptr;
 AFX_EXTENSION_MODULE g_extensionModule{};
 int g_bFilesOpeningEnabled = 0;
+int g_bPrintJobReportsEnabled = 1;
 
 namespace {
 
@@ -59,6 +60,10 @@ const Attachment g_attachment;
 
 void EnableFilesOpening(int bEnable) {
   g_bFilesOpeningEnabled = bEnable;
+}
+
+void EnablePrintJobReports(int bEnable) {
+  g_bPrintJobReportsEnabled = bEnable;
 }
 
 void InitTessarelExtDLL() {

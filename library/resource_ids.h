@@ -76,6 +76,10 @@ enum : UINT {
   IDS_ZP_NO_DETAILS = 40032,
   IDS_ZP_PAGE_CAPTION = 40033,
   IDS_ZP_PAGE_UNSUPPORTED = 40034,
+  IDS_ZP_PRINT_NO_ANSWER = 41001,
+  IDS_ZP_JOB_STOPPED = 41002,
+  IDS_ZP_JOB_CANCELLED = 41003,
+  IDS_ZP_JOB_REFUSED = 41004,
 };
 
 // Menus, dialogs and pictures. Kinds count apart, so a menu, a cursor and an icon may have one number.

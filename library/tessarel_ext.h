@@ -11,6 +11,10 @@ extern "C" {
 /// call.
 TESSAREL_API void EnableFilesOpening(int bEnable);
 
+/// Zero: what befalls a print job after its queue took it (the printer is stopped, the job is cancelled or
+/// refused) is no longer told to the report of the command that printed. It is before the first call.
+TESSAREL_API void EnablePrintJobReports(int bEnable);
+
 /// Registers the library anew with the module state in force at the call, so that whoever runs under that
 /// state finds the library's resources and classes. For hosts that are libraries themselves.
 TESSAREL_API void InitTessarelExtDLL();

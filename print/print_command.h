@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/failure.h"
+#include "library/library_entry.h"
 #include "platform/framework/app.h"
 #include "print/print_dialogs.h"
 #include "print/print_failure.h"
@@ -32,9 +33,19 @@ class JobWatch {
   static inline JobWatch* s_innermost = nullptr;
 };
 
+/// Tells the report once if the queue's printer stops, or drops a job that it has taken; nothing where the
+/// host has switched that off.
+inline platform::JobTroubleReport JobReport(ReportErrorFunction report) {
+  if (g_bPrintJobReportsEnabled == 0) return nullptr;
+  return [report](platform::JobTrouble trouble, const std::string& printer) {
+    ReportJobTrouble(trouble, printer, report);
+  };
+}
+
 /// Runs a job. False: it has failed, and the user knows.
 template <class Job>
 bool RunPrintJob(ReportErrorFunction report, const Job& job) {
+  const platform::JobFollower follower(JobReport(report));
   try {
     job();
     return true;

@@ -22,6 +22,8 @@ UINT TextOf(int code) {
       return IDS_ZP_PRINT_ERROR;
     case SP_OUTOFDISK:
       return IDS_ZP_PRINT_NO_DISK;
+    case SP_NOANSWER:
+      return IDS_ZP_PRINT_NO_ANSWER;
     case SP_OUTOFMEMORY:
       return IDS_ZP_PRINT_NO_MEMORY;
     default:
@@ -43,6 +45,17 @@ void ReportPrintFailure(int code, ReportErrorFunction report) {
     AfxMessageBox(text, MB_OK);
   else
     ReportText(text, report);
+}
+
+void ReportJobTrouble(platform::JobTrouble trouble, const std::string& printer, ReportErrorFunction report) {
+  const bool stopped = trouble == platform::JobTrouble::Stopped;
+  const bool cancelled = trouble == platform::JobTrouble::Cancelled;
+  CString text;
+  text.FormatMessage(stopped     ? IDS_ZP_JOB_STOPPED
+                     : cancelled ? IDS_ZP_JOB_CANCELLED
+                                 : IDS_ZP_JOB_REFUSED,
+                     printer.c_str());
+  report(0, text);
 }
 
 void ReportUnknownPrintFailure(ReportErrorFunction report) {

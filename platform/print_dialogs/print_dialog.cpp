@@ -30,7 +30,8 @@ DWORD FaultOf(const PRINTDLGA& dialog) {
 PrintChoice ChoiceOf(const PRINTDLGA& dialog) {
   PrintChoice choice;
   PrintDialogRequest& request = choice.request;
-  choice.queues = platform::CurrentPrintService().Queues().value_or(std::vector<PrintQueue>{});
+  choice.queues =
+      platform::CurrentPrintService().Queues(platform::ListAge::New).value_or(std::vector<PrintQueue>{});
   for (const PrintQueue& queue : choice.queues) {
     request.printers.push_back(queue.name);
     if (request.printer.empty() || queue.isDefault) request.printer = queue.name;

@@ -73,7 +73,9 @@ BOOL EnumPrintersA(DWORD flags, LPCSTR server, DWORD level, BYTE* buffer, DWORD 
   if (server != nullptr && *server != 0) return Refuse(ERROR_INVALID_NAME);
   std::vector<PrintQueue> queues;
   if ((flags & (PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS)) != 0) {
-    auto known = platform::CurrentPrintService().Queues();
+    // The call that asks for the size begins anew; the one that takes the records must find the same ones.
+    const auto age = buffer == nullptr ? platform::ListAge::New : platform::ListAge::FewSeconds;
+    auto known = platform::CurrentPrintService().Queues(age);
     if (!known) return Refuse(RPC_S_SERVER_UNAVAILABLE);
     queues = std::move(*known);
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/graphics/gdi_constants.h"
+#include "platform/spooler/detail/job_following.h"
 
 namespace platform {
 
@@ -60,7 +61,9 @@ int Job::Finish(const std::string& queue, const std::function<bool()>& goOn) {
     const int error = m_file.Commit();
     return error == 0 ? 1 : error;
   }
-  return CurrentPrintService().Send(queue, {m_file, m_title, m_firstPaper, goOn});
+  const int sent = CurrentPrintService().Send(queue, {m_file, m_title, m_firstPaper, goOn});
+  FollowJob(queue, sent);
+  return sent;
 }
 
 }  // namespace platform

@@ -94,6 +94,7 @@ enum : int {
   SP_USERABORT = -3,
   SP_OUTOFDISK = -4,
   SP_OUTOFMEMORY = -5,
+  SP_NOANSWER = -50,  ///< ours: the print service doesn't answer
 };
 
 using ABORTPROC = BOOL (*)(HDC dc, int error);

@@ -10,15 +10,15 @@ PrintService& CurrentPrintService() {
 }
 
 std::optional<PrintQueue> FindQueue(const std::string& name) {
-  const auto queues = CurrentPrintService().Queues();
-  if (queues)
-    for (const PrintQueue& queue : *queues)
-      if (queue.name == name) return queue;
+  for (const ListAge age : {ListAge::FewSeconds, ListAge::New})
+    if (const auto queues = CurrentPrintService().Queues(age))
+      for (const PrintQueue& queue : *queues)
+        if (queue.name == name) return queue;
   return std::nullopt;
 }
 
 std::optional<PrintQueue> DefaultQueue() {
-  const auto queues = CurrentPrintService().Queues();
+  const auto queues = CurrentPrintService().Queues(ListAge::New);
   if (queues)
     for (const PrintQueue& queue : *queues)
       if (queue.isDefault) return queue;

@@ -106,6 +106,10 @@ std::size_t SpoolFile::Read(std::size_t position, std::span<std::uint8_t> buffer
   return got < 0 ? 0 : static_cast<std::size_t>(got);
 }
 
+FileDescriptor SpoolFile::Duplicate() const {
+  return FileDescriptor(::fcntl(m_file.Get(), F_DUPFD_CLOEXEC, 0));
+}
+
 int SpoolFile::Commit() {
   if (Flush() != 0) return m_error;
   // Some file systems tell of a full disk only here.

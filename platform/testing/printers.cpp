@@ -33,7 +33,7 @@ class TestService : public PrintService {
   explicit TestService(std::span<const TestPrinter> printers)
       : m_printers(printers.begin(), printers.end()) {}
 
-  std::optional<std::vector<PrintQueue>> Queues() override {
+  std::optional<std::vector<PrintQueue>> Queues(ListAge /*age*/) override {
     std::vector<PrintQueue> queues;
     for (const auto& printer : m_printers) queues.push_back(QueueOf(printer));
     return queues;

@@ -76,12 +76,14 @@ class Cups : public PrintTest {
     if (!WriteFiles()) return;
     // Own files, after those that go to the service's user: it runs no filter that others may change.
     const std::filesystem::path filter = s_folder / "filter";
-    std::ofstream(filter) << "#!/bin/sh\nif [ -n \"$6\" ]; then cat \"$6\"; else cat; fi\n";
+    std::ofstream(filter) << "#!/bin/sh\necho \"$5\" > $(dirname \"$0\")/out/options\nif [ -n \"$6\" ]; then "
+                             "cat \"$6\"; else cat; fi\n";
     std::filesystem::permissions(filter, std::filesystem::perms(0755));
     std::string driver = kCupsDriver;
     driver.replace(driver.find("FILTER"), 6, filter.string());
     std::ofstream(s_folder / "test.ppd") << driver;
     setenv("CUPS_SERVER", Socket().c_str(), 1);
+    setenv("HOME", s_folder.c_str(), 1);  // whose saved options count
     Start();
   }
   static void TearDownTestSuite() {
@@ -110,7 +112,17 @@ class Cups : public PrintTest {
     };
     if (!WaitFor(known)) GTEST_SKIP() << "built without a print service";
   }
-  void TearDown() override { Output("lpadmin -x Prova"); }
+  void TearDown() override {
+    Output("lpadmin -x Prova");
+    std::filesystem::remove_all(s_folder / ".cups");
+  }
+  /// What the user has saved with lpoptions.
+  static void SaveOptions(const std::string& lines) {
+    std::filesystem::create_directory(s_folder / ".cups");
+    std::ofstream(s_folder / ".cups" / "lpoptions") << lines;
+  }
+  /// The options that the job's filter was started with.
+  static std::string Ticket() { return " " + Read((s_folder / "out" / "options").string()); }
 
   /// The queue's record, which lies in the buffer; null while there is none.
   static const PRINTER_INFO_2A* FindQueue(std::vector<BYTE>& buffer) {
@@ -130,8 +142,8 @@ class Cups : public PrintTest {
   static std::string Socket() { return (s_folder / "sock").string(); }
   static std::string Printed() { return (s_folder / "out" / "printed").string(); }
 
-  HDC StartOnePage() const {
-    const HDC dc = CreateDCA(nullptr, "Prova", nullptr, nullptr);
+  HDC StartOnePage(const char* queue = "Prova") const {
+    const HDC dc = CreateDCA(nullptr, queue, nullptr, nullptr);
     const DOCINFOA info{sizeof info, "Città", nullptr, nullptr, 0};
     EXPECT_GT(StartDocA(dc, &info), 0);
     EXPECT_GT(StartPage(dc), 0);

@@ -47,6 +47,12 @@ struct PrintJob {
   std::function<bool()> goOn;
 };
 
+/// What the service says of a job that it has taken.
+enum class JobState { Unknown, Waiting, Done, Stopped, Cancelled, Refused };
+
+/// How old a list of queues may be.
+enum class ListAge { FewSeconds, New };
+
 /// The desktop's print service, or what stands in for it.
 class PrintService {
  public:
@@ -55,15 +61,19 @@ class PrintService {
   PrintService& operator=(const PrintService&) = delete;
   virtual ~PrintService() = default;
 
-  /// None if the service can't be reached.
-  virtual std::optional<std::vector<PrintQueue>> Queues() = 0;
-  /// Above 0, or SP_... and the queue holds nothing of the job.
+  /// None if the service can't be reached. One that is slow to answer is waited for briefly only: then the
+  /// list is that of the time before.
+  virtual std::optional<std::vector<PrintQueue>> Queues(ListAge age) = 0;
+  /// The job's number, above 0; or SP_... and the queue holds nothing of the job.
   virtual int Send(const std::string& queue, const PrintJob& job) = 0;
+  /// A question that can be asked on any thread; none where there is nothing to follow.
+  virtual std::function<JobState()> StateOf(const std::string& /*queue*/, int /*job*/) { return nullptr; }
 };
 
 PrintService& CurrentPrintService();
-/// A queue by its exact name.
+/// A queue by its exact name. Asks the service anew before it says that there is none.
 std::optional<PrintQueue> FindQueue(const std::string& name);
+/// The user's default queue at this moment.
 std::optional<PrintQueue> DefaultQueue();
 
 /// The print service of this system; without one, a service that can't be reached.

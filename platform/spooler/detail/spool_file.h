@@ -40,6 +40,8 @@ class SpoolFile {
   int Flush();
   /// The file's bytes from a position on; none at the end or after an error, which Error tells.
   std::size_t Read(std::size_t position, std::span<std::uint8_t> buffer);
+  /// The same file for a reader that may outlive this object.
+  FileDescriptor Duplicate() const;
   /// Puts the finished file in the place of the target. 0, or SP_...
   int Commit();
 
