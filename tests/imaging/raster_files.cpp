@@ -36,7 +36,8 @@ Bytes Text(const std::string& text) {
 // The picture: runs at the left, which may go on in the next row, and noise at the right.
 
 int Index(int x, int y, int bits) {
-  return (x < 7 ? y / 2 * 5 + 3 : x * 3 + y * 7 + x * y) & ((1 << bits) - 1);
+  const std::int64_t value = x < 7 ? y / 2 * 5 + 3 : x * 3 + y * 7 + x * y;
+  return static_cast<int>(value & ((std::int64_t{1} << bits) - 1));
 }
 Color Entry(int i) {
   return {i * 37 & 255, (255 - i * 11) & 255, i * 73 & 255, 255};
