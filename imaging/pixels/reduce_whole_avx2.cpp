@@ -130,6 +130,24 @@ struct Eighth {
   }
 };
 
+/// Blocks of 16 by 16: two bytes of 16 rows. count * 255 / 256, cut off, is one less than the count, but 0
+/// stays.
+struct Sixteenth {
+  static constexpr std::size_t kOutputs = 16;
+  __m256i bits = Table(kBitsOfNibble);
+  TARGET_AVX2 Sixteenth() = default;
+
+  TARGET_AVX2 void Run(const Job& job, const std::uint8_t* source, std::uint8_t* out) const {
+    const __m256i upper = CountEightRows(job, source, bits);
+    const __m256i lower = CountEightRows(job, source + 8 * job.blocks.sourcePitch, bits);
+    const __m256i counts = _mm256_maddubs_epi16(_mm256_add_epi8(upper, lower), _mm256_set1_epi8(1));
+    const __m256i gray = _mm256_subs_epu16(counts, _mm256_set1_epi16(1));
+    // Packing works within the halves of a register.
+    const __m256i packed = _mm256_permute4x64_epi64(_mm256_packus_epi16(gray, gray), 0x08);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm256_castsi256_si128(packed));
+  }
+};
+
 template <typename Step>
 TARGET_AVX2 void ReduceInSteps(const Job& job) {
   const Step step;
@@ -233,6 +251,8 @@ bool ReduceWhole(const TwoLevelBlocks& blocks) {
     ReduceInSteps<Quartering>(job);
   else if (blocks.divisor == 8)
     ReduceInSteps<Eighth>(job);
+  else if (blocks.divisor == 16)
+    ReduceInSteps<Sixteenth>(job);
   else if (blocks.divisor % 8 == 0)
     ReduceByBytes(job);
   else
