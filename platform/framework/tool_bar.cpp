@@ -44,11 +44,6 @@ void CToolBar::SetSizes(SIZE button, SIZE image) {
   m_bDelayedButtonLayout = TRUE;
 }
 
-void CToolBar::SetHeight(int height) {
-  m_height = height;
-  m_bDelayedButtonLayout = TRUE;
-}
-
 // Buttons
 
 BOOL CToolBar::SetButtons(const UINT* ids, int count) {
@@ -197,8 +192,7 @@ CSize CToolBar::CalcFixedLayout(BOOL stretch, BOOL horizontal) {
   const CSize whole = CControlBar::CalcFixedLayout(stretch, horizontal);
   const platform::ToolbarRecord* toolbar = platform::FindToolbar(m_hWnd);
   if (toolbar == nullptr) return whole;
-  CSize size = toolbar->Extent();
-  if (horizontal != 0 && m_height > 0) size.cy = m_height;
+  const CSize size = toolbar->Extent();
   return {std::max(size.cx, whole.cx), std::max(size.cy, whole.cy)};
 }
 

@@ -15,7 +15,6 @@ enum : UINT {
   TBBS_DISABLED = TBSTATE_ENABLED << 16,
   TBBS_HIDDEN = TBSTATE_HIDDEN << 16,
   TBBS_INDETERMINATE = TBSTATE_INDETERMINATE << 16,
-  TBBS_WRAPPED = TBSTATE_WRAP << 16,
 };
 
 /// The control itself, for programs that send it the TB_ messages by name.
@@ -62,7 +61,6 @@ class PLATFORM_API CToolBar : public CControlBar {
                 UINT id = AFX_IDW_TOOLBAR);
 
   void SetSizes(SIZE button, SIZE image);
-  void SetHeight(int height);
   /// Takes the place of all buttons; 0 is a separator. With null, count empty buttons.
   BOOL SetButtons(const UINT* ids, int count);
 
@@ -101,7 +99,6 @@ class PLATFORM_API CToolBar : public CControlBar {
 
   mutable CToolBarCtrl m_control;  ///< this bar's window under the control's interface
   POINT m_childCorner = {0, 0};    ///< corner of the buttons to which the child windows were placed
-  int m_height = 0;                ///< given by SetHeight, 0: as high as the buttons need
 
   DECLARE_MESSAGE_MAP()
 };

@@ -4,7 +4,7 @@
 #include "platform/window/window.h"
 
 // Document windows inside a main window. A window of class "MDICLIENT" fills the main window's client area;
-// its children, made with WM_MDICREATE or the style WS_EX_MDICHILD, have a title bar and move inside it. One
+// its children, made with the style WS_EX_MDICHILD, have a title bar and move inside it. One
 // of them is active. A maximised one fills the client: its title joins the main window's, and its buttons
 // stand in the main window's menu bar.
 
@@ -15,7 +15,7 @@ struct tagCLIENTCREATESTRUCT {
 };
 using CLIENTCREATESTRUCT = tagCLIENTCREATESTRUCT;
 
-/// lParam of WM_MDICREATE, and lpCreateParams of a document window.
+/// lpCreateParams of a document window.
 struct tagMDICREATESTRUCT {
   LPCSTR szClass;
   LPCSTR szTitle;

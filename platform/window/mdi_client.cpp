@@ -148,15 +148,6 @@ void LeaveMdi(HWND child) {
 
 namespace {
 
-LRESULT CreateChild(HWND client, const MDICREATESTRUCT& wanted) {
-  constexpr DWORD kAlways = WS_CHILD | WS_VISIBLE | WS_OVERLAPPEDWINDOW;
-  MDICREATESTRUCT params = wanted;
-  const HWND child =
-      CreateWindowEx(WS_EX_MDICHILD, wanted.szClass, wanted.szTitle, wanted.style | kAlways, wanted.x,
-                     wanted.y, wanted.cx, wanted.cy, client, nullptr, wanted.hOwner, &params);
-  return reinterpret_cast<LRESULT>(child);
-}
-
 LRESULT SetFrameMenu(MdiClient& client, HMENU menu, HMENU windowMenu) {
   const HWND frame = client.frame;
   const HMENU former = GetMenu(frame);
@@ -206,19 +197,11 @@ LRESULT ClientProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   if (client == nullptr) return DefWindowProc(handle, message, wParam, lParam);
   const auto child = reinterpret_cast<HWND>(wParam);
   switch (message) {
-    case WM_MDICREATE:
-      return CreateChild(handle, *reinterpret_cast<const MDICREATESTRUCT*>(lParam));
-    case WM_MDIDESTROY:
-      if (GetParent(child) == handle) DestroyWindow(child);
-      return 0;
     case WM_MDIACTIVATE:
       ActivateMdiChild(handle, child);
       return 0;
     case WM_MDIMAXIMIZE:
       ShowMdiChild(child, SW_SHOWMAXIMIZED);
-      return 0;
-    case WM_MDIRESTORE:
-      ShowMdiChild(child, SW_RESTORE);
       return 0;
     case WM_MDINEXT:
       GoToNext(handle, child, lParam != 0);
@@ -236,9 +219,6 @@ LRESULT ClientProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
       return GetActive(*client, lParam);
     case WM_MDISETMENU:
       return SetFrameMenu(*client, reinterpret_cast<HMENU>(wParam), reinterpret_cast<HMENU>(lParam));
-    case WM_MDIREFRESHMENU:
-      RefreshMdiList(*client, true);
-      return reinterpret_cast<LRESULT>(GetMenu(client->frame));
     case WM_SIZE:
       FitMdiChildren(handle);
       return 0;

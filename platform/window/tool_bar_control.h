@@ -7,7 +7,7 @@
 
 #define TOOLBARCLASSNAME "ToolbarWindow32"
 
-enum : DWORD { TBSTYLE_TOOLTIPS = 0x100, TBSTYLE_WRAPABLE = 0x200, TBSTYLE_FLAT = 0x800 };
+enum : DWORD { TBSTYLE_FLAT = 0x800 };
 
 /// Styles of a button.
 enum : BYTE {
@@ -24,7 +24,6 @@ enum : BYTE {
   TBSTATE_ENABLED = 4,
   TBSTATE_HIDDEN = 8,
   TBSTATE_INDETERMINATE = 16,
-  TBSTATE_WRAP = 32,
 };
 
 struct tagTBBUTTON {
