@@ -1,3 +1,14 @@
+# What meets bytes from outside ends at the first overrun instead of going on: checked calls, guarded stacks, tables that
+# the loader closes. tools/check_hardening looks at the outcome. The sanitizers bring checks of their own.
+function(tessarel_harden name)
+  target_link_options(${name} PRIVATE -Wl,-z,relro,-z,now,-z,noexecstack)
+  if(NOT TESSAREL_SANITIZE)
+    target_compile_options(${name} PRIVATE -fstack-protector-strong)
+    # Checked calls need the optimizer's knowledge of sizes.
+    target_compile_options(${name} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=3>)
+  endif()
+endfunction()
+
 # The shared libraries; each folder adds its own sources to its library.
 function(tessarel_library name)
   add_library(${name} SHARED)
@@ -8,6 +19,7 @@ function(tessarel_library name)
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/tessarel12>)
   target_compile_features(${name} PUBLIC cxx_std_20)
   target_compile_definitions(${name} PRIVATE ${name}_BUILD)
+  tessarel_harden(${name})
 endfunction()
 
 tessarel_library(TessarelPlatform)
