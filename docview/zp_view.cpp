@@ -43,6 +43,7 @@ CZPDoc* CZPView::Document() const {
 }
 
 void CZPView::ForgetBitmap() {
+  BreakOff();
   m_pBitmap = nullptr;
   FreeSmartBitmap();
 }
@@ -91,6 +92,8 @@ void CZPView::UpdateZoomStatus() {
 }
 
 int CZPView::SetMouseMode(int mode) {
+  // A selection goes before any mode, and goes on.
+  if (mode != m_nMouseMode && m_bZoomSelect == 0) BreakOff();
   m_nMouseMode = mode;
   POINT pointer;
   GetCursorPos(&pointer);

@@ -17,6 +17,7 @@ void CImageWindow::FreeBitmaps() {
 }
 
 void CImageWindow::Initialize() {
+  BreakOff();
   m_bMultiLevel = false;
   m_nCurrPage = 0;
   m_nRotation = 0;
@@ -95,8 +96,8 @@ bool CImageWindow::LoadPage(int page) {
     MakePixelsSquare();
   } catch (CLeadtoolsException* exception) {
     FreeBitmaps();
+    m_nCurrPage = page;  // before the report, which may open something else
     Report(exception);
-    m_nCurrPage = page;
     return false;
   }
   m_nCurrPage = page;

@@ -83,6 +83,8 @@ int CImageWindow::OnCreate(LPCREATESTRUCT cs) {
 // Mouse modes
 
 void CImageWindow::SetMouseMode(int mode) {
+  // A selection goes before any mode, and goes on.
+  if (mode != m_nMouseMode && !m_bZoomSelect) BreakOff();
   m_nMouseMode = mode;
   ShowModeCursor(ClickZoomsIn(), true);  // the limit isn't looked at before the pointer moves again
 }

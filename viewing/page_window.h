@@ -128,6 +128,8 @@ class CPageWindow : public Base {
   void ZoomToSelection();
   /// Draws the frame of a selection again over what was just painted.
   void RestoreBand(CDC* dc);
+  /// Ends a drag or a selection whose button is still down: what it works on goes, or another mode comes.
+  void BreakOff();
 
   /// Paints the page. False: there is none, or it can't be painted, which has been reported.
   bool PaintShown(HDC dc, RECT* clip);

@@ -155,6 +155,33 @@ TEST_F(ViewMouse, ASelectionThatIsBrokenOffStaysArmed) {
   EXPECT_EQ(view->trace, "mode0 ") << "by the operation that a host can take over";
 }
 
+TEST_F(ViewMouse, WhatEndsADragOrASelectionFreesTheMouse) {
+  const std::string path = File({Page{2000, 1600, 8}});
+  const struct {
+    const char* what;
+    bool selecting;
+    std::function<void()> act;
+  } rows[] = {{"mode", false, [this] { view->SetMouseMode(ViewMouseZoomIn); }},
+              {"arming", false, [this] { view->ToggleZoomSelect(); }},
+              {"open", false, [&] { document->OnOpenDocument(path.c_str()); }},
+              {"disarming", true, [this] { view->ToggleZoomSelect(); }},
+              {"the page goes", true, [this] { view->ForgetBitmap(); }}};
+  for (const auto& row : rows) {
+    document->OnOpenDocument(path.c_str());
+    view->SetMouseMode(ViewMouseDrag);
+    if ((view->IsZoomSelected() != 0) != row.selecting) view->ToggleZoomSelect();
+    Settle();
+    const unsigned ground = Pixel(60, 90);
+    Press({60, 50});
+    if (row.selecting) Move({160, 120});
+    ASSERT_EQ(::GetCapture(), view->m_hWnd) << row.what;
+    EXPECT_EQ(Pixel(60, 90) != ground, row.selecting) << row.what;
+    row.act();
+    EXPECT_EQ(::GetCapture(), nullptr) << row.what;
+    EXPECT_EQ(Pixel(60, 90), ground) << row.what << ": no band is left";
+  }
+}
+
 TEST_F(ViewMouse, WheelAndKeys) {
   platform::testing::TurnWheel(*view, {50, 50}, 120, false, true);
   platform::testing::PumpUntilIdle();

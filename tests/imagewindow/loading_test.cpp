@@ -5,6 +5,7 @@
 #include <functional>
 #include <iterator>
 
+#include "tests/frames/broken_pages.h"
 #include "tests/imagewindow/window_fixture.h"
 
 namespace {
@@ -83,6 +84,23 @@ TEST_F(Loading, OpeningCountsPagesAndDecodesNothing) {
   EXPECT_FALSE(IsInvalid());
   window->m_strFilePath = "C:\\faxes\\in.tif";
   EXPECT_EQ(window->GetFileName(), "in.tif");
+}
+
+TEST_F(Loading, AReportMayOpenAnotherFile) {
+  const std::string broken = WriteFile({{60, 50, 8}, {60, 50, 8}}, "broken.tif");
+  test_pages::BreakPage(broken, 2);
+  static std::string other;
+  static TestWindow* reporting;
+  other = WriteFile(Mixed(), "other.tif");
+  reporting = window.get();
+  ASSERT_TRUE(window->OpenImageFile(broken.c_str()));
+  window->SetReportErrorCallBack([](int, CString) {
+    reporting->OpenImageFile(other.c_str());
+    reporting->LoadPage(1);
+  });
+  EXPECT_FALSE(window->LoadPage(2));
+  EXPECT_EQ(window->GetCurrPage(), 1) << "of what is shown now";
+  EXPECT_EQ(window->m_Bitmap.Width, 100);
 }
 
 TEST_F(Loading, AFileMayBeOpenedAgainByTheWindowsOwnPath) {

@@ -1,5 +1,7 @@
 // Real mouse input and what it does to scale, position and picture.
 
+#include <functional>
+
 #include "library/resource_ids.h"
 #include "platform/framework/menu.h"
 #include "tests/imagewindow/window_fixture.h"
@@ -176,6 +178,47 @@ TEST_F(Mouse, TheBandIsDrawnAndTakenOffExactly) {
   Release({140, 30});
   EXPECT_EQ(window->m_ptScroll, place);
   EXPECT_EQ(window->m_dScaleFactor, 1.0);
+}
+
+TEST_F(Mouse, WhatEndsADragOrASelectionFreesTheMouse) {
+  Show({{2000, 1600}});
+  window->ShowScrollBar(SB_BOTH, FALSE);
+  Settle();
+  const auto before = Picture();
+  const std::string other = WriteFile({{2000, 1600}}, "other.tif");
+  const struct {
+    const char* what;
+    bool selecting;
+    bool frees;
+    std::function<void()> act;
+  } rows[] = {
+      {"mode", false, true, [this] { window->SetMouseMode(MouseModeZoomIn); }},
+      {"the same mode", false, false, [this] { window->SetMouseMode(MouseModeDrag); }},
+      {"arming", false, true, [this] { window->ToggleZoomSelect(); }},
+      {"open", false, true, [&] { window->OpenImageFile(other.c_str()); }},
+      {"disarming", true, true, [this] { window->ToggleZoomSelect(); }},
+      {"mode in a selection", true, false, [this] { window->SetMouseMode(MouseModeZoomIn); }},
+      {"open in a selection", true, true, [&] { window->OpenImageFile(other.c_str()); }},
+  };
+  for (const auto& row : rows) {
+    window->SetMouseMode(MouseModeDrag);
+    if (window->IsZoomSelected() != row.selecting) window->ToggleZoomSelect();
+    Press({60, 50});
+    if (row.selecting) Move({160, 120});
+    ASSERT_EQ(::GetCapture(), window->m_hWnd) << row.what;
+    row.act();
+    EXPECT_EQ(::GetCapture() == nullptr, row.frees) << row.what;
+    if (row.frees) {
+      EXPECT_EQ(Picture(), before) << row.what << ": no band is left";
+      Release({160, 120});
+      EXPECT_EQ(window->m_dScaleFactor, 1.0) << row.what;
+    }
+    ::ReleaseCapture();
+    window->OpenImageFile(other.c_str());
+    window->LoadPage(1);
+    window->ShowScrollBar(SB_BOTH, FALSE);
+    Settle();
+  }
 }
 
 // Cursors

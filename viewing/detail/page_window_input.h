@@ -120,8 +120,10 @@ void CPageWindow<Base>::ZoomAt(CPoint point) {
 
 template <typename Base>
 void CPageWindow<Base>::ToggleZoomSelect() {
-  Self().m_bZoomSelect = !Self().m_bZoomSelect;
-  if (Self().m_bZoomSelect)
+  const bool armed = !Self().m_bZoomSelect;
+  BreakOff();  // a drag, or a selection with its frame
+  Self().m_bZoomSelect = armed;
+  if (armed)
     SetCursor(LoadCursor(nullptr, IDC_CROSS));
   else
     Self().SetMouseMode(Self().m_nMouseMode);
@@ -158,6 +160,13 @@ void CPageWindow<Base>::RestoreBand(CDC* dc) {
   if (!Self().m_bZoomSelect || ::GetCapture() != this->m_hWnd) return;
   dc->DrawDragRect(mouse::SelectionRect(Self().m_ptSelStart, Self().m_ptSelEnd), kBandSides, nullptr,
                    kBandSides);
+}
+
+template <typename Base>
+void CPageWindow<Base>::BreakOff() {
+  if (this->m_hWnd == nullptr || ::GetCapture() != this->m_hWnd) return;
+  if (Self().m_bZoomSelect && !Traits::kWatchesCapture) MoveBand(CRect(0, 0, 0, 0));
+  ReleaseCapture();
 }
 
 // Keyboard
