@@ -3,6 +3,7 @@
 #include <cstring>
 #include <vector>
 
+#include "frames/detail/modal_block.h"
 #include "frames/viewer_frame.h"
 #include "library/resource_ids.h"
 #include "platform/base/file.h"
@@ -118,16 +119,19 @@ bool CViewerFrame<Base>::RunModal(CViewerFrame* frame, CWnd* parent, const char*
   frame->ShowWindow(SW_SHOW);
   if constexpr (Traits::kHasSiblings) frame->MDIActivate();
   frame->UpdateWindow();
-  const HWND disabled = disableParent && parent != nullptr ? parent->m_hWnd : nullptr;
-  EnableWindow(disabled, FALSE);
+  const HWND above = ::GetParent(frame->m_hWnd);
+  ModalBlock block;
+  if (disableParent && parent != nullptr) block.Block(frame->m_hWnd, parent->m_hWnd);
   frame->m_bModal = true;
   const bool alive = frame->DoModalLoop();
   // Before the frame goes, so that the desktop makes the parent the active window.
-  EnableWindow(disabled, TRUE);
+  block.Release();
   if (alive) {
     frame->m_bModal = false;
     frame->DestroyWindow();
   }
+  // It was hidden while none of its siblings could come up in its place.
+  if (Traits::kHasSiblings && ::SendMessage(above, WM_MDIGETACTIVE) == 0) ::SendMessage(above, WM_MDINEXT);
   return true;
 }
 
@@ -148,6 +152,11 @@ template <typename Base>
 bool CViewerFrame<Base>::DoModalLoop() {
   const HWND self = this->m_hWnd;
   const auto alive = [self] { return ::IsWindow(self) != FALSE; };
+  const auto ended = [this] {
+    if (this->ContinueModal() != FALSE) return false;
+    this->m_nFlags &= ~(WF_MODALLOOP | WF_CONTINUEMODAL);
+    return true;
+  };
   HWND owner = ::GetParent(self);
   if (owner == nullptr) owner = ::GetWindow(self, GW_OWNER);
   this->m_nFlags |= WF_MODALLOOP | WF_CONTINUEMODAL;
@@ -159,6 +168,7 @@ bool CViewerFrame<Base>::DoModalLoop() {
       if (owner != nullptr)
         ::SendMessage(owner, WM_ENTERIDLE, MSGF_DIALOGBOX, reinterpret_cast<LPARAM>(self));
       if (!alive()) return false;
+      if (ended()) return true;  // by a loop that ran within
     }
     do {
       if (thread->PumpMessage() == FALSE) {
@@ -166,10 +176,7 @@ bool CViewerFrame<Base>::DoModalLoop() {
         return alive();
       }
       if (!alive()) return false;
-      if (this->ContinueModal() == FALSE) {
-        this->m_nFlags &= ~(WF_MODALLOOP | WF_CONTINUEMODAL);
-        return true;
-      }
+      if (ended()) return true;
       // The host's idle work doesn't run while this loop has the thread.
       if (thread->IsIdleMessage(message) != FALSE) {
         this->OnIdleUpdateCmdUI();
@@ -185,10 +192,13 @@ void CViewerFrame<Base>::OnClose() {
   m_pImageWnd = nullptr;
   delete m_pThumbsWnd;
   m_pThumbsWnd = nullptr;
-  if (m_bModal)
-    this->EndModalLoop(0);
-  else
+  if (!m_bModal) {
     CFrameWnd::OnClose();
+    return;
+  }
+  this->EndModalLoop(0);
+  // A loop that runs within this one, of another viewer for example, may keep it for a while.
+  this->ShowWindow(SW_HIDE);
 }
 
 template <typename Base>

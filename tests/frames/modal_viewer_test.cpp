@@ -160,6 +160,71 @@ TEST_F(ModalViewer, StandsInAnother) {
   EXPECT_TRUE(host->IsWindowEnabled());
 }
 
+TEST_F(ModalViewer, TwoOfOneParent) {
+  const std::string path = WriteFile(2);
+  for (const bool outerFirst : {false, true}) {
+    HWND outer = nullptr;
+    host->steps = {[&](HWND viewer) {
+                     outer = viewer;
+                     EXPECT_TRUE(CImageFrame::DoModalViewer(host, path.c_str(), "Il secondo"));
+                     EXPECT_FALSE(host->IsWindowEnabled()) << "the outer one is up, or was a moment ago";
+                     if (!outerFirst) host->steps.push_back(kClose);
+                   },
+                   [&](HWND viewer) {
+                     EXPECT_NE(viewer, outer);
+                     if (outerFirst) SendMessage(outer, WM_CLOSE);
+                     EXPECT_EQ(IsWindowVisible(outer) != FALSE, !outerFirst) << "no hollow window stays";
+                     EXPECT_FALSE(host->IsWindowEnabled());
+                   },
+                   kClose};
+    EXPECT_TRUE(CImageFrame::DoModalViewer(host, path.c_str(), "Il visore"));
+    EXPECT_TRUE(host->steps.empty());
+    EXPECT_TRUE(host->IsWindowEnabled());
+    EXPECT_FALSE(::IsWindow(outer));
+  }
+}
+
+/// A main window of document windows that takes a step at each of its timer's ticks.
+class DocumentsHost : public CMDIFrameWnd {
+ public:
+  LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
+    if (message != WM_TIMER || steps.empty()) return CMDIFrameWnd::WindowProc(message, wParam, lParam);
+    const auto step = steps.front();
+    steps.pop_front();
+    step();
+    return 0;
+  }
+  std::deque<std::function<void()>> steps;
+};
+
+TEST_F(ModalViewer, AmongDocumentWindowsItDisablesTheOthers) {
+  auto* main = new DocumentsHost;  // deletes itself with its window
+  ASSERT_TRUE(main->LoadFrame(IDR_ZP_HOST));
+  main->ShowWindow(SW_SHOW);
+  CImageMDIChild* others[2] = {};
+  for (auto& other : others) {
+    other = new CImageMDIChild;
+    ASSERT_TRUE(other->LoadFrame(IDR_ZP_VIEWER, DWORD{WS_OVERLAPPEDWINDOW} | FWS_ADDTOTITLE, main, nullptr));
+    other->ActivateFrame();
+  }
+  others[0]->EnableWindow(FALSE);  // by the host, and so it stays
+  main->steps = {[&] {
+    EXPECT_TRUE(main->IsWindowEnabled()) << "or nobody could end the viewer";
+    EXPECT_FALSE(others[1]->IsWindowEnabled());
+    CMDIChildWnd* const viewer = main->MDIGetActive();
+    EXPECT_NE(viewer, others[1]);
+    EXPECT_TRUE(viewer->IsWindowEnabled());
+    viewer->SendMessage(WM_CLOSE);
+  }};
+  ::SetTimer(*main, 1, 1, nullptr);
+  EXPECT_TRUE(CImageMDIChild::DoModalViewer(main, WriteFile(2).c_str(), "Il visore"));
+  EXPECT_TRUE(main->steps.empty());
+  EXPECT_FALSE(others[0]->IsWindowEnabled());
+  EXPECT_TRUE(others[1]->IsWindowEnabled());
+  EXPECT_EQ(main->MDIGetActive(), others[1]);
+  main->DestroyWindow();
+}
+
 TEST_F(ModalViewer, OutlivesNoOwner) {
   std::vector<char> block = ReadAll(WriteFile(2));
   for (const bool memory : {true, false}) {
