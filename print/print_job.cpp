@@ -9,7 +9,9 @@ void ThrowIfAborted() {
 }
 
 AbortStage::AbortStage(CWnd* parent)
-    : m_parent(parent == nullptr ? nullptr : parent->m_hWnd), m_before(g_pPrintAbortDlg) {}
+    : m_parent(parent == nullptr ? nullptr : parent->m_hWnd),
+      m_wasEnabled(::IsWindowEnabled(m_parent)),
+      m_before(g_pPrintAbortDlg) {}
 
 void AbortStage::Open(CDC& dc, CWnd* parent) {
   g_bPrintAbort = 0;
@@ -32,8 +34,8 @@ AbortStage::~AbortStage() {
     g_pPrintAbortDlg = m_before;
   }
   if (::IsWindow(m_parent) == 0) return;
-  ::EnableWindow(m_parent, TRUE);
-  ::SetFocus(m_parent);
+  ::EnableWindow(m_parent, m_wasEnabled);
+  if (m_wasEnabled != FALSE) ::SetFocus(m_parent);
 }
 
 bool ChoosePrinter(CPrintDialog& dialog, bool defaultPrinter) {

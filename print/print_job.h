@@ -20,13 +20,15 @@ inline void Check(int result) {
 void ThrowIfAborted();
 
 /// Closes the abort stage at the end of a job, however it ends. While the stage is open the parent is
-/// disabled and the abort dialog is up. Without a parent there is no such stage.
+/// disabled and the abort dialog is up. Without a parent there is no such stage. It is made before the print
+/// dialog, which may disable the parent too.
 class AbortStage {
  public:
   explicit AbortStage(CWnd* parent);
   AbortStage(const AbortStage&) = delete;
   AbortStage& operator=(const AbortStage&) = delete;
-  /// Takes the dialog away, enables the parent and gives it the focus, also if the stage was never opened.
+  /// Takes the dialog away, and gives the parent back as it was: a modal window on top of it may hold it
+  /// disabled. One that is enabled gets the focus, also if the stage was never opened.
   ~AbortStage();
 
   /// Begins a job on a printing device context. A dialog that can't be made doesn't stop it.
@@ -37,7 +39,8 @@ class AbortStage {
   void ThrowIfParentGone() const;
 
  private:
-  HWND m_parent;             // a handle, since the window may go while the job pumps messages
+  HWND m_parent;  // a handle, since the window may go while the job pumps messages
+  BOOL m_wasEnabled;
   CPrintAbortDlg* m_before;  // of a job within which a host has begun this one, or null
 };
 

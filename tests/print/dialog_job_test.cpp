@@ -164,6 +164,18 @@ TEST_F(DialogJob, CancelEndsTheJobSilently) {
   ExpectStageClosed();
 }
 
+TEST_F(DialogJob, AParentThatWasDisabledStaysSo) {
+  Decoded page(ThreePages(), 1);
+  for (const bool cancel : {false, true}) {
+    Answer([cancel](PrintDialogRequest&) { return !cancel; });
+    frame->EnableWindow(FALSE);  // under a modal window of the host
+    CPrintFile("prova").Print(ThreePages().c_str(), 1, frame, false, kPixels);
+    EXPECT_FALSE(frame->IsWindowEnabled()) << cancel;
+    CPrintBitmap("prova").Print(page.At(1), frame, false, kPixels);
+    EXPECT_FALSE(frame->IsWindowEnabled()) << cancel;
+  }
+}
+
 TEST_F(DialogJob, NoCopiesAreNoJob) {
   CPrintFile job("prova");
   job.Print("x.tif", 0, frame, false, kPixels);
