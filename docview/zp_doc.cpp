@@ -9,6 +9,7 @@
 #include "docview/hints.h"
 #include "library/failure.h"
 #include "library/resource_ids.h"
+#include "platform/framework/doc_template.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/thread.h"
 #include "platform/framework/view.h"
@@ -81,9 +82,10 @@ int CZPDoc::OpenDocumentMemory(BYTE* pBuffer, DWORD dwSize) {
   try {
     pages = CountPages(PageSource::Memory(pBuffer, static_cast<long>(dwSize)));
   } catch (CLeadtoolsException* exception) {
-    // The title still names what was open, and so does the path; but with no active page there is nothing
-    // that the views could show of it, and a strip of pages that can't be reached would only mislead.
+    // With no active page there is nothing that the views could show of what was open, and a strip of pages
+    // that can't be reached would only mislead.
     DeletePages();
+    BecomeEmpty();
     return FailOpen(exception);
   }
   m_strPathName.Empty();
@@ -105,6 +107,15 @@ int CZPDoc::LoadPages(int nCount, const LoadPage& loadPage) {
   }
   ShowOpened(0);
   return loaded != 0 ? 1 : 0;
+}
+
+/// Path and title of a document that has never held anything, so that the former file can be opened again.
+void CZPDoc::BecomeEmpty() {
+  m_strPathName.Empty();
+  if (CDocTemplate* const kind = GetDocTemplate())
+    kind->SetDefaultTitle(this);
+  else
+    SetTitle(nullptr);
 }
 
 int CZPDoc::FailOpen(CLeadtoolsException* pException) {

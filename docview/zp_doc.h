@@ -82,6 +82,7 @@ class TESSAREL_API CZPDoc : public CDocument {
   void StopPrinting();
   void ShowOpened(int nActivePage);
   int FailOpen(CLeadtoolsException* pException);
+  void BecomeEmpty();
 
   DECLARE_MESSAGE_MAP()
 };

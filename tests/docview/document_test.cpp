@@ -131,6 +131,7 @@ TEST_F(DocumentTest, AFailedOpenLeavesAnEmptyDocument) {
     EXPECT_EQ(document.GetActivePageNum(), -1);
     EXPECT_EQ(document.GetHBitmap(-1), nullptr);
     EXPECT_EQ(document.GetPageFormat(-1), -1);
+    EXPECT_STREQ(document.GetPathName(), "") << "the same file can be opened again";
     document.PrintPage(-1);
     document.ShowPageInfo();
   }
