@@ -64,7 +64,7 @@ void CZPView::OnUpdate(CView*, LPARAM hint, CObject* hintObject) {
     if (!saved_scale::IsLegal(m_dScaleFactor)) m_dScaleFactor = saved_scale::kDefaultFactor;
     ZoomToScaleFactor(m_dScaleFactor);
   } else {
-    ZoomToFitMode();
+    FitUntilSettled();
   }
   UpdateZoomStatus();
   UpdateScroll();

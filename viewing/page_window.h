@@ -116,6 +116,8 @@ class CPageWindow : public Base {
   /// Goes to a position, within the limits, and repaints. erase: the background too.
   void SetScrollPos(CPoint position, BOOL erase);
   void MoveScrollPos(CSize offset);
+  /// Fits by the fit mode, and again until the client area stays as it was when the fit was worked out.
+  void FitUntilSettled();
 
   // Mouse, keyboard (detail/page_window_input.h)
 
@@ -158,6 +160,8 @@ class CPageWindow : public Base {
   const Window& Self() const { return static_cast<const Window&>(*this); }
 
   void EndRunningFit();
+  /// Moves the thumbs to the position.
+  void ShowThumbs();
   void StepTo(int divisor, CPoint corner);
   /// Brings the window in line with a new scale. corner: where to go, unless the middle is kept.
   void ShowScale(double before, CPoint corner);

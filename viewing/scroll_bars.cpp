@@ -37,11 +37,6 @@ void SetClientSize(CWnd& window, SIZE client) {
   window.SetScrollInfo(SB_VERT, &page, FALSE);
 }
 
-void ShowPosition(CWnd& window, POINT position) {
-  window.SetScrollPos(SB_HORZ, position.x, TRUE);
-  window.SetScrollPos(SB_VERT, position.y, TRUE);
-}
-
 bool Follow(CWnd& window, Event* event, const viewport::Axis& axis, LONG* position) {
   const int code = static_cast<int>(event->code);
   int thumb = 0;

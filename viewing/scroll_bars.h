@@ -19,9 +19,6 @@ SCROLLINFO Of(int scaled, int client);
 /// Tells the bars the client area's size, without drawing them.
 void SetClientSize(CWnd& window, SIZE client);
 
-/// Moves the thumbs.
-void ShowPosition(CWnd& window, POINT position);
-
 /// A bar's event as it came.
 struct Event {
   int bar;

@@ -72,6 +72,10 @@ TEST_F(ViewPaint, APageThatFailedIsACrossedBox) {
   SetClient(120, 90);
   platform::testing::PumpUntilIdle();
   EXPECT_EQ(Pixel(119, 0), 0U);
+  view->SetFitMode(FitModeWidth);
+  SetClient(500, 300);
+  platform::testing::PumpUntilIdle();
+  ExpectCrossedBox();
   document->SetActivePage(0);
   EXPECT_NE(view->m_pBitmap, nullptr);
 }

@@ -177,6 +177,33 @@ TEST_F(View, AFitRunsOn) {
   EXPECT_EQ(frame->zooms, 0);
 }
 
+TEST_F(View, ARunningFitIsRightWhenABarComesOrGoes) {
+  Show({{1000, 800}, {400, 3000}, {3000, 400}});
+  const CSize sizes[] = {{200, 700}, {900, 700}, {640, 500}, {630, 512}, {1100, 200}, {300, 240}, {317, 253}};
+  for (const int mode : {FitModeWidth, FitModeHeight})
+    for (int page = 0; page < 3; ++page) {
+      document->SetActivePage(page);
+      view->SetFitMode(mode);
+      for (const CSize from : sizes)
+        for (const CSize to : sizes) {
+          frame->MoveWindow(0, 0, from.cx, from.cy);
+          frame->MoveWindow(0, 0, to.cx, to.cy);
+          const std::string what = std::to_string(mode) + " page " + std::to_string(page) + " from " +
+                                   std::to_string(from.cx) + " to " + std::to_string(to.cx);
+          if (mode == FitModeWidth)
+            EXPECT_LT(view->m_szScaled.cx, view->m_szClient.cx) << what;
+          else
+            EXPECT_LT(view->m_szScaled.cy, view->m_szClient.cy) << what;
+          const double factor = view->m_dScaleFactor;
+          mode == FitModeWidth ? view->ZoomFitToWidth() : view->ZoomFitToHeight();
+          EXPECT_EQ(view->m_dScaleFactor, factor) << what;
+          document->SetActivePage((page + 1) % 3);
+          document->SetActivePage(page);
+          EXPECT_EQ(view->m_dScaleFactor, factor) << what << ", shown again";
+        }
+    }
+}
+
 TEST_F(View, FitsReachTheHostsOperations) {
   Show({{1700, 2200}});
   const struct {
@@ -267,6 +294,10 @@ TEST_F(View, AResizeLimitsThePosition) {
   Settle();
   SetClient(450, 350);
   EXPECT_EQ(view->m_ptScroll, CPoint(100, 100));
+  // Into the corner, where the page begins: all that was seen has moved.
+  SetClient(1200, 900);
+  EXPECT_EQ(view->m_ptScroll, CPoint(0, 0));
+  EXPECT_TRUE(IsInvalid());
   EXPECT_EQ(frame->zooms, 0);
 }
 

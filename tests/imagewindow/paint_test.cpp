@@ -133,6 +133,13 @@ TEST_F(Painting, OutsideThePageTheBackgroundStays) {
   Settle();
   EXPECT_EQ(Pixel(24, 19), 0U);
   EXPECT_EQ(Pixel(99, 79), background) << "what the larger page covered is erased";
+  Show({{3, 400, 1, 0, 0, [](int, int) { return 0; }}});
+  window->ZoomToScaleFactor(1);
+  Settle();
+  EXPECT_EQ(Pixel(0, 80), 0U);
+  while (window->ZoomOutPossible()) window->ZoomOut();
+  Settle();
+  for (const int x : {0, 1, 2}) EXPECT_EQ(Pixel(x, 80), background) << "a page without a whole pixel";
 }
 
 TEST_F(Painting, APartialRepaintEqualsTheWhole) {

@@ -140,6 +140,25 @@ TEST_F(Scrolling, ResizingPullsThePositionBackAndRepaintsOnlyThen) {
   EXPECT_FALSE(IsInvalid()) << "at the page's corner nothing has moved";
 }
 
+TEST_F(Scrolling, ThumbsStandAtThePositionWhateverBarsComeAndGo) {
+  Show({{600, 420}});
+  const CSize sizes[] = {{300, 200}, {598, 300}, {610, 430}, {400, 418}, {604, 412}, {590, 421}};
+  for (const CSize from : sizes)
+    for (const CSize to : sizes) {
+      window->MoveWindow(0, 0, from.cx, from.cy);
+      window->SetScrollPos(CPoint(600, 420), 0);
+      Settle();
+      const CPoint before = window->m_ptScroll;
+      window->MoveWindow(0, 0, to.cx, to.cy, FALSE);
+      EXPECT_EQ(CPoint(Bar(SB_HORZ).nPos, Bar(SB_VERT).nPos), window->m_ptScroll) << from.cx << " " << to.cx;
+      CRect invalid;
+      window->GetUpdateRect(invalid);
+      EXPECT_TRUE(window->m_ptScroll == before || invalid.Size() == window->m_szClient)
+          << "what was seen has moved: " << from.cx << " by " << from.cy << " to " << to.cx << " by "
+          << to.cy;
+    }
+}
+
 TEST_F(Scrolling, GrowingOverThePageTakesTheBarsAway) {
   Show({{700, 500}});
   SetClient(400, 300);

@@ -25,9 +25,16 @@ void CPageWindow<Base>::UpdateScroll() {
 }
 
 template <typename Base>
+void CPageWindow<Base>::ShowThumbs() {
+  // The first may take the other bar away, whose room moves the page: each is read when it is its turn.
+  Base::SetScrollPos(SB_HORZ, Self().m_ptScroll.x, TRUE);
+  Base::SetScrollPos(SB_VERT, Self().m_ptScroll.y, TRUE);
+}
+
+template <typename Base>
 void CPageWindow<Base>::SetScrollPos(CPoint position, BOOL erase) {
   Self().m_ptScroll = viewport::Limit(position, Self().m_ptScrollMax);
-  scroll_bars::ShowPosition(*this, Self().m_ptScroll);
+  ShowThumbs();
   this->InvalidateRect(nullptr, erase);
 }
 
@@ -37,25 +44,41 @@ void CPageWindow<Base>::MoveScrollPos(CSize offset) {
 }
 
 template <typename Base>
+void CPageWindow<Base>::FitUntilSettled() {
+  // A bar that the fit brings or takes changes the client area, which is told inside the fit, while none is
+  // running.
+  for (int i = 0; i < 3; ++i) {
+    const CSize client = Self().m_szClient;
+    ZoomToFitMode();
+    if (Self().m_szClient == client) break;
+  }
+}
+
+template <typename Base>
 void CPageWindow<Base>::OnSize(UINT type, int cx, int cy) {
   Base::OnSize(type, cx, cy);
   scroll_bars::SetClientSize(*this, {cx, cy});
   Self().m_szClient = CSize(cx, cy);
   Self().m_ptScrollMax = viewport::LargestPosition(Self().m_szScaled, Self().m_szClient);
   if (Traits::kFitRuns && Self().m_nFitMode != FitModeNone) {
-    if (Self().ShownPage() == nullptr) return;
-    ZoomToFitMode();
+    if (Self().ShownPage() == nullptr) {
+      if (Self().IsStaleAfterResize(false)) this->InvalidateRect(nullptr, FALSE);
+      return;
+    }
+    FitUntilSettled();
     Self().UpdateZoomStatus();
     return;
   }
   const bool moved = viewport::IsBeyondEnd(Self().m_ptScroll.x, cx, Self().m_szScaled.cx) ||
                      viewport::IsBeyondEnd(Self().m_ptScroll.y, cy, Self().m_szScaled.cy);
+  const CPoint before = Self().m_ptScroll;
   Self().m_ptScroll.x =
       viewport::AfterResize(Self().m_ptScroll.x, cx, Self().m_szScaled.cx, Self().m_ptScrollMax.x);
   Self().m_ptScroll.y =
       viewport::AfterResize(Self().m_ptScroll.y, cy, Self().m_szScaled.cy, Self().m_ptScrollMax.y);
-  scroll_bars::ShowPosition(*this, Self().m_ptScroll);
-  if (Self().IsStaleAfterResize(moved)) this->InvalidateRect(nullptr, FALSE);
+  const bool elsewhere = before != Self().m_ptScroll;
+  ShowThumbs();
+  if (elsewhere || Self().IsStaleAfterResize(moved)) this->InvalidateRect(nullptr, FALSE);
 }
 
 template <typename Base>
