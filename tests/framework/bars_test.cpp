@@ -292,7 +292,10 @@ TEST_F(Bars, ADisabledPaneIsBlankAndTheWindowsTextIsTheFirstPanes) {
   EXPECT_NE(status.SetPaneText(1, "Zoom 1:2"), FALSE);
   EXPECT_EQ(dark(), 0);
   status.SetPaneStyle(1, 0);
-  EXPECT_GT(dark(), 20);
+  const int ink = dark();
+  EXPECT_GT(ink, 20);
+  status.SetPaneText(1, "Zoom 1:2 1:2", FALSE);
+  EXPECT_GT(dark(), ink) << "seen with the next paint";
   EXPECT_EQ(status.SetPaneText(3, "x"), FALSE);
   EXPECT_EQ(status.CommandToIndex(kPagePane), 2);
   status.SetWindowText("Apertura file ...");
