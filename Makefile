@@ -2,7 +2,7 @@
 PREFIX ?= /usr/local
 JOBS ?= $(shell nproc)
 
-.PHONY: run test bench lint lint-changed sanitize fuzz install setup
+.PHONY: run test bench lint lint-changed sanitize fuzz install setup setup-modules
 
 build:
 	@mkdir -p build
@@ -10,33 +10,37 @@ build:
 setup:
 	@tools/setup
 
+# The helper's modules too; without them fewer kinds of files are read.
+setup-modules:
+	@tools/setup modules
+
 # Opens the viewer on FILE, by default the sample fax; without a display it writes the window as a picture.
 run: setup | build
 	@cmake --preset release > build/configure.log 2>&1 || { cat build/configure.log; exit 1; }
-	@cmake --build build/release --target viewer frame_picture sample_fax -- -j$(JOBS) --quiet
+	@cmake --build build/release --target viewer frame_picture sample_fax image-helper -- -j$(JOBS) --quiet
 	@tools/run_viewer build/release $(FILE)
 
-test: setup
+test: setup-modules
 	cmake --preset release
 	cmake --build build/release -- -j$(JOBS)
 	tools/run_tests release
 
-bench: setup
+bench: setup-modules
 	cmake --preset release
 	cmake --build build/release -- -j$(JOBS)
 	tools/bench build/release
 
-lint: setup
+lint: setup-modules
 	cmake --preset debug > /dev/null
 	tools/lint build/debug
 
 # clang-tidy only on what changed since the last landed state.
 LANDED = $(shell git merge-base HEAD origin/main 2>/dev/null | grep -v "$$(git rev-parse HEAD)")
-lint-changed: setup
+lint-changed: setup-modules
 	cmake --preset debug > /dev/null
 	tools/lint build/debug $(if $(LANDED),--changed $(LANDED))
 
-sanitize: setup
+sanitize: setup-modules
 	cmake --preset sanitize
 	cmake --build build/sanitize -- -j$(JOBS)
 	tools/run_tests sanitize
@@ -51,7 +55,7 @@ fuzz:
 	build/fuzz/fuzz_load -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=2048 -timeout=10 \
 	  -artifact_prefix=build/fuzz/found/ build/fuzz/found $(CORPUS)
 
-install: setup
+install: setup-modules
 	cmake --preset release
 	cmake --build build/release -- -j$(JOBS)
 	cmake --install build/release --prefix $(PREFIX)

@@ -20,6 +20,8 @@ constexpr const Codec* kCodecs[] = {
 #undef FAMILY
 };
 
+}  // namespace
+
 std::string EndingOf(std::string_view name) {
   const std::size_t dot = name.rfind('.');
   if (dot == std::string_view::npos || name.find('/', dot) != std::string_view::npos) return {};
@@ -28,6 +30,8 @@ std::string EndingOf(std::string_view name) {
     if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
   return ending;
 }
+
+namespace {
 
 Candidate CandidateOf(const Source& source, HeadBuffer& buffer) {
   return {std::span(buffer).first(source.ReadAt(0, buffer)), source, EndingOf(source.Name())};

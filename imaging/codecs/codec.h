@@ -4,6 +4,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "imaging/core/source.h"
 #include "imaging/pixels/storage.h"
@@ -76,6 +77,8 @@ enum FileFormat : int {
   kFormatXwd10 = 132,
   kFormatXwd11 = 133,
   kFormatTiffJbig = 139,
+  kFormatJp2 = 163,
+  kFormatJ2k = 164,
   kFormatTiffJpeg2000 = 166,
 };
 
@@ -123,6 +126,9 @@ struct Candidate {
   const Source& source;  ///< for marks at the end, and for kinds that only a closer look tells
   std::string ending;    ///< of the file's name, in small letters, without the dot; empty for memory
 };
+
+/// In small letters, without the dot; empty without one.
+std::string EndingOf(std::string_view name);
 
 /// How sure a family is of a file that it recognises. The surer ones are all asked first, so that no name and
 /// no likely look takes a file away from a family that knows it by its signature.

@@ -18,6 +18,9 @@ inline constexpr std::int64_t kWorkPixels = 60'000'000;  ///< visited
 inline constexpr std::int64_t kWorkPixelsPerPixel = 50;  ///< of the page, beside those
 inline constexpr std::int64_t kWorkPixelsPerByte = 50;   ///< of the file, beside those
 inline constexpr std::int64_t kMostWorkPixels = 4'000'000'000;
+// How long the sandboxed helper may take to open a file or to describe a page, and to decode one.
+inline constexpr int kHelperOpenMs = 10'000;
+inline constexpr int kHelperDecodeMs = 60'000;
 inline constexpr std::int64_t kMaxCodecBytes = 512'000'000;  ///< one allocation inside a codec library
 
 }  // namespace imaging::limits

@@ -64,6 +64,7 @@ class FileSource final : public Source {
     return m_settled ? std::optional(m_identity) : std::nullopt;
   }
   SourceIdentity Stamp() const override { return m_identity; }
+  int Descriptor() const override { return m_descriptor; }
 
  private:
   int m_descriptor;

@@ -36,6 +36,8 @@ class Source {
   virtual std::optional<SourceIdentity> Identity() const { return std::nullopt; }
   /// The identity even of a file so young that it may still change under the same one; empty for memory.
   virtual SourceIdentity Stamp() const { return {}; }
+  /// One that can only read, if the source is a whole file; it stays the source's. Otherwise -1.
+  virtual int Descriptor() const { return -1; }
 
   bool ReadExactly(std::int64_t offset, std::span<std::uint8_t> target) const {
     return ReadAt(offset, target) == target.size();

@@ -33,6 +33,9 @@ target_compile_definitions(TessarelPlatform PRIVATE QT_NO_KEYWORDS)
 target_precompile_headers(TessarelPlatform PRIVATE <QApplication> <QPainter> <QWidget> <algorithm> <map> <memory> <vector>)
 
 tessarel_library(LTWrap12)
+# Where the helper program is, seen from the library.
+file(RELATIVE_PATH helper_from_library /${CMAKE_INSTALL_LIBDIR} /${CMAKE_INSTALL_LIBEXECDIR}/tessarel12)
+target_compile_definitions(LTWrap12 PRIVATE TESSAREL_HELPER_FOLDER="${helper_from_library}")
 target_link_libraries(LTWrap12 PUBLIC TessarelPlatform PRIVATE TIFF::TIFF JPEG::JPEG PNG::PNG GIF::GIF)
 
 tessarel_library(Tessarel12)

@@ -1,0 +1,237 @@
+#include <dirent.h>
+#include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+
+#include "helper/protocol/channel.h"
+#include "imaging/core/exception.h"
+#include "imaging/helper/client.h"
+#include "imaging/helper/place.h"
+#include "tests/imaging/codec_files.h"
+
+// What a reader may do that a file has taken over: the host gets an error in time and stays whole.
+namespace codec_test {
+namespace {
+
+using imaging::helper_client::Client;
+using namespace std::chrono_literals;
+constexpr imaging::helper_client::TimeLimits kShort = {400ms, 400ms};
+
+std::size_t CountEntries(const char* folder) {
+  const auto entries = std::filesystem::directory_iterator(folder);
+  return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}
+/// Living or dead, of this process.
+std::string Children() {
+  std::ifstream file("/proc/self/task/" + std::to_string(getpid()) + "/children");
+  std::string text;
+  std::getline(file, text);
+  return text;
+}
+
+struct Outcome {
+  int code = 0;
+  std::string text;
+  std::string pixels;
+};
+
+/// Counts, describes and decodes page 2 of a file with these words.
+Outcome Read(const std::string& words, int page = 2) {
+  const auto source = imaging::OpenBlockSource(Bytes(words.begin(), words.end()), "bad.bin");
+  Client client(*source, "hostile", kShort);
+  Outcome outcome;
+  try {
+    client.CountPages();
+    const auto delivered = client.Decode(page);
+    std::array<char, 64> row{};
+    EXPECT_EQ(pread(delivered.memory.Get(), row.data(), row.size(), 0), std::ssize(row));
+    outcome.pixels.assign(row.begin(), row.end());
+    EXPECT_LT(pwrite(delivered.memory.Get(), row.data(), row.size(), 0), 0) << "the page can be changed";
+    EXPECT_NE(ftruncate(delivered.memory.Get(), 0), 0);
+  } catch (CLeadtoolsException* exception) {
+    outcome.code = exception->m_nError;
+    outcome.text = TakeText(exception);
+  }
+  return outcome;
+}
+
+struct Deed {
+  const char* words;
+  int code;
+  const char* text;  ///< what the message holds
+};
+
+TEST(Hostile, EveryDeedIsAnErrorInTime) {
+  using namespace imaging;
+  constexpr std::array kDeeds = {
+      Deed{"init fault", kErrorCorrupt, "failed on it"},
+      Deed{"init loop", kErrorLimit, "too slow"},
+      Deed{"init exit", kErrorInternal, "can't be started"},
+      Deed{"describe fault", kErrorCorrupt, "page 2"},
+      Deed{"describe sleep", kErrorCorrupt, "sandbox"},
+      Deed{"decode fault", kErrorCorrupt, "page 2"},
+      Deed{"decode abort", kErrorCorrupt, "failed on it"},
+      Deed{"decode loop", kErrorLimit, "too slow"},
+      Deed{"decode memory", kErrorNoMemory, "more memory than it may"},
+      Deed{"decode throw", kErrorCorrupt, "failed on it"},
+      Deed{"decode open", kErrorUnsupported, "Operation not permitted"},
+      Deed{"decode create", kErrorUnsupported, "Operation not permitted"},
+      Deed{"decode socket", kErrorCorrupt, "sandbox"},
+      Deed{"decode fork", kErrorCorrupt, "sandbox"},
+      Deed{"decode exec", kErrorCorrupt, "sandbox"},
+      Deed{"decode code", kErrorCorrupt, "sandbox"},
+      Deed{"decode kill", kErrorCorrupt, "sandbox"},
+      Deed{"decode trace", kErrorCorrupt, "sandbox"},
+      Deed{"decode exit", kErrorInternal, "can't be started"},
+      Deed{"decode close", kErrorCorrupt, "failed on it"},
+      Deed{"decode nonsense", kErrorCorrupt, "failed on it"},
+      Deed{"x pages", kErrorCorrupt, "failed on it"},
+      Deed{"x many", kErrorCorrupt, "failed on it"},
+      Deed{"x wide", kErrorLimit, "too large"},
+      Deed{"x bomb", kErrorLimit, "too large"},
+      Deed{"x flat", kErrorLimit, "too large"},
+      Deed{"x deep", kErrorCorrupt, "failed on it"},
+      Deed{"x depth", kErrorCorrupt, "failed on it"},
+      Deed{"x format", kErrorCorrupt, "failed on it"},
+      Deed{"x turn", kErrorCorrupt, "failed on it"},
+      Deed{"x delivery", kErrorCorrupt, "failed on it"},
+      Deed{"x colors", kErrorCorrupt, "failed on it"},
+      Deed{"x rows", kErrorCorrupt, "failed on it"},
+      Deed{"x damage", kErrorCorrupt, "failed on it"},
+      Deed{"x after", kErrorCorrupt, "failed on it"},
+  };
+  const std::size_t descriptors = CountEntries("/proc/self/fd");
+  for (const Deed& deed : kDeeds) {
+    SCOPED_TRACE(deed.words);
+    const auto start = std::chrono::steady_clock::now();
+    const Outcome outcome = Read(deed.words);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 30s);
+    EXPECT_EQ(outcome.code, deed.code);
+    EXPECT_NE(outcome.text.find(deed.text), std::string::npos) << outcome.text;
+    EXPECT_NE(outcome.text.find("bad.bin"), std::string::npos) << outcome.text;
+    EXPECT_EQ(Children(), "");
+    EXPECT_EQ(CountEntries("/proc/self/fd"), descriptors);
+    EXPECT_FALSE(std::filesystem::exists("/tmp/tessarel-hostile"));
+    EXPECT_EQ(Read("x good").pixels, std::string(64, 102)) << "the host is harmed";
+  }
+}
+
+TEST(Hostile, WhatCrashedOnceIsNotTriedAgain) {
+  const TempFolder folder;
+  const std::string path = folder.Path("crash.bin");
+  const std::string words = "decode loop";
+  WriteAll(path, Bytes(words.begin(), words.end()));
+  usleep(150'000);  // a younger file may still change under its identity
+  for (const bool again : {false, true}) {
+    const auto source = imaging::OpenFileSource(path.c_str());
+    Client client(*source, "hostile", kShort);
+    const auto start = std::chrono::steady_clock::now();
+    try {
+      client.Decode(2);
+      ADD_FAILURE();
+    } catch (CLeadtoolsException* exception) {
+      EXPECT_NE(TakeText(exception).find("too slow"), std::string::npos);
+    }
+    EXPECT_EQ(std::chrono::steady_clock::now() - start < 300ms, again);
+    EXPECT_EQ(client.Decode(1).rows, 10) << "the other pages can be read";
+  }
+}
+
+TEST(Hostile, OneProcessReadsAllPagesOfAFile) {
+  const TempFolder folder;
+  const std::string words = "x good";
+  std::string first;
+  for (const char* name : {"a.bin", "b.bin"}) {
+    WriteAll(folder.Path(name), Bytes(words.begin(), words.end()));
+    usleep(150'000);
+    std::string process;
+    for (int page = 1; page <= 3; ++page) {
+      const auto source = imaging::OpenFileSource(folder.Path(name).c_str());
+      Client client(*source, "hostile", kShort);
+      EXPECT_EQ(client.Decode(page).rows, 10);
+      if (page == 1) process = Children();
+      EXPECT_EQ(Children(), process);
+    }
+    EXPECT_NE(process, first) << "two files share a process";
+    first = process;
+  }
+  // One that went while nobody asked is replaced.
+  const auto source = imaging::OpenFileSource(folder.Path("b.bin").c_str());
+  Client client(*source, "hostile", kShort);
+  const auto helper = client.CountPages() == 3 ? client.ProcessId() : 0;
+  ASSERT_GT(helper, 0);
+  kill(helper, SIGTERM);
+  siginfo_t info{};
+  waitid(P_PID, static_cast<id_t>(helper), &info, WEXITED | WNOWAIT);
+  EXPECT_EQ(client.Decode(3).rows, 10);
+  EXPECT_NE(client.ProcessId(), helper);
+}
+
+TEST(Hostile, TheUserEndsTheProcess) {
+  const std::string before = Children();
+  const std::string words = "decode loop";
+  const auto source = imaging::OpenBlockSource(Bytes(words.begin(), words.end()), "slow.bin");
+  Client client(*source, "hostile");
+  client.SetCancelled([start = std::chrono::steady_clock::now()] {
+    return std::chrono::steady_clock::now() - start > 200ms;
+  });
+  const auto start = std::chrono::steady_clock::now();
+  try {
+    client.Decode(2);
+    ADD_FAILURE();
+  } catch (CLeadtoolsException* exception) {
+    EXPECT_EQ(exception->m_nError, imaging::kErrorUserAbort);
+    exception->Delete();
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
+  EXPECT_EQ(Children(), before);
+}
+
+/// From here on the process can't filter its calls, as on a kernel that can't.
+void ForbidFilters() {
+  std::array code = {
+      sock_filter BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+      sock_filter BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_seccomp, 0, 1),
+      sock_filter BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
+      sock_filter BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+  };
+  const sock_fprog program = {code.size(), code.data()};
+  prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+  prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program);
+}
+
+TEST(Hostile, WithoutAFilterTheHelperRefusesToStart) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(socketpair(AF_UNIX, SOCK_SEQPACKET, 0, ends.data()), 0);
+  const std::string program = imaging::helper_client::ProgramPath();
+  const pid_t child = fork();
+  if (child == 0) {
+    dup2(ends[1], helper::kSocket);
+    ForbidFilters();
+    execl(program.c_str(), program.c_str(), "hostile", nullptr);
+    _exit(9);
+  }
+  close(ends[1]);
+  helper::Reply reply;
+  helper::Descriptor none;
+  ASSERT_TRUE(helper::Receive(ends[0], reply, none));
+  EXPECT_EQ(reply.status, helper::Status::kNoSandbox);
+  EXPECT_STREQ(reply.text.data(), "the sandbox can't be set up: seccomp: Function not implemented");
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(WEXITSTATUS(status), 3);
+  close(ends[0]);
+}
+
+}  // namespace
+}  // namespace codec_test

@@ -1,0 +1,87 @@
+#include <gtest/gtest.h>
+#include <webp/encode.h>
+
+#include <filesystem>
+
+#include "imaging/helper/place.h"
+#include "tests/imaging/codec_files.h"
+
+namespace codec_test {
+namespace {
+
+constexpr int kWidth = 37;
+constexpr int kHeight = 29;
+
+Color ColorOf(int x, int y, bool alpha) {
+  return {x * 6, y * 8, (x + y) * 3, alpha ? 255 - x * 5 : 255};
+}
+
+Bytes MakeWebP(bool alpha, bool lossless) {
+  Bytes pixels;
+  for (int y = 0; y < kHeight; ++y)
+    for (int x = 0; x < kWidth; ++x) {
+      const Color color = ColorOf(x, y, alpha);
+      for (const int level : {color.red, color.green, color.blue, color.alpha})
+        pixels.push_back(static_cast<std::uint8_t>(level));
+    }
+  std::uint8_t* coded = nullptr;
+  const std::size_t size = lossless
+                               ? WebPEncodeLosslessRGBA(pixels.data(), kWidth, kHeight, kWidth * 4, &coded)
+                               : WebPEncodeRGBA(pixels.data(), kWidth, kHeight, kWidth * 4, 95, &coded);
+  Bytes file(coded, coded + size);
+  WebPFree(coded);
+  return file;
+}
+
+bool Near(const Color& a, const Color& b, int most) {
+  return std::abs(a.red - b.red) <= most && std::abs(a.green - b.green) <= most &&
+         std::abs(a.blue - b.blue) <= most && a.alpha == b.alpha;
+}
+
+TEST(WebP, PixelsDepthAndName) {
+  for (const bool alpha : {false, true})
+    for (const bool lossless : {false, true}) {
+      SCOPED_TRACE(std::to_string(alpha) + std::to_string(lossless));
+      const Loaded page = LoadMemory(MakeWebP(alpha, lossless));
+      ASSERT_EQ(page.error, "");
+      EXPECT_EQ(page.info.BitsPerPixel, alpha ? 32 : 24);
+      EXPECT_EQ(page.info.Format, 0);
+      EXPECT_STREQ(page.info.Compression, lossless ? "WebP lossless" : "WebP");
+      ASSERT_EQ(page.record.Width, kWidth);
+      ASSERT_EQ(page.record.Height, kHeight);
+      for (int y = 0; y < kHeight; ++y)
+        for (int x = 0; x < kWidth; ++x)
+          ASSERT_TRUE(Near(ColorAt(page, x, y), ColorOf(x, y, alpha), lossless ? 0 : 24)) << x << ',' << y;
+    }
+}
+
+TEST(WebP, CutFilesGiveTheirRowsOrAnError) {
+  const TempFolder folder;
+  const Bytes whole = MakeWebP(true, true);
+  for (std::size_t size = 0; size < whole.size(); size += 1 + whole.size() / 40) {
+    const std::string path = folder.Path("cut" + std::to_string(size) + ".webp");
+    WriteAll(path, Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
+    const Loaded page = LoadFile(path);
+    EXPECT_TRUE(!page.error.empty() || page.record.Height == kHeight);
+  }
+}
+
+// The modules are looked for beside the binary, so a copy of this one elsewhere has none.
+TEST(WebP, TheRefusalNamesAModuleThatIsMissing) {
+  const bool copied = imaging::helper_client::ProgramPath().empty();
+  if (copied) {
+    const Loaded page = LoadMemory(MakeWebP(false, true));
+    EXPECT_EQ(page.code, -9);
+    EXPECT_EQ(
+        page.error,
+        "memory is not an image of a known kind: WebP is read by the module webp, which isn't installed");
+    return;
+  }
+  const TempFolder folder;
+  std::filesystem::copy("/proc/self/exe", folder.Path("copy"));
+  const std::string command = folder.Path("copy") + " --gtest_filter=WebP.TheRefusal* > /dev/null";
+  EXPECT_EQ(std::system(command.c_str()), 0);
+}
+
+}  // namespace
+}  // namespace codec_test
