@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 
 #include "platform/base/types.h"
@@ -18,6 +19,7 @@ struct PrinterImage {
   int bits = 0;
   std::span<const RGBQUAD> colors;  ///< for 1, 4 and 8 bits: one for each number that occurs
   bool blueFirst = true;            ///< order of 24 and 32 bits; the fourth byte isn't looked at
+  std::function<bool()> mayGoOn{};  ///< asked before each row is read, if set; false: no further one is
 };
 
 }  // namespace platform

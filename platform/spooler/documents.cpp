@@ -19,15 +19,6 @@ int Fail(PrinterDc& printer, int error) {
   return error;
 }
 
-/// False: the program wants the document to end, or has ended it in the procedure itself.
-bool MayGoOn(HDC dc, const Printer& printer) {
-  if (printer->abortProcedure == nullptr || printer->asking) return true;
-  printer->asking = true;
-  const bool goOn = printer->abortProcedure(dc, 0) != 0;
-  printer->asking = false;
-  return goOn && FindPrinterDc(dc) == printer;
-}
-
 /// Runs a step of a living document, with the ways that each can fail.
 template <typename Step>
 int RunStep(HDC dc, Step step) {

@@ -27,6 +27,7 @@ ImageRows::ImageRows(const PrinterImage& image, const RECT& part)
       m_row(PackedBytes(static_cast<std::size_t>(part.right - part.left), image.bits)) {}
 
 std::span<std::uint8_t> ImageRows::Read(int y) {
+  if (m_image.mayGoOn && !m_image.mayGoOn()) throw ImageEnded();
   const std::uint8_t* row = m_image.top + std::ptrdiff_t{m_part.top + y} * m_image.stride;
   if (m_image.bits > 8)
     ReadColors(row);

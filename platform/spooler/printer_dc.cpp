@@ -2,6 +2,7 @@
 
 #include <QtCore/QRect>
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <map>
 
@@ -68,18 +69,44 @@ Shown CutToShow(const PrinterImage& image, const RECT& source, PdfRect place, co
   return shown;
 }
 
+/// The image, with the abort procedure asked now and then while its rows are read: those of a long page take
+/// seconds.
+PrinterImage Interruptible(PrinterImage image, HDC dc, const std::shared_ptr<PrinterDc>& printer) {
+  using Clock = std::chrono::steady_clock;
+  static constexpr std::chrono::milliseconds kInterval(50);
+  image.mayGoOn = [dc, printer, next = Clock::now() + kInterval]() mutable {
+    if (Clock::now() < next) return true;
+    const bool goOn = MayGoOn(dc, printer);
+    next = Clock::now() + kInterval;
+    return goOn;
+  };
+  return image;
+}
+
+/// False, for the caller to return.
+bool EndWith(PrinterDc& printer, int failure) {
+  printer.job.reset();
+  printer.failure = failure;
+  return false;
+}
+
 /// Draws in dots; an extent of the place below 0 mirrors.
-bool DrawInDots(PrinterDc& printer, const PrinterImage& image, const RECT& source, const PdfRect& place,
-                const RECT& clip) {
-  if (!printer.job || !printer.job->IsPageOpen() || !IsImage(image)) return false;
-  const Shown shown = CutToShow(image, source, place, clip);
+bool DrawInDots(HDC dc, const PrinterImage& image, const RECT& source, const RECT& place, const RECT& clip) {
+  const auto printer = FindPrinterDc(dc);
+  // Within the abort procedure the document is in use.
+  if (!printer || printer->asking || !printer->job || !printer->job->IsPageOpen() || !IsImage(image))
+    return false;
+  const PdfRect wanted{static_cast<double>(place.left), static_cast<double>(place.top),
+                       static_cast<double>(place.right) - place.left,
+                       static_cast<double>(place.bottom) - place.top};
+  const Shown shown = CutToShow(image, source, wanted, clip);
   if (!shown.any) return true;
   try {
-    printer.job->Draw(image, shown.part, shown.place, clip);
+    printer->job->Draw(Interruptible(image, dc, printer), shown.part, shown.place, clip);
   } catch (const std::bad_alloc&) {
-    printer.job.reset();
-    printer.failure = SP_OUTOFMEMORY;
-    return false;
+    return EndWith(*printer, SP_OUTOFMEMORY);
+  } catch (const ImageEnded&) {
+    return EndWith(*printer, SP_APPABORT);
   }
   return true;
 }
@@ -91,6 +118,14 @@ std::shared_ptr<PrinterDc> FindPrinterDc(HDC dc) {
   return found == PrinterDcs().end() ? nullptr : found->second;
 }
 
+bool MayGoOn(HDC dc, const std::shared_ptr<PrinterDc>& printer) {
+  if (printer->abortProcedure == nullptr || printer->asking) return true;
+  printer->asking = true;
+  const bool goOn = printer->abortProcedure(dc, 0) != 0;
+  printer->asking = false;
+  return goOn && FindPrinterDc(dc) == printer;
+}
+
 HDC CreatePrinterDC(const PrintQueue& queue, const std::string& output, const DEVMODEA* mode) {
   auto printer = std::make_shared<PrinterDc>();
   printer->queue = queue;
@@ -100,14 +135,8 @@ HDC CreatePrinterDC(const PrintQueue& queue, const std::string& output, const DE
   const HDC dc = CreatePainterDC(nullptr, CapsOf(printer->sheet), [handle] { PrinterDcs().erase(*handle); });
   *handle = dc;
   PrinterDcs()[dc] = printer;
-  SetImageDrawer(dc, [printer = printer.get()](const PrinterImage& image, const RECT& source,
-                                               const RECT& place, const RECT& clip) {
-    return DrawInDots(
-        *printer, image, source,
-        {static_cast<double>(place.left), static_cast<double>(place.top),
-         static_cast<double>(place.right) - place.left, static_cast<double>(place.bottom) - place.top},
-        clip);
-  });
+  SetImageDrawer(dc, [dc](const PrinterImage& image, const RECT& source, const RECT& place,
+                          const RECT& clip) { return DrawInDots(dc, image, source, place, clip); });
   return dc;
 }
 
@@ -116,18 +145,13 @@ bool IsPrinterDC(HDC dc) {
 }
 
 bool DrawImageOnPrinter(HDC dc, const PrinterImage& image, const RECT& destination, const RECT& source) {
-  const auto printer = FindPrinterDc(dc);
-  if (!printer) return false;
+  if (!IsPrinterDC(dc)) return false;
   RECT place = destination;
   RECT clip{};
   GetClipBox(dc, &clip);
   LPtoDP(dc, reinterpret_cast<LPPOINT>(&place), 2);
   LPtoDP(dc, reinterpret_cast<LPPOINT>(&clip), 2);
-  return DrawInDots(
-      *printer, image, source,
-      {static_cast<double>(place.left), static_cast<double>(place.top),
-       static_cast<double>(place.right) - place.left, static_cast<double>(place.bottom) - place.top},
-      clip);
+  return DrawInDots(dc, image, source, place, clip);
 }
 
 }  // namespace platform

@@ -1,6 +1,9 @@
 // Bitmaps of the imaging layer on printers.
 
+#include <cstring>
+
 #include "imaging/ltwrap.h"
+#include "imaging/pixels/storage.h"
 #include "print_fixture.h"
 
 namespace {
@@ -83,6 +86,42 @@ TEST_F(PrintBitmap, PaintingOnAPrinterKeepsTheDepth) {
   });
   EXPECT_NEAR(area.left, 100, 1);
   EXPECT_NEAR(area.bottom, 400, 1);
+}
+
+TEST_F(PrintBitmap, ALongPageCanBeStoppedWithinIt) {
+  constexpr int kHeight = 30000;
+  for (const int bits : {1, 8}) {
+    LEADTOOLS::FreeBitmap(&m_bitmap);
+    LEADTOOLS::InitBitmap(&m_bitmap, 2480, kHeight, bits);
+    LEADTOOLS::AllocateBitmap(&m_bitmap, 1);
+    std::uint32_t seed = 1;
+    std::vector<BYTE> noise(4000);
+    for (BYTE& byte : noise) byte = static_cast<BYTE>((seed = seed * 1664525 + 1013904223) >> 24);
+    for (int y = 0; y < kHeight; ++y)
+      std::memcpy(m_bitmap.pStorage->Row(y), &noise[y % 1500], 2480U * bits / 8);
+    static int asked;
+    static bool answer;
+    asked = 0;
+    answer = true;
+    const HDC dc = CreateDCA(nullptr, "Uno", Target().c_str(), nullptr);
+    SetAbortProc(dc, [](HDC, int) -> BOOL {
+      ++asked;
+      return answer ? TRUE : FALSE;
+    });
+    const DOCINFOA info{sizeof info, "Prova", nullptr, nullptr, 0};
+    ASSERT_GT(StartDocA(dc, &info), 0);
+    ASSERT_GT(StartPage(dc), 0);
+    const int before = asked;
+    EXPECT_EQ(LEADTOOLS::PrintBitmapExt(dc, &m_bitmap, 1, 1, 0, 0, 0), dc);
+    EXPECT_GT(asked, before) << bits;
+    answer = false;
+    asked = 0;
+    EXPECT_EQ(LEADTOOLS::PrintBitmapExt(dc, &m_bitmap, 1, 1, 0, 0, 0), nullptr) << bits;
+    EXPECT_EQ(asked, 1) << "no further row is read";
+    EXPECT_EQ(EndPage(dc), SP_APPABORT);
+    DeleteDC(dc);
+    EXPECT_EQ(CountFiles(), 0) << "nothing is left of it";
+  }
 }
 
 TEST_F(PrintBitmap, RefusesWhatIsNoPage) {

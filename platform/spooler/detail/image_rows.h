@@ -8,6 +8,9 @@
 
 namespace platform {
 
+/// Thrown where the image was told that it may not go on.
+struct ImageEnded {};
+
 /// The rows of a part of an image as PDF stores them: packed from the first pixel on, red first, nothing but
 /// zeros behind the last pixel.
 class ImageRows {

@@ -21,6 +21,9 @@ struct PrinterDc {
 /// Null for any other or dead device context. Shared, since an abort procedure may delete it while it is
 /// used.
 std::shared_ptr<PrinterDc> FindPrinterDc(HDC dc);
+/// Asks the abort procedure. False: the program wants the document to end, or has ended it in the procedure
+/// itself.
+bool MayGoOn(HDC dc, const std::shared_ptr<PrinterDc>& printer);
 /// A device context for a queue, or for a file if output isn't empty.
 HDC CreatePrinterDC(const PrintQueue& queue, const std::string& output, const DEVMODEA* mode);
 
