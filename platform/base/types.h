@@ -112,6 +112,19 @@ constexpr LONG MAKELONG(int low, int high) {
 constexpr LPARAM MAKELPARAM(int low, int high) {
   return static_cast<DWORD>(MAKELONG(low, high));
 }
+/// A size for WM_SIZE. What a side has above its 16 bits stands in the upper half, of the width first, so
+/// that whoever reads the two words finds what he always did.
+constexpr LPARAM MakeSizeParam(int width, int height) {
+  const auto upper = static_cast<DWORD>(MAKELONG(width >> 16, height >> 16));
+  return static_cast<LPARAM>(static_cast<std::uint64_t>(upper) << 32 |
+                             static_cast<DWORD>(MAKELONG(width, height)));
+}
+constexpr int WidthOfSizeParam(LPARAM value) {
+  return static_cast<int>(value & 0xffff) | static_cast<int>(value >> 32 & 0x7fff) << 16;
+}
+constexpr int HeightOfSizeParam(LPARAM value) {
+  return static_cast<int>(value >> 16 & 0xffff) | static_cast<int>(value >> 48 & 0x7fff) << 16;
+}
 constexpr WPARAM MAKEWPARAM(int low, int high) {
   return static_cast<DWORD>(MAKELONG(low, high));
 }

@@ -128,7 +128,10 @@ void CFrameWnd::RecalcLayout(BOOL) {
 
 void CFrameWnd::OnShowWindow(BOOL show, UINT) {
   Default();
-  if (show != 0 && m_layoutDelayed) RecalcLayout();
+  if (show == 0) return;
+  if (m_layoutDelayed) RecalcLayout();
+  // What can be chosen is seen from the first moment on, not after the first event.
+  UpdateBelow(m_hWnd);
 }
 
 void CFrameWnd::AddControlBar(CControlBar* bar) {

@@ -9,7 +9,9 @@
 enum : UINT { AFX_IDW_PANE_FIRST = 0xE900 };
 
 /// Frame styles: the document's name is put behind the title, or before it.
-enum : DWORD { FWS_PREFIXTITLE = 0x4000, FWS_ADDTOTITLE = 0x8000 };
+// Plain numbers, so that they go together with the window styles.
+inline constexpr DWORD FWS_PREFIXTITLE = 0x4000;
+inline constexpr DWORD FWS_ADDTOTITLE = 0x8000;
 /// Text of the status bar while nothing else is to be said.
 enum : UINT { AFX_IDS_IDLEMESSAGE = 0xE001 };
 

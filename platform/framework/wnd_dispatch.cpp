@@ -77,7 +77,8 @@ bool Invoke(CWnd* w, const AFX_MSGMAP_ENTRY& entry, WPARAM wParam, LPARAM lParam
       Call<void>(w, pfn, static_cast<UINT>(wParam), PointOf(lParam));
       break;
     case AfxSig_vwii:
-      Call<void, UINT, int, int>(w, pfn, static_cast<UINT>(wParam), LOWORD(words), HIWORD(words));
+      Call<void, UINT, int, int>(w, pfn, static_cast<UINT>(wParam), WidthOfSizeParam(lParam),
+                                 HeightOfSizeParam(lParam));
       break;
     case AfxSig_vii:
       Call<void, int, int>(w, pfn, GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam));

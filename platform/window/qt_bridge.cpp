@@ -36,8 +36,8 @@ class FillFilter : public QObject {
 LRESULT HostProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   const HWND child = GetWindow(window, GW_CHILD);
   if (message == WM_SIZE && child != nullptr)
-    SetWindowPos(child, nullptr, 0, 0, LOWORD(static_cast<WPARAM>(lParam)),
-                 HIWORD(static_cast<WPARAM>(lParam)), SWP_NOZORDER | SWP_NOACTIVATE);
+    SetWindowPos(child, nullptr, 0, 0, WidthOfSizeParam(lParam), HeightOfSizeParam(lParam),
+                 SWP_NOZORDER | SWP_NOACTIVATE);
   if (message == WM_SETFOCUS && child != nullptr) SetFocus(child);
   return DefWindowProc(window, message, wParam, lParam);
 }

@@ -75,7 +75,7 @@ void LayoutWindow(WindowRecord& window) {
   const bool maximized = window.mdiChild ? (window.style & WS_MAXIMIZE) != 0 : window.frame->isMaximized();
   const bool minimized = window.mdiChild && (window.style & WS_MINIMIZE) != 0;
   const UINT type = maximized ? SIZE_MAXIMIZED : minimized ? SIZE_MINIMIZED : SIZE_RESTORED;
-  SendGuarded(window.handle, WM_SIZE, type, MAKELPARAM(client.width(), client.height()));
+  SendGuarded(window.handle, WM_SIZE, type, MakeSizeParam(client.width(), client.height()));
 }
 
 WindowRecord* TopLevelOf(WindowRecord* window) {
