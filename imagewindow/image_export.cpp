@@ -134,6 +134,10 @@ bool CImageWindow::ExportAs(
     m_pfnReportError(0, text);
     return false;
   }
+  if (m_nMaxPage < 1) {
+    m_pfnReportError(0, "Non c'è nessuna pagina da esportare.");
+    return false;
+  }
   try {
     if (!ExportPages(target)) return false;
   } catch (CLeadtoolsException* exception) {

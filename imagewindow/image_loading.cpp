@@ -84,8 +84,8 @@ void CImageWindow::MakePixelsSquare() {
   const square_pixels::Correction correction =
       square_pixels::WholeFactor({m_Bitmap.XResolution, m_Bitmap.YResolution}, square_pixels::OfScreen());
   if (!correction.known) return;
-  LEADTOOLS::SizeBitmap(&m_Bitmap, square_pixels::Stretched(m_Bitmap.Width, correction.stretch.across),
-                        square_pixels::Stretched(m_Bitmap.Height, correction.stretch.down));
+  square_pixels::Resize(&m_Bitmap, {square_pixels::Stretched(m_Bitmap.Width, correction.stretch.across),
+                                    square_pixels::Stretched(m_Bitmap.Height, correction.stretch.down)});
 }
 
 bool CImageWindow::LoadPage(int page) {

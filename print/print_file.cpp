@@ -187,9 +187,12 @@ void CPrintFile::MakePixelsSquare(CDC& printer) {
       sheet::MadeSquare({m_Bitmap.Width, m_Bitmap.Height, {m_Bitmap.XResolution, m_Bitmap.YResolution}},
                         {printer.GetDeviceCaps(LOGPIXELSX), printer.GetDeviceCaps(LOGPIXELSY)});
   if (!square) return;
+  const square_pixels::Resolution former{m_Bitmap.XResolution, m_Bitmap.YResolution};
   m_Bitmap.XResolution = square->dpi.x;
   m_Bitmap.YResolution = square->dpi.y;
-  LEADTOOLS::SizeBitmap(&m_Bitmap, square->width, square->height);
+  if (square_pixels::Resize(&m_Bitmap, {square->width, square->height})) return;
+  m_Bitmap.XResolution = former.x;
+  m_Bitmap.YResolution = former.y;
 }
 
 void CPrintFile::FitRect(CSize& size, CSize limit) {

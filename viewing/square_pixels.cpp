@@ -10,4 +10,15 @@ Resolution OfScreen() {
   return {screen.GetDeviceCaps(LOGPIXELSX), screen.GetDeviceCaps(LOGPIXELSY)};
 }
 
+bool Resize(struct_LEAD_Bitmap* bitmap, SIZE size) {
+  try {
+    LEADTOOLS::SizeBitmap(bitmap, size.cx, size.cy);
+  } catch (CLeadtoolsException* exception) {
+    if (exception->m_nError != imaging::kErrorLimit) throw;
+    exception->Delete();
+    return false;
+  }
+  return true;
+}
+
 }  // namespace square_pixels

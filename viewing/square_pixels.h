@@ -4,6 +4,7 @@
 #include <limits>
 #include <optional>
 
+#include "imaging/ltwrap.h"
 #include "platform/base/geometry.h"
 #include "viewing/zoom_steps.h"
 
@@ -70,6 +71,10 @@ inline std::optional<CSize> StretchedExactly(SIZE page, Resolution resolution, R
   if (size.cx < 1 || size.cy < 1) return std::nullopt;
   return size;
 }
+
+/// Gives a bitmap the size that makes its pixels square. A page that would be larger than any may be, of an
+/// absurd resolution, stays as it is; false then. Throws.
+bool Resize(struct_LEAD_Bitmap* bitmap, SIZE size);
 
 /// The page narrowed in the direction of the higher resolution. Unknown or absurd resolutions leave it alone.
 inline SIZE Narrowed(SIZE page, Resolution resolution, Resolution screen) {

@@ -87,6 +87,17 @@ TEST_F(Export, EveryPageGoesIntoATifByItsOwnDepth) {
   EXPECT_EQ(Boxes()[0].text, "File convertito con successo");
 }
 
+TEST_F(Export, WithoutPagesThereIsNothingToExport) {
+  Open(WriteFile(mixed, "pages.TIF"));
+  window->m_nMaxPage = 0;  // as a source that has none is told
+  for (const char* target : {"none.tif", "none.bmp"}) {
+    EXPECT_FALSE(window->ExportAs(Target(target).c_str())) << target;
+    EXPECT_FALSE(std::filesystem::exists(Target(target))) << target;
+  }
+  EXPECT_EQ(Reports().size(), 2U);
+  EXPECT_TRUE(Boxes().empty()) << "no success";
+}
+
 TEST_F(Export, OntoTheSourceItselfLosesNothing) {
   Open(WriteFile(mixed, "pages.TIF"));
   std::filesystem::create_symlink(m_folder / "pages.TIF", m_folder / "link.tif");
