@@ -85,7 +85,6 @@ int CZPDoc::OpenDocumentMemory(BYTE* pBuffer, DWORD dwSize) {
     // With no active page there is nothing that the views could show of what was open, and a strip of pages
     // that can't be reached would only mislead.
     DeletePages();
-    BecomeEmpty();
     return FailOpen(exception);
   }
   m_strPathName.Empty();
@@ -106,7 +105,19 @@ int CZPDoc::LoadPages(int nCount, const LoadPage& loadPage) {
     if (page != nullptr) loaded |= loadPage(*page, i);
   }
   ShowOpened(0);
-  return loaded != 0 ? 1 : 0;
+  if (loaded != 0) return 1;
+  ReportNoPage();
+  return 0;
+}
+
+/// A window in which nothing can be seen, or which goes again, must not leave the user without a reason.
+void CZPDoc::ReportNoPage() const {
+  const CZPPage* const first = PageAt(0);
+  if (first == nullptr) return;
+  const int code = first->m_nFailure;
+  CString text = first->m_strFailure;
+  if (text.IsEmpty() != FALSE) text.LoadString(IDS_ZP_PAGE_UNSUPPORTED);  // a host's own kind of page
+  ReportError(code, text);
 }
 
 /// Path and title of a document that has never held anything, so that the former file can be opened again.
@@ -119,6 +130,7 @@ void CZPDoc::BecomeEmpty() {
 }
 
 int CZPDoc::FailOpen(CLeadtoolsException* pException) {
+  BecomeEmpty();
   ReportFailure(pException);
   ShowOpened(-1);
   return 0;

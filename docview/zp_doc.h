@@ -20,7 +20,8 @@ class TESSAREL_API CZPDoc : public CDocument {
   ~CZPDoc() override;
 
   /// Opens a file in the place of what was shown. 1 if at least one page could be decoded; the others stay
-  /// pages without a bitmap. A file that can't be read at all is reported, and leaves an empty document.
+  /// pages without a bitmap. A file of which no page can be decoded is reported, with what the first one has
+  /// met. One that can't be read at all is reported, and leaves an empty document.
   BOOL OnOpenDocument(LPCTSTR pszPath) override;
   /// Writes nothing: 0.
   BOOL OnSaveDocument(LPCTSTR pszPath) override;
@@ -83,6 +84,7 @@ class TESSAREL_API CZPDoc : public CDocument {
   void ShowOpened(int nActivePage);
   int FailOpen(CLeadtoolsException* pException);
   void BecomeEmpty();
+  void ReportNoPage() const;
 
   DECLARE_MESSAGE_MAP()
 };

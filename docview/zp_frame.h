@@ -92,6 +92,7 @@ class CZPFrame : public CViewerCommands<Base>, public CZPDocumentFrame {
 
   /// What the bars show of pages and scale.
   void UpdateBars(const viewer_bars::ViewerBars& bars);
+  void UpdatePageCombo(CComboPageNum& combo);
 
   DECLARE_MESSAGE_MAP()
 };

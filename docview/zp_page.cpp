@@ -29,7 +29,7 @@ void TurnUpright(struct_LEAD_Bitmap* bitmap) {
 void MakePixelsSquare(struct_LEAD_Bitmap* bitmap) {
   const auto size = square_pixels::StretchedExactly(
       {bitmap->Width, bitmap->Height}, {bitmap->XResolution, bitmap->YResolution}, square_pixels::OfScreen());
-  if (size) LEADTOOLS::SizeBitmap(bitmap, size->cx, size->cy);
+  if (size) square_pixels::Resize(bitmap, *size);
 }
 
 int Report(CLeadtoolsException* exception) {
@@ -148,7 +148,10 @@ int CZPPage::LoadFrom(const PageSource& source, struct_LEAD_Bitmap* bitmap, int 
 }
 
 int CZPPage::FailLoad(struct_LEAD_Bitmap* bitmap, CLeadtoolsException* exception) {
-  exception->Delete();  // the view marks such a page
+  // The view marks such a page; only a document without any other tells why.
+  const Failure failure = TakeFailure(exception);
+  m_nFailure = failure.code;
+  m_strFailure = failure.text;
   if (bitmap == &m_bitmap)
     ReleaseBitmap();
   else if (bitmap != nullptr && (bitmap->Flags & leadtools12::kAllocated) != 0)

@@ -66,6 +66,8 @@ class TESSAREL_API CZPPage {
   int m_nRotation = 0;            ///< hundredths of a degree, more than -36000 and less than 36000
 
  private:
+  friend class CZPDoc;
+
   bool HasBitmap() const { return (m_bitmap.Flags & leadtools12::kAllocated) != 0; }
   bool IsShared() const { return m_pShared != nullptr && m_pShared->pStorage == m_bitmap.pStorage; }
   void Share() const;
@@ -75,6 +77,8 @@ class TESSAREL_API CZPPage {
                leadtools12::LoadRowCallback callback, void* userData);
   int FailLoad(struct_LEAD_Bitmap* bitmap, CLeadtoolsException* exception);
 
+  int m_nFailure = 0;    ///< of the load, for a document that has nothing else to tell
+  CString m_strFailure;  ///< empty: none was told
   /// Frees the pixels with the last of the pages that refer to them. Null until the page is copied.
   mutable std::shared_ptr<struct_LEAD_Bitmap> m_pShared;
 };

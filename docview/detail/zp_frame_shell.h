@@ -43,18 +43,17 @@ BOOL CZPFrame<Base>::OnCreateClient(LPCREATESTRUCT, CCreateContext* context) {
 
 template <typename Base>
 void CZPFrame<Base>::InitialFrameUpdate() {
-  const viewer_bars::ViewerBars bars = this->CommandBars();
-  if (!bars) return;
-  CString idle;
-  idle.FormatMessage(AFX_IDS_IDLEMESSAGE);
-  bars.status->SetWindowText(idle);
+  if (CStatusBar* const status = viewer_bars::Present(this->CommandBars()).status) {
+    CString idle;
+    idle.FormatMessage(AFX_IDS_IDLEMESSAGE);
+    status->SetWindowText(idle);
+  }
   UpdateFrame();
 }
 
 template <typename Base>
 void CZPFrame<Base>::UpdateFrame() {
-  const viewer_bars::ViewerBars bars = this->CommandBars();
-  if (bars && this->OwnsBars()) UpdateBars(bars);
+  if (this->OwnsBars()) UpdateBars(viewer_bars::Present(this->CommandBars()));
   if (m_pView == nullptr) return;
   // A mode that the user has chosen outlasts pages, unless one comes that can't be shown.
   if (!this->IsShown())
@@ -70,7 +69,21 @@ void CZPFrame<Base>::InitPageComboBox(int pages) {
 
 template <typename Base>
 void CZPFrame<Base>::UpdateBars(const viewer_bars::ViewerBars& bars) {
-  CComboPageNum& combo = *bars.page;
+  if (bars.page != nullptr) UpdatePageCombo(*bars.page);
+  if (bars.scale != nullptr) {
+    bars.scale->EnableWindow(this->IsShown() ? TRUE : FALSE);
+    if (!this->IsOpen()) bars.scale->SetWindowText("");
+  }
+  if (bars.status != nullptr) {
+    if (this->IsOpen()) viewer_bars::ShowPagePane(*bars.status, this->Page(), this->Pages(), TRUE);
+    viewer_bars::EnablePane(*bars.status, ID_ZP_INDICATOR_PAGE, this->IsOpen());
+    viewer_bars::EnablePane(*bars.status, ID_ZP_INDICATOR_ZOOM, this->IsShown());
+  }
+  if (this->IsShown()) UpdateZoomStatus();
+}
+
+template <typename Base>
+void CZPFrame<Base>::UpdatePageCombo(CComboPageNum& combo) {
   if (this->Pages() < 2) {
     // A combo that loses the keyboard writes its page once more, so it has to lose it before it is emptied.
     if (m_pView != nullptr && ::IsChild(combo.m_hWnd, ::GetFocus()) != FALSE) m_pView->SetFocus();
@@ -81,12 +94,6 @@ void CZPFrame<Base>::UpdateBars(const viewer_bars::ViewerBars& bars) {
     InitPageComboBox(this->Pages());
     combo.SendMessage(CB_SETCURSEL, static_cast<WPARAM>(this->Page() - 1));
   }
-  if (this->IsOpen()) viewer_bars::ShowPagePane(*bars.status, this->Page(), this->Pages(), TRUE);
-  viewer_bars::EnablePane(*bars.status, ID_ZP_INDICATOR_PAGE, this->IsOpen());
-
-  bars.scale->EnableWindow(this->IsShown() ? TRUE : FALSE);
-  if (this->IsShown()) UpdateZoomStatus();
-  viewer_bars::EnablePane(*bars.status, ID_ZP_INDICATOR_ZOOM, this->IsShown());
 }
 
 // Thumbnails

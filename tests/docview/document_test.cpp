@@ -112,6 +112,8 @@ TEST_F(DocumentTest, APageThatCantBeDecodedStaysInItsPlace) {
   EXPECT_FALSE(document.IsModified());
 
   EXPECT_EQ(document.OnOpenDocument(PagesFile(1, 1).c_str()), 0);
+  EXPECT_EQ(Reports().size(), 1U) << "nothing can be seen of it, so the user is told why";
+  EXPECT_NE(Reports()[0], 0) << "the service's own reason";
   EXPECT_EQ(document.GetPagesNum(), 1);
   EXPECT_EQ(document.GetActivePageNum(), 0);
   EXPECT_EQ(Heard(), "0 ");

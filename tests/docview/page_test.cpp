@@ -32,6 +32,13 @@ struct Rows {
   }
 };
 
+TEST_F(PageTest, AnAbsurdResolutionLeavesThePageAsItIs) {
+  TestPage page;
+  ASSERT_EQ(page.LoadPage(File({Page{1000, 1400, 8, 1, 300}}).c_str(), 0, nullptr, nullptr), 1);
+  EXPECT_EQ(page.m_bitmap.Width, 1000);
+  EXPECT_EQ(page.m_bitmap.Height, 1400);
+}
+
 TEST_F(PageTest, ANewPageHoldsNothing) {
   TestPage page;
   EXPECT_EQ(page.GetHBitmap(), nullptr);

@@ -91,11 +91,40 @@ TEST_F(SdiShell, AFileThatCantBeOpenedIsToldOnceAndEmptiesTheFrame) {
   EXPECT_EQ(Open(TextFile()), nullptr);
   ASSERT_EQ(Boxes().size(), 1U);
   EXPECT_EQ(Boxes()[0].rfind("Error ZP", 0), 0U) << Boxes()[0];
-  EXPECT_EQ(Bars().substr(0, 2), "()");
+  EXPECT_EQ(Bars(), "()|()||");
+  EXPECT_EQ(Text(*frame).find(".tif"), std::string::npos) << Text(*frame);
   EXPECT_EQ(frame->m_pDoc->GetPagesNum(), 0);
   EXPECT_EQ(LEADTOOLS::ImgListGetItemCount(frame->m_pThumbsView->m_hWnd), 0U);
   OpenPages(2);
   EXPECT_EQ(Bars(), "1|100%|Zoom 1:100|Pagina 1 of 2");
+}
+
+/// A host's main window whose toolbar has no combos.
+class PlainSdiFrame : public CZPsdiFrame {
+  DECLARE_DYNCREATE(PlainSdiFrame)
+ private:
+  int CreateToolBar() override { return 1; }
+};
+IMPLEMENT_DYNCREATE(PlainSdiFrame, CZPsdiFrame)
+
+TEST_F(SdiShell, WithoutCombosThePanesAndTheSavedScaleRemain) {
+  static CSingleDocTemplate kind(IDR_ZP_HOST, RUNTIME_CLASS(CZPDoc), RUNTIME_CLASS(PlainSdiFrame),
+                                 RUNTIME_CLASS(CZPView));
+  auto* const document = static_cast<CZPDoc*>(kind.OpenDocumentFile(PagesFile(3).c_str()));
+  POSITION first = document->GetFirstViewPosition();
+  auto* const plain = static_cast<CZPsdiFrame*>(document->GetNextView(first)->GetParentFrame());
+  m_mains.push_back(plain);
+  const auto pane = [plain](UINT id) {
+    return std::string(plain->m_wndStatusBar.GetPaneText(plain->m_wndStatusBar.CommandToIndex(id)));
+  };
+  Command(ID_ZP_LAST_PAGE);
+  Command(ID_ZP_ZOOM_IN);
+  EXPECT_EQ(pane(ID_ZP_INDICATOR_PAGE), "Pagina 3 of 3");
+  EXPECT_EQ(pane(ID_ZP_INDICATOR_ZOOM), "Zoom 1:200");
+  EXPECT_EQ(Text(plain->m_wndStatusBar), "Pronto");
+  platform::testing::AdvanceTimers(1000);
+  platform::testing::PumpUntilIdle();
+  EXPECT_EQ(CImageWindow().GetScalePercent(), 200);
 }
 
 TEST_F(SdiShell, OpenAsksForAFileOnlyWhereThatIsAllowed) {

@@ -108,6 +108,7 @@ bool CreateStatusBar(CFrameWnd* frame, CStatusBar& bar) {
 }
 
 void DockToolBar(CFrameWnd* frame, CToolBar256& bar) {
+  if (bar.m_hWnd == nullptr) return;
   bar.EnableDocking(CBRS_ALIGN_ANY);
   frame->EnableDocking(CBRS_ALIGN_ANY);
   frame->DockControlBar(&bar);
@@ -117,6 +118,16 @@ LPCTSTR FrameClass(UINT icon) {
   const LPCSTR name = MAKEINTRESOURCE(icon);
   return AfxRegisterWndClass(0, nullptr, nullptr,
                              LoadIconA(AfxFindResourceHandle(name, RT_GROUP_ICON), name));
+}
+
+ViewerBars Present(ViewerBars bars) {
+  const auto forget = [](auto*& bar) {
+    if (bar != nullptr && bar->m_hWnd == nullptr) bar = nullptr;
+  };
+  forget(bars.status);
+  forget(bars.page);
+  forget(bars.scale);
+  return bars;
 }
 
 // Status bar
@@ -136,10 +147,13 @@ void ShowPagePane(CStatusBar& bar, int page, int pages, BOOL update) {
 }
 
 void ShowScale(const ViewerBars& bars, int percent, BOOL update) {
+  if (bars.status != nullptr) {
+    CString text;
+    text.FormatMessage(ID_ZP_INDICATOR_ZOOM, percent);
+    SetPane(*bars.status, ID_ZP_INDICATOR_ZOOM, text, update);
+  }
+  if (bars.scale == nullptr) return;
   CComboScale& combo = *bars.scale;
-  CString text;
-  text.FormatMessage(ID_ZP_INDICATOR_ZOOM, percent);
-  SetPane(*bars.status, ID_ZP_INDICATOR_ZOOM, text, update);
   const CString scale = ScaleText(percent);
   // An entry picked before must not stand for a scale that has come by another way.
   const int entry = combo.GetCurSel();

@@ -55,18 +55,16 @@ struct ToolBarParts {
   CFont& comboFont;
 };
 
-/// Where a frame shows page and scale; null where there is nothing.
+/// Where a frame shows page and scale; null where there is nothing. A host may make other bars, with or
+/// without the combos.
 struct ViewerBars {
   CStatusBar* status = nullptr;
   CComboPageNum* page = nullptr;
   CComboScale* scale = nullptr;
-
-  /// Whether all of them are there, as windows.
-  explicit operator bool() const {
-    return status != nullptr && page != nullptr && scale != nullptr && status->m_hWnd != nullptr &&
-           page->m_hWnd != nullptr && scale->m_hWnd != nullptr;
-  }
 };
+
+/// Those that are there as windows; null for the others.
+ViewerBars Present(ViewerBars bars);
 
 /// Makes the bar with its two combos, which start disabled, the scale combo with its entries. False if
 /// a window could not be made; what was made stays.
@@ -77,6 +75,8 @@ bool CreateStatusBar(CFrameWnd* frame, CStatusBar& bar);
 void DockToolBar(CFrameWnd* frame, CToolBar256& bar);
 /// Window class of a frame with an icon of the library.
 LPCTSTR FrameClass(UINT icon);
+
+// What isn't there is passed over.
 
 /// Texts of the panes; update: on the screen at once.
 void SetPane(CStatusBar& bar, UINT pane, const CString& text, BOOL update);

@@ -98,8 +98,8 @@ void CViewerCommands<Base>::OnGotoPage() {
 
 template <typename Base>
 void CViewerCommands<Base>::OnComboPageSelChange() {
-  const viewer_bars::ViewerBars bars = CommandBars();
-  if (!bars) return;
+  const viewer_bars::ViewerBars bars = viewer_bars::Present(CommandBars());
+  if (bars.page == nullptr) return;
   CComboPageNum& combo = *bars.page;
   if (combo.SendMessage(CB_GETCURSEL) == CB_ERR) combo.SendMessage(CB_SETCURSEL, 0);
   ShowOtherPage(static_cast<int>(combo.SendMessage(CB_GETCURSEL)) + 1);
@@ -107,8 +107,8 @@ void CViewerCommands<Base>::OnComboPageSelChange() {
 
 template <typename Base>
 void CViewerCommands<Base>::OnComboPageKillFocus() {
-  const viewer_bars::ViewerBars bars = CommandBars();
-  if (!bars) return;
+  const viewer_bars::ViewerBars bars = viewer_bars::Present(CommandBars());
+  if (bars.page == nullptr) return;
   CString number;
   number.Format("%d", Page());
   bars.page->SetWindowText(number);
@@ -119,8 +119,8 @@ void CViewerCommands<Base>::OnComboPageKillFocus() {
 template <typename Base>
 void CViewerCommands<Base>::UpdateZoomStatus() {
   const ViewerDisplay* display = CommandDisplay();
-  const viewer_bars::ViewerBars bars = CommandBars();
-  if (display == nullptr || !bars || !OwnsBars()) return;
+  const viewer_bars::ViewerBars bars = viewer_bars::Present(CommandBars());
+  if (display == nullptr || !OwnsBars()) return;
   viewer_bars::ShowScale(bars, display->ScalePercent(), TRUE);
   SaveZoomFactor();
 }
@@ -152,8 +152,8 @@ void CViewerCommands<Base>::OnZoomCustom() {
 
 template <typename Base>
 void CViewerCommands<Base>::OnComboScaleSelChange() {
-  const viewer_bars::ViewerBars bars = CommandBars();
-  if (CommandDisplay() == nullptr || !bars) return;
+  const viewer_bars::ViewerBars bars = viewer_bars::Present(CommandBars());
+  if (CommandDisplay() == nullptr || bars.scale == nullptr) return;
   // A scale that is refused leaves the old one, which the combo then shows again.
   const CString chosen = viewer_bars::ChosenScale(*bars.scale, m_kind.scaleFromEntry);
   Rescale(&ViewerDisplay::Scale, zoom::FactorOfPercent(PercentOfText(chosen)));
@@ -162,8 +162,9 @@ void CViewerCommands<Base>::OnComboScaleSelChange() {
 template <typename Base>
 void CViewerCommands<Base>::OnComboScaleKillFocus() {
   const ViewerDisplay* display = CommandDisplay();
-  const viewer_bars::ViewerBars bars = CommandBars();
-  if (display != nullptr && bars) bars.scale->SetWindowText(ScaleText(display->ScalePercent()));
+  const viewer_bars::ViewerBars bars = viewer_bars::Present(CommandBars());
+  if (display != nullptr && bars.scale != nullptr)
+    bars.scale->SetWindowText(ScaleText(display->ScalePercent()));
 }
 
 template <typename Base>
