@@ -33,3 +33,5 @@
 #include "print/print_bitmap.h"
 #include "print/print_failure.h"
 #include "print/print_file.h"
+#include "viewing/commands/custom_zoom_dlg.h"
+#include "viewing/commands/go_to_page_dlg.h"

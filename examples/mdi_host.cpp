@@ -6,12 +6,23 @@
 
 namespace {
 
+/// A viewer whose menu, which stands in the main window's bar, opens further files too.
+class Viewer : public CImageMDIChild {
+ public:
+  BOOL LoadFrame(UINT id, DWORD style, CWnd* parent, CCreateContext* context) override {
+    if (CImageMDIChild::LoadFrame(id, style, parent, context) == FALSE) return FALSE;
+    InsertMenuA(GetSubMenu(m_hMenuShared, 0), 0, MF_BYPOSITION | MF_STRING, ID_FILE_OPEN, "&Apri...\tCtrl+A");
+    return TRUE;
+  }
+};
+
 class HostFrame : public CMDIFrameWnd {
  public:
   /// A viewer on a file; null asks the user.
   void Show(const char* path) {
-    auto* viewer = new CImageMDIChild;  // ends with its window
-    if (viewer->LoadFrame(IDR_ZP_VIEWER, WS_OVERLAPPEDWINDOW | DWORD{FWS_ADDTOTITLE}, this) == FALSE) return;
+    auto* viewer = new Viewer;  // ends with its window
+    if (viewer->LoadFrame(IDR_ZP_VIEWER, WS_OVERLAPPEDWINDOW | FWS_ADDTOTITLE, this, nullptr) == FALSE)
+      return;
     if (!viewer->OpenImageFile(path) || viewer->m_pImageWnd->GetCurrPage() < 1) {
       viewer->DestroyWindow();
       return;

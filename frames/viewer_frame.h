@@ -91,7 +91,8 @@ class CViewerFrame : public CViewerCommands<Base>, public CImageWindowFrame {
   /// The message loop of a modal viewer. False if the frame has gone meanwhile.
   bool DoModalLoop();
   void OnClose();
-  /// A modal viewer is closed; otherwise the application is asked first.
+  /// A modal viewer is closed; otherwise the main window of document windows and the application are asked
+  /// first.
   void OnAppExit();
   void OnFileExport();
   void OnUpdateFileExport(CCmdUI* ui);
@@ -116,6 +117,8 @@ class CViewerFrame : public CViewerCommands<Base>, public CImageWindowFrame {
   void ShowMessage(UINT text);
   void EnablePane(UINT pane, bool enable);
 
+  /// Whether another handler has taken the command.
+  bool ExitElsewhere();
   bool AskForFile(CString* path);
   void FillThumbs();
   bool FailedOpen();

@@ -24,7 +24,7 @@ namespace viewer_open {
 inline constexpr char kExportFilter[] = "TIFF file\0*.tif\0Windows bitmap\0*.bmp\0";
 inline constexpr std::size_t kLongestPath = 4096;
 inline constexpr DWORD kTifFilter = 1;
-inline constexpr DWORD kViewerStyle = DWORD{WS_OVERLAPPEDWINDOW} | FWS_ADDTOTITLE;
+inline constexpr DWORD kViewerStyle = WS_OVERLAPPEDWINDOW | FWS_ADDTOTITLE;
 
 }  // namespace viewer_open
 
@@ -202,11 +202,20 @@ void CViewerFrame<Base>::OnClose() {
 }
 
 template <typename Base>
+bool CViewerFrame<Base>::ExitElsewhere() {
+  if constexpr (Traits::kHasSiblings) {
+    // Past the main window's own routing, which would come back here.
+    CMDIFrameWnd* const main = this->GetMDIFrame();
+    if (main != nullptr && main->CFrameWnd::OnCmdMsg(ID_APP_EXIT, CN_COMMAND, nullptr, nullptr) != FALSE)
+      return true;
+  }
+  CWinApp* const app = AfxGetApp();
+  return app != nullptr && app->OnCmdMsg(ID_APP_EXIT, CN_COMMAND, nullptr, nullptr) != FALSE;
+}
+
+template <typename Base>
 void CViewerFrame<Base>::OnAppExit() {
-  CWinApp* app = AfxGetApp();
-  if (!m_bModal && app != nullptr && app->OnCmdMsg(ID_APP_EXIT, CN_COMMAND, nullptr, nullptr) != FALSE)
-    return;
-  this->PostMessage(WM_CLOSE);
+  if (m_bModal || !ExitElsewhere()) this->PostMessage(WM_CLOSE);
 }
 
 // Export

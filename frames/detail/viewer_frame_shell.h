@@ -95,6 +95,11 @@ void CViewerFrame<Base>::Clear() {
   m_wndComboScale.SetWindowText("");
   m_wndComboScale.EnableWindow(FALSE);
   m_wndToolBar.Invalidate();
+  // Without a range, or the bars would come back with the window's next size.
+  SCROLLINFO none{};
+  none.cbSize = sizeof none;
+  none.fMask = SIF_ALL;
+  for (const int bar : {SB_HORZ, SB_VERT}) m_pImageWnd->SetScrollInfo(bar, &none, FALSE);
   m_pImageWnd->ShowScrollBar(SB_BOTH, FALSE);
   m_pImageWnd->Invalidate();
   m_pImageWnd->SetMouseMode(MouseModeNone);

@@ -105,6 +105,33 @@ TEST_F(MdiChild, FileCloseAndExitEndOneWithoutAnApplication) {
   EXPECT_EQ(Shows(frame), "1/2 100%");
 }
 
+/// A host without an application object, which ends its own way.
+class ExitingHost : public CMDIFrameWnd {
+ public:
+  int exits = 0;
+
+ private:
+  void OnAppExit() { ++exits; }
+  DECLARE_MESSAGE_MAP()
+};
+BEGIN_MESSAGE_MAP(ExitingHost, CMDIFrameWnd)
+ON_COMMAND(ID_APP_EXIT, OnAppExit)
+END_MESSAGE_MAP()
+
+TEST_F(MdiChild, ExitReachesTheMainWindowsOwnHandler) {
+  frame->DestroyWindow();
+  host->DestroyWindow();
+  auto* exiting = new ExitingHost;
+  host = exiting;
+  ASSERT_TRUE(host->LoadFrame(IDR_ZP_HOST));
+  host->ShowWindow(SW_SHOW);
+  frame = NewFrame();
+  Open(2);
+  EXPECT_TRUE(Choose(ID_APP_EXIT));
+  EXPECT_EQ(exiting->exits, 1);
+  EXPECT_TRUE(::IsWindow(frame->m_hWnd)) << "what the command does is the handler's affair";
+}
+
 TEST_F(MdiChild, ExitEndsTheApplicationThatHasThem) {
   Open(2);
   Another(2, "second.tif");

@@ -169,6 +169,10 @@ class ViewerTestOf : public ViewerFolder {
     EXPECT_EQ(ScaleText(), "") << what;
     EXPECT_FALSE(frame->m_wndComboScale.IsWindowEnabled()) << what;
     EXPECT_EQ(frame->m_pImageWnd->GetMouseMode(), MouseModeNone) << what;
+    SCROLLINFO range{};
+    range.cbSize = sizeof range;
+    frame->m_pImageWnd->GetScrollInfo(SB_VERT, &range);
+    EXPECT_EQ(range.nMax, 0) << what << ": a bar would come back with the next size";
   }
 
   // Input

@@ -70,6 +70,15 @@ const State kStates[] = {
     {ID_HELP_FINDER, "-", "-", "-", "-", "-", false},
 };
 
+TEST_F(ViewerStates, AreRightBeforeTheFirstEvent) {
+  frame->DestroyWindow();
+  frame = NewFrame();
+  for (const State& state : kStates)
+    if (state.button) {
+      EXPECT_EQ(Button(state.id), state.none) << state.id;
+    }
+}
+
 TEST_F(ViewerStates, FollowWhatIsOpen) {
   const auto check = [this](const char* State::*column, const char* what) {
     Settle();
