@@ -1,0 +1,229 @@
+#include <gtest/gtest.h>
+#include <openjpeg.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+
+#include "tests/imaging/codec_files.h"
+
+namespace codec_test {
+namespace {
+
+struct Form {
+  const char* name;
+  bool container;
+  std::vector<int> depths;  ///< of each component
+  OPJ_COLOR_SPACE space;
+  int memoryBits;
+  bool alpha = false;  ///< the last component
+  int step = 1;        ///< of the second and third component
+};
+
+constexpr int kWidth = 37;
+constexpr int kHeight = 29;
+
+/// Of that many bits. Runs through all values of small depths.
+int SampleAt(int x, int y, int component, int depth) {
+  return (x * 7 + y * 5 + component * 40) * 257 % (1 << depth);
+}
+
+/// A stream for the library's writer that keeps what it is given.
+struct Output {
+  Bytes bytes;
+  std::size_t place = 0;
+};
+
+opj_stream_t* OpenOutput(Output& output) {
+  opj_stream_t* stream = opj_stream_create(1 << 16, OPJ_FALSE);
+  opj_stream_set_user_data(stream, &output, nullptr);
+  opj_stream_set_write_function(stream, [](void* data, OPJ_SIZE_T size, void* user) {
+    auto& target = *static_cast<Output*>(user);
+    target.bytes.resize(std::max(target.bytes.size(), target.place + size));
+    std::memcpy(&target.bytes[target.place], data, size);
+    target.place += size;
+    return size;
+  });
+  opj_stream_set_seek_function(stream, [](OPJ_OFF_T place, void* user) -> OPJ_BOOL {
+    static_cast<Output*>(user)->place = static_cast<std::size_t>(place);
+    return OPJ_TRUE;
+  });
+  opj_stream_set_skip_function(stream, [](OPJ_OFF_T count, void* user) -> OPJ_OFF_T {
+    static_cast<Output*>(user)->place += static_cast<std::size_t>(count);
+    return count;
+  });
+  return stream;
+}
+
+opj_image_t* MakeImage(const Form& form) {
+  std::vector<opj_image_cmptparm_t> parameters;
+  for (std::size_t i = 0; i < form.depths.size(); ++i) {
+    opj_image_cmptparm_t parameter{};
+    const int step = i == 1 || i == 2 ? form.step : 1;
+    parameter.dx = parameter.dy = static_cast<OPJ_UINT32>(step);
+    parameter.w = static_cast<OPJ_UINT32>((kWidth + step - 1) / step);
+    parameter.h = static_cast<OPJ_UINT32>((kHeight + step - 1) / step);
+    parameter.prec = static_cast<OPJ_UINT32>(form.depths[i]);
+    parameters.push_back(parameter);
+  }
+  opj_image_t* image =
+      opj_image_create(static_cast<OPJ_UINT32>(parameters.size()), parameters.data(), form.space);
+  image->x1 = kWidth;
+  image->y1 = kHeight;
+  for (OPJ_UINT32 i = 0; i < image->numcomps; ++i) {
+    opj_image_comp_t& component = image->comps[i];
+    if (form.alpha && i + 1 == image->numcomps) component.alpha = 1;
+    for (OPJ_UINT32 at = 0; at < component.w * component.h; ++at)
+      component.data[at] = SampleAt(static_cast<int>(at % component.w), static_cast<int>(at / component.w),
+                                    static_cast<int>(i), static_cast<int>(component.prec));
+  }
+  return image;
+}
+
+Bytes MakeJpeg2000(const Form& form) {
+  Output output;
+  opj_cparameters_t parameters;
+  opj_set_default_encoder_parameters(&parameters);
+  parameters.numresolution = 3;
+  parameters.tcp_numlayers = 1;
+  parameters.cp_disto_alloc = 1;
+  opj_codec_t* codec = opj_create_compress(form.container ? OPJ_CODEC_JP2 : OPJ_CODEC_J2K);
+  opj_image_t* image = MakeImage(form);
+  opj_setup_encoder(codec, &parameters, image);
+  opj_stream_t* stream = OpenOutput(output);
+  EXPECT_TRUE(opj_start_compress(codec, image, stream) && opj_encode(codec, stream) &&
+              opj_end_compress(codec, stream));
+  opj_stream_destroy(stream);
+  opj_destroy_codec(codec);
+  opj_image_destroy(image);
+  if (form.space == OPJ_CLRSPC_CMYK) {  // which the writer can't name
+    constexpr std::string_view kColors = "colr\1";
+    const auto box = std::search(output.bytes.begin(), output.bytes.end(), kColors.begin(), kColors.end());
+    box[10] = 12;
+  }
+  return output.bytes;
+}
+
+/// Puts a box with a resolution into the header box: dots in a metre.
+Bytes WithDensity(Bytes file, int xDots, int yDots) {
+  const auto big = [](int value, int bytes) {
+    Bytes coded;
+    for (int i = bytes - 1; i >= 0; --i) coded.push_back(static_cast<std::uint8_t>(value >> i * 8));
+    return coded;
+  };
+  Bytes box;
+  const auto add = [&](const Bytes& bytes) { box.insert(box.end(), bytes.begin(), bytes.end()); };
+  add(big(26, 4));
+  add({'r', 'e', 's', ' '});
+  add(big(18, 4));
+  add({'r', 'e', 's', 'd'});
+  for (const int dots : {yDots, xDots}) {
+    add(big(dots, 2));
+    add(big(10, 2));
+  }
+  add({1, 1});  // times ten
+  constexpr std::string_view kHeader = "jp2h";
+  const auto header = std::search(file.begin(), file.end(), kHeader.begin(), kHeader.end());
+  const auto start = header - file.begin() - 4;
+  const Bytes length = big(file[static_cast<std::size_t>(start) + 3] + 26, 4);
+  std::copy(length.begin(), length.end(), file.begin() + start);
+  file.insert(header + 4, box.begin(), box.end());
+  return file;
+}
+
+int LevelAt(const Form& form, int x, int y, std::size_t component) {
+  const int step = component == 1 || component == 2 ? form.step : 1;
+  const int depth = form.depths[component];
+  return (SampleAt(x / step, y / step, static_cast<int>(component), depth) * 255 + ((1 << depth) - 1) / 2) /
+         ((1 << depth) - 1);
+}
+
+Color ExpectedAt(const Form& form, int x, int y) {
+  const auto level = [&](std::size_t component) { return LevelAt(form, x, y, component); };
+  const std::size_t count = form.depths.size();
+  const bool gray = count < 3;
+  Color color{level(0), level(gray ? 0 : 1), level(gray ? 0 : 2), 255};
+  if (form.memoryBits == 32) color.alpha = level(count - 1);
+  if (form.space == OPJ_CLRSPC_SYCC) {
+    const double blue = color.green - 128.0;
+    const double red = color.blue - 128.0;
+    const double luma = color.red;
+    const auto clamp = [](double value) {
+      return static_cast<int>(std::lround(std::clamp(value, 0.0, 255.0)));
+    };
+    color = Color{clamp(luma + 1.402 * red), clamp(luma - 0.344136 * blue - 0.714136 * red),
+                  clamp(luma + 1.772 * blue), 255};
+  }
+  if (form.space == OPJ_CLRSPC_CMYK) {
+    const int light = 255 - level(3);
+    color = Color{(255 - level(0)) * light / 255, (255 - level(1)) * light / 255,
+                  (255 - level(2)) * light / 255, 255};
+  }
+  return color;
+}
+
+const std::vector<Form>& Forms() {
+  static const std::vector<Form> forms = {
+      {"grey", true, {8}, OPJ_CLRSPC_GRAY, 8},
+      {"grey stream", false, {8}, OPJ_CLRSPC_GRAY, 8},
+      {"bilevel", true, {1}, OPJ_CLRSPC_GRAY, 1},
+      {"4 bits", true, {4}, OPJ_CLRSPC_GRAY, 8},
+      {"9 bits", false, {9}, OPJ_CLRSPC_GRAY, 8},
+      {"16 bits", true, {16}, OPJ_CLRSPC_GRAY, 8},
+      {"colour", true, {8, 8, 8}, OPJ_CLRSPC_SRGB, 24},
+      {"colour stream", false, {8, 8, 8}, OPJ_CLRSPC_SRGB, 24},
+      {"alpha", true, {8, 8, 8, 8}, OPJ_CLRSPC_SRGB, 32, true},
+      {"alpha of 1 bit", true, {8, 8, 8, 1}, OPJ_CLRSPC_SRGB, 32, true},
+      {"untold alpha", false, {5, 5, 5, 5}, OPJ_CLRSPC_SRGB, 32},
+      {"grey and alpha", true, {8, 8}, OPJ_CLRSPC_GRAY, 32, true},
+      {"ycc", true, {8, 8, 8}, OPJ_CLRSPC_SYCC, 24, false, 2},
+      {"ink", true, {8, 8, 8, 8}, OPJ_CLRSPC_CMYK, 24},
+  };
+  return forms;
+}
+
+TEST(Jpeg2000, DepthsSpacesAndSampling) {
+  for (const Form& form : Forms()) {
+    SCOPED_TRACE(form.name);
+    const Loaded page = LoadMemory(MakeJpeg2000(form));
+    EXPECT_EQ(page.error, "");
+    if (!page.error.empty()) continue;
+    EXPECT_EQ(page.info.Format, form.container ? 163 : 164);
+    EXPECT_STREQ(page.info.Compression, "JPEG 2000");
+    EXPECT_EQ(page.record.BitsPerPixel, form.memoryBits);
+    int bits = 0;
+    for (const int depth : form.depths) bits += depth;
+    EXPECT_EQ(page.info.BitsPerPixel, bits);
+    int wrong = 0;
+    for (int y = 0; y < kHeight; ++y)
+      for (int x = 0; x < kWidth; ++x)
+        if (ColorAt(page, x, y) != ExpectedAt(form, x, y) && ++wrong == 1) ADD_FAILURE() << x << ',' << y;
+    EXPECT_EQ(wrong, 0);
+  }
+}
+
+TEST(Jpeg2000, DensityOfTheBox) {
+  const Information info = InformMemory(WithDensity(MakeJpeg2000(Forms()[0]), 11811, 7874));
+  EXPECT_EQ(info.error, "");
+  EXPECT_EQ(info.record.XResolution, 300);
+  EXPECT_EQ(info.record.YResolution, 200);
+}
+
+// Whatever is cut off or turned over in a file, the host gets a page of its size or an error.
+TEST(Jpeg2000, DamagedFiles) {
+  const Bytes whole = MakeJpeg2000(Forms()[6]);
+  for (std::size_t size = 1; size < whole.size(); size += 1 + whole.size() / 50) {
+    const Loaded page = LoadMemory(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
+    EXPECT_TRUE(!page.error.empty() || page.record.Height == kHeight) << size;
+  }
+  for (std::size_t bit = 0; bit < 200 * 8; bit += 5) {
+    Bytes bad = whole;
+    bad[bit / 8] ^= static_cast<std::uint8_t>(1 << bit % 8);
+    const Loaded page = LoadMemory(bad);
+    EXPECT_TRUE(!page.error.empty() || page.pixels != nullptr) << bit;
+  }
+}
+
+}  // namespace
+}  // namespace codec_test
