@@ -9,6 +9,7 @@
 #include "imaging/core/source.h"
 #include "imaging/ltwrap.h"
 #include "imaging/pages/page_record.h"
+#include "imaging/pixels/record.h"
 
 using namespace imaging;
 
@@ -66,24 +67,49 @@ struct RowListener {
   UINT flags;
 };
 
-void TellRows(const RowListener& listener, const Source& source, struct_file_information& info,
-              PixelStorage& pixels, Bitmap header) {
-  for (int y = 0; y < pixels.Height(); ++y)
-    if (listener.callback(&info, &header, pixels.Row(y), listener.flags, y, 1, listener.userData) == 0)
-      Fail(kErrorUserAbort, "%s: loading was ended", source.Name().c_str());
-}
+/// Tells the rows as they are decoded, each once, so that a load which is ended costs no more than what has
+/// been told of it.
+class RowTeller final : public DecodeListener {
+ public:
+  RowTeller(const RowListener& listener, const Source& source, struct_file_information& info)
+      : m_listener(listener), m_source(source), m_info(info) {}
 
-int LoadWithRows(const Source& source, struct_LEAD_Bitmap* bitmap, const DecodeWish& wish,
+  void Reached(PixelStorage& pixels, int order, int endRow) override {
+    // The listener gets a header that refers to no pixels: it may throw, and it mustn't free them.
+    Bitmap header = EmptyBitmap(pixels.Width(), pixels.Height(), pixels.Bits());
+    header.ViewPerspective = m_info.ViewPerspective;
+    header.Order = order;
+    header.XResolution = m_info.XResolution;
+    header.YResolution = m_info.YResolution;
+    for (; m_next < endRow; ++m_next)
+      if (m_listener.callback(&m_info, &header, pixels.Row(m_next), m_listener.flags, m_next, 1,
+                              m_listener.userData) == 0)
+        Fail(kErrorUserAbort, "%s: loading was ended", m_source.Name().c_str());
+  }
+
+ private:
+  RowListener m_listener;
+  const Source& m_source;
+  struct_file_information& m_info;
+  int m_next = 0;
+};
+
+int LoadWithRows(const Source& source, struct_LEAD_Bitmap* bitmap, DecodeWish wish,
                  const RowListener& listener, const _LOADFILEOPTION* options, struct_file_information* info) {
   if (bitmap == nullptr) Fail(kErrorInvalidParameter, "No record for the bitmap was given");
   const int page = PageOf(options);
-  DecodedPage decoded = OpenReader(source)->Decode(page, wish);
   struct_file_information own{};
   struct_file_information& told = info == nullptr ? own : *info;
-  if ((told.InfoFlags & leadtools12::kInfoIsFilled) == 0) FillInformation(decoded.info, source, page, told);
-
-  // The listener gets a header that refers to no pixels: it may throw, and it mustn't free them.
-  if (listener.callback != nullptr) TellRows(listener, source, told, *decoded.pixels, HeaderOf(decoded));
+  const bool filled = (told.InfoFlags & leadtools12::kInfoIsFilled) != 0;
+  const auto reader = OpenReader(source);
+  RowTeller teller(listener, source, told);
+  if (listener.callback != nullptr) {
+    if (!filled) FillInformation(reader->Describe(page), source, page, told);
+    wish.listener = &teller;
+  }
+  DecodedPage decoded = reader->Decode(page, wish);
+  if (!filled) FillInformation(decoded.info, source, page, told);
+  if (listener.callback != nullptr) teller.Reached(*decoded.pixels, decoded.order, decoded.pixels->Height());
   *bitmap = RecordOf(std::move(decoded));
   return 1;
 }

@@ -32,6 +32,7 @@ class BilevelPage {
     }
   }
   void Repeat(int y) { std::memcpy(Row(y), Row(y - 1), m_pixels->RowBytes()); }
+  PixelStorage& Pixels() { return *m_pixels; }
   std::unique_ptr<PixelStorage> Take() { return std::move(m_pixels); }
 
  private:

@@ -87,7 +87,7 @@ class CalsReader final : public Reader {
     DecodedPage decoded;
     decoded.info = Describe(page);
     const FaxData data = FaxData::Read(m_source, kHeader, m_source.Size());
-    decoded.pixels = DecodeFaxPage(m_source, data, FaxCoding::kGroup4, wish.bits, decoded.info);
+    decoded.pixels = DecodeFaxPage(m_source, data, FaxCoding::kGroup4, wish, decoded.info);
     return decoded;
   }
 

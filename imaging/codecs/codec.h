@@ -96,10 +96,26 @@ struct PageInfo {
   int damagedRows = 0;  ///< as far as known: some codecs learn it from decoding the page
 };
 
+/// Told how far a page has been decoded, from the top on. It may throw, which ends the decoding, and so isn't
+/// told from within a library written in C.
+class DecodeListener {
+ public:
+  /// The rows before endRow are there, in this order of colours.
+  virtual void Reached(PixelStorage& pixels, int order, int endRow) = 0;
+
+ protected:
+  ~DecodeListener() = default;
+};
+
 /// How the caller would like a page; a codec follows where it costs nothing.
 struct DecodeWish {
-  int bits = 0;   ///< 8: expand a bilevel page; 0 and others: the page's own depth
-  int order = 0;  ///< of 24 and 32 bits
+  int bits = 0;                        ///< 8: expand a bilevel page; 0 and others: the page's own depth
+  int order = 0;                       ///< of 24 and 32 bits
+  DecodeListener* listener = nullptr;  ///< codecs that can't tell on their way leave it untold
+
+  void Reached(PixelStorage& pixels, int pixelOrder, int endRow) const {
+    if (listener != nullptr) listener->Reached(pixels, pixelOrder, endRow);
+  }
 };
 
 struct DecodedPage {

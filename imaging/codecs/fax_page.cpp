@@ -74,17 +74,18 @@ const char* FaxCodingName(FaxCoding coding) {
 }
 
 std::unique_ptr<PixelStorage> DecodeFaxPage(const Source& source, const FaxData& data, FaxCoding coding,
-                                            int bits, PageInfo& info, std::int64_t firstBit) {
+                                            const DecodeWish& wish, PageInfo& info, std::int64_t firstBit) {
   constexpr int kMostExpansion = 200'000;  // a large white sheet
   CheckPlausible(source, std::int64_t{info.width} * info.height, kMostExpansion);
   FaxRows rows(info.width, coding);
   rows.Start(data.Coded(), firstBit);
-  BilevelPage page(info.width, info.height, bits);
+  BilevelPage page(info.width, info.height, wish.bits);
   std::vector<std::uint8_t> packed((static_cast<std::size_t>(info.width) + 63) / 64 * 8, 0xff);
   int y = 0;
   for (; y < info.height; ++y) {
     const FaxRows::Step step = rows.Next();
     if (step == FaxRows::Step::kEnd) break;
+    wish.Reached(page.Pixels(), 0, y);
     if (step == FaxRows::Step::kRepeat && y > 0) {
       page.Repeat(y);
       continue;

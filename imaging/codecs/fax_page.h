@@ -68,6 +68,7 @@ const char* FaxCodingName(FaxCoding coding);
 /// A page of the size that info tells, white and black, in 1 bit or 8. Rows that aren't there are white and
 /// are counted in info with the damaged ones. Throws if there is no sound row at all.
 std::unique_ptr<PixelStorage> DecodeFaxPage(const Source& source, const FaxData& data, FaxCoding coding,
-                                            int bits, PageInfo& info, std::int64_t firstBit = 0);
+                                            const DecodeWish& wish, PageInfo& info,
+                                            std::int64_t firstBit = 0);
 
 }  // namespace imaging

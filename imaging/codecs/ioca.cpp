@@ -89,7 +89,7 @@ class IocaReader final : public Reader {
     if (const auto coding = FaxCodingOf(segment)) {
       FaxData data(std::move(segment.data));
       if (segment.reversed) data.Reverse();
-      decoded.pixels = DecodeFaxPage(m_source, data, *coding, wish.bits, decoded.info);
+      decoded.pixels = DecodeFaxPage(m_source, data, *coding, wish, decoded.info);
     } else if (segment.coding == IocaCoding::kJpeg) {
       DecodedPage inner = OpenJpeg(segment).reader->Decode(1, wish);
       decoded.pixels = std::move(inner.pixels);

@@ -264,7 +264,8 @@ class JpegReader final : public Reader {
         Fail(kErrorUnsupported, "%s: JPEG with %d components", m_source.Name().c_str(), jpeg.num_components);
     }
     if (!decoder.Start()) decoder.FailDecoding();
-    decoded.pixels = jpeg.out_color_space == JCS_CMYK ? ReadInk(decoder) : ReadDirect(decoder);
+    decoded.pixels =
+        jpeg.out_color_space == JCS_CMYK ? ReadInk(decoder) : ReadDirect(decoder, wish, decoded.order);
     return decoded;
   }
 
@@ -322,13 +323,19 @@ class JpegReader final : public Reader {
     for (int y = first; y < pixels.Height(); ++y) std::memset(pixels.Row(y), 0xff, pixels.RowBytes());
   }
 
-  std::unique_ptr<PixelStorage> ReadDirect(JpegDecoder& decoder) const {
+  std::unique_ptr<PixelStorage> ReadDirect(JpegDecoder& decoder, const DecodeWish& wish, int order) const {
+    constexpr int kRowsAtOnce = 16;
     const jpeg_decompress_struct& jpeg = decoder.Info();
     auto pixels = PixelStorage::Create(static_cast<int>(jpeg.output_width),
                                        static_cast<int>(jpeg.output_height), jpeg.output_components * 8);
     std::vector<JSAMPROW> rows(jpeg.output_height);
     for (std::size_t y = 0; y < rows.size(); ++y) rows[y] = pixels->Row(static_cast<int>(y));
-    const int read = decoder.ReadRows(rows.data(), pixels->Height());
+    int read = 0;
+    for (int wanted = 0; read == wanted && read < pixels->Height();) {
+      wanted = std::min(read + kRowsAtOnce, pixels->Height());
+      read += decoder.ReadRows(rows.data() + read, wanted - read);
+      wish.Reached(*pixels, order, read);
+    }
     if (read == 0) decoder.FailDecoding();
     FillRest(*pixels, read);
     return pixels;

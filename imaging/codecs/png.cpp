@@ -46,6 +46,14 @@ class PngDecoder {
     action();
     return true;
   }
+  /// Reads some rows of a picture in one pass; how many came out.
+  int ReadSome(PixelStorage& pixels, int first, int count) {
+    m_row = 0;
+    Step([this, &pixels, first, count] {
+      for (; m_row < count; ++m_row) png_read_row(m_png, pixels.Row(first + m_row), nullptr);
+    });
+    return m_row;
+  }
   /// Reads the rows, in all passes. Returns how many rows are whole when it ends.
   int ReadRows(PixelStorage& pixels, int passes) {
     m_row = 0;
@@ -180,7 +188,7 @@ class PngReader final : public Reader {
     decoded.order = wish.order == 1 ? 1 : 0;
     decoded.pixels = PixelStorage::Create(header.width, header.height, header.Bits());
     if (header.Bits() <= 8) SetPalette(*decoded.pixels, header.colors);
-    if (!Read(decoder, header, decoded)) FailDecoding(decoder);
+    if (!Read(decoder, header, decoded, wish)) FailDecoding(decoder);
     if (header.Bilevel() && wish.bits == 8) decoded.pixels = ExpandBilevelPage(*decoded.pixels);
     return decoded;
   }
@@ -220,7 +228,8 @@ class PngReader final : public Reader {
   }
 
   /// A file that is cut off shows the rows that it has, and white below; false if it has none.
-  static bool Read(PngDecoder& decoder, const PngHeader& header, const DecodedPage& decoded) {
+  static bool Read(PngDecoder& decoder, const PngHeader& header, const DecodedPage& decoded,
+                   const DecodeWish& wish) {
     PixelStorage& pixels = *decoded.pixels;
     int passes = 1;
     const bool ready = decoder.Step([&decoder, &header, &decoded, &passes] {
@@ -231,9 +240,22 @@ class PngReader final : public Reader {
     // The row buffer must hold what the library writes.
     if (!ready || png_get_rowbytes(decoder.Png(), decoder.Info()) > static_cast<std::size_t>(pixels.Pitch()))
       return false;
-    const int rows = decoder.ReadRows(pixels, passes);
+    const bool telling = passes == 1 && !(header.Bilevel() && wish.bits == 8);
+    const int rows = telling ? ReadTelling(decoder, decoded, wish) : decoder.ReadRows(pixels, passes);
     for (int y = rows; y < pixels.Height(); ++y) std::memset(pixels.Row(y), 0xff, pixels.RowBytes());
     return rows > 0;
+  }
+
+  static int ReadTelling(PngDecoder& decoder, const DecodedPage& decoded, const DecodeWish& wish) {
+    constexpr int kRowsAtOnce = 16;
+    PixelStorage& pixels = *decoded.pixels;
+    int read = 0;
+    for (int wanted = 0; read == wanted && read < pixels.Height();) {
+      wanted = std::min(read + kRowsAtOnce, pixels.Height());
+      read += decoder.ReadSome(pixels, read, wanted - read);
+      wish.Reached(pixels, decoded.order, read);
+    }
+    return read;
   }
 
   const Source& m_source;

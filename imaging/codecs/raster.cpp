@@ -32,7 +32,7 @@ class RasterReader final : public Reader {
     decoded.order = page.info.order;
     decoded.pixels = PixelStorage::Create(page.info.width, page.info.height, page.memoryBits);
     if (page.memoryBits <= 8) SetPalette(*decoded.pixels, page.colors);
-    ReadRows(page, *decoded.pixels);
+    ReadRows(page, *decoded.pixels, wish);
     if (page.memoryBits == 1 && wish.bits == 8) decoded.pixels = ExpandBilevelPage(*decoded.pixels);
     return decoded;
   }
@@ -47,11 +47,16 @@ class RasterReader final : public Reader {
     return page;
   }
 
-  void ReadRows(RasterPage& page, PixelStorage& pixels) const {
+  void ReadRows(RasterPage& page, PixelStorage& pixels, const DecodeWish& wish) const {
+    // Rows that are still to be turned over or changed can't be told yet.
+    const bool telling = !page.bottomUp && pixels.Bits() != 32 && (pixels.Bits() != 1 || wish.bits != 8);
     ByteReader data(m_source, page.dataOffset);
     int line = 0;
     const auto row = [&] { return pixels.Row(page.bottomUp ? pixels.Height() - 1 - line : line); };
-    while (line < pixels.Height() && page.nextRow(data, row())) ++line;
+    while (line < pixels.Height() && page.nextRow(data, row())) {
+      ++line;
+      if (telling) wish.Reached(pixels, page.info.order, line);
+    }
     if (line == 0) FailShort();
     const int first = page.bottomUp ? pixels.Height() - line : 0;
     if (pixels.Bits() == 32) MakeOpaqueIfClear(pixels, first, first + line);

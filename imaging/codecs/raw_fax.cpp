@@ -116,7 +116,7 @@ class RawFaxReader final : public Reader {
       decoded.pixels = rows->Take(wish.bits);
       return decoded;
     }
-    decoded.pixels = DecodeFaxPage(m_source, m_data, Form().coding, wish.bits, decoded.info, found.firstBit);
+    decoded.pixels = DecodeFaxPage(m_source, m_data, Form().coding, wish, decoded.info, found.firstBit);
     decoded.info.damagedRows = found.damagedRows;
     return decoded;
   }

@@ -25,8 +25,9 @@ std::optional<FaxCoding> FaxCodingOf(const TiffHandle& tiff, const TiffLayout& l
 /// Fax strips by the decoder of our own, which takes half the library's time.
 class FaxStrips {
  public:
-  FaxStrips(const TiffHandle& tiff, const TiffLayout& layout, std::uint8_t white)
+  FaxStrips(const TiffHandle& tiff, const TiffLayout& layout, std::uint8_t white, const DecodeWish& wish)
       : m_tiff(tiff),
+        m_wish(wish),
         m_white(white),
         m_reversed(tiff.Short(TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_LSB2MSB),
         m_coding(FaxCodingOf(tiff, layout)),
@@ -46,6 +47,7 @@ class FaxStrips {
         page.Repeat(y);
       else
         StoreRow(y, page);
+      m_wish.Reached(page.Pixels(), 0, y + 1);
     }
     return m_decoder.WithinData();
   }
@@ -83,6 +85,7 @@ class FaxStrips {
   }
 
   const TiffHandle& m_tiff;
+  const DecodeWish& m_wish;
   std::uint8_t m_white;
   bool m_reversed;
   std::optional<FaxCoding> m_coding;
@@ -93,7 +96,8 @@ class FaxStrips {
 
 }  // namespace
 
-std::unique_ptr<PixelStorage> DecodeBilevelTiff(const TiffHandle& tiff, const TiffLayout& layout, int bits) {
+std::unique_ptr<PixelStorage> DecodeBilevelTiff(const TiffHandle& tiff, const TiffLayout& layout,
+                                                const DecodeWish& wish) {
   BilevelColors colors{{0, 0, 0, 0}, {255, 255, 255, 0}};
   if (layout.Palette()) {
     const auto table = ReadTiffColors(tiff, layout);
@@ -101,9 +105,9 @@ std::unique_ptr<PixelStorage> DecodeBilevelTiff(const TiffHandle& tiff, const Ti
   }
   const std::uint8_t flip = layout.MinIsWhite() ? 0xff : 0;
   TiffBands bands(tiff, layout);
-  BilevelPage page(layout.width, layout.height, bits, colors);
+  BilevelPage page(layout.width, layout.height, wish.bits, colors);
   // The fax coders write white as 0, so that it is the file's 0 that is turned over.
-  FaxStrips strips(tiff, layout, flip);
+  FaxStrips strips(tiff, layout, flip, wish);
   while (!bands.AtEnd()) {
     if (strips.Decode(bands.EndRow(), bands.NextEndRow(), page)) {
       bands.Skip();
@@ -111,6 +115,7 @@ std::unique_ptr<PixelStorage> DecodeBilevelTiff(const TiffHandle& tiff, const Ti
     }
     bands.Next();
     for (int y = bands.FirstRow(); y < bands.EndRow(); ++y) page.Store(bands.Row(y), y, flip);
+    wish.Reached(page.Pixels(), 0, bands.EndRow());
   }
   bands.Next();  // tells if nothing was decoded
   return page.Take();

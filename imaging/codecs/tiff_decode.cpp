@@ -32,25 +32,31 @@ int DirectBits(const TiffLayout& layout) {
 
 /// Lets the library write each row where it belongs; false at the first fault. Uncompressed strips are read
 /// faster as a whole.
-bool ReadRowsInPlace(const TiffHandle& tiff, const TiffLayout& layout, PixelStorage& pixels) {
+bool ReadRowsInPlace(const TiffHandle& tiff, const TiffLayout& layout, PixelStorage& pixels,
+                     const DecodeWish& wish) {
   if (layout.tiled || layout.MinIsWhite() || layout.compression == COMPRESSION_NONE) return false;
   if (static_cast<std::size_t>(TIFFScanlineSize(tiff.Get())) != pixels.RowBytes()) return false;
-  for (int y = 0; y < layout.height; ++y)
+  for (int y = 0; y < layout.height; ++y) {
     if (TIFFReadScanline(tiff.Get(), pixels.Row(y), static_cast<std::uint32_t>(y), 0) != 1) return false;
+    wish.Reached(pixels, 0, y + 1);
+  }
   return true;
 }
 
-std::unique_ptr<PixelStorage> DecodeDirect(const TiffHandle& tiff, const TiffLayout& layout, int bits) {
+std::unique_ptr<PixelStorage> DecodeDirect(const TiffHandle& tiff, const TiffLayout& layout, int bits,
+                                           const DecodeWish& wish) {
   std::vector<RGBQUAD> colors;
   if (layout.Palette()) colors = ReadTiffColors(tiff, layout);
   TiffBands bands(tiff, layout);
   auto pixels = PixelStorage::Create(layout.width, layout.height, bits);
   SetPalette(*pixels, colors);
-  if (ReadRowsInPlace(tiff, layout, *pixels)) return pixels;
+  if (ReadRowsInPlace(tiff, layout, *pixels, wish)) return pixels;
   const std::uint8_t flip = layout.MinIsWhite() ? 0xff : 0;
-  while (bands.Next())
+  while (bands.Next()) {
     for (int y = bands.FirstRow(); y < bands.EndRow(); ++y)
       CopyBits(bands.Row(y), pixels->Row(y), pixels->RowBytes(), flip);
+    wish.Reached(*pixels, 0, bands.EndRow());
+  }
   return pixels;
 }
 
@@ -143,7 +149,8 @@ void Interleave(const TiffBands& bands, int y, const TiffLayout& layout, const T
     (samples.*unpack)(bands.Row(y, static_cast<int>(plane)), width, row.data() + plane, perPixel);
 }
 
-std::unique_ptr<PixelStorage> DecodeConverted(const TiffHandle& tiff, const TiffLayout& layout) {
+std::unique_ptr<PixelStorage> DecodeConverted(const TiffHandle& tiff, const TiffLayout& layout,
+                                              const DecodeWish& wish) {
   Conversion conversion{layout, {}};
   if (layout.Palette()) conversion.colors = ReadTiffColors(tiff, layout);
   TiffSamples samples(layout);
@@ -155,7 +162,7 @@ std::unique_ptr<PixelStorage> DecodeConverted(const TiffHandle& tiff, const Tiff
   const auto perRow = static_cast<std::size_t>(layout.width) * static_cast<std::size_t>(layout.samples);
   std::vector<std::uint8_t> levels(layout.Palette() ? 0 : perRow);
   std::vector<std::uint16_t> indices(layout.Palette() ? perRow : 0);
-  while (bands.Next())
+  while (bands.Next()) {
     for (int y = bands.FirstRow(); y < bands.EndRow(); ++y) {
       if (layout.Palette()) {
         Interleave(bands, y, layout, samples, indices, &TiffSamples::ToIndices);
@@ -165,6 +172,8 @@ std::unique_ptr<PixelStorage> DecodeConverted(const TiffHandle& tiff, const Tiff
         conversion.ConvertRow(levels.data(), pixels->Row(y));
       }
     }
+    wish.Reached(*pixels, 0, bands.EndRow());
+  }
   return pixels;
 }
 
@@ -191,9 +200,9 @@ std::vector<RGBQUAD> ReadTiffColors(const TiffHandle& tiff, const TiffLayout& la
 
 std::unique_ptr<PixelStorage> DecodeTiffPage(const TiffHandle& tiff, const TiffLayout& layout,
                                              const DecodeWish& wish) {
-  if (layout.Bilevel()) return DecodeBilevelTiff(tiff, layout, wish.bits == 8 ? 8 : 1);
+  if (layout.Bilevel()) return DecodeBilevelTiff(tiff, layout, wish);
   const int direct = DirectBits(layout);
-  return direct != 0 ? DecodeDirect(tiff, layout, direct) : DecodeConverted(tiff, layout);
+  return direct != 0 ? DecodeDirect(tiff, layout, direct, wish) : DecodeConverted(tiff, layout, wish);
 }
 
 }  // namespace imaging

@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "imaging/codecs/codec.h"
 #include "imaging/codecs/tiff_layout.h"
 #include "imaging/pixels/storage.h"
 
@@ -14,7 +15,8 @@ std::unique_ptr<PixelStorage> DecodeTiffPage(const TiffHandle& tiff, const TiffL
 
 /// A page of one bit a pixel, held with 1 or 8 bits. Without colours of its own it is held as 0 = black, 1 =
 /// white whichever way the file counts.
-std::unique_ptr<PixelStorage> DecodeBilevelTiff(const TiffHandle& tiff, const TiffLayout& layout, int bits);
+std::unique_ptr<PixelStorage> DecodeBilevelTiff(const TiffHandle& tiff, const TiffLayout& layout,
+                                                const DecodeWish& wish);
 
 /// The colours of a palette page, one for each index. Throws if the table is missing.
 std::vector<RGBQUAD> ReadTiffColors(const TiffHandle& tiff, const TiffLayout& layout);
