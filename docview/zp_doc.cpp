@@ -1,6 +1,7 @@
 #include "docview/zp_doc.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <utility>
 
@@ -11,6 +12,7 @@
 #include "library/resource_ids.h"
 #include "platform/framework/doc_template.h"
 #include "platform/framework/frame_wnd.h"
+#include "platform/framework/mdi_wnd.h"
 #include "platform/framework/thread.h"
 #include "platform/framework/view.h"
 #include "viewing/page_source.h"
@@ -19,14 +21,27 @@ namespace {
 
 constexpr int kRemembered = 1;
 
+using Clock = std::chrono::steady_clock;
+/// How long an open goes on before it shows the pages that it has, and until it shows further ones.
+constexpr std::chrono::milliseconds kPatience(200);
+
 /// A number in the place of the object that a hint carries.
 CObject* HintNumber(int number) {
   return reinterpret_cast<CObject*>(static_cast<std::intptr_t>(number));
 }
 
+/// Paints all that waits in a window, since no message is dispatched before the document is open.
+void PaintNow(HWND window) {
+  ::UpdateWindow(window);
+  for (HWND child = ::GetWindow(window, GW_CHILD); child != nullptr; child = ::GetWindow(child, GW_HWNDNEXT))
+    PaintNow(child);
+}
+
 void ShowOpening() {
   CWnd* const main = AfxGetMainWnd();
-  if (main != nullptr) main->SendMessage(WM_SETMESSAGESTRING, IDS_ZP_OPENING, 0);
+  if (main == nullptr) return;
+  main->SendMessage(WM_SETMESSAGESTRING, IDS_ZP_OPENING, 0);
+  PaintNow(main->m_hWnd);
 }
 
 /// Throws also if there is no first page.
@@ -100,9 +115,15 @@ int CZPDoc::LoadPages(int nCount, const LoadPage& loadPage) {
   m_arrPages.SetSize(std::max(nCount, 0));
   for (int i = 0; i < m_arrPages.GetSize(); ++i) m_arrPages[i] = CreatePage();
   int loaded = 0;
+  int shown = 0;  // pages that the views know of
+  auto look = Clock::now() + kPatience;
   for (int i = 0; i < m_arrPages.GetSize(); ++i) {
     CZPPage* const page = PageAt(i);
     if (page != nullptr) loaded |= loadPage(*page, i);
+    if (loaded == 0 || Clock::now() < look) continue;
+    ShowSoFar(shown, i + 1);
+    shown = i + 1;
+    look = Clock::now() + kPatience;
   }
   ShowOpened(0);
   if (loaded != 0) return 1;
@@ -127,6 +148,26 @@ void CZPDoc::BecomeEmpty() {
     kind->SetDefaultTitle(this);
   else
     SetTitle(nullptr);
+}
+
+void CZPDoc::ShowSoFar(int nFirst, int nEnd) {
+  if (nFirst == 0) {
+    m_nActivePage = 0;
+    UpdateAllViews(nullptr, view::kHintAllPages, nullptr);
+  } else {
+    for (int i = nFirst; i < nEnd; ++i) UpdateAllViews(nullptr, view::kHintPageChanged, HintNumber(i));
+  }
+  POSITION position = GetFirstViewPosition();
+  const CView* const view = position == nullptr ? nullptr : GetNextView(position);
+  CFrameWnd* const frame = view == nullptr ? nullptr : view->GetParentFrame();
+  if (frame == nullptr) return;
+  // A document window is shown by its template only at the end.
+  if (m_bShowsFrame != FALSE && DYNAMIC_DOWNCAST(CMDIChildWnd, frame) != nullptr &&
+      frame->IsWindowVisible() == FALSE)
+    frame->ActivateFrame();
+  if (auto* const shown = dynamic_cast<CZPDocumentFrame*>(frame); shown != nullptr && nFirst == 0)
+    shown->UpdateFrame();
+  PaintNow(GetTopLevelWindow(frame->m_hWnd));
 }
 
 int CZPDoc::FailOpen(CLeadtoolsException* pException) {

@@ -7,7 +7,8 @@
 
 class CWnd;
 
-/// An image document with all its pages in memory. An open decodes every page; from then on a change of page,
+/// An image document with all its pages in memory. An open decodes every page, and shows those that it has
+/// if that takes a while; from then on a change of page,
 /// the thumbnails and the printing decode nothing. It is read only, and never counts as modified.
 ///
 /// Pages are counted from 0. A page argument is a page of the document, or -1 for
@@ -82,6 +83,8 @@ class TESSAREL_API CZPDoc : public CDocument {
   /// The pages are about to go, in the midst of a print job perhaps.
   void StopPrinting();
   void ShowOpened(int nActivePage);
+  /// Shows pages that an open has loaded while it goes on with the rest.
+  void ShowSoFar(int nFirst, int nEnd);
   int FailOpen(CLeadtoolsException* pException);
   void BecomeEmpty();
   void ReportNoPage() const;

@@ -79,7 +79,7 @@ class PLATFORM_API CDocTemplate : public CCmdTarget {
   CFrameWnd* CreateFrameOrDelete(CDocument* document);
   /// A new document in a frame of its own, with the file loaded, or new content if path is null. Null, with
   /// nothing left and the user told, on failure.
-  CDocument* CreateLoaded(LPCTSTR path, CFrameWnd*& frame);
+  CDocument* CreateLoaded(LPCTSTR path, CFrameWnd*& frame, BOOL makeVisible);
   /// Takes back what a failed open has made.
   void Abandon(CFrameWnd* frame, CDocument* document);
   bool Has(const CDocument* document) const;

@@ -21,6 +21,8 @@ class PLATFORM_API CDocument : public CCmdTarget {
   /// Views that are left stay, without a document.
   ~CDocument() override;
 
+  /// Its template shows the frame once the document is loaded; one that takes a while may show it before.
+  BOOL m_bShowsFrame = FALSE;
   BOOL m_bAutoDelete = TRUE;  ///< off: the document is its maker's
 
   const CString& GetTitle() const { return m_strTitle; }

@@ -30,7 +30,7 @@ void ReportNoDocument() {
 
 }  // namespace
 
-CDocument* CDocTemplate::CreateLoaded(LPCTSTR path, CFrameWnd*& frame) {
+CDocument* CDocTemplate::CreateLoaded(LPCTSTR path, CFrameWnd*& frame, BOOL makeVisible) {
   CDocument* document = CreateNewDocument();
   if (document == nullptr) {
     ReportNoDocument();
@@ -38,6 +38,7 @@ CDocument* CDocTemplate::CreateLoaded(LPCTSTR path, CFrameWnd*& frame) {
   }
   frame = CreateFrameOrDelete(document);
   if (frame == nullptr) return nullptr;
+  document->m_bShowsFrame = makeVisible;
   if (!Load(*this, document, path)) {
     Abandon(frame, document);
     return nullptr;
@@ -47,7 +48,7 @@ CDocument* CDocTemplate::CreateLoaded(LPCTSTR path, CFrameWnd*& frame) {
 
 CDocument* CMultiDocTemplate::OpenDocumentFile(LPCTSTR path, BOOL makeVisible) {
   CFrameWnd* frame = nullptr;
-  CDocument* document = CreateLoaded(path, frame);
+  CDocument* document = CreateLoaded(path, frame, makeVisible);
   if (document == nullptr) return nullptr;
   if (path == nullptr) ++m_untitled;
   InitialUpdateFrame(frame, document, makeVisible);
@@ -67,7 +68,7 @@ CDocument* CSingleDocTemplate::OpenDocumentFile(LPCTSTR path, BOOL makeVisible) 
 
 CDocument* CSingleDocTemplate::OpenFirst(LPCTSTR path, BOOL makeVisible) {
   CFrameWnd* frame = nullptr;
-  CDocument* document = CreateLoaded(path, frame);
+  CDocument* document = CreateLoaded(path, frame, makeVisible);
   if (document == nullptr) return nullptr;
   CWinThread* thread = AfxGetThread();
   if (thread->m_pMainWnd == nullptr) thread->m_pMainWnd = frame;

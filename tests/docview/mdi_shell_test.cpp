@@ -1,9 +1,12 @@
 // The multiple-document shell: bars that its windows share.
 
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
+#include <functional>
 #include <map>
 #include <string>
+#include <thread>
 
 #include "platform/resources/resource_tables.h"
 #include "tests/docview/shell_fixture.h"
@@ -56,6 +59,53 @@ TEST_F(MdiShell, TheBarsShowTheWindowInFront) {
   main->MDITile();
   Settle();
   EXPECT_EQ(Bars(), "2|200%|Zoom 1:200|Pagina 2 of 3");
+}
+
+/// A document of a slow source, which tells before each page is decoded.
+class SlowDoc : public CZPDoc {
+  DECLARE_DYNCREATE(SlowDoc)
+ public:
+  static inline std::function<void(int page)> onLoad;
+
+ private:
+  struct Page : CZPPage {
+    using CZPPage::LoadPage;
+    int LoadPage(const char* file, int page, leadtools12::LoadRowCallback callback, void* data) override {
+      onLoad(page);
+      return CZPPage::LoadPage(file, page, callback, data);
+    }
+  };
+  CZPPage* CreatePage() override { return new Page; }
+};
+IMPLEMENT_DYNCREATE(SlowDoc, CZPDoc)
+
+TEST_F(MdiShell, AnOpenThatTakesAWhileShowsItsTextAndThePagesThatItHas) {
+  static CMultiDocTemplate slow(IDR_ZP_HOST, RUNTIME_CLASS(SlowDoc), RUNTIME_CLASS(CZPmdiChild),
+                                RUNTIME_CLASS(CZPView));
+  for (const bool visible : {true, false}) {
+    std::string seen;
+    SlowDoc::onLoad = [&](int page) {
+      EXPECT_EQ(Text(main->m_wndStatusBar), "Apertura file ...");
+      RECT invalid{};
+      EXPECT_FALSE(main->m_wndStatusBar.GetUpdateRect(&invalid)) << "it is on the screen";
+      auto* const child = static_cast<CZPmdiChild*>(main->MDIGetActive());
+      const bool painted =
+          child != nullptr && child->IsWindowVisible() && !child->m_pView->GetUpdateRect(&invalid);
+      if (painted) {
+        EXPECT_EQ(Bars(), "1|100%|Zoom 1:100|Pagina 1 of 4");
+      }
+      seen += painted ? "+" : "-";
+      if (page < 3) std::this_thread::sleep_for(std::chrono::milliseconds(250));
+    };
+    auto* const document =
+        static_cast<CZPDoc*>(slow.OpenDocumentFile(PagesFile(4).c_str(), visible ? TRUE : FALSE));
+    ASSERT_NE(document, nullptr);
+    EXPECT_EQ(seen, visible ? "-+++" : "----");
+    EXPECT_EQ(ChildOf(document)->IsWindowVisible() != FALSE, visible);
+    EXPECT_EQ(Text(main->m_wndStatusBar), "Pronto");
+    document->OnCloseDocument();
+    Settle();
+  }
 }
 
 TEST_F(MdiShell, AnOpenThatFailsLeavesTheWindowInFrontAlone) {
