@@ -122,9 +122,21 @@ bool IsJpeg2000(const Candidate& candidate) {
   return StartsWith(candidate, "\0\0\0\x0cjP  \r\n\x87\n"sv) || StartsWith(candidate, "\xff\x4f\xff\x51\0"sv);
 }
 
+/// No signature: layers, planes, a byte that is 0, a size, and option bits that mean something.
+bool IsJbig(const Candidate& candidate) {
+  const auto head = candidate.head;
+  const std::string& ending = candidate.ending;
+  if (ending != "jbg" && ending != "jbig" && ending != "bie") return false;
+  constexpr std::size_t kHeaderBytes = 20;
+  return head.size() > kHeaderBytes && head[0] <= head[1] && head[1] <= 32 && head[2] >= 1 && head[3] == 0 &&
+         BigU32(&head[4]) != 0 && BigU32(&head[12]) != 0 && head[16] < 128 && (head[18] & 0xf0) == 0 &&
+         (head[19] & 0x80) == 0;
+}
+
 constexpr HelperFamily kFamilies[] = {
     {"WebP", "webp", IsWebP, Evidence::kSignature},
     {"JPEG 2000", "jpeg2000", IsJpeg2000, Evidence::kSignature},
+    {"JBIG", "jbig", IsJbig, Evidence::kLikeness},
 };
 
 Candidate CandidateOf(const Source& source, std::span<std::uint8_t> buffer) {
