@@ -244,6 +244,7 @@ int CZPDoc::ReleaseHBitmap(int nPage) {
 int CZPDoc::Rotate(int nAngle) {
   CZPPage* const page = PageOrActive(view::kActivePage);
   if (page == nullptr || page->GetHBitmap() == nullptr) return 0;
+  StopPrinting();  // the pixels move
   if (page->Rotate(nAngle, kRemembered) == 0) return 0;
   UpdateAllViews(nullptr, view::kHintPageChanged, HintNumber(view::kActivePage));
   return 1;

@@ -12,12 +12,14 @@ constexpr int kBilevelDepthInMemory = 8;  // what the grey reduction works on
 }  // namespace
 
 void CImageWindow::FreeBitmaps() {
+  StopPrintingPage();
   if (HasPage()) LEADTOOLS::FreeBitmap(&m_Bitmap);
   FreeSmartBitmap();
 }
 
 void CImageWindow::Initialize() {
   BreakOff();
+  if (m_pFileBuf != nullptr) StopPrinting();
   m_bMultiLevel = false;
   m_nCurrPage = 0;
   m_nRotation = 0;

@@ -8,8 +8,12 @@ void CImageWindow::StopPrinting() {
   JobWatch<CImageWindow>::Gone(*this);
 }
 
+void CImageWindow::StopPrintingPage() {
+  JobWatch<struct_LEAD_Bitmap>::Gone(m_Bitmap);
+}
+
 void CImageWindow::PrintCurrentPage() {
-  const JobWatch<CImageWindow> watch(*this);
+  const JobWatch<struct_LEAD_Bitmap> watch(m_Bitmap);
   CPrintBitmap job(PrintAppName());
   const auto format = static_cast<PrintFormat>(m_nPrintFormat);
   struct_LEAD_Bitmap page = page_as_shown::Header(m_Bitmap, m_pageInfo);

@@ -9,6 +9,7 @@ constexpr int kFullTurn = 360;
 }  // namespace
 
 bool CImageWindow::Rotate(int degrees, bool store) {
+  StopPrintingPage();
   try {
     LEADTOOLS::RotateBitmap(&m_Bitmap, degrees % kFullTurn * kHundredths, kRotateFlags, 0);
     // The reduced copy is turned, not made anew.

@@ -138,8 +138,10 @@ class TESSAREL_API CImageWindow : public CPageWindow<CWnd> {
   /// At the top left corner the page stays where it was, and what is uncovered is invalid already.
   bool IsStaleAfterResize(bool /*moved*/) const { return m_ptScroll.x != 0 || m_ptScroll.y != 0; }
   void FreeBitmaps();
-  /// This window is about to go, in the midst of a print job perhaps.
+  /// This window or its block of memory is about to go, in the midst of a print job perhaps.
   void StopPrinting();
+  /// The page's pixels are about to go, or to move.
+  void StopPrintingPage();
   /// Tells the callback and ends the exception.
   void Report(CLeadtoolsException* exception);
   /// Decodes a page of the source into m_Bitmap; throws.

@@ -3,35 +3,10 @@
 #include "library/failure.h"
 #include "library/library_entry.h"
 #include "platform/framework/app.h"
-#include "print/print_dialogs.h"
+#include "print/job_watch.h"
 #include "print/print_failure.h"
 
 // What the print commands of both viewers have in common.
-
-/// Notices that the owner of what a job prints goes, or takes it away, while the job dispatches messages.
-template <class Owner>
-class JobWatch {
- public:
-  explicit JobWatch(Owner& owner) : m_owner(&owner), m_outer(s_innermost) { s_innermost = this; }
-  JobWatch(const JobWatch&) = delete;
-  JobWatch& operator=(const JobWatch&) = delete;
-  ~JobWatch() { s_innermost = m_outer; }
-
-  /// Null: it is gone.
-  Owner* Get() const { return m_owner; }
-  static void Gone(const Owner& owner) {
-    for (JobWatch* watch = s_innermost; watch != nullptr; watch = watch->m_outer) {
-      if (watch->m_owner != &owner) continue;
-      watch->m_owner = nullptr;
-      g_bPrintAbort = 1;  // before the job looks at the owner's bitmaps again
-    }
-  }
-
- private:
-  Owner* m_owner;
-  JobWatch* m_outer;  // of a job within which a host has begun this one
-  static inline JobWatch* s_innermost = nullptr;
-};
 
 /// Tells the report once if the queue's printer stops, or drops a job that it has taken; nothing where the
 /// host has switched that off.

@@ -5,6 +5,7 @@
 #include "platform/framework/wnd_messages.h"
 #include "platform/print_dialogs/print_dialog.h"
 #include "platform/window/pump.h"
+#include "print/job_watch.h"
 
 CPrintFormatDlg g_PrintFormatDlg;
 int g_bPrintAbort = 0;
@@ -54,9 +55,13 @@ UINT PrintDlgHook(HWND, UINT message, WPARAM wParam, LPARAM) {
   return 1;
 }
 
+bool IsJobStopped() {
+  return g_bPrintAbort != 0 || SourceWatch::IsGoneFromJob();
+}
+
 BOOL PrintAbortProc(HDC, int) {
   MSG message{};
-  while (g_bPrintAbort == 0 && PeekMessage(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+  while (!IsJobStopped() && PeekMessage(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
     if (message.message == WM_QUIT) {
       // The program's own loop must see it, and the program doesn't wait for the paper.
       PostQuitMessage(static_cast<int>(message.wParam));
@@ -67,5 +72,5 @@ BOOL PrintAbortProc(HDC, int) {
     TranslateMessage(&message);
     DispatchMessage(&message);
   }
-  return g_bPrintAbort == 0 ? TRUE : FALSE;
+  return IsJobStopped() ? FALSE : TRUE;
 }

@@ -43,5 +43,7 @@ extern CPrintAbortDlg* g_pPrintAbortDlg;  ///< of the running job, or null
 void CustomizePrintDialog(CPrintDialog& dialog);
 /// The print dialog's hook: opens the print format dialog.
 UINT PrintDlgHook(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+/// The user, or the end of the program, has asked the job to stop, or what it prints is gone.
+bool IsJobStopped();
 /// Called while a job is spooled: dispatches what waits in the queue. FALSE: the job is to stop.
 BOOL PrintAbortProc(HDC dc, int error);

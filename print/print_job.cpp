@@ -5,7 +5,7 @@
 
 void ThrowIfAborted() {
   if (g_pPrintAbortDlg != nullptr) PrintAbortProc(nullptr, 0);
-  if (g_bPrintAbort != 0) throw static_cast<int>(PrintFailureAborted);
+  if (IsJobStopped()) throw static_cast<int>(PrintFailureAborted);
 }
 
 AbortStage::AbortStage(CWnd* parent)

@@ -1,5 +1,7 @@
 // The document's print commands: its pages as they are shown, in one job.
 
+#include <functional>
+
 #include "docview/zp_doc.h"
 #include "platform/framework/frame_wnd.h"
 #include "tests/frames/broken_pages.h"
@@ -138,6 +140,37 @@ TEST_F(DocumentCommand, PagesThatGoDuringAJobEndIt) {
   EXPECT_NE(document.GetHBitmap(49), nullptr);
   EXPECT_TRUE(frame->IsWindowEnabled());
   frame->DestroyWindow();
+}
+
+TEST_F(DocumentCommand, PagesThatGoInThePrintDialogAreNotPrinted) {
+  Document other;
+  static std::function<void()> meanwhile;
+  platform::testing::SetPrintDialogAnswer([](platform::PrintDialogRequest&) {
+    meanwhile();
+    return true;
+  });
+  const struct {
+    const char* what;
+    std::function<void()> happens;
+    int jobs;  ///< of others
+  } cases[] = {{"another file", [this] { document.OnOpenDocument(path.c_str()); }, 0},
+               {"turned", [this] { document.Rotate(9000); }, 0},
+               {"and another job begins",
+                [&] {
+                  document.OnOpenDocument(path.c_str());
+                  other.OnOpenDocument(path.c_str());
+                  other.PrintDocument(nullptr, true, 0, -1);
+                },
+                1}};
+  for (const auto& c : cases) {
+    Open({200, 400});
+    Boxes().clear();
+    meanwhile = c.happens;
+    EXPECT_EQ(document.PrintDocument(nullptr, false, 0, -1), 0) << c.what;
+    EXPECT_EQ(Boxes().size(), 1U) << c.what << ": the user reads that the job has ended";
+    EXPECT_EQ(std::filesystem::exists(QueuedJob(1)), c.jobs == 1) << c.what;
+    EXPECT_FALSE(std::filesystem::exists(QueuedJob(2))) << c.what;
+  }
 }
 
 }  // namespace

@@ -159,22 +159,35 @@ TEST_F(Trouble, TheFrameOfTheJobGoes) {
 }
 
 // The page that is printed lies in the window itself.
-TEST_F(Trouble, TheWindowOfThePageGoes) {
-  Open(1, 8);
-  frame->onTimer = [this] {
-    delete frame->image;
-    frame->image = nullptr;
-  };
+TEST_F(Trouble, ThePageGoes) {
+  const struct {
+    const char* what;
+    std::function<void()> happens;
+  } cases[] = {{"another page", [this] { frame->image->LoadPage(2); }},
+               {"turned", [this] { frame->image->Rotate(90, false); }},
+               {"with the window", [this] {
+                  delete frame->image;
+                  frame->image = nullptr;
+                }}};
   g_app.m_pMainWnd = frame;
-  ::PostMessage(*frame, WM_TIMER, 1, 0);  // the first thing that the job dispatches
-  frame->image->PrintCurrentPage();
+  for (const auto& c : cases) {
+    Open(2, 8);
+    Boxes().clear();
+    bool done = false;
+    frame->onTimer = [&] {
+      done = true;
+      c.happens();
+    };
+    ::PostMessage(*frame, WM_TIMER, 1, 0);  // the first thing that the job dispatches
+    frame->image->PrintCurrentPage();
+    EXPECT_TRUE(done) << c.what;
+    EXPECT_EQ(Boxes().size(), 1U) << c.what;
+    EXPECT_TRUE(Reports().empty()) << c.what;
+    EXPECT_TRUE(frame->IsWindowEnabled()) << c.what;
+    EXPECT_FALSE(std::filesystem::exists(QueuedJob(1))) << c.what;
+    EXPECT_EQ(SpooledFiles(), 0) << c.what;
+  }
   g_app.m_pMainWnd = nullptr;
-  EXPECT_EQ(frame->image, nullptr);
-  EXPECT_EQ(Boxes().size(), 1U);
-  EXPECT_TRUE(Reports().empty());
-  EXPECT_TRUE(frame->IsWindowEnabled());
-  EXPECT_FALSE(std::filesystem::exists(QueuedJob(1)));
-  EXPECT_EQ(SpooledFiles(), 0);
 }
 
 }  // namespace

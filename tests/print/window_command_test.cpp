@@ -1,5 +1,8 @@
 // The image window's print commands, and how failures reach the user.
 
+#include <functional>
+#include <memory>
+
 #include "imagewindow/image_window.h"
 #include "platform/framework/app.h"
 #include "platform/framework/frame_wnd.h"
@@ -65,6 +68,38 @@ TEST_F(WindowCommand, TheFormatChosenStaysWithTheWindowUnlessTheJobFails) {
   for (const auto& [code, text] : Reports()) {
     EXPECT_EQ(code, 0);
     EXPECT_NE(text.find("stampante predefinita"), std::string::npos) << text;
+  }
+}
+
+TEST_F(WindowCommand, ABlockThatGoesInThePrintDialogIsNotPrinted) {
+  static std::function<void()> meanwhile;
+  platform::testing::SetPrintDialogAnswer([](platform::PrintDialogRequest&) {
+    meanwhile();
+    return true;
+  });
+  const std::string path = WriteFile({Black(200, 100, 8, 0, 0)});
+  CImageWindow* owner = nullptr;
+  const struct {
+    const char* what;
+    std::function<void()> happens;
+  } cases[] = {{"another file", [&] { owner->OpenImageFile(path.c_str()); }}, {"the window", [&] {
+                                                                                 delete owner;
+                                                                                 owner = nullptr;
+                                                                               }}};
+  for (const auto& c : cases) {
+    auto image = std::make_unique<std::string>(Read(path));
+    owner = new CImageWindow;
+    ASSERT_TRUE(owner->OpenImageMemory(image->data(), image->size()));
+    Boxes().clear();
+    meanwhile = [&] {
+      c.happens();
+      image.reset();
+    };
+    owner->PrintCurFile(frame, false);
+    ASSERT_EQ(Boxes().size(), 1U) << c.what;
+    EXPECT_NE(Boxes()[0].find("annullata"), std::string::npos) << c.what << ": " << Boxes()[0];
+    EXPECT_FALSE(std::filesystem::exists(QueuedJob(1))) << c.what;
+    delete owner;
   }
 }
 
