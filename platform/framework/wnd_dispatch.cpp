@@ -44,7 +44,8 @@ bool Invoke(CWnd* w, const AFX_MSGMAP_ENTRY& entry, WPARAM wParam, LPARAM lParam
   result = 0;
   switch (entry.nSig) {
     case AfxSig_bD:
-      result = Call<BOOL>(w, pfn, CDC::FromHandle(reinterpret_cast<HDC>(wParam)));
+      // Anybody can send one without a context, or with one that is gone: nothing to draw on.
+      if (CDC* dc = CDC::FromHandle(reinterpret_cast<HDC>(wParam))) result = Call<BOOL>(w, pfn, dc);
       break;
     case AfxSig_bWww:
       result = Call<BOOL, CWnd*, UINT, UINT>(w, pfn, WindowOf(wParam), LOWORD(words), HIWORD(words));

@@ -57,6 +57,15 @@ TEST_F(Painting, AnEmptyWindowIsGray) {
   EXPECT_TRUE(Reports().empty());
 }
 
+TEST_F(Painting, AnybodyMayAskForABackgroundWithoutAContext) {
+  Show({{500, 500}});
+  HDC gone = CreateCompatibleDC(nullptr);
+  DeleteDC(gone);
+  for (const HDC dc : {HDC{}, gone})
+    for (const HWND asked : {window->m_hWnd, frame->m_hWnd})
+      EXPECT_EQ(SendMessage(asked, WM_ERASEBKGND, reinterpret_cast<WPARAM>(dc), 0), 0);
+}
+
 TEST_F(Painting, FullSizeIsExactAtAnyPosition) {
   for (CPoint at : {CPoint(0, 0), CPoint(13, 29), CPoint(300, 220)}) {
     ShowAt({400, 300, 1, 0, 0, Diagonals}, 1, at);
