@@ -13,6 +13,7 @@
 #include "platform/framework/doc_template.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/mdi_wnd.h"
+#include "platform/framework/object_hold.h"
 #include "platform/framework/thread.h"
 #include "platform/framework/view.h"
 #include "viewing/page_source.h"
@@ -77,6 +78,7 @@ BOOL CZPDoc::OnSaveDocument(LPCTSTR) {
 }
 
 BOOL CZPDoc::OnOpenDocument(LPCTSTR pszPath) {
+  const platform::ObjectHold hold(this);
   const CString path(pszPath);  // the caller's text may be the document's own path
   ShowOpening();
   DeletePages();
@@ -92,6 +94,7 @@ BOOL CZPDoc::OnOpenDocument(LPCTSTR pszPath) {
 }
 
 int CZPDoc::OpenDocumentMemory(BYTE* pBuffer, DWORD dwSize) {
+  const platform::ObjectHold hold(this);
   ShowOpening();
   int pages = 0;
   try {

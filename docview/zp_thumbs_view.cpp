@@ -5,6 +5,7 @@
 #include "docview/hints.h"
 #include "docview/zp_doc.h"
 #include "library/failure.h"
+#include "platform/framework/object_hold.h"
 #include "thumbs/page_picture.h"
 #include "thumbs/strip_items.h"
 #include "thumbs/thumb_caption.h"
@@ -87,6 +88,7 @@ void CZPThumbsView::CreateThumbsList() {
   try {
     LEADTOOLS::ImgListClear(m_hWnd);
     CZPDoc* const document = Document();
+    const platform::ObjectHold hold(document);
     const int pages = document == nullptr ? 0 : document->GetPagesNum();
     if (pages == 0) return;
     for (int i = 0; i < pages; ++i) InsertPage(*document, i);
@@ -111,6 +113,7 @@ void CZPThumbsView::UpdatePageModification(int nPage) {
   try {
     CZPDoc* const document = Document();
     if (document == nullptr) return;
+    const platform::ObjectHold hold(document);
     if (nPage == view::kActivePage) nPage = document->GetActivePageNum();
     struct_LEAD_Bitmap* const page = document->GetHBitmap(nPage);
     if (page == nullptr) return;

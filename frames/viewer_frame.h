@@ -119,6 +119,9 @@ class CViewerFrame : public CViewerCommands<Base>, public CImageWindowFrame {
 
   /// Whether another handler has taken the command.
   bool ExitElsewhere();
+  /// Closed or destroyed, as it may be after each dialog, box and call of the host.
+  bool IsGone() const { return this->m_hWnd == nullptr || m_pImageWnd == nullptr; }
+  void EndPanes();
   bool AskForFile(CString* path);
   void FillThumbs();
   bool FailedOpen();

@@ -4,6 +4,7 @@
 #include "imagewindow/image_window.h"
 #include "library/resource_ids.h"
 #include "platform/framework/message_box.h"
+#include "platform/framework/object_hold.h"
 
 // Files that are dropped on the window.
 
@@ -14,9 +15,13 @@ constexpr UINT kCount = 0xFFFFFFFF;
 }  // namespace
 
 void CImageWindow::OpenDropped(const char* path) {
+  const platform::ObjectHold hold(this);
   CImageWindowFrame* frame = Frame();
   if (frame != nullptr && frame->OpenDroppedFile(path)) return;
-  if (OpenImageFile(path)) LoadPage(1);
+  const bool opened = OpenImageFile(path);
+  if (!hold.Exists()) return;
+  if (opened) LoadPage(1);
+  if (!hold.Exists()) return;
   Invalidate();  // also after a failure: the former page is gone
   CWnd* parent = GetParent();
   if (parent != nullptr)
@@ -25,6 +30,7 @@ void CImageWindow::OpenDropped(const char* path) {
 }
 
 void CImageWindow::OnDropFiles(HDROP drop) {
+  const platform::ObjectHold hold(this);
   if (DragQueryFileA(drop, kCount, nullptr, 0) > 1) {
     AfxMessageBox(IDS_ZP_ONE_FILE_ONLY);
   } else {
@@ -32,5 +38,5 @@ void CImageWindow::OnDropFiles(HDROP drop) {
     DragQueryFileA(drop, 0, path.data(), static_cast<UINT>(path.size()));
     OpenDropped(path.data());
   }
-  Default();
+  if (hold.Exists()) Default();
 }

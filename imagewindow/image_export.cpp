@@ -6,6 +6,7 @@
 #include "library/resource_ids.h"
 #include "platform/base/kernel.h"
 #include "platform/framework/message_box.h"
+#include "platform/framework/object_hold.h"
 #include "viewing/page_source.h"
 
 namespace {
@@ -109,7 +110,9 @@ bool CImageWindow::ExportPages(const CString& target) {
     _LOADFILEOPTION options{};
     const bool choose = m_nMaxPage > 1;
     if (choose) {
+      const platform::ObjectHold hold(this);
       if (AfxMessageBox(IDS_ZP_EXPORT_ONE_PAGE, MB_OKCANCEL | MB_ICONEXCLAMATION) != IDOK) return false;
+      if (!hold.Exists()) return false;
       LEADTOOLS::GetDefaultLoadFileOption(&options);
       options.PageNumber = m_nCurrPage;
     }

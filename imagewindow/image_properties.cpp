@@ -1,5 +1,6 @@
 #include "imagewindow/image_window.h"
 #include "platform/base/path.h"
+#include "platform/framework/object_hold.h"
 #include "viewing/file_formats.h"
 #include "viewing/page_source.h"
 #include "viewing/properties_dlg.h"
@@ -19,6 +20,7 @@ CString CImageWindow::GetFileFormat(int code) {
 }
 
 void CImageWindow::ShowPropertiesDlg() {
+  const platform::ObjectHold hold(this);
   CImagePropertiesDlg dialog;
   // After a failure the dialog opens all the same and shows what is known.
   struct_file_information info{};
@@ -30,6 +32,7 @@ void CImageWindow::ShowPropertiesDlg() {
     source.Describe(&info, &options, true);
   } catch (CLeadtoolsException* exception) {
     Report(exception);
+    if (!hold.Exists() || m_hWnd == nullptr) return;
   }
   if (source.IsFile()) {
     const platform::PathParts parts = platform::SplitPath(static_cast<const char*>(m_strFilePath));

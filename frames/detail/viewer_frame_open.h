@@ -11,6 +11,7 @@
 #include "platform/framework/cmd_ui.h"
 #include "platform/framework/file_dialog.h"
 #include "platform/framework/message_box.h"
+#include "platform/framework/object_hold.h"
 #include "platform/framework/thread.h"
 #include "viewing/bars/viewer_bars.h"
 #include "viewing/commands/open_filter.h"
@@ -44,9 +45,10 @@ bool CViewerFrame<Base>::AskForFile(CString* path) {
 
 template <typename Base>
 bool CViewerFrame<Base>::OpenImageFile(const char* path) {
+  const platform::ObjectHold hold(this);
   CString name(path);
   if (path == nullptr && !AskForFile(&name)) return true;
-  if (m_pImageWnd == nullptr) return false;
+  if (IsGone()) return false;
   this->BeginWaitCursor();
   const bool opened = m_pImageWnd->OpenImageFile(name);
   this->EndWaitCursor();
@@ -55,7 +57,8 @@ bool CViewerFrame<Base>::OpenImageFile(const char* path) {
 
 template <typename Base>
 bool CViewerFrame<Base>::OpenImageMemory(void* block, unsigned long size) {
-  if (m_pImageWnd == nullptr) return false;
+  const platform::ObjectHold hold(this);
+  if (IsGone()) return false;
   this->BeginWaitCursor();
   const bool opened = m_pImageWnd->OpenImageMemory(block, size);
   this->EndWaitCursor();
@@ -70,6 +73,7 @@ bool CViewerFrame<Base>::OpenDroppedFile(const char* path) {
 
 template <typename Base>
 bool CViewerFrame<Base>::FailedOpen() {
+  if (IsGone()) return false;
   Clear();
   LEADTOOLS::ImgListClear(m_pThumbsWnd->m_hWnd);
   return false;
@@ -77,10 +81,14 @@ bool CViewerFrame<Base>::FailedOpen() {
 
 template <typename Base>
 bool CViewerFrame<Base>::ShowOpened() {
+  if (IsGone()) return false;
   ShowMessage(IDS_ZP_OPENING);
   m_bThumbsCreated = FALSE;
   if (m_bThumbsVisible != FALSE) FillThumbs();
-  if (!m_pImageWnd->LoadPage(1)) {
+  if (IsGone()) return false;
+  const bool loaded = m_pImageWnd->LoadPage(1);
+  if (IsGone()) return false;
+  if (!loaded) {
     Clear();
     return false;
   }
@@ -110,9 +118,10 @@ template <typename Base>
 bool CViewerFrame<Base>::RunModal(CViewerFrame* frame, CWnd* parent, const char* title, bool disableParent,
                                   const std::function<bool()>& open) {
   if (frame->LoadFrame(IDR_ZP_VIEWER, viewer_open::kViewerStyle, parent, nullptr) == FALSE) return false;
+  const platform::ObjectHold hold(frame);
   frame->SetWindowText(title);
   frame->m_strTitle = title;  // stays: the frame puts no other one over it
-  if (!open()) {
+  if (!open() || frame->m_hWnd == nullptr) {
     frame->DestroyWindow();
     return false;
   }
@@ -188,10 +197,7 @@ bool CViewerFrame<Base>::DoModalLoop() {
 
 template <typename Base>
 void CViewerFrame<Base>::OnClose() {
-  delete m_pImageWnd;
-  m_pImageWnd = nullptr;
-  delete m_pThumbsWnd;
-  m_pThumbsWnd = nullptr;
+  EndPanes();
   if (!m_bModal) {
     CFrameWnd::OnClose();
     return;
@@ -232,7 +238,7 @@ void CViewerFrame<Base>::OnFileExport() {
   CString title;
   title.LoadString(IDS_ZP_EXPORT_TITLE);
   dialog.m_ofn.lpstrTitle = title;
-  if (dialog.DoModal() != IDOK) return;
+  if (dialog.DoModal() != IDOK || IsGone()) return;
   ShowMessage(IDS_ZP_EXPORTING);
   CString path = dialog.m_ofn.lpstrFile;
   const char* wanted = dialog.m_ofn.nFilterIndex == viewer_open::kTifFilter ? "tif" : "bmp";
@@ -245,6 +251,7 @@ void CViewerFrame<Base>::OnFileExport() {
     agreed = CFile::GetStatus(path, status) == FALSE ||
              AfxMessageBox(IDS_ZP_OVERWRITE, MB_YESNO | MB_ICONEXCLAMATION) != IDNO;
   }
+  if (IsGone()) return;
   if (agreed) {
     this->BeginWaitCursor();
     m_pImageWnd->ExportAs(path);

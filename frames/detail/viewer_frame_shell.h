@@ -3,6 +3,7 @@
 #include "frames/viewer_frame.h"
 #include "library/resource_ids.h"
 #include "platform/framework/menu.h"
+#include "platform/framework/object_hold.h"
 #include "platform/resources/resource_tables.h"
 #include "viewing/bars/viewer_bars.h"
 
@@ -11,9 +12,20 @@
 template <typename Base>
 CViewerFrame<Base>::~CViewerFrame() {
   // Still there if the window ended otherwise than by being closed.
-  delete m_pImageWnd;
-  delete m_pThumbsWnd;
+  EndPanes();
   DestroyMenu(m_hOwnMenu);
+}
+
+template <typename Base>
+void CViewerFrame<Base>::EndPanes() {
+  // A call of theirs may be on the stack, within whose dialog the user closes the frame.
+  for (CWnd* pane : {static_cast<CWnd*>(m_pImageWnd), static_cast<CWnd*>(m_pThumbsWnd)}) {
+    if (pane == nullptr) continue;
+    pane->DestroyWindow();
+    platform::DeleteWhenFree(pane);
+  }
+  m_pImageWnd = nullptr;
+  m_pThumbsWnd = nullptr;
 }
 
 template <typename Base>
@@ -121,6 +133,7 @@ void CViewerFrame<Base>::ShowPageInBars() {
 
 template <typename Base>
 void CViewerFrame<Base>::FollowPage() {
+  if (IsGone()) return;
   ShowPageInBars();
   if (m_bThumbsVisible != FALSE) m_pThumbsWnd->SetSel(this->Page());
 }
@@ -153,6 +166,7 @@ void CViewerFrame<Base>::OnViewThumbnails() {
     FillThumbs();
     this->EndWaitCursor();
   }
+  if (IsGone()) return;
   m_wndSplitter.ShowColumn();
   m_pThumbsWnd->SetSel(this->Page());
 }
@@ -168,6 +182,6 @@ BOOL CViewerFrame<Base>::OnCommand(WPARAM wParam, LPARAM lParam) {
   if (HIWORD(wParam) != viewer_bars::kPicked || m_pImageWnd == nullptr) return TRUE;
   const int page = viewer_bars::PickedIndex(lParam) + 1;
   // The strip has made the selection itself.
-  if (page != this->Page() && m_pImageWnd->LoadPage(page)) ShowPageInBars();
+  if (page != this->Page() && m_pImageWnd->LoadPage(page) && !IsGone()) ShowPageInBars();
   return TRUE;
 }

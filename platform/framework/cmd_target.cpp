@@ -1,8 +1,13 @@
 #include "platform/framework/cmd_target.h"
 
 #include "platform/framework/cmd_ui.h"
+#include "platform/framework/object_hold.h"
 
 IMPLEMENT_DYNAMIC(CCmdTarget, CObject)
+
+CCmdTarget::~CCmdTarget() {
+  platform::ForgetHeld(this);
+}
 
 const AFX_MSGMAP* CCmdTarget::GetThisMessageMap() {
   static const AFX_MSGMAP_ENTRY entries[] = {{0, 0, 0, 0, AfxSig_end, nullptr}};
@@ -27,6 +32,7 @@ BOOL CCmdTarget::OnCmdMsg(UINT id, int code, void* extra, void* handlerInfo) {
       AfxFindMessageEntry(GetMessageMap(), WM_COMMAND, static_cast<UINT>(code), id);
   if (entry == nullptr) return FALSE;
   if (handlerInfo != nullptr) return TRUE;
+  const platform::ObjectHold hold(this);
   switch (entry->nSig) {
     case AfxSig_cmd:
       AfxCallHandler<void>(this, entry->pfn);

@@ -64,6 +64,9 @@ enum : int { CN_COMMAND = 0, CN_UPDATE_COMMAND_UI = -1 };
 class PLATFORM_API CCmdTarget : public CObject {
   DECLARE_DYNAMIC(CCmdTarget)
  public:
+  ~CCmdTarget() override;
+  CCmdTarget(const CCmdTarget&) = delete;
+  CCmdTarget& operator=(const CCmdTarget&) = delete;
   /// Routes a command (CN_COMMAND or a control's code) or asks for its state (CN_UPDATE_COMMAND_UI, extra is
   /// the CCmdUI). TRUE if this target, or one that it asks, has a handler; with handlerInfo it is only looked
   /// for.

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/framework/frame_wnd.h"
+#include "platform/framework/object_hold.h"
 #include "platform/window/detail/tool_tips.h"
 
 IMPLEMENT_DYNAMIC(CControlBar, CWnd)
@@ -66,7 +67,7 @@ void CControlBar::OnDestroy() {
 }
 
 void CControlBar::PostNcDestroy() {
-  if (m_bAutoDelete != 0) delete this;
+  if (m_bAutoDelete != 0) platform::DeleteWhenFree(this);
 }
 
 void CControlBar::SetBarStyle(DWORD style) {

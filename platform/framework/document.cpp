@@ -13,6 +13,7 @@
 #include "platform/framework/file_dialog.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/message_box.h"
+#include "platform/framework/object_hold.h"
 #include "platform/framework/view.h"
 
 IMPLEMENT_DYNAMIC(CDocument, CCmdTarget)
@@ -58,10 +59,13 @@ CView* CDocument::GetNextView(POSITION& position) const {
 }
 
 void CDocument::UpdateAllViews(CView* sender, LPARAM hint, CObject* hintObject) {
-  POSITION position = GetFirstViewPosition();
-  while (position != nullptr) {
-    CView* view = GetNextView(position);
-    if (view != nullptr && view != sender) view->OnUpdate(sender, hint, hintObject);
+  const platform::ObjectHold hold(this);
+  // Of a list that may change: a view that reports a failure lets the user close any of them.
+  const std::vector<CView*> views(m_views.begin(), m_views.end());
+  for (CView* view : views) {
+    if (view == sender || std::find(m_views.begin(), m_views.end(), view) == m_views.end()) continue;
+    const platform::ObjectHold holdView(view);
+    view->OnUpdate(sender, hint, hintObject);
   }
 }
 
@@ -140,7 +144,10 @@ void CDocument::OnCloseDocument() {
   }
   m_bAutoDelete = autoDelete;
   DeleteContents();
-  if (m_bAutoDelete != 0) delete this;
+  if (m_bAutoDelete == 0) return;
+  // At once, though a call of its own may keep the object for a while.
+  if (m_pDocTemplate != nullptr) m_pDocTemplate->RemoveDocument(this);
+  platform::DeleteWhenFree(this);
 }
 
 BOOL CDocument::CanCloseFrame(CFrameWnd* frame) {

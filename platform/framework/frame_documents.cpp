@@ -6,6 +6,7 @@
 #include "platform/framework/app.h"
 #include "platform/framework/document.h"
 #include "platform/framework/frame_wnd.h"
+#include "platform/framework/object_hold.h"
 #include "platform/framework/view.h"
 
 namespace {
@@ -103,10 +104,15 @@ bool CFrameWnd::IsOnlyFrameOf(const CDocument& document) const {
 void CFrameWnd::OnClose() {
   const HWND window = m_hWnd;
   CDocument* document = GetActiveDocument();
-  if (document != nullptr && document->CanCloseFrame(this) == 0) return;
   CWinApp* app = AfxGetApp();
-  if (app != nullptr && app->m_pMainWnd == this) {
-    if (document == nullptr && app->SaveAllModified() == 0) return;
+  const bool isMain = app != nullptr && app->m_pMainWnd == this;
+  {
+    const platform::ObjectHold hold(this);  // while the user is asked
+    if (document != nullptr && document->CanCloseFrame(this) == 0) return;
+    if (document == nullptr && isMain && app->SaveAllModified() == 0) return;
+  }
+  if (::IsWindow(window) == 0) return;
+  if (isMain) {
     app->CloseAllDocuments(FALSE);
     if (::IsWindow(window) == 0) return;  // a document has taken it along, and this object
     document = GetActiveDocument();

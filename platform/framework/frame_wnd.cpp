@@ -2,6 +2,7 @@
 
 #include "platform/framework/app.h"
 #include "platform/framework/detail/frame_resources.h"
+#include "platform/framework/object_hold.h"
 #include "platform/framework/view.h"
 #include "platform/resources/resource_tables.h"
 
@@ -24,6 +25,10 @@ ON_MESSAGE(WM_IDLEUPDATECMDUI, OnIdleUpdate)
 ON_COMMAND_RANGE(AFX_IDW_TOOLBAR, AFX_IDW_STATUS_BAR, OnBarCommand)
 ON_UPDATE_COMMAND_UI_RANGE(AFX_IDW_TOOLBAR, AFX_IDW_STATUS_BAR, OnUpdateControlBarMenu)
 END_MESSAGE_MAP()
+
+void CFrameWnd::PostNcDestroy() {
+  platform::DeleteWhenFree(this);
+}
 
 BOOL CFrameWnd::Create(LPCTSTR className, LPCTSTR title, DWORD style, const RECT& rect, CWnd* parent,
                        LPCTSTR menuName, DWORD exStyle, CCreateContext* context) {

@@ -109,7 +109,7 @@ class PLATFORM_API CFrameWnd : public CWnd {
  protected:
   /// Makes what the client area holds: the view that the context names, if any. FALSE: the frame isn't made.
   virtual BOOL OnCreateClient(LPCREATESTRUCT cs, CCreateContext* context);
-  void PostNcDestroy() override { delete this; }
+  void PostNcDestroy() override;
   /// The name of the document that the frame shows. FALSE, with the text as it was, if there is none.
   virtual BOOL GetDocumentTitle(CString& title) const;
 

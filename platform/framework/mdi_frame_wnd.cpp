@@ -162,7 +162,7 @@ void CMDIFrameWnd::OnClose() {
   const HWND window = m_hWnd;
   CWinApp* app = AfxGetApp();
   if (app != nullptr && app->m_pMainWnd == this) {
-    if (app->SaveAllModified() == 0) return;
+    if (app->SaveAllModified() == 0 || ::IsWindow(window) == 0) return;
     app->CloseAllDocuments(FALSE);
     if (::IsWindow(window) == 0) return;
   }

@@ -4,6 +4,7 @@
 #include "platform/framework/document.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/message_box.h"
+#include "platform/framework/object_hold.h"
 #include "platform/framework/thread.h"
 #include "platform/framework/view.h"
 
@@ -39,11 +40,12 @@ CDocument* CDocTemplate::CreateLoaded(LPCTSTR path, CFrameWnd*& frame, BOOL make
   frame = CreateFrameOrDelete(document);
   if (frame == nullptr) return nullptr;
   document->m_bShowsFrame = makeVisible;
-  if (!Load(*this, document, path)) {
-    Abandon(frame, document);
-    return nullptr;
-  }
-  return document;
+  const platform::ObjectHold holdDocument(document);
+  const platform::ObjectHold holdFrame(frame);
+  const bool loaded = Load(*this, document, path);
+  if (loaded && frame->m_hWnd != nullptr) return document;
+  Abandon(frame, document);
+  return nullptr;
 }
 
 CDocument* CMultiDocTemplate::OpenDocumentFile(LPCTSTR path, BOOL makeVisible) {
@@ -83,9 +85,13 @@ CDocument* CSingleDocTemplate::OpenAgain(CDocument* document, LPCTSTR path, BOOL
   if (first != nullptr) frame = document->GetNextView(first)->GetParentFrame();
   if (frame == nullptr) frame = CreateFrameOrDelete(document);
   if (frame == nullptr) return nullptr;
+  const platform::ObjectHold holdDocument(document);
+  const platform::ObjectHold holdFrame(frame);
   const BOOL modified = document->IsModified();
   document->SetModifiedFlag(FALSE);
-  if (!Load(*this, document, path)) {
+  const bool loaded = Load(*this, document, path);
+  if (frame->m_hWnd == nullptr) return nullptr;  // closed meanwhile, and the document with it
+  if (!loaded) {
     // The user's changes are there as long as the old content is.
     if (document->IsModified() == 0) document->SetModifiedFlag(modified);
     m_openFailed = true;

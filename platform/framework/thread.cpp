@@ -6,6 +6,7 @@
 #include "platform/framework/detail/idle_update.h"
 #include "platform/framework/menu.h"
 #include "platform/framework/message_box.h"
+#include "platform/framework/object_hold.h"
 #include "platform/framework/wnd.h"
 
 IMPLEMENT_DYNAMIC(CWinThread, CCmdTarget)
@@ -81,6 +82,7 @@ BOOL CWinThread::PumpMessage() {
 }
 
 BOOL CWinThread::PreTranslateMessage(MSG* message) {
+  const platform::ObjectHold hold(message->hwnd);
   // From the window up to its main window; each may deal with the message before it is dispatched.
   for (HWND handle = message->hwnd; handle != nullptr; handle = GetParent(handle)) {
     CWnd* window = CWnd::FromHandlePermanent(handle);

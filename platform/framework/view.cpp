@@ -2,6 +2,7 @@
 
 #include "platform/framework/document.h"
 #include "platform/framework/frame_wnd.h"
+#include "platform/framework/object_hold.h"
 
 IMPLEMENT_DYNAMIC(CView, CWnd)
 
@@ -40,6 +41,10 @@ void CView::OnDestroy() {
   CFrameWnd* frame = GetParentFrame();
   if (frame != nullptr && frame->GetActiveView() == this) frame->SetActiveView(nullptr);
   CWnd::OnDestroy();
+}
+
+void CView::PostNcDestroy() {
+  platform::DeleteWhenFree(this);
 }
 
 void CView::OnPaint() {

@@ -42,7 +42,7 @@ class PLATFORM_API CView : public CWnd {
   ~CView() override;
 
   BOOL PreCreateWindow(CREATESTRUCT& cs) override;
-  void PostNcDestroy() override { delete this; }
+  void PostNcDestroy() override;
   virtual void OnDraw(CDC* dc) = 0;
   /// The document has changed: what sender, hint and hintObject mean is between document and views. The base
   /// has all painted anew.

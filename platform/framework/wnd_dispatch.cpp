@@ -2,6 +2,7 @@
 #include "platform/framework/cmd_ui.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/menu.h"
+#include "platform/framework/object_hold.h"
 #include "platform/framework/thread.h"
 #include "platform/framework/wnd.h"
 
@@ -129,6 +130,8 @@ LRESULT AfxWndProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   if (window == nullptr) return ::DefWindowProc(handle, message, wParam, lParam);
   const MSG current = {handle, message, wParam, lParam, 0, {}, 0};
   const CurrentMessage scope(current);
+  // A window that is asked to close may end at once.
+  const platform::ObjectHold hold(message == WM_CLOSE ? nullptr : handle);
   try {
     return window->WindowProc(message, wParam, lParam);
   } catch (CException* exception) {

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "platform/window/detail/mdi_windows.h"
+#include "platform/window/detail/modal_widget.h"
 #include "platform/window/window.h"
 
 namespace platform {
@@ -98,6 +99,7 @@ void Queue::PostInput(const MSG& message) {
 void Queue::PostQuit(int exitCode) {
   m_quit = true;
   m_exitCode = exitCode;
+  RejectModalWidgets();
   Kick();
 }
 
@@ -221,7 +223,7 @@ void Queue::Drain() {
     try {
       if (PreTranslateByHook(&message)) continue;
       TranslateMessage(&message);
-      DispatchMessage(&message);
+      Dispatch(message);
     } catch (...) {
       Keep(std::current_exception());
     }
@@ -314,19 +316,28 @@ BOOL TranslateMessage(const MSG* message) {
 }
 
 LRESULT DispatchMessage(const MSG* message) {
-  if (message->message == WM_TIMER && message->lParam != 0) {
+  // A loop of Qt's that the handler runs leaves WM_QUIT to the pump that called this.
+  const Queue::PumpScope pump;
+  return platform::Dispatch(*message);
+}
+
+namespace platform {
+
+LRESULT Dispatch(const MSG& message) {
+  if (message.message == WM_TIMER && message.lParam != 0) {
     // Looked up, not called by its address: anybody can post a WM_TIMER.
-    const TIMERPROC procedure = Queue::Instance().TimerProcedure(message->hwnd, message->wParam);
-    if (procedure != nullptr) procedure(message->hwnd, WM_TIMER, message->wParam, message->time);
+    const TIMERPROC procedure = Queue::Instance().TimerProcedure(message.hwnd, message.wParam);
+    if (procedure != nullptr) procedure(message.hwnd, WM_TIMER, message.wParam, message.time);
     return 0;
   }
-  const bool press = message->message == WM_LBUTTONDOWN || message->message == WM_RBUTTONDOWN ||
-                     message->message == WM_MBUTTONDOWN;
-  if (press) platform::ActivateMdiChildAround(message->hwnd);
-  return message->hwnd == nullptr
-             ? 0
-             : SendMessage(message->hwnd, message->message, message->wParam, message->lParam);
+  const bool press = message.message == WM_LBUTTONDOWN || message.message == WM_RBUTTONDOWN ||
+                     message.message == WM_MBUTTONDOWN;
+  if (press) ActivateMdiChildAround(message.hwnd);
+  return message.hwnd == nullptr ? 0
+                                 : SendMessage(message.hwnd, message.message, message.wParam, message.lParam);
 }
+
+}  // namespace platform
 
 void PostQuitMessage(int exitCode) {
   Queue::Instance().PostQuit(exitCode);

@@ -6,9 +6,11 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QIdentityProxyModel>
+#include <QPointer>
 #include <QToolButton>
 #include <QTreeView>
 
+#include "platform/window/detail/modal_widget.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
 #include "platform/window/pump.h"
@@ -50,7 +52,9 @@ class ProgramsFileDialog : public QFileDialog {
   void accept() override {
     const QStringList files = selectedFiles();
     const bool folder = files.isEmpty() || QFileInfo(files.front()).isDir();
-    if (folder || m_accepts(files.front().toStdString())) QFileDialog::accept();
+    const QPointer<QFileDialog> alive = this;  // the program may ask, and this may end meanwhile
+    const bool accepted = folder || m_accepts(files.front().toStdString());
+    if (alive && accepted) QFileDialog::accept();
   }
 
  private:
@@ -124,7 +128,9 @@ bool ShowFileDialog(HWND owner, FileDialogRequest& request,
                     const std::function<bool(const std::string& path)>& accepts) {
   EnsureApplication();
   const WindowRecord* record = FindWindowRecord(owner);
-  ProgramsFileDialog dialog(record == nullptr ? nullptr : record->frame.data(), accepts);
+  const ModalWidget<ProgramsFileDialog> guarded(
+      new ProgramsFileDialog(record == nullptr ? nullptr : record->frame.data(), accepts));
+  ProgramsFileDialog& dialog = *guarded.Get();
   // Qt's own, whose every text and check is in our hands.
   dialog.setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::DontConfirmOverwrite |
                     QFileDialog::HideNameFilterDetails);
@@ -143,7 +149,7 @@ bool ShowFileDialog(HWND owner, FileDialogRequest& request,
   }
   if (!request.folder.empty()) dialog.setDirectory(Utf8(request.folder));
   if (!request.path.empty()) dialog.selectFile(Utf8(request.path));
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
+  if (guarded.Exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
   request.path = dialog.selectedFiles().front().toStdString();
   // By place: the texts shown needn't be unique once their patterns are left out.
   const auto* types = dialog.findChild<QComboBox*>("fileTypeCombo");

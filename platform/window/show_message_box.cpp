@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <string>
 
+#include "platform/window/detail/modal_widget.h"
 #include "platform/window/detail/show_message_box.h"
 #include "platform/window/detail/window_record.h"
 #include "platform/window/message_box_flags.h"
@@ -70,15 +71,18 @@ int ShowMessageBox(const char* title, const char* text, UINT type) {
     return IDOK;
   }
   ReleaseCapture();
-  QMessageBox box(IconOf(type), QString::fromUtf8(title), QString::fromUtf8(text), QMessageBox::NoButton,
-                  QApplication::activeWindow());
+  // The owner may end while the box is up, and the box with it.
+  const ModalWidget<QMessageBox> guarded(new QMessageBox(IconOf(type), QString::fromUtf8(title),
+                                                         QString::fromUtf8(text), QMessageBox::NoButton,
+                                                         QApplication::activeWindow()));
+  QMessageBox& box = *guarded.Get();
   box.setTextFormat(Qt::PlainText);  // a file name may look like markup
   const std::vector<BoxButton> buttons = ButtonsOf(type);
   for (const BoxButton& button : buttons)
     box.addButton(button.button)->setText(QString::fromUtf8(button.text));
   const auto preset = static_cast<std::size_t>((type & MB_DEFMASK) >> 8);
   box.setDefaultButton(buttons[std::min(preset, buttons.size() - 1)].button);
-  const int pressed = box.exec();
+  const int pressed = guarded.Exec();
   for (const BoxButton& button : buttons)
     if (button.button == pressed) return button.result;
   return buttons.size() == 1 ? buttons.front().result : IDCANCEL;

@@ -180,13 +180,14 @@ BOOL SetWindowPos(HWND handle, HWND after, int x, int y, int width, int height, 
   WindowRecord* window = FindWindowRecord(handle);
   if (window == nullptr || !window->frame) return FALSE;
   const QPoint formerPlace = window->frame->pos();
+  // Each step is told to the program, which may end the window.
+  const auto there = [&] { return (window = FindWindowRecord(handle)) != nullptr && window->frame; };
   if ((flags & SWP_NOMOVE) == 0) window->frame->move(x, y);
-  if ((flags & SWP_NOSIZE) == 0) window->frame->resize(std::max(width, 0), std::max(height, 0));
-  if ((flags & SWP_NOZORDER) == 0 && window->IsChild()) Reorder(*window, after);
+  if ((flags & SWP_NOSIZE) == 0 && there()) window->frame->resize(std::max(width, 0), std::max(height, 0));
+  if ((flags & SWP_NOZORDER) == 0 && there() && window->IsChild()) Reorder(*window, after);
   // Qt tells a hidden window its new size only when it is shown; the program hears of it now.
-  platform::LayoutWindow(*window);
-  window = FindWindowRecord(handle);
-  if (window != nullptr && !window->frame->isVisible() && window->frame->pos() != formerPlace)
+  if (there()) platform::LayoutWindow(*window);
+  if (there() && !window->frame->isVisible() && window->frame->pos() != formerPlace)
     SendMessage(handle, WM_MOVE, 0, MAKELPARAM(window->frame->x(), window->frame->y()));
   if ((flags & SWP_SHOWWINDOW) != 0) ShowWindow(handle, SW_SHOW);
   if ((flags & SWP_HIDEWINDOW) != 0) ShowWindow(handle, SW_HIDE);

@@ -127,6 +127,7 @@ class ShellTest : public PageTest {
   }
 
   CDocTemplate* m_template = nullptr;
+  CComboBox* m_combo = nullptr;  ///< of pages
   std::vector<CFrameWnd*> m_mains;
 
  private:

@@ -93,7 +93,7 @@ template <typename Base>
 void CViewerCommands<Base>::OnGotoPage() {
   CGoToPageDlg dialog(Page(), Pages(), nullptr);
   const auto page = static_cast<int>(dialog.DoModal());
-  if (page >= 1) ShowOtherPage(page);
+  if (page >= 1 && this->m_hWnd != nullptr) ShowOtherPage(page);
 }
 
 template <typename Base>
@@ -147,7 +147,8 @@ void CViewerCommands<Base>::OnZoomCustom() {
   const int percent = CommandDisplay()->ScalePercent();
   CCustomZoomDlg dialog(percent, zoom::kLowestPercent, zoom::kHighestPercent, nullptr);
   const auto chosen = static_cast<int>(dialog.DoModal());
-  if (chosen >= 1 && chosen != percent) Rescale(&ViewerDisplay::Scale, zoom::FactorOfPercent(chosen));
+  if (chosen >= 1 && chosen != percent && this->m_hWnd != nullptr)
+    Rescale(&ViewerDisplay::Scale, zoom::FactorOfPercent(chosen));
 }
 
 template <typename Base>

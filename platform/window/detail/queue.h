@@ -21,6 +21,7 @@ class Queue : public QObject {
   /// Input; an equal move right before is replaced.
   void PostInput(const MSG& message);
   void PostQuit(int exitCode);
+  bool IsQuitPosted() const { return m_quit; }
   void PurgeWindow(HWND window);
 
   /// Takes without looking at Qt.
@@ -44,7 +45,7 @@ class Queue : public QObject {
 
   bool InPump() const { return m_pumpDepth > 0; }
 
-  /// While it lives, a loop of ours is waiting or looking for messages.
+  /// While it lives, a loop of ours is waiting, looking for messages or dispatching one.
   class PumpScope {
    public:
     PumpScope() { ++Instance().m_pumpDepth; }
@@ -95,5 +96,7 @@ POINT PointerPosition();
 /// Notes an input message in the key state (virtual_keys.cpp).
 void TrackKeyState(const MSG& message);
 bool PreTranslateByHook(MSG* message);
+/// What DispatchMessage does, from a loop of Qt's.
+LRESULT Dispatch(const MSG& message);
 
 }  // namespace platform
