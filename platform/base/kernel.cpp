@@ -2,49 +2,33 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
-#include <string>
+#include <span>
 #include <vector>
 
-#include "platform/base/detail/file_descriptor.h"
+#include "platform/base/output_file.h"
 
-using platform::FileDescriptor;
+using platform::NewFile;
+using platform::OutputFile;
 
 namespace {
 
 constexpr std::size_t kCopyStep = std::size_t{1} << 18;
-constexpr mode_t kPermissions = 0777;
 
-bool CopyContents(int from, int to) {
-  std::vector<char> buffer(kCopyStep);
-  for (;;) {
-    const ssize_t got = ::read(from, buffer.data(), buffer.size());
-    if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) return got == 0;
-    if (!platform::WriteAll(to, buffer.data(), static_cast<std::size_t>(got))) return false;
+int CopyContents(OutputFile& from, OutputFile& to) {
+  std::vector<std::uint8_t> buffer(kCopyStep);
+  for (std::int64_t offset = 0;;) {
+    const std::size_t got = from.ReadAt(offset, buffer);
+    if (got == 0 || !to.WriteAt(offset, std::span(buffer).first(got)))
+      return from.Error() != 0 ? from.Error() : to.Error();
+    offset += static_cast<std::int64_t>(got);
   }
 }
 
 bool SameFile(const struct stat& a, const struct stat& b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
-}
-
-// Gives the finished copy its name. A hard link refuses an existing name, a rename replaces it.
-bool PutInPlace(const std::string& temporary, const char* target, bool failIfExists) {
-  if (!failIfExists) return ::rename(temporary.c_str(), target) == 0;
-  if (::link(temporary.c_str(), target) == 0) {
-    ::unlink(temporary.c_str());
-    return true;
-  }
-  // File systems without hard links: a look just before has to do.
-  struct stat other = {};
-  return errno != EEXIST && ::lstat(target, &other) != 0 && ::rename(temporary.c_str(), target) == 0;
 }
 
 }  // namespace
@@ -66,18 +50,16 @@ int MulDiv(int number, int numerator, int denominator) {
 
 BOOL CopyFileA(LPCSTR existing, LPCSTR target, BOOL failIfExists) {
   if (existing == nullptr || target == nullptr) return FALSE;
-  const FileDescriptor from(::open(existing, O_RDONLY | O_CLOEXEC));
+  // Opening a pipe would wait for somebody who writes.
+  OutputFile from(::open(existing, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   struct stat source = {};
-  if (!from.IsOpen() || ::fstat(from.Get(), &source) != 0 || !S_ISREG(source.st_mode)) return FALSE;
-  struct stat other = {};
-  if (::stat(target, &other) == 0 && (failIfExists || SameFile(source, other) || !S_ISREG(other.st_mode)))
+  if (from.Descriptor() < 0 || ::fstat(from.Descriptor(), &source) != 0 || !S_ISREG(source.st_mode))
     return FALSE;
-  std::string temporary = std::string(target) + ".XXXXXX";
-  FileDescriptor to(::mkostemp(temporary.data(), O_CLOEXEC));
-  if (!to.IsOpen()) return FALSE;
-  const bool copied = CopyContents(from.Get(), to.Get()) &&
-                      ::fchmod(to.Get(), source.st_mode & kPermissions) == 0 && to.Close();
-  if (copied && PutInPlace(temporary, target, failIfExists != FALSE)) return TRUE;
-  ::unlink(temporary.c_str());
-  return FALSE;
+  struct stat other = {};
+  if (::stat(target, &other) == 0 && (failIfExists != FALSE || SameFile(source, other))) return FALSE;
+  NewFile to;
+  if (to.Open(target) != 0 || CopyContents(from, to.File()) != 0 || to.SetNewPermissions(source.st_mode) != 0)
+    return FALSE;
+  using Existing = NewFile::Existing;
+  return to.Complete(failIfExists != FALSE ? Existing::kRefused : Existing::kReplaced) == 0 ? TRUE : FALSE;
 }

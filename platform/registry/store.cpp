@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <algorithm>
 #include <cerrno>
@@ -15,6 +16,7 @@
 #include <thread>
 #include <utility>
 
+#include "platform/base/detail/size_limit_signal.h"
 #include "platform/registry/detail/store.h"
 
 namespace platform::registry {
@@ -70,10 +72,21 @@ bool SetAside(const QString& file, bool (*keep)(const QString& from, const QStri
   return false;
 }
 
-// With the lock held, a temporary file is one that a killed process left.
+// The file behind links, of which the first may lead to one that isn't there yet.
+QFileInfo BehindLinks(const QString& file) {
+  const QFileInfo info(file);
+  const QString real = info.canonicalFilePath();
+  return QFileInfo(!real.isEmpty() ? real : info.isSymLink() ? info.symLinkTarget() : file);
+}
+
+// With the lock held, a temporary file is one that a killed process left. Six letters by chance, which hardly
+// ever are all small; what a user calls a copy, registry.backup say, mostly is.
 void RemoveLeftOvers(const QString& file) {
-  QDir folder = QFileInfo(file).dir();
-  for (const QString& name : folder.entryList({"registry.??????"}, QDir::Files)) folder.remove(name);
+  static const QRegularExpression ending("\\.(?=.*[A-Z])[A-Za-z]{6}$");
+  const QFileInfo written = BehindLinks(file);
+  QDir folder = written.dir();
+  for (const QString& name : folder.entryList({written.fileName() + ".??????"}, QDir::Files))
+    if (ending.match(name, written.fileName().size()).hasMatch()) folder.remove(name);
 }
 
 // QSettings tells the states of a file by size and time, and one tick of the clock has room for several.
@@ -217,6 +230,7 @@ LSTATUS Store::SaveWithin(std::unique_lock<std::mutex>& lock) {
 
 LSTATUS Store::Save() {
   if (!m_pending) return ERROR_SUCCESS;
+  const SizeLimitSignalHeld held;
   QLockFile lock(m_file + ".guard");
   if (const LSTATUS error = TryLock(lock); error != ERROR_SUCCESS) return error;
   {

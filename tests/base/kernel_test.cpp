@@ -1,7 +1,10 @@
 #include "platform/base/kernel.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <climits>
 #include <filesystem>
@@ -82,6 +85,46 @@ TEST_F(CopyTest, RefusesWithoutTraces) {
   EXPECT_FALSE(CopyFileA(m_source.c_str(), (m_folder / "no" / "where").c_str(), FALSE));
   EXPECT_FALSE(CopyFileA(nullptr, m_target.c_str(), FALSE));
   EXPECT_EQ(Files(), 1U);
+}
+
+TEST_F(CopyTest, WhatTheTargetIsStays) {
+  const std::string longest = (m_folder / std::string(255, 'n')).string();
+  EXPECT_TRUE(CopyFileA(m_source.c_str(), longest.c_str(), FALSE));
+  EXPECT_TRUE(CopyFileA(m_source.c_str(), longest.c_str(), FALSE)) << "onto it";
+  EXPECT_EQ(Contents(longest), m_text);
+  std::ofstream(m_target) << "old";
+  fs::permissions(m_target, fs::perms(0604));
+  const std::string link = (m_folder / "link").string();
+  fs::create_symlink("target", link);
+  EXPECT_TRUE(CopyFileA(m_source.c_str(), link.c_str(), FALSE));
+  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_EQ(Contents(m_target), m_text);
+  EXPECT_EQ(fs::status(m_target).permissions(), fs::perms(0604));
+  EXPECT_EQ(Files(), 4U);
+}
+
+// Opening a pipe for reading would wait for a writer.
+TEST_F(CopyTest, APipeIsNoFile) {
+  ASSERT_EQ(::mkfifo(m_target.c_str(), 0600), 0);
+  EXPECT_FALSE(CopyFileA(m_source.c_str(), m_target.c_str(), FALSE));
+  EXPECT_FALSE(CopyFileA(m_target.c_str(), (m_folder / "copy").c_str(), FALSE));
+  EXPECT_EQ(Files(), 2U);
+}
+
+// A file whose writer was killed has no lock any more.
+TEST_F(CopyTest, LeftOversGoAndFilesAtWorkStay) {
+  const std::string left = (m_folder / ".tessarel12-1.part").string();
+  const std::string atWork = (m_folder / ".tessarel12-2.part").string();
+  std::ofstream(left) << "left";
+  std::ofstream(atWork) << "at work";
+  const int other = ::open(atWork.c_str(), O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(::flock(other, LOCK_EX), 0);
+  std::ofstream(m_target) << "old";
+  EXPECT_TRUE(CopyFileA(m_source.c_str(), m_target.c_str(), FALSE));
+  EXPECT_FALSE(fs::exists(left));
+  EXPECT_EQ(Contents(atWork), "at work");
+  EXPECT_EQ(Files(), 3U);
+  ::close(other);
 }
 
 }  // namespace

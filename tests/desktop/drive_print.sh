@@ -101,7 +101,7 @@ picture abort
 if [[ $(wc -w <<<"$abort") != 1 ]]; then
   complain "not one dialog to stop the job: '$abort'"
 else
-  ls "$work"/out/*.part >/dev/null 2>&1 || complain "the long job was over before it was stopped"
+  [[ ! -e $work/out/long.pdf ]] || complain "the long job was over before it was stopped"
   eval "$(xdotool getwindowgeometry --shell "$abort")"
   xdotool mousemove $((X + WIDTH / 2)) $((Y + HEIGHT * 38 / 52)) click 1
   for _ in $(seq 100); do

@@ -1,8 +1,10 @@
+#include <sys/resource.h>
 #include <sys/wait.h>
 
 #include <QLockFile>
 #include <chrono>
 #include <csignal>
+#include <cstring>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -246,10 +248,35 @@ TEST_F(RegistryTest, ThreadsShareIt) {
 
 TEST_F(RegistryTest, NoTemporaryFilesStay) {
   const HKEY key = Create(HKEY_CURRENT_USER, "software\\tidy");
-  std::ofstream(Store().string() + ".AbCdEf") << "a process was killed";
+  fs::create_directories(m_folder / "dotfiles");
+  fs::rename(Store(), m_folder / "dotfiles" / "settings");
+  fs::create_symlink(m_folder / "dotfiles" / "settings", Store());
+  const fs::path left = m_folder / "dotfiles" / "settings.AbCdEf";
+  const fs::path users = m_folder / "dotfiles" / "settings.backup";
+  std::ofstream(left) << "a process was killed";
+  std::ofstream(users) << "a copy";
   for (DWORD i = 0; i < 5; ++i) SetNumber(key, "n", i);
-  for (const auto& entry : fs::directory_iterator(Store().parent_path()))
-    EXPECT_EQ(entry.path().filename(), "registry");
+  EXPECT_FALSE(fs::exists(left));
+  EXPECT_TRUE(fs::exists(users));
+  EXPECT_EQ(std::distance(fs::directory_iterator(users.parent_path()), {}), 2);
+  EXPECT_EQ(std::distance(fs::directory_iterator(Store().parent_path()), {}), 1);
+}
+
+// Wherever the file would end, the signal of the limit doesn't.
+TEST_F(RegistryTest, ALimitOnFilesEndsNoProcess) {
+  const HKEY key = Create(HKEY_CURRENT_USER, "software\\full");
+  ASSERT_EQ(SetNumber(key, "n", 1), ERROR_SUCCESS);
+  const std::string before = StoreText();
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const rlimit limit{8, 8};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    ::_exit(SetNumber(key, "n", 2) == ERROR_SUCCESS ? 1 : 0);
+  }
+  int status = -1;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0) << (WIFSIGNALED(status) ? ::strsignal(WTERMSIG(status)) : "no failure was told");
+  EXPECT_EQ(StoreText(), before);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/base/detail/file_descriptor.h"
+#include "platform/base/output_file.h"
 
 namespace platform {
 
@@ -17,7 +18,6 @@ class SpoolFile {
   SpoolFile() = default;
   SpoolFile(const SpoolFile&) = delete;
   SpoolFile& operator=(const SpoolFile&) = delete;
-  ~SpoolFile();
 
   /// For a queue: a file without a name in the folder of temporary files. 0, or SP_...
   int Open();
@@ -41,14 +41,19 @@ class SpoolFile {
   /// The file's bytes from a position on; none at the end or after an error, which Error tells.
   std::size_t Read(std::size_t position, std::span<std::uint8_t> buffer);
   /// The same file for a reader that may outlive this object.
-  FileDescriptor Duplicate() const;
+  FileDescriptor Duplicate();
   /// Puts the finished file in the place of the target. 0, or SP_...
   int Commit();
 
  private:
-  FileDescriptor m_file;
-  std::string m_target;
-  std::string m_temporary;  // empty: the file has no name
+  int Fail() { return m_error = SpoolError(File().Error()); }
+  static int SpoolError(int error);
+  OutputFile& File() { return m_isForQueue ? m_unnamed : m_new.File(); }
+
+  OutputFile m_unnamed;
+  NewFile m_new;
+  bool m_isForQueue = true;
+  std::int64_t m_flushed = 0;
   std::vector<std::uint8_t> m_held;
   std::size_t m_size = 0;
   int m_error = 0;
