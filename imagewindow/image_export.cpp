@@ -1,6 +1,3 @@
-#include <filesystem>
-#include <system_error>
-
 #include "imagewindow/export_rules.h"
 #include "imagewindow/image_window.h"
 #include "library/resource_ids.h"
@@ -10,8 +7,6 @@
 #include "viewing/page_source.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 /// A page in memory for as long as it is written.
 class ExportedPage {
@@ -26,39 +21,9 @@ class ExportedPage {
   struct_LEAD_Bitmap m_bitmap{};
 };
 
-/// Where the pages go. A target that is the source itself, under whatever name, is written beside it and put
-/// in its place at the end, since it is read until then.
-class ExportTarget {
- public:
-  ExportTarget(const CString& source, const CString& target) : m_target(target), m_written(target) {
-    std::error_code error;
-    m_isSource = source.IsEmpty() == FALSE &&
-                 fs::equivalent(static_cast<const char*>(source), static_cast<const char*>(target), error);
-    if (m_isSource) m_written += ".export";
-  }
-  ~ExportTarget() {
-    std::error_code error;
-    if (m_isSource) fs::remove(static_cast<const char*>(m_written), error);
-  }
-  ExportTarget(const ExportTarget&) = delete;
-  ExportTarget& operator=(const ExportTarget&) = delete;
-
-  const CString& Path() const { return m_written; }
-  /// False if the finished file can't take the source's place.
-  bool Finish() const {
-    std::error_code error;
-    if (m_isSource)
-      fs::rename(static_cast<const char*>(m_written), static_cast<const char*>(m_target), error);
-    return !error;
-  }
-
- private:
-  CString m_target;
-  CString m_written;
-  bool m_isSource = false;
-};
-
+/// Whatever fails, a target that was there stays; it may be the source itself, which is read until the end.
 void ExportAllPages(const PageSource& source, const CString& target, int pages) {
+  leadtools12::NewFile file(target);
   for (int page = 1; page <= pages; ++page) {
     ExportedPage bitmap;
     _LOADFILEOPTION load{};
@@ -72,6 +37,7 @@ void ExportAllPages(const PageSource& source, const CString& target, int pages) 
     const exporting::Format format = exporting::TifFormatOf(info.BitsPerPixel);
     LEADTOOLS::SaveBitmap(target, bitmap.Get(), format.code, format.bits, format.quality, &save);
   }
+  file.Complete();
 }
 
 /// options null: the first page.
@@ -100,10 +66,9 @@ bool CImageWindow::ExportByCopy(const CString& target) {
 
 bool CImageWindow::ExportPages(const CString& target) {
   const PageSource source = PageSource::Of(m_strFilePath, m_pFileBuf, m_nFileBufSize);
-  const ExportTarget output(m_strFilePath, target);
   const exporting::Kind kind = exporting::KindOf(target);
   if (kind == exporting::Kind::Tif) {
-    ExportAllPages(source, output.Path(), m_nMaxPage);
+    ExportAllPages(source, target, m_nMaxPage);
   } else {
     struct_file_information first{};
     source.Describe(&first, nullptr);
@@ -116,14 +81,10 @@ bool CImageWindow::ExportPages(const CString& target) {
       LEADTOOLS::GetDefaultLoadFileOption(&options);
       options.PageNumber = m_nCurrPage;
     }
-    ExportOnePage(source, output.Path(), first, choose ? &options : nullptr,
+    ExportOnePage(source, target, first, choose ? &options : nullptr,
                   kind == exporting::Kind::Bmp ? exporting::kBmp : exporting::kJpg);
   }
-  if (output.Finish()) return true;
-  CString text;
-  text.LoadString(IDS_ZP_COPY_ERROR);
-  m_pfnReportError(0, text);
-  return false;
+  return true;
 }
 
 bool CImageWindow::ExportAs(

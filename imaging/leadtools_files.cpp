@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstdio>
+#include <memory>
 #include <utility>
 
 #include "imaging/codecs/codec.h"
@@ -183,4 +184,13 @@ int LEADTOOLS::SaveBitmap(const char* path, struct_LEAD_Bitmap* bitmap, int form
     SavePage(path, page, format, options == nullptr ? 1 : options->PageNumber);
     return 1;
   });
+}
+
+leadtools12::NewFile::NewFile(const char* path)
+    : m_session(imaging::Guarded([&] { return std::make_unique<imaging::SaveSession>(path); })) {}
+
+leadtools12::NewFile::~NewFile() = default;
+
+void leadtools12::NewFile::Complete() {
+  imaging::Guarded([&] { m_session->Complete(); });
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "imaging/core/exception.h"
 #include "imaging/core/export.h"
 #include "imaging/core/records.h"
@@ -14,6 +16,29 @@ using leadtools12::_RGNXFORM;
 using leadtools12::_SAVEFILEOPTION;
 using leadtools12::struct_file_information;
 using leadtools12::struct_LEAD_Bitmap;
+
+namespace imaging {
+class SaveSession;
+}
+
+namespace leadtools12 {
+
+/// While it lives, what SaveBitmap writes to the path goes into one new file, page after page. The file takes
+/// the path's place with Complete, whole and on the disk; without it what was there stays. Throws as the
+/// service does.
+class LTWRAP_API NewFile {
+ public:
+  explicit NewFile(const char* path);
+  ~NewFile();
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+  void Complete();
+
+ private:
+  std::unique_ptr<imaging::SaveSession> m_session;
+};
+
+}  // namespace leadtools12
 
 /// The imaging service. Every failure is a thrown CLeadtoolsException*; the int results are 1. All calls come
 /// from one thread. Pages are counted from 1; options may be null and then stand for the defaults.

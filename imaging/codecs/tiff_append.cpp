@@ -47,9 +47,9 @@ class AppendedTiff final : public TiffTarget {
   }
   std::int64_t Size() override { return m_file.Size(); }
 
-  /// Joins the new page to the others. The sync keeps the system from writing the link before the page.
+  /// Joins the new page to the others.
   bool Link() {
-    return m_linked && m_file.SyncData() &&
+    return m_linked &&
            m_file.WriteAt(m_chainEnd, std::span(m_header).subspan(static_cast<std::size_t>(m_offsetAt),
                                                                   static_cast<std::size_t>(m_offsetSize)));
   }
@@ -90,18 +90,47 @@ std::int64_t FindChainEnd(const char* path, int number) {
   return chainEnd;
 }
 
+/// Without the sync the system might write the link before the page.
+enum class Sync { kBeforeLink, kLater };
+
+void AppendAt(std::int64_t chainEnd, OutputFile& file, const char* path, const SavedPage& page,
+              TiffCoding coding, int number, Sync sync) {
+  AppendedTiff target(file, chainEnd);
+  std::string text;
+  if (WriteTiffPage(target, "a", page, coding, number, text) && (sync == Sync::kLater || file.SyncData()) &&
+      target.Link())
+    return;
+  const int error = file.Error();
+  target.Undo();
+  FailWriting(path, error, text.c_str());
+}
+
 void Append(const char* path, const SavedPage& page, TiffCoding coding, int number) {
   const std::int64_t chainEnd = FindChainEnd(path, number);
   OutputFile file(open(path, O_RDWR | O_CLOEXEC));
   if (file.Descriptor() < 0) FailWriting(path, errno, "");
-  AppendedTiff target(file, chainEnd);
-  std::string text;
-  if (!WriteTiffPage(target, "a", page, coding, number, text) || !target.Link()) {
-    const int error = file.Error();
-    target.Undo();
-    FailWriting(path, error, text.c_str());
-  }
+  AppendAt(chainEnd, file, path, page, coding, number, Sync::kBeforeLink);
   if (!file.Close()) FailWriting(path, file.Error(), "");
+}
+
+/// A number as the files that we make hold it, least significant byte first; 0 behind their end.
+std::int64_t NumberAt(OutputFile& file, std::int64_t offset, std::size_t size) {
+  std::array<std::uint8_t, 4> bytes{};
+  file.ReadAt(offset, std::span(bytes).first(size));
+  return bytes[0] | bytes[1] << 8 | bytes[2] << 16 | std::int64_t{bytes[3]} << 24;
+}
+
+/// From the last page that is known the way to the end is one step for each page added since.
+void AppendToNew(TargetFile& file, std::int64_t& chainEnd, const SavedPage& page, TiffCoding coding,
+                 int number) {
+  constexpr std::int64_t kFirstOffset = 4;
+  constexpr std::int64_t kEntrySize = 12;
+  if (number > limits::kMaxPages)
+    Fail(kErrorLimit, "%s can't be written: a file holds at most %d pages", file.Path(), limits::kMaxPages);
+  if (chainEnd == 0) chainEnd = kFirstOffset;
+  while (const std::int64_t directory = NumberAt(file.File(), chainEnd, 4))
+    chainEnd = directory + 2 + NumberAt(file.File(), directory, 2) * kEntrySize;
+  AppendAt(chainEnd, file.File(), file.Path(), page, coding, number, Sync::kLater);
 }
 
 }  // namespace
@@ -112,6 +141,14 @@ void AppendTiffG3(const char* path, const SavedPage& page, int number) {
 
 void AppendTiffPackBits(const char* path, const SavedPage& page, int number) {
   Append(path, page, TiffCoding::kPackBits, number);
+}
+
+void AppendTiffG3ToNew(TargetFile& file, std::int64_t& chainEnd, const SavedPage& page, int number) {
+  AppendToNew(file, chainEnd, page, TiffCoding::kG3, number);
+}
+
+void AppendTiffPackBitsToNew(TargetFile& file, std::int64_t& chainEnd, const SavedPage& page, int number) {
+  AppendToNew(file, chainEnd, page, TiffCoding::kPackBits, number);
 }
 
 }  // namespace imaging

@@ -1,31 +1,70 @@
 #include "imaging/codecs/writer.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 
 #include "imaging/codecs/codec.h"
 #include "imaging/core/exception.h"
 
 namespace imaging {
-namespace {
 
 struct Writer {
   const char* name;
   void (*write)(TargetFile& file, const SavedPage& page);
   void (*append)(const char* path, const SavedPage& page, int number);  ///< null: files of one page
+  void (*appendToNew)(TargetFile& file, std::int64_t& chainEnd, const SavedPage& page, int number);
   int format;
   int mostBits;  ///< per pixel
 };
 
+namespace {
+
 constexpr Writer kWriters[] = {
-    {"PNG", WritePng, nullptr, kFormatPng, 32},
-    {"Windows bitmap", WriteBmp, nullptr, kFormatBmpRle, 32},
-    {"JPEG", WriteExifJpeg, nullptr, kFormatExifJpeg422, 32},
-    {"TIFF with group 3 coding", WriteTiffG3, AppendTiffG3, kFormatTiffG3OneDimensional, 1},
-    {"TIFF with PackBits coding", WriteTiffPackBits, AppendTiffPackBits, kFormatTiffPackBits, 32},
+    {"PNG", WritePng, nullptr, nullptr, kFormatPng, 32},
+    {"Windows bitmap", WriteBmp, nullptr, nullptr, kFormatBmpRle, 32},
+    {"JPEG", WriteExifJpeg, nullptr, nullptr, kFormatExifJpeg422, 32},
+    {"TIFF with group 3 coding", WriteTiffG3, AppendTiffG3, AppendTiffG3ToNew, kFormatTiffG3OneDimensional,
+     1},
+    {"TIFF with PackBits coding", WriteTiffPackBits, AppendTiffPackBits, AppendTiffPackBitsToNew,
+     kFormatTiffPackBits, 32},
 };
 
+SaveSession*& Innermost() {
+  static thread_local SaveSession* session = nullptr;
+  return session;
+}
+
 }  // namespace
+
+SaveSession::SaveSession(const char* path) : m_file(path), m_outer(Innermost()) {
+  Innermost() = this;
+}
+
+SaveSession::~SaveSession() {
+  Innermost() = m_outer;
+}
+
+SaveSession* SaveSession::Of(const char* path) {
+  SaveSession* session = Innermost();
+  while (session != nullptr && std::strcmp(session->m_file.Path(), path) != 0) session = session->m_outer;
+  return session;
+}
+
+void SaveSession::Save(const Writer& writer, const SavedPage& page, int number) {
+  if (number > 1) {
+    if (number != m_pages + 1)
+      Fail(kErrorFileWrite, "%s can't be written: page %d can't be added to %d pages", m_file.Path(), number,
+           m_pages);
+    writer.appendToNew(m_file, m_chainEnd, page, number);
+  } else {
+    m_pages = 0;
+    m_chainEnd = 0;
+    m_file.Restart();
+    writer.write(m_file, page);
+  }
+  m_pages = number;
+}
 
 bool HasLinearGrays(const PixelStorage& pixels) {
   if (pixels.Bits() > 8) return false;
@@ -47,8 +86,13 @@ void SavePage(const char* path, const SavedPage& page, int format, int number) {
     Fail(kErrorUnsupported, "%s: %s holds pages of %d bit, not of %d", path, writer->name, writer->mostBits,
          page.pixels.Bits());
   if (number < 1) Fail(kErrorInvalidParameter, "%s: there is no page %d", path, number);
+  if (number > 1 && writer->append == nullptr)
+    Fail(kErrorUnsupported, "%s: a %s file has one page", path, writer->name);
+  if (SaveSession* const session = SaveSession::Of(path)) {
+    session->Save(*writer, page, number);
+    return;
+  }
   if (number > 1) {
-    if (writer->append == nullptr) Fail(kErrorUnsupported, "%s: a %s file has one page", path, writer->name);
     writer->append(path, page, number);
     return;
   }

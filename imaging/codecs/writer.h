@@ -24,6 +24,26 @@ struct SavedPage {
 /// is added to the file. Throws with a text that names the file; what was there before is then still there.
 void SavePage(const char* path, const SavedPage& page, int format, int number);
 
+/// While it lives, pages saved to its path go into one new file, which takes the path's place with Complete.
+class SaveSession {
+ public:
+  explicit SaveSession(const char* path);
+  ~SaveSession();
+  SaveSession(const SaveSession&) = delete;
+  SaveSession& operator=(const SaveSession&) = delete;
+  void Complete() { m_file.Complete(); }
+
+ private:
+  friend void SavePage(const char* path, const SavedPage& page, int format, int number);
+  static SaveSession* Of(const char* path);
+  void Save(const struct Writer& writer, const SavedPage& page, int number);
+
+  TargetFile m_file;
+  SaveSession* m_outer;
+  int m_pages = 0;
+  std::int64_t m_chainEnd = 0;
+};
+
 /// The colours are the linear grey table of their depth.
 bool HasLinearGrays(const PixelStorage& pixels);
 
@@ -39,5 +59,11 @@ void WriteTiffPackBits(TargetFile& file, const SavedPage& page);
 
 void AppendTiffG3(const char* path, const SavedPage& page, int number);
 void AppendTiffPackBits(const char* path, const SavedPage& page, int number);
+
+// The same to a new file that isn't complete yet. chainEnd is where the writer left off; 0 with the second
+// page.
+
+void AppendTiffG3ToNew(TargetFile& file, std::int64_t& chainEnd, const SavedPage& page, int number);
+void AppendTiffPackBitsToNew(TargetFile& file, std::int64_t& chainEnd, const SavedPage& page, int number);
 
 }  // namespace imaging

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -223,25 +224,21 @@ TEST(SaveTiff, LoopingChainIsEnded) {
   EXPECT_EQ(ReadAll(path), file);
 }
 
-/// A disk that is full after so many bytes of a file.
+/// A disk that is full after so many bytes of a file. The limit's signal keeps its default action, which ends
+/// the process.
 class SizeLimit {
  public:
   explicit SizeLimit(std::size_t bytes) {
-    m_handler = std::signal(SIGXFSZ, SIG_IGN);
     getrlimit(RLIMIT_FSIZE, &m_before);
     const rlimit limit{bytes, m_before.rlim_max};
     setrlimit(RLIMIT_FSIZE, &limit);
   }
-  ~SizeLimit() {
-    setrlimit(RLIMIT_FSIZE, &m_before);
-    std::signal(SIGXFSZ, m_handler);
-  }
+  ~SizeLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
   SizeLimit(const SizeLimit&) = delete;
   SizeLimit& operator=(const SizeLimit&) = delete;
 
  private:
   rlimit m_before{};
-  void (*m_handler)(int) = nullptr;
 };
 
 std::ptrdiff_t Entries(const std::string& folder) {
@@ -268,6 +265,71 @@ TEST(SaveFailures, FullDiskKeepsTheOldFile) {
       EXPECT_EQ(Entries(folder.Path("")), 1) << "the part of a file was left";
     }
   }
+}
+
+/// All of kMixed into a new file; the error, empty if it was completed.
+std::string SaveMixed(const std::string& path) {
+  return Inform([&](auto*) {
+           leadtools12::NewFile file(path.c_str());
+           int number = 0;
+           for (const PageForm& form : kMixed) {
+             const Loaded page = MakePage(form.bits, form.look);
+             struct_LEAD_Bitmap record = page.record;
+             _SAVEFILEOPTION options{sizeof options, ++number};
+             LEADTOOLS::SaveBitmap(path.c_str(), &record, form.format, 0, 0, &options);
+           }
+           file.Complete();
+         })
+      .error;
+}
+
+TEST(SaveNewFile, TakesItsPlaceWithAllItsPages) {
+  const TempFolder folder;
+  const std::string path = folder.Path("pages.tif");
+  for (int round = 0; round < 2; ++round) {
+    ASSERT_EQ(SaveMixed(path), "");
+    CheckMixed(path, 1);
+    EXPECT_EQ(InformFile(path).record.TotalPages, static_cast<int>(kMixed.size()));
+  }
+  const Bytes whole = ReadAll(path);
+  const Loaded page = MakePage(1, Look::kNoise);
+  {
+    const leadtools12::NewFile file(path.c_str());
+    EXPECT_NE(Save(path, page, kG3, 2).find("added to 0 pages"), std::string::npos);
+    ASSERT_EQ(Save(path, page, kG3, 1), "");
+    EXPECT_NE(Save(path, page, kG3, 3).find("added to 1 pages"), std::string::npos);
+    ASSERT_EQ(Save(path, page, kG3, 2), "");
+  }
+  EXPECT_EQ(ReadAll(path), whole) << "it wasn't completed";
+  int failures = 0;
+  for (std::size_t room = 0; room < whole.size(); room += 97, ++failures) {
+    const SizeLimit limit(room);
+    EXPECT_NE(SaveMixed(path).find("too large"), std::string::npos) << room;
+  }
+  EXPECT_GT(failures, 20);
+  EXPECT_EQ(ReadAll(path), whole);
+  EXPECT_EQ(Entries(folder.Path("")), 1);
+}
+
+/// Killed wherever it may be, an export leaves the old file or the new one, and nothing beside it.
+TEST(SaveNewFile, AKilledProcessLeavesAWholeFile) {
+  const TempFolder folder;
+  const std::string path = folder.Path("pages.tif");
+  ASSERT_EQ(SaveMixed(path), "");
+  const Bytes whole = ReadAll(path);
+  for (int kill = 0; kill < 40; ++kill) {
+    const Bytes old(100, 'o');
+    WriteAll(path, old);
+    const pid_t child = fork();
+    if (child == 0) _exit(SaveMixed(path).empty() ? 0 : 1);
+    usleep(static_cast<useconds_t>(kill * 100));
+    ::kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    const Bytes now = ReadAll(path);
+    EXPECT_TRUE(now == old || now == whole) << kill;
+  }
+  ASSERT_EQ(SaveMixed(path), "");
+  EXPECT_EQ(Entries(folder.Path("")), 1);
 }
 
 /// Wherever adding a page is cut short, the file is as it was before.
