@@ -41,9 +41,10 @@ enum class Status : std::uint32_t {
 /// What comes in the memory file.
 enum class Delivery : std::uint32_t {
   kPixels,
-  kTiff,  ///< the page's own coded data as a TIFF file of one page
-  kJpeg,  ///< or as a JPEG file
-  kLast = kJpeg,
+  kTiff,      ///< the page's own coded data as a TIFF file of one page
+  kJpeg,      ///< or as a JPEG file
+  kJpeg2000,  ///< or as one that another module reads
+  kLast = kJpeg2000,
 };
 
 struct PageRecord {
@@ -55,7 +56,7 @@ struct PageRecord {
   std::int32_t perspective = 0;     ///< 0 normal, else 2 to 8
   std::int32_t xResolution = 0;     ///< dots per inch, 0 unknown
   std::int32_t yResolution = 0;     ///< dots per inch, 0 unknown
-  std::int64_t deliveredBytes = 0;  ///< of a TIFF or JPEG file
+  std::int64_t deliveredBytes = 0;  ///< of a file that is delivered
   Delivery delivery = Delivery::kPixels;
   std::uint32_t colors = 0;  ///< entries in use; 0: grey from black to white
   std::array<char, 32> compression{};

@@ -46,6 +46,8 @@ bool ReadMemory(const Delivered& delivered, std::uint8_t* target, std::size_t by
   return true;
 }
 
+std::unique_ptr<Reader> OpenDelivered(const Source& block, helper::Delivery delivery);
+
 class HelperReader final : public Reader {
  public:
   HelperReader(const Source& source, const HelperFamily& family)
@@ -94,8 +96,7 @@ class HelperReader final : public Reader {
     if (!ReadMemory(delivered, bytes.data(), bytes.size()))
       Fail(kErrorInternal, "%s: the page can't be taken over", m_source.Name().c_str());
     const auto block = OpenBlockSource(std::move(bytes), m_source.Name());
-    const auto reader =
-        OpenReaderOf(delivered.page.delivery == helper::Delivery::kTiff ? kTiffCodec : kJpegCodec, *block);
+    const auto reader = OpenDelivered(*block, delivered.page.delivery);
     if (reader == nullptr) Fail(kErrorCorrupt, "%s: the page's data is damaged", m_source.Name().c_str());
     DecodedPage decoded = reader->Decode(1, wish);
     if (decoded.info.width != delivered.page.width || decoded.info.height != delivered.page.height)
@@ -122,6 +123,12 @@ bool IsJpeg2000(const Candidate& candidate) {
   return StartsWith(candidate, "\0\0\0\x0cjP  \r\n\x87\n"sv) || StartsWith(candidate, "\xff\x4f\xff\x51\0"sv);
 }
 
+bool IsPdf(const Candidate& candidate) {
+  const auto head = candidate.head;
+  constexpr std::string_view kMark = "%PDF-";
+  return std::search(head.begin(), head.end(), kMark.begin(), kMark.end()) != head.end();
+}
+
 /// No signature: layers, planes, a byte that is 0, a size, and option bits that mean something.
 bool IsJbig(const Candidate& candidate) {
   const auto head = candidate.head;
@@ -136,6 +143,7 @@ bool IsJbig(const Candidate& candidate) {
 constexpr HelperFamily kFamilies[] = {
     {"WebP", "webp", IsWebP, Evidence::kSignature},
     {"JPEG 2000", "jpeg2000", IsJpeg2000, Evidence::kSignature},
+    {"PDF", "pdf", IsPdf, Evidence::kSignature},
     {"JBIG", "jbig", IsJbig, Evidence::kLikeness},
 };
 
@@ -166,6 +174,14 @@ std::unique_ptr<Reader> Open(const Source& source) {
          source.Name().c_str(), family == nullptr ? "it" : family->name,
          family == nullptr ? "" : family->module);
   return std::make_unique<HelperReader>(source, *family);
+}
+
+/// The helper says what it is, so it is nothing else, and above all no document that holds another.
+std::unique_ptr<Reader> OpenDelivered(const Source& block, helper::Delivery delivery) {
+  if (delivery == helper::Delivery::kTiff) return OpenReaderOf(kTiffCodec, block);
+  if (delivery == helper::Delivery::kJpeg) return OpenReaderOf(kJpegCodec, block);
+  static constexpr Codec kJpeg2000 = {IsJpeg2000, Open<Evidence::kSignature>};
+  return OpenReaderOf(kJpeg2000, block);
 }
 
 }  // namespace

@@ -44,6 +44,10 @@ int Number(const Fields& row, const char* column) {
 
 /// Of the kinds that a module of the helper reads, those whose module is there.
 bool OurKind(const Fields& row) {
+  // Pages that aren't one picture, and the codings of pictures that only a renderer knows.
+  if (row.at("kind") == "PDF" && (row.at("compression") == "vector" || row.at("compression") == "JBIG2" ||
+                                  row.at("compression") == "JPEG 2000"))
+    return false;
   if (row.at("back_end") != "in") return imaging::helper_client::HasModule(row.at("back_end").c_str());
   static const std::array kinds = {"TIFF", "BMP", "JPEG",          "PNG",          "GIF", "PCX",  "DCX",
                                    "TGA",  "PNM", "ICO",           "CUR",          "ANI", "RAS",  "XWD",

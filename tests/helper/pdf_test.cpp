@@ -1,0 +1,312 @@
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "imaging/core/exception.h"
+#include "tests/imaging/codec_files.h"
+#include "tests/imaging/fax_files.h"
+
+namespace codec_test {
+namespace {
+
+/// A page with a picture of these dictionary entries under the name /I.
+struct PdfPage {
+  std::string image = {};
+  Bytes data = {};
+  std::string contents = "q 72 0 0 36 0 0 cm /I Do Q";
+  std::string entries = {};  ///< more of the page's
+  std::string box = "[0 0 72 36]";
+};
+
+/// Counts its objects and writes down where they are, as a table at the end wants it.
+class PdfWriter {
+ public:
+  int Add(const std::string& dictionary, const Bytes* stream = nullptr) {
+    m_places.push_back(m_text.size());
+    m_text += std::to_string(m_places.size()) + " 0 obj\n";
+    if (stream == nullptr) {
+      m_text += "<< " + dictionary + " >>\n";
+    } else {
+      m_text += "<< " + dictionary + " /Length " + std::to_string(stream->size()) + " >>\nstream\n";
+      m_text.append(stream->begin(), stream->end());
+      m_text += "\nendstream\n";
+    }
+    m_text += "endobj\n";
+    return static_cast<int>(m_places.size());
+  }
+  Bytes Finish(int root) {
+    const std::size_t table = m_text.size();
+    m_text += "xref\n0 " + std::to_string(m_places.size() + 1) + "\n0000000000 65535 f \n";
+    for (const std::size_t place : m_places) {
+      std::array<char, 21> line{};
+      std::snprintf(line.data(), line.size(), "%010zu 00000 n \n", place);
+      m_text += line.data();
+    }
+    m_text += "trailer << /Size " + std::to_string(m_places.size() + 1) + " /Root " + std::to_string(root) +
+              " 0 R >>\nstartxref\n" + std::to_string(table) + "\n%%EOF\n";
+    return {m_text.begin(), m_text.end()};
+  }
+
+ private:
+  std::string m_text = "%PDF-1.5\n";
+  std::vector<std::size_t> m_places;
+};
+
+Bytes MakePdf(const std::vector<PdfPage>& pages) {
+  PdfWriter writer;
+  const int tree = static_cast<int>(pages.size()) * 3 + 1;
+  std::string kids;
+  for (const PdfPage& page : pages) {
+    const int image = writer.Add("/Type /XObject /Subtype /Image " + page.image, &page.data);
+    const Bytes text(page.contents.begin(), page.contents.end());
+    const int contents = writer.Add("", &text);
+    const int number = writer.Add(
+        "/Type /Page /Parent " + std::to_string(tree) + " 0 R /MediaBox " + page.box + " /Contents " +
+        std::to_string(contents) + " 0 R /Resources << /XObject << /I " + std::to_string(image) +
+        " 0 R >> /Font << /F << /Type /Font /Subtype /Type1 /BaseFont /Helvetica >> >> >> " + page.entries);
+    kids += std::to_string(number) + " 0 R ";
+  }
+  writer.Add("/Type /Pages /Kids [" + kids + "] /Count " + std::to_string(pages.size()));
+  return writer.Finish(writer.Add("/Type /Catalog /Pages " + std::to_string(tree) + " 0 R"));
+}
+
+std::string ImageEntries(int width, int height, const std::string& more) {
+  return "/Width " + std::to_string(width) + " /Height " + std::to_string(height) + " " + more;
+}
+
+std::vector<Bytes> Inverted(std::vector<Bytes> rows) {
+  for (Bytes& row : rows)
+    for (std::uint8_t& byte : row) byte = static_cast<std::uint8_t>(~byte);
+  return rows;
+}
+
+struct FaxCase {
+  const char* parameters;
+  const char* more;
+  int compression;
+  int options;
+  int code;
+  const char* name;
+  bool inverted = false;
+};
+constexpr std::array kFaxCases = {
+    FaxCase{"/K -1", "", COMPRESSION_CCITTFAX4, 0, 149, "CCITT G4"},
+    FaxCase{"/K 0 /EndOfLine true", "", COMPRESSION_CCITTFAX3, 0, 147, "CCITT G3 1D"},
+    FaxCase{"/K 4 /EndOfLine true", "", COMPRESSION_CCITTFAX3, GROUP3OPT_2DENCODING, 148, "CCITT G3 2D"},
+    FaxCase{"/K 0 /EncodedByteAlign true", "", COMPRESSION_CCITTRLE, 0, 147, "CCITT G3 1D"},
+    FaxCase{"/K -1 /BlackIs1 true", "", COMPRESSION_CCITTFAX4, 0, 149, "CCITT G4", true},
+    FaxCase{"/K -1", "/Decode [1 0]", COMPRESSION_CCITTFAX4, 0, 149, "CCITT G4", true},
+    FaxCase{"/K -1 /BlackIs1 true", "/Decode [1 0]", COMPRESSION_CCITTFAX4, 0, 149, "CCITT G4"},
+    FaxCase{"/K -1", "/ColorSpace [/Indexed /DeviceRGB 1 <FFFFFF000000>]", COMPRESSION_CCITTFAX4, 0, 149,
+            "CCITT G4", true},
+    FaxCase{"/K -1", "/ImageMask true", COMPRESSION_CCITTFAX4, 0, 149, "CCITT G4"},
+};
+
+PdfPage FaxPage(const FaxCase& form, const std::vector<Bytes>& rows, int width) {
+  const std::string more = form.more;
+  const std::string space =
+      more.find("ColorSpace") == std::string::npos && more.find("Mask") == std::string::npos
+          ? " /ColorSpace /DeviceGray"
+          : "";
+  return {ImageEntries(width, static_cast<int>(rows.size()),
+                       "/BitsPerComponent 1 /Filter /CCITTFaxDecode /DecodeParms << /Columns " +
+                           std::to_string(width) + " " + form.parameters + " >> " + more + space),
+          EncodeFax(rows, width, form.compression, form.options)};
+}
+
+TEST(Pdf, FaxPagesAreTheirOwnDataBitForBit) {
+  constexpr int kWidth = 1728;
+  std::vector<PdfPage> pages;
+  std::vector<std::vector<Bytes>> truth;
+  for (const FaxCase& form : kFaxCases) {
+    truth.push_back(RandomFaxRows(kWidth, 120, static_cast<unsigned>(pages.size() + 1)));
+    pages.push_back(FaxPage(form, truth.back(), kWidth));
+    if (form.inverted) truth.back() = Inverted(truth.back());
+  }
+  const Bytes file = MakePdf(pages);
+  for (std::size_t i = pages.size(); i-- > 0;) {
+    SCOPED_TRACE(std::string(kFaxCases[i].parameters) + kFaxCases[i].more);
+    const Loaded page = LoadMemory(file, static_cast<int>(i) + 1);
+    EXPECT_EQ(FaxDifference(page, truth[i]), "");
+    EXPECT_EQ(page.info.Format, kFaxCases[i].code);
+    EXPECT_STREQ(page.info.Compression, kFaxCases[i].name);
+    EXPECT_EQ(page.info.XResolution, 1728);
+    EXPECT_EQ(page.info.YResolution, 240);
+    EXPECT_EQ(page.info.BitsPerPixel, 1);
+  }
+  EXPECT_EQ(InformMemory(file).record.TotalPages, static_cast<int>(pages.size()));
+}
+
+struct SampleCase {
+  const char* entries;
+  int bits;
+  int memoryBits;
+  Bytes data;  ///< of 4 by 2 pixels
+  Color first;
+  Color last;
+};
+
+TEST(Pdf, SamplesOfEveryDepthAndSpace) {
+  const std::vector<SampleCase> cases = {
+      {"/ColorSpace /DeviceGray /BitsPerComponent 1",
+       1,
+       1,
+       {0x90, 0x10},
+       {255, 255, 255, 255},
+       {255, 255, 255, 255}},
+      {"/ColorSpace /DeviceGray /BitsPerComponent 1 /Decode [1 0]",
+       1,
+       1,
+       {0x90, 0x10},
+       {0, 0, 0, 255},
+       {0, 0, 0, 255}},
+      {"/ColorSpace /DeviceGray /BitsPerComponent 2",
+       2,
+       8,
+       {0x40, 0x02},
+       {85, 85, 85, 255},
+       {170, 170, 170, 255}},
+      {"/ColorSpace /DeviceGray /BitsPerComponent 4",
+       4,
+       4,
+       {0x30, 0, 0, 0x0f},
+       {51, 51, 51, 255},
+       {255, 255, 255, 255}},
+      {"/ColorSpace /DeviceGray /BitsPerComponent 8",
+       8,
+       8,
+       {7, 0, 0, 0, 0, 0, 0, 9},
+       {7, 7, 7, 255},
+       {9, 9, 9, 255}},
+      {"/ColorSpace /DeviceGray /BitsPerComponent 16",
+       16,
+       8,
+       {7, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 9, 255},
+       {7, 7, 7, 255},
+       {9, 9, 9, 255}},
+      {"/ColorSpace [/Indexed /DeviceRGB 2 <010203040506070809>] /BitsPerComponent 4",
+       4,
+       4,
+       {0x10, 0, 0, 0x02},
+       {4, 5, 6, 255},
+       {7, 8, 9, 255}},
+      {"/ColorSpace [/Indexed /DeviceCMYK 1 <00FF00000000007F>] /BitsPerComponent 2",
+       2,
+       8,
+       {0x00, 0x01},
+       {255, 0, 255, 255},
+       {128, 128, 128, 255}},
+      {"/ColorSpace /DeviceRGB /BitsPerComponent 8",
+       24,
+       24,
+       {1, 2, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 4, 5, 6},
+       {1, 2, 3, 255},
+       {4, 5, 6, 255}},
+      {"/ColorSpace /DeviceCMYK /BitsPerComponent 8",
+       32,
+       24,
+       {0, 255, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 127},
+       {255, 0, 255, 255},
+       {128, 128, 128, 255}},
+  };
+  for (const SampleCase& form : cases) {
+    SCOPED_TRACE(form.entries);
+    const Loaded page = LoadMemory(MakePdf({{ImageEntries(4, 2, form.entries), form.data}}));
+    EXPECT_EQ(page.error, "");
+    if (!page.error.empty()) continue;
+    EXPECT_EQ(page.info.Format, 146);
+    EXPECT_STREQ(page.info.Compression, "None");
+    EXPECT_EQ(page.info.BitsPerPixel, form.bits);
+    EXPECT_EQ(page.record.BitsPerPixel, form.memoryBits);
+    EXPECT_EQ(ColorAt(page, 0, 0), form.first);
+    EXPECT_EQ(ColorAt(page, 3, 1), form.last);
+  }
+}
+
+TEST(Pdf, JpegPagesAreTheSameAsTheFile) {
+  const auto sample = [](int x, int y, int c) { return static_cast<std::uint8_t>(x * 5 + y * 3 + c * 50); };
+  for (const int components : {1, 3}) {
+    const Bytes jpeg = MakeJpeg(40, 24, components, false, sample);
+    std::string hex;
+    for (const std::uint8_t byte : jpeg)
+      for (const int digit : {byte >> 4, byte & 15}) hex += "0123456789ABCDEF"[digit];
+    hex += '>';
+    const std::string space = components == 1 ? "/ColorSpace /DeviceGray" : "/ColorSpace /DeviceRGB";
+    const Loaded page = LoadMemory(
+        MakePdf({{ImageEntries(40, 24, "/BitsPerComponent 8 /Filter [/ASCIIHexDecode /DCTDecode] " + space),
+                  Bytes(hex.begin(), hex.end())}}));
+    const Loaded alone = LoadMemory(jpeg);
+    ASSERT_EQ(page.error, "");
+    EXPECT_GE(page.info.Format, 150);
+    EXPECT_LE(page.info.Format, 152);
+    for (int y = 0; y < 24; ++y)
+      for (int x = 0; x < 40; ++x) ASSERT_EQ(ColorAt(page, x, y), ColorAt(alone, x, y));
+  }
+}
+
+struct PlaceCase {
+  const char* contents;
+  const char* entries;
+  int perspective;  ///< 0: the page is no raster
+};
+
+TEST(Pdf, WhatIsARasterPageAndHowItIsTurned) {
+  constexpr const char* kStraight = "q 72 0 0 36 0 0 cm /I Do Q";
+  constexpr std::array kCases = {
+      PlaceCase{kStraight, "", 1},
+      PlaceCase{kStraight, "/Rotate 90", 6},
+      PlaceCase{kStraight, "/Rotate 180", 3},
+      PlaceCase{kStraight, "/Rotate -90", 8},
+      PlaceCase{"-72 0 0 36 72 0 cm /I Do", "", 2},
+      PlaceCase{"72 0 0 -36 0 36 cm /I Do", "", 4},
+      PlaceCase{"0 36 -72 0 72 0 cm /I Do", "", 8},
+      PlaceCase{"0 -36 72 0 0 36 cm /I Do", "", 6},
+      PlaceCase{"0 36 72 0 0 0 cm /I Do", "", 7},
+      PlaceCase{"0 -36 -72 0 72 36 cm /I Do", "", 5},
+      PlaceCase{"0 -36 -72 0 72 36 cm /I Do", "/Rotate 90", 2},
+      PlaceCase{"0 0 72 36 re W n q 72 0 0 36 0 0 cm /I Do Q BT 3 Tr /F 9 Tf (text) Tj ET", "", 1},
+      PlaceCase{"q 72 0 0 36 0 0 cm /I Do Q BT /F 9 Tf (text) Tj ET", "", 0},
+      PlaceCase{"q 72 0 0 36 0 0 cm /I Do /I Do Q", "", 0},
+      PlaceCase{"q 60 0 0 36 0 0 cm /I Do Q", "", 0},
+      PlaceCase{"q 72 9 0 36 0 0 cm /I Do Q", "", 0},
+      PlaceCase{"0 0 9 9 re W n q 72 0 0 36 0 0 cm /I Do Q", "", 0},
+      PlaceCase{"q 72 0 0 36 0 0 cm /I Do Q 0 0 72 36 re f", "", 0},
+      PlaceCase{kStraight, "/CropBox [9 9 30 30]", 0},
+      PlaceCase{"", "", 0},
+  };
+  const Bytes data = {1, 2, 3, 4, 5, 6, 7, 8};
+  std::vector<PdfPage> pages;
+  for (const PlaceCase& place : kCases)
+    pages.push_back({ImageEntries(4, 2, "/ColorSpace /DeviceGray /BitsPerComponent 8"), data, place.contents,
+                     place.entries});
+  const Bytes file = MakePdf(pages);
+  for (std::size_t i = 0; i < kCases.size(); ++i) {
+    SCOPED_TRACE(std::string(kCases[i].contents) + " " + kCases[i].entries);
+    const Information info = InformMemory(file, static_cast<int>(i) + 1);
+    if (kCases[i].perspective == 0) {
+      EXPECT_NE(info.record.Width, 4);
+    } else {
+      EXPECT_EQ(info.error, "");
+      EXPECT_EQ(info.record.Width, 4);
+      EXPECT_EQ(std::max(info.record.ViewPerspective, 1), kCases[i].perspective);
+    }
+  }
+}
+
+TEST(Pdf, DamagedFiles) {
+  const auto rows = RandomFaxRows(400, 60, 9);
+  const Bytes whole = MakePdf({FaxPage(kFaxCases[0], rows, 400)});
+  for (std::size_t size = 1; size < whole.size(); size += 1 + whole.size() / 60) {
+    const Loaded page = LoadMemory(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
+    EXPECT_TRUE(!page.error.empty() || page.pixels != nullptr) << size;
+  }
+  for (std::size_t bit = 0; bit < whole.size() * 8; bit += whole.size() / 20) {
+    Bytes bad = whole;
+    bad[bit / 8] ^= static_cast<std::uint8_t>(1 << bit % 8);
+    const Loaded page = LoadMemory(bad);
+    EXPECT_TRUE(!page.error.empty() || page.pixels != nullptr) << bit;
+  }
+}
+
+}  // namespace
+}  // namespace codec_test
