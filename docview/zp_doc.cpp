@@ -16,6 +16,8 @@
 #include "platform/framework/object_hold.h"
 #include "platform/framework/thread.h"
 #include "platform/framework/view.h"
+#include "platform/window/pump.h"
+#include "print/print_command.h"
 #include "viewing/page_source.h"
 
 namespace {
@@ -31,18 +33,11 @@ CObject* HintNumber(int number) {
   return reinterpret_cast<CObject*>(static_cast<std::intptr_t>(number));
 }
 
-/// Paints all that waits in a window, since no message is dispatched before the document is open.
-void PaintNow(HWND window) {
-  ::UpdateWindow(window);
-  for (HWND child = ::GetWindow(window, GW_CHILD); child != nullptr; child = ::GetWindow(child, GW_HWNDNEXT))
-    PaintNow(child);
-}
-
 void ShowOpening() {
   CWnd* const main = AfxGetMainWnd();
   if (main == nullptr) return;
   main->SendMessage(WM_SETMESSAGESTRING, IDS_ZP_OPENING, 0);
-  PaintNow(main->m_hWnd);
+  PaintWhileBusy();
 }
 
 /// Throws also if there is no first page.
@@ -115,6 +110,7 @@ int CZPDoc::OpenDocumentMemory(BYTE* pBuffer, DWORD dwSize) {
 
 template <class LoadPage>
 int CZPDoc::LoadPages(int nCount, const LoadPage& loadPage) {
+  const JobWatch<CZPDoc> watch(*this);
   m_arrPages.SetSize(std::max(nCount, 0));
   for (int i = 0; i < m_arrPages.GetSize(); ++i) m_arrPages[i] = CreatePage();
   int loaded = 0;
@@ -125,6 +121,8 @@ int CZPDoc::LoadPages(int nCount, const LoadPage& loadPage) {
     if (page != nullptr) loaded |= loadPage(*page, i);
     if (loaded == 0 || Clock::now() < look) continue;
     ShowSoFar(shown, i + 1);
+    // A host's answer to a new size may end this document, or open another source in it.
+    if (watch.Get() == nullptr) return 0;
     shown = i + 1;
     look = Clock::now() + kPatience;
   }
@@ -166,11 +164,13 @@ void CZPDoc::ShowSoFar(int nFirst, int nEnd) {
   if (frame == nullptr) return;
   // A document window is shown by its template only at the end.
   if (m_bShowsFrame != FALSE && DYNAMIC_DOWNCAST(CMDIChildWnd, frame) != nullptr &&
-      frame->IsWindowVisible() == FALSE)
+      frame->IsWindowVisible() == FALSE) {
+    frame->SetWindowText(m_strTitle);
     frame->ActivateFrame();
+  }
   if (auto* const shown = dynamic_cast<CZPDocumentFrame*>(frame); shown != nullptr && nFirst == 0)
     shown->UpdateFrame();
-  PaintNow(GetTopLevelWindow(frame->m_hWnd));
+  PaintWhileBusy();
 }
 
 int CZPDoc::FailOpen(CLeadtoolsException* pException) {

@@ -15,6 +15,9 @@ PLATFORM_API BOOL PeekMessage(MSG* message, HWND window, UINT first, UINT last, 
 inline BOOL PeekMessageA(MSG* message, HWND window, UINT first, UINT last, UINT remove) {
   return PeekMessage(message, window, first, last, remove);
 }
+/// Lets windows be painted and sized while the program is busy. No message is dispatched, and the user's
+/// input waits.
+PLATFORM_API void PaintWhileBusy();
 /// Waits for a message. 0 for WM_QUIT.
 PLATFORM_API BOOL GetMessage(MSG* message, HWND window, UINT first, UINT last);
 /// Posts the WM_CHAR that a key message types.

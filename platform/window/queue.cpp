@@ -179,6 +179,16 @@ bool Queue::Pull(MSG* message, HWND window, UINT first, UINT last, bool remove) 
   return Take(message, window, first, last, remove);
 }
 
+void Queue::LetPaint() {
+  const int outerLevel = m_pullLevel;
+  m_pullLevel = QThread::currentThread()->loopLevel();
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  m_pullLevel = outerLevel;
+  // A foreign loop must hear of what it was just kept from.
+  if (!m_posted.empty() || !m_input.empty() || m_quit) Kick();
+  RethrowKept();
+}
+
 void Queue::Wait(int milliseconds) {
   const int outerLevel = m_pullLevel;
   m_pullLevel = QThread::currentThread()->loopLevel();
@@ -294,6 +304,10 @@ BOOL PeekMessage(MSG* message, HWND window, UINT first, UINT last, UINT remove) 
   if (found) emptyPolls = 0;
   sinceEmpty.start();
   return found;
+}
+
+void PaintWhileBusy() {
+  if (QCoreApplication::instance() != nullptr) Queue::Instance().LetPaint();
 }
 
 BOOL GetMessage(MSG* message, HWND window, UINT first, UINT last) {

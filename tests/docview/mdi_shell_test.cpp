@@ -93,6 +93,7 @@ TEST_F(MdiShell, AnOpenThatTakesAWhileShowsItsTextAndThePagesThatItHas) {
           child != nullptr && child->IsWindowVisible() && !child->m_pView->GetUpdateRect(&invalid);
       if (painted) {
         EXPECT_EQ(Bars(), "1|100%|Zoom 1:100|Pagina 1 of 4");
+        EXPECT_NE(Text(*child).find(".tif"), std::string::npos);
       }
       seen += painted ? "+" : "-";
       if (page < 3) std::this_thread::sleep_for(std::chrono::milliseconds(250));

@@ -28,6 +28,8 @@ class Queue : public QObject {
   bool Take(MSG* message, HWND window, UINT first, UINT last, bool remove);
   /// Lets Qt deliver what it has, then takes. May throw what a handler called from Qt threw.
   bool Pull(MSG* message, HWND window, UINT first, UINT last, bool remove);
+  /// Lets Qt deliver what it has, but no input, and takes nothing.
+  void LetPaint();
   /// Waits in Qt for something new, at most so long (-1: for ever).
   void Wait(int milliseconds);
 
