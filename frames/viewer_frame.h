@@ -124,6 +124,7 @@ class CViewerFrame : public CViewerCommands<Base>, public CImageWindowFrame {
   void EndPanes();
   bool AskForFile(CString* path);
   void FillThumbs();
+  bool ShowsPicture() const;
   bool FailedOpen();
   bool ShowOpened();
 

@@ -72,8 +72,14 @@ bool CViewerFrame<Base>::OpenDroppedFile(const char* path) {
 }
 
 template <typename Base>
+bool CViewerFrame<Base>::ShowsPicture() const {
+  return m_pImageWnd != nullptr && (m_pImageWnd->m_Bitmap.Flags & leadtools12::kAllocated) != 0;
+}
+
+template <typename Base>
 bool CViewerFrame<Base>::FailedOpen() {
-  if (IsGone()) return false;
+  // Or the report has opened something else, which the bars show.
+  if (IsGone() || ShowsPicture()) return false;
   Clear();
   LEADTOOLS::ImgListClear(m_pThumbsWnd->m_hWnd);
   return false;
@@ -89,7 +95,7 @@ bool CViewerFrame<Base>::ShowOpened() {
   const bool loaded = m_pImageWnd->LoadPage(1);
   if (IsGone()) return false;
   if (!loaded) {
-    Clear();
+    if (!ShowsPicture()) Clear();
     return false;
   }
   viewer_bars::ShowScale(CommandBars(), m_pImageWnd->GetScalePercent(), FALSE);

@@ -139,6 +139,21 @@ TEST_F(ViewerTest, AFirstPageThatCannotBeDecodedLeavesNothing) {
   EXPECT_EQ(Boxes::shown.size(), 1U);
 }
 
+TEST_F(ViewerTest, AReportMayOpenAnotherFile) {
+  static std::string other;
+  static OpenedUp<CImageFrame>* reporting;
+  other = WriteFile(3, 0, "other.tif");
+  for (const std::string& path : {WriteText("broken.tif"), WriteFile(2, 1, "first.tif")}) {
+    reporting = frame;
+    frame->m_pImageWnd->SetReportErrorCallBack([](int, CString) { reporting->OpenImageFile(other.c_str()); });
+    EXPECT_FALSE(frame->OpenImageFile(path.c_str())) << path;
+    Settle();
+    EXPECT_EQ(PagePane(), "Pagina 1 of 3") << path;
+    EXPECT_EQ(PageText(), "1") << path;
+    EXPECT_TRUE(frame->m_wndComboScale.IsWindowEnabled()) << path;
+  }
+}
+
 TEST_F(ViewerTest, ADialogGivenUpChangesNothing) {
   Open(2);
   platform::testing::SetFileDialogAnswer([](platform::FileDialogRequest& request) {
