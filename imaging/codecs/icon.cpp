@@ -91,7 +91,8 @@ class IconReader final : public Reader {
     return info;
   }
   DecodedPage Decode(int page, const DecodeWish& wish) override {
-    DecodedPage decoded = m_picture->Decode(page, wish);
+    // Its rows aren't told: the mask may give them another depth.
+    DecodedPage decoded = m_picture->Decode(page, {wish.bits, wish.order});
     decoded.info = Describe(page);
     if (!HasAlpha(*decoded.pixels)) ApplyMask(decoded);
     return decoded;
