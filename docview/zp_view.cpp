@@ -137,7 +137,7 @@ void CZPView::DrawNoPage(CDC* dc) {
   GetClientRect(client);
   dc->DPtoLP(static_cast<LPRECT>(client));
   dc->FillSolidRect(0, 0, client.Width(), client.Height(), kGray);
-  for (const auto& line : crossed_box::Cross(client.Size())) {
+  for (const auto& line : crossed_box::Cross(client.Size(), client.Height() - 1)) {
     dc->MoveTo(line.from);
     dc->LineTo(line.to);
   }

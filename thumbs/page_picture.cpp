@@ -45,7 +45,7 @@ void PagePicture::MakeCrossedBox(SIZE room) {
   CDC* const dc = CDC::FromHandle(handle);
   dc->FillSolidRect(0, 0, room.cx, room.cy, crossed_box::kColour);
   dc->SelectStockObject(BLACK_PEN);
-  for (const crossed_box::Line& line : crossed_box::Cross(room)) {
+  for (const crossed_box::Line& line : crossed_box::Cross(room, room.cy)) {
     dc->MoveTo(line.from);
     dc->LineTo(line.to);
   }

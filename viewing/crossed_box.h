@@ -12,9 +12,10 @@ struct Line {
   POINT to;
 };
 
-/// From corner to corner; the last pixel of a line isn't drawn.
-inline std::array<Line, 2> Cross(SIZE box) {
-  return {{{{0, 0}, {box.cx, box.cy}}, {{box.cx - 1, 0}, {0, box.cy}}}};
+/// From corner to corner; the last pixel of a line isn't drawn. upEnd: the row at the left edge where the
+/// second one ends, just below the box in a strip, the last row in a view.
+inline std::array<Line, 2> Cross(SIZE box, LONG upEnd) {
+  return {{{{0, 0}, {box.cx, box.cy}}, {{box.cx - 1, 0}, {0, upEnd}}}};
 }
 
 /// Where the text about it lies, given its height: in the middle, and down to the lower edge.

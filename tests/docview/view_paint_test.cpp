@@ -35,6 +35,7 @@ class ViewPaint : public ViewTest {
     const unsigned ground = Gray(crossed_box::kColour & 0xff);
     EXPECT_EQ(Pixel(0, 0), 0U);
     EXPECT_EQ(Pixel(client.cx - 1, 0), 0U);
+    EXPECT_EQ(Pixel(0, client.cy - 1), ground) << "the second line ends a row earlier, at a pixel not drawn";
     EXPECT_EQ(Pixel(client.cx / 2, 3), ground);
     EXPECT_EQ(Pixel(3, client.cy / 2), ground);
     EXPECT_EQ(Pixel(client.cx - 4, client.cy / 2), ground);

@@ -296,9 +296,11 @@ TEST(CrossedBox, TheTextStandsInTheMiddleOfTheBox) {
 }
 
 TEST(CrossedBox, LinesReachTheCornerPixels) {
-  const auto [down, up] = crossed_box::Cross({108, 80});
-  EXPECT_TRUE(CPoint(down.from) == CPoint(0, 0) && CPoint(down.to) == CPoint(108, 80));
-  EXPECT_TRUE(CPoint(up.from) == CPoint(107, 0) && CPoint(up.to) == CPoint(0, 80));
+  for (const LONG end : {80L, 79L}) {
+    const auto [down, up] = crossed_box::Cross({108, 80}, end);
+    EXPECT_TRUE(CPoint(down.from) == CPoint(0, 0) && CPoint(down.to) == CPoint(108, 80));
+    EXPECT_TRUE(CPoint(up.from) == CPoint(107, 0) && CPoint(up.to) == CPoint(0, end));
+  }
 }
 
 }  // namespace
