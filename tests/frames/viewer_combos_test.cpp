@@ -108,6 +108,42 @@ TYPED_TEST(ViewerCombos, BackspaceTakesOneCharacter) {
   EXPECT_EQ(this->ScaleText(), "100");
 }
 
+TYPED_TEST(ViewerCombos, WhatIsTypedReplacesWhatIsChosen) {
+  this->Open(12);
+  struct Case {
+    CComboBox& combo;
+    int key;
+    bool control;
+    const char* text;
+  };
+  const Case cases[] = {{this->frame->m_wndComboPage, 'A', true, "7"},
+                        {this->frame->m_wndComboScale, 'A', true, "7"},
+                        {this->frame->m_wndComboPage, VK_DOWN, false, "7"}};
+  for (const Case& c : cases) {
+    c.combo.SetFocus();
+    c.combo.SetEditSel(0, 0);
+    if (c.control) platform::testing::PressKey(c.combo.m_hWnd, VK_CONTROL, false, true);
+    platform::testing::PressKey(c.combo.m_hWnd, c.key, false, c.control);
+    platform::testing::ReleaseKey(c.combo.m_hWnd, VK_CONTROL);
+    this->Settle();
+    platform::testing::TypeText(c.combo.m_hWnd, "7");
+    this->Settle();
+    EXPECT_EQ(this->TextOf(c.combo), c.text) << c.key;
+  }
+}
+
+TYPED_TEST(ViewerCombos, ABoxThatTakesTheKeyboardLeavesWhatIsTyped) {
+  this->Open(12);
+  platform::testing::SetMessageBoxAnswer([](const CString&, UINT) -> int {
+    ::SetFocus(nullptr);  // as the desktop does
+    return IDOK;
+  });
+  this->Type(this->frame->m_wndComboPage, "99", VK_RETURN);
+  EXPECT_EQ(this->PageText(), "99");
+  this->frame->m_pImageWnd->SetFocus();
+  EXPECT_EQ(this->PageText(), "1") << "another control takes it with it";
+}
+
 TYPED_TEST(ViewerCombos, PicksFromTheLists) {
   this->Open(5);
   const auto pick = [this](CComboBox& combo, int downs, int key) {
@@ -121,7 +157,18 @@ TYPED_TEST(ViewerCombos, PicksFromTheLists) {
   pick(this->frame->m_wndComboPage, 3, VK_RETURN);
   EXPECT_EQ(this->Shown(), 4);
   EXPECT_EQ(this->PagePane(), "Pagina 4 of 5");
-  pick(this->frame->m_wndComboScale, 2, VK_RETURN);
+  const auto moveUp = [this](CComboBox& combo, int ups, int key) {
+    combo.SetFocus();
+    combo.ShowDropDown();
+    this->Settle();
+    for (int i = 0; i < ups; ++i) platform::testing::PressKey(combo.m_hWnd, VK_UP);
+    platform::testing::PressKey(combo.m_hWnd, key);
+    this->Settle();
+  };
+  moveUp(this->frame->m_wndComboScale, 1, VK_ESCAPE);  // it opens at 100%
+  EXPECT_EQ(this->ScaleText(), "100%") << "only looked at";
+  EXPECT_EQ(this->Percent(), 100);
+  moveUp(this->frame->m_wndComboScale, 2, VK_RETURN);
   EXPECT_EQ(this->Percent(), 50);
   EXPECT_EQ(this->ZoomPane(), "Zoom 1:50");
   EXPECT_EQ(this->ScaleText(), "50%");

@@ -108,7 +108,8 @@ void CViewerCommands<Base>::OnComboPageSelChange() {
 template <typename Base>
 void CViewerCommands<Base>::OnComboPageKillFocus() {
   const viewer_bars::ViewerBars bars = viewer_bars::Present(CommandBars());
-  if (bars.page == nullptr) return;
+  // A box or another program that takes the keyboard leaves what is being typed.
+  if (bars.page == nullptr || ::GetFocus() == nullptr) return;
   CString number;
   number.Format("%d", Page());
   bars.page->SetWindowText(number);
@@ -164,7 +165,7 @@ template <typename Base>
 void CViewerCommands<Base>::OnComboScaleKillFocus() {
   const ViewerDisplay* display = CommandDisplay();
   const viewer_bars::ViewerBars bars = viewer_bars::Present(CommandBars());
-  if (display != nullptr && bars.scale != nullptr)
+  if (display != nullptr && bars.scale != nullptr && ::GetFocus() != nullptr)
     bars.scale->SetWindowText(ScaleText(display->ScalePercent()));
 }
 

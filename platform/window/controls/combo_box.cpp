@@ -5,6 +5,8 @@
 #include <QStyleOptionComplex>
 #include <QTimer>
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "platform/window/controls/detail/control.h"
 #include "platform/window/controls/detail/line_field.h"
@@ -72,14 +74,19 @@ class ComboControl : public Control {
   bool KeepsFocus() const override { return IsDropped(); }
   bool ListKey(int virtualKey) override;
 
-  void ListOpens() { Notify(CBN_DROPDOWN); }
+  void ListOpens();
 
  protected:
   QString Text() const override { return Combo().currentText(); }
   void SetText(const QString& text) override {
     if (!Combo().isEditable()) return;
     Combo().setEditText(text);
-    Combo().lineEdit()->setCursorPosition(0);  // a text wider than the field shows its beginning
+    // What is typed next takes the place of a text that came while the user is in the field. Else a text
+    // wider than the field shows its beginning.
+    if (GetFocus() == Window())
+      Combo().lineEdit()->selectAll();
+    else
+      Combo().lineEdit()->setCursorPosition(0);
   }
   void KeyDown(int key, Qt::KeyboardModifiers modifiers) override;
   void Char(char32_t c) override {
@@ -87,6 +94,7 @@ class ComboControl : public Control {
   }
   void FocusChanged(bool gained) override {
     if (gained && m_field) Combo().lineEdit()->selectAll();
+    if (!gained) TakeMovesBack();
     Notify(gained ? CBN_SETFOCUS : CBN_KILLFOCUS);
   }
   void FontChanged() override { FitHeight(); }
@@ -118,6 +126,8 @@ class ComboControl : public Control {
   void FitHeight();
   void Picked(int index);
   void ListGone();
+  void SelectQuietly(int index, const QString& text);
+  void TakeMovesBack();
   void Edited();
   LRESULT Add(LPARAM text);
   LRESULT Select(int index);
@@ -128,7 +138,9 @@ class ComboControl : public Control {
   ListFilter m_listFilter{*this};
   std::unique_ptr<LineField> m_field;  ///< of an editable one
   int m_selection = -1;                ///< typing takes it away, while Qt keeps its own
-  bool m_closing = false;              ///< the list has gone and it isn't known yet whether by a pick
+  /// Entry and text when the list opened, until it goes or the keyboard does.
+  std::optional<std::pair<int, QString>> m_atOpening;
+  bool m_closing = false;  ///< the list has gone and it isn't known yet whether by a pick
 };
 
 void ComboWidget::showPopup() {
@@ -204,7 +216,30 @@ void ComboControl::Picked(int index) {
   if (closing && IsWindow(Window()) != 0) Notify(CBN_CLOSEUP);
 }
 
+/// Keeps the text, which Qt would take from the entry.
+void ComboControl::SelectQuietly(int index, const QString& text) {
+  m_selection = index;
+  Combo().setCurrentIndex(index);
+  if (!m_field || Combo().currentText() == text) return;
+  Combo().setEditText(text);
+  if (GetFocus() == Window()) Combo().lineEdit()->selectAll();
+}
+
+void ComboControl::ListOpens() {
+  const QString text = Combo().currentText();
+  if (m_field) SelectQuietly(Combo().findText(text, Qt::MatchFixedString), text);
+  m_atOpening = {m_selection, text};
+  Notify(CBN_DROPDOWN);
+}
+
+/// Moving in the list has selected as it went; until something is picked that is only a look.
+void ComboControl::TakeMovesBack() {
+  const auto before = std::exchange(m_atOpening, std::nullopt);
+  if (before && Combo().isVisible()) SelectQuietly(before->first, before->second);
+}
+
 void ComboControl::ListGone() {
+  TakeMovesBack();  // a pick, told in a moment, selects anew
   m_closing = true;
   // A pick is told right after the list has gone; without one it was given up.
   QTimer::singleShot(0, Context(), [this] {

@@ -47,6 +47,8 @@ LineField::LineField(QLineEdit& line) : m_line(&line) {}
 
 void LineField::KeyDown(int virtualKey, Qt::KeyboardModifiers modifiers) {
   if (modifiers.testFlag(Qt::AltModifier)) return;
+  // By the key: programs that let digits through only keep its character back.
+  if (virtualKey == 'A' && modifiers == Qt::ControlModifier) m_line->selectAll();
   for (const FieldKey& key : kFieldKeys) {
     if (key.virtualKey != virtualKey) continue;
     Press(*m_line, key.qt, modifiers);
