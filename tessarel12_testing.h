@@ -86,8 +86,9 @@ PLATFORM_API void MoveMouse(HWND window, POINT point, bool leftDown = false);
 PLATFORM_API void LeaveWindow(HWND window);
 /// The tool tip that appears when the pointer rests there; empty for none.
 PLATFORM_API CString ToolTipAt(HWND window, POINT point);
+/// right: turned sideways as well, as touchpads are.
 PLATFORM_API void TurnWheel(HWND window, POINT point, int delta, bool shift = false, bool control = false,
-                            bool alt = false);
+                            bool alt = false, int right = 0);
 /// Drops files on a window, as another program's user does; false if the window takes none.
 PLATFORM_API bool DropFiles(HWND window, POINT point, std::span<const char* const> paths);
 /// Drags the thumb of a scroll bar to a position: tracking at it, and letting go if asked.

@@ -5,6 +5,7 @@
 #include "platform/framework/wnd.h"
 #include "viewing/fit.h"
 #include "viewing/mouse_rules.h"
+#include "viewing/wheel_rules.h"
 
 class CImageWindow;
 class CScrollBar;
@@ -146,6 +147,7 @@ class CPageWindow : public Base {
   void OnMouseMove(UINT flags, CPoint point);
   void OnCaptureChanged(CWnd* window);
   BOOL OnMouseWheel(UINT flags, short delta, CPoint point);
+  BOOL OnMouseHWheel(UINT flags, short delta, CPoint point);
   void OnKeyDown(UINT key, UINT repeat, UINT flags);
   void OnKeyUp(UINT key, UINT repeat, UINT flags);
   void OnContextMenu(CWnd* window, CPoint point);
@@ -168,10 +170,13 @@ class CPageWindow : public Base {
   void ZoomToFit(double factor);
   void ScrollByWheel(int bar, int delta);
   void TurnPageByWheel(int delta);
+  void ZoomByWheel(int delta);
   void ZoomAt(CPoint point);
   void SetShift(bool down);
   void DrawBand(const CRect& band, LPCRECT last);
   void MoveBand(const CRect& band);
+
+  wheel::Notches m_wheel;
 
   DECLARE_MESSAGE_MAP()
 };

@@ -32,4 +32,22 @@ inline int WheelStep(int delta, UINT lines) {
                 WHEEL_DELTA);
 }
 
+/// Collects the parts of a notch that fine wheels and touchpads tell of, for what is done once a notch.
+class Notches {
+ public:
+  /// Whether a notch is full with this turn. A longer turn counts once, and so does a message without one.
+  bool Fills(WheelAction action, int delta) {
+    if (action != m_action || (delta < 0) != (m_turned < 0)) m_turned = 0;
+    m_action = action;
+    m_turned += delta;
+    if (delta != 0 && m_turned > -WHEEL_DELTA && m_turned < WHEEL_DELTA) return false;
+    m_turned %= WHEEL_DELTA;
+    return true;
+  }
+
+ private:
+  WheelAction m_action = WheelAction::None;
+  int m_turned = 0;
+};
+
 }  // namespace wheel

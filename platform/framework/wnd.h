@@ -199,6 +199,7 @@ class PLATFORM_API CWnd : public CCmdTarget {
   void OnRButtonDown(UINT, CPoint) { Default(); }
   void OnRButtonUp(UINT, CPoint) { Default(); }
   BOOL OnMouseWheel(UINT, short, CPoint) { return static_cast<BOOL>(Default()); }
+  BOOL OnMouseHWheel(UINT, short, CPoint) { return static_cast<BOOL>(Default()); }
   void OnCaptureChanged(CWnd*) { Default(); }
   void OnInitMenuPopup(CMenu*, UINT, BOOL) { Default(); }
   void OnMenuSelect(UINT, UINT, HMENU) { Default(); }

@@ -47,6 +47,8 @@
   PLATFORM_ON_WM(WM_RBUTTONUP, AfxSig_vwp, void (ThisClass::*)(UINT, CPoint), OnRButtonUp)
 #define ON_WM_MOUSEWHEEL() \
   PLATFORM_ON_WM(WM_MOUSEWHEEL, AfxSig_bwheel, BOOL (ThisClass::*)(UINT, short, CPoint), OnMouseWheel)
+#define ON_WM_MOUSEHWHEEL() \
+  PLATFORM_ON_WM(WM_MOUSEHWHEEL, AfxSig_bwheel, BOOL (ThisClass::*)(UINT, short, CPoint), OnMouseHWheel)
 #define ON_WM_CAPTURECHANGED() \
   PLATFORM_ON_WM(WM_CAPTURECHANGED, AfxSig_vWl, void (ThisClass::*)(CWnd*), OnCaptureChanged)
 #define ON_WM_INITMENUPOPUP() \

@@ -206,11 +206,11 @@ CString ToolTipAt(HWND window, POINT point) {
   return text;
 }
 
-void TurnWheel(HWND window, POINT point, int delta, bool shift, bool control, bool alt) {
+void TurnWheel(HWND window, POINT point, int delta, bool shift, bool control, bool alt, int right) {
   QWidget* client = ClientOf(window);
   if (client == nullptr) return;
   const QPoint local(point.x, point.y);
-  QWheelEvent event(local, client->mapToGlobal(local), QPoint(), QPoint(0, delta), Qt::NoButton,
+  QWheelEvent event(local, client->mapToGlobal(local), QPoint(), QPoint(-right, delta), Qt::NoButton,
                     Modifiers(shift, control, alt), Qt::NoScrollPhase, false);
   QApplication::sendEvent(client, &event);
 }

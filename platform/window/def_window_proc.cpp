@@ -55,6 +55,15 @@ LRESULT ContextMenuFor(HWND handle, WPARAM source, LPARAM place) {
   return window->IsChild() ? SendMessage(parent, WM_CONTEXTMENU, source, place) : 0;
 }
 
+/// Opens the menu bar; with Shift the context menu.
+LRESULT F10(HWND handle) {
+  if (GetKeyState(VK_SHIFT) < 0)
+    return SendMessage(handle, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(handle),
+                       platform::MenuPlaceWithoutPointer(handle));
+  platform::OpenMenuBar(GetTopLevelWindow(handle), 0);
+  return 0;
+}
+
 }  // namespace
 
 LRESULT DefWindowProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -95,6 +104,7 @@ LRESULT DefWindowProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_CONTEXTMENU:
       return ContextMenuFor(handle, wParam, lParam);
     case WM_MOUSEWHEEL:
+    case WM_MOUSEHWHEEL:
       return window->IsChild() && window->parent != nullptr
                  ? SendMessage(window->parent, message, wParam, lParam)
                  : 0;
@@ -102,7 +112,7 @@ LRESULT DefWindowProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
       DragFinish(reinterpret_cast<HDROP>(wParam));
       return 0;
     case WM_SYSKEYDOWN:
-      if (wParam == VK_F10) platform::OpenMenuBar(GetTopLevelWindow(handle), 0);
+      if (wParam == VK_F10) return F10(handle);
       return 0;
     case WM_SYSCHAR:
       platform::OpenMenuBar(GetTopLevelWindow(handle), static_cast<char32_t>(wParam));

@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QWheelEvent>
 
@@ -88,19 +89,34 @@ void QueueMouse(HWND window, const QMouseEvent& event, UINT message, const QWidg
 
 void QueueWheel(HWND window, const QWheelEvent& event) {
   // A touchpad tells of parts of a notch; Alt turns a desktop's vertical wheel into a horizontal one.
-  const QPoint delta = event.angleDelta();
-  const int turn = delta.y() != 0 ? delta.y() : delta.x();
-  // To the window under the pointer, as people expect on this desktop, not to the one with the keyboard.
-  if (turn == 0 || !TakesInput(window)) return;
+  QPoint delta = event.angleDelta();
+  if (event.modifiers().testFlag(Qt::AltModifier) && delta.y() == 0) delta = delta.transposed();
   const QPoint global = event.globalPosition().toPoint();
-  const UINT flags = MouseFlags(event.buttons(), event.modifiers());
-  Queue::Instance().PostInput({window,
-                               WM_MOUSEWHEEL,
-                               MAKEWPARAM(static_cast<int>(flags), turn),
-                               MAKELPARAM(global.x(), global.y()),
-                               MessageTime(),
-                               {global.x(), global.y()},
-                               AltState(event.modifiers())});
+  const auto flags = static_cast<int>(MouseFlags(event.buttons(), event.modifiers()));
+  const auto queue = [&](UINT message, int turn) {
+    // To the window under the pointer, as people expect on this desktop, not to the one with the keyboard.
+    if (turn == 0 || !TakesInput(window)) return;
+    Queue::Instance().PostInput({window,
+                                 message,
+                                 MAKEWPARAM(flags, turn),
+                                 MAKELPARAM(global.x(), global.y()),
+                                 MessageTime(),
+                                 {global.x(), global.y()},
+                                 AltState(event.modifiers())});
+  };
+  queue(WM_MOUSEWHEEL, delta.y());
+  queue(WM_MOUSEHWHEEL, -delta.x());  // to the right is forwards
+}
+
+LPARAM MenuPlaceWithoutPointer(HWND window) {
+  const WindowRecord* record = FindWindowRecord(window);
+  if (record == nullptr || !record->client) return -1;
+  const auto* field = record->control ? record->client->findChild<QLineEdit*>() : nullptr;
+  const QPoint place =
+      field != nullptr
+          ? field->mapToGlobal(field->inputMethodQuery(Qt::ImCursorRectangle).toRect().bottomLeft())
+          : record->client->mapToGlobal(record->client->rect().center());
+  return MAKELPARAM(place.x(), place.y());
 }
 
 }  // namespace platform

@@ -60,7 +60,8 @@ enum : UINT {
   WM_MBUTTONUP = 0x0208,
   WM_MBUTTONDBLCLK = 0x0209,
   WM_MOUSEWHEEL = 0x020A,
-  WM_MOUSELAST = 0x020A,
+  WM_MOUSEHWHEEL = 0x020E,  ///< a wheel or touchpad turned sideways; to the right is forwards
+  WM_MOUSELAST = 0x020E,
   WM_CAPTURECHANGED = 0x0215,
   WM_MDIACTIVATE = 0x0222,
   WM_MDINEXT = 0x0224,

@@ -205,7 +205,8 @@ void ClientWidget::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
   // The mouse's context menu follows from WM_RBUTTONUP; only the keyboard's begins here.
   if (m_window == nullptr || event->reason() != QContextMenuEvent::Keyboard || !TakesInput(m_window)) return;
-  PostMessage(m_window, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(m_window), -1);
+  PostMessage(m_window, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(m_window),
+              MenuPlaceWithoutPointer(m_window));
 }
 
 void ClientWidget::dragEnterEvent(QDragEnterEvent* event) {

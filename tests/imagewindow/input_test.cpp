@@ -51,6 +51,31 @@ TEST_F(Input, TheWheelScrollsZoomsAndAsksForPages) {
   EXPECT_EQ(window->m_nZoomDivisor, -1);
 }
 
+TEST_F(Input, PartsOfANotchAreCollectedAndSidewaysTurnsScrollSideways) {
+  const struct {
+    UINT keys;
+    int delta;
+    int divisor;
+    const char* what;
+  } rows[] = {{MK_CONTROL, 60, 1, "half"},       {MK_CONTROL, 59, 1, "nearly"},
+              {MK_CONTROL, 1, -2, "a notch"},    {MK_CONTROL, 110, -2, "nearly"},
+              {MK_CONTROL, -20, -2, "back"},     {MK_CONTROL, -100, -1, "a notch"},
+              {MK_CONTROL, 240, -2, "two"},      {MK_CONTROL, 100, -2, "nearly"},
+              {0, -15, -2, "scrolling between"}, {MK_CONTROL, 100, -2, "begins anew"}};
+  window->ZoomToScaleFactor(1);
+  for (const auto& row : rows) {
+    Wheel(row.keys, row.delta);
+    EXPECT_EQ(window->m_nZoomDivisor, row.divisor) << row.what << " " << row.delta;
+  }
+  window->SetScrollPos(CPoint(100, 100), 0);
+  for (const auto& [keys, delta, x] :
+       {std::tuple<UINT, int, int>{0, 120, 175}, {MK_SHIFT, -40, 150}, {MK_CONTROL, 120, 150}}) {
+    window->SendMessage(WM_MOUSEHWHEEL, MAKEWPARAM(static_cast<int>(keys), delta), 0);
+    platform::testing::PumpUntilIdle();
+    EXPECT_EQ(window->m_ptScroll, CPoint(x, 100)) << delta;
+  }
+}
+
 TEST_F(Input, KeysPostScrollMessages) {
   const struct {
     int key;

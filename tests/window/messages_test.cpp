@@ -40,6 +40,16 @@ LRESULT Trace(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_MOUSEWHEEL:
       g_trace += "W" + std::to_string(static_cast<short>(HIWORD(wParam)));
       break;
+    case WM_MOUSEHWHEEL:
+      g_trace += "H" + std::to_string(static_cast<short>(HIWORD(wParam)));
+      break;
+    case WM_CONTEXTMENU: {
+      RECT place;
+      GetWindowRect(window, &place);
+      const POINT point = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+      g_trace += PtInRect(&place, point) != 0 ? "C" : "C outside";
+      break;
+    }
     case WM_SETFOCUS:
       g_trace += "F";
       break;
@@ -109,6 +119,36 @@ TEST_F(Messages, MovesCoalesceAndWheelAndClicksKeepTheirPlace) {
   TurnWheel(window, {7, 5}, -120);
   PumpUntilIdle();
   EXPECT_EQ(g_trace, "M19L7W-120");
+}
+
+TEST_F(Messages, ASidewaysTurnIsAMessageOfItsOwn) {
+  const struct {
+    int delta;
+    int right;
+    bool alt;
+    const char* trace;
+  } rows[] = {
+      {0, 30, false, "H30"}, {15, -8, false, "W15H-8"}, {0, -120, true, "W120"}, {40, 0, true, "W40"}};
+  for (const auto& row : rows) {
+    g_trace.clear();
+    TurnWheel(window, {7, 5}, row.delta, false, false, row.alt, row.right);
+    PumpUntilIdle();
+    EXPECT_EQ(g_trace, row.trace);
+  }
+}
+
+TEST_F(Messages, TheKeyboardsContextMenuHasAPlaceInTheWindow) {
+  SetFocus(window);
+  SetWindowPos(window, nullptr, 200, 150, 300, 200, SWP_NOZORDER);
+  PumpUntilIdle();
+  PressKey(window, VK_SHIFT);
+  PumpUntilIdle();
+  g_trace.clear();
+  PressKey(window, VK_F10, true);
+  ReleaseKey(window, VK_F10, true);
+  ReleaseKey(window, VK_SHIFT);
+  PumpUntilIdle();
+  EXPECT_EQ(g_trace, "C");
 }
 
 TEST_F(Messages, ADisabledWindowGetsNoInput) {

@@ -200,7 +200,9 @@ void CPageWindow<Base>::OnKeyUp(UINT key, UINT, UINT) {
 
 template <typename Base>
 BOOL CPageWindow<Base>::OnMouseWheel(UINT flags, short delta, CPoint) {
-  switch (wheel::ActionOfWheel(flags, GetKeyState(VK_MENU) < 0)) {
+  const wheel::WheelAction action = wheel::ActionOfWheel(flags, GetKeyState(VK_MENU) < 0);
+  const bool full = m_wheel.Fills(action, delta);
+  switch (action) {
     case wheel::WheelAction::ScrollVertically:
       ScrollByWheel(SB_VERT, delta);
       return TRUE;
@@ -208,18 +210,32 @@ BOOL CPageWindow<Base>::OnMouseWheel(UINT flags, short delta, CPoint) {
       ScrollByWheel(SB_HORZ, delta);
       return TRUE;
     case wheel::WheelAction::Zoom:
-      if (delta > 0)
-        ZoomIn();
-      else
-        ZoomOut();
-      Self().UpdateZoomStatus();
+      if (full) ZoomByWheel(delta);
       return FALSE;
     case wheel::WheelAction::TurnPage:
-      TurnPageByWheel(delta);
+      if (full) TurnPageByWheel(delta);
       return FALSE;
     default:
       return FALSE;
   }
+}
+
+template <typename Base>
+BOOL CPageWindow<Base>::OnMouseHWheel(UINT flags, short delta, CPoint) {
+  const wheel::WheelAction action = wheel::ActionOfWheel(flags, GetKeyState(VK_MENU) < 0);
+  const bool scrolls =
+      action == wheel::WheelAction::ScrollVertically || action == wheel::WheelAction::ScrollHorizontally;
+  if (scrolls) ScrollByWheel(SB_HORZ, -delta);
+  return scrolls ? TRUE : FALSE;
+}
+
+template <typename Base>
+void CPageWindow<Base>::ZoomByWheel(int delta) {
+  if (delta > 0)
+    ZoomIn();
+  else
+    ZoomOut();
+  Self().UpdateZoomStatus();
 }
 
 template <typename Base>

@@ -129,6 +129,7 @@ bool Control::HandleInput(UINT message, WPARAM wParam, LPARAM lParam) {
   Qt::KeyboardModifiers modifiers = CurrentModifiers();
   switch (message) {
     case WM_SYSKEYDOWN:
+      if (wParam == VK_F10) return false;
       modifiers |= Qt::AltModifier;
       [[fallthrough]];
     case WM_KEYDOWN:

@@ -139,7 +139,8 @@ class ControlFilter : public QObject {
       case QEvent::ContextMenu:
         // The mouse's follows from WM_RBUTTONUP.
         if (static_cast<QContextMenuEvent&>(event).reason() == QContextMenuEvent::Keyboard)
-          PostMessage(window, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(window), -1);
+          PostMessage(window, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(window),
+                      MenuPlaceWithoutPointer(window));
         break;
       case QEvent::InputMethod:
         return QueueComposed(window, widget, static_cast<QInputMethodEvent&>(event));

@@ -89,6 +89,8 @@ class WindowScrollBar : public QScrollBar {
 bool QueueKey(HWND window, const QKeyEvent& event);
 void QueueMouse(HWND window, const QMouseEvent& event, UINT message, const QWidget& from);
 void QueueWheel(HWND window, const QWheelEvent& event);
+/// Where a context menu that the keyboard asks for opens, on the screen: at the caret, or inside the window.
+LPARAM MenuPlaceWithoutPointer(HWND window);
 /// WM_DROPFILES with the files of the event (drop_files.cpp).
 void QueueDrop(HWND window, const QDropEvent& event);
 bool CarriesFiles(const QMimeData* data);
