@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
 #include "platform/window/dialog_keys.h"
 
@@ -49,6 +50,12 @@ HWND Walk(const std::vector<HWND>& ring, HWND from, bool backwards, Fits fits) {
     if (fits(ring[at])) return ring[at];
   }
   return nullptr;
+}
+
+/// From the first key on it is seen where the keyboard is.
+void ShowFocusMarks(HWND dialog) {
+  const WindowRecord* record = FindWindowRecord(dialog);
+  if (record != nullptr && record->frame) record->frame->window()->setAttribute(Qt::WA_KeyboardFocusChange);
 }
 
 void FocusTo(HWND control) {
@@ -119,6 +126,7 @@ bool Arrow(HWND dialog, HWND focus, bool backwards) {
 }
 
 bool KeyDown(HWND dialog, HWND focus, WPARAM key) {
+  ShowFocusMarks(dialog);
   if (focus != nullptr && (CodeOf(focus) & DLGC_WANTALLKEYS) != 0) return false;  // an open list
   switch (key) {
     case VK_TAB: {

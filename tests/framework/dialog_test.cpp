@@ -235,6 +235,49 @@ TEST_F(Dialogs, EndAsTheUserSays) {
   }
 }
 
+/// What a button shows along two lines through it.
+std::vector<std::uint32_t> LookOf(HWND control) {
+  std::vector<std::uint32_t> look;
+  for (int i = 0; i < 24; ++i) {
+    look.push_back(platform::testing::WindowPixel(control, i, 5));
+    look.push_back(platform::testing::WindowPixel(control, 8, i));
+  }
+  return look;
+}
+
+TEST_F(Dialogs, TheKeyboardsPlaceIsSeenAndTheDefaultMarkFollowsIt) {
+  PageDialog dialog(m_frame);
+  std::vector<std::uint32_t> ok;
+  std::vector<std::uint32_t> cancel;
+  std::vector<std::uint32_t> radio;
+  const auto look = [&](HWND d) {
+    ok = LookOf(GetDlgItem(d, 1));
+    cancel = LookOf(GetDlgItem(d, 40017));
+    radio = LookOf(GetDlgItem(d, 102));
+  };
+  Run(dialog, {[&](HWND d) {
+                 SetFocus(GetDlgItem(d, 101));
+                 platform::testing::PumpUntilIdle();
+                 look(d);
+               },
+               Keys({VK_DOWN}),
+               [&](HWND d) {
+                 EXPECT_NE(LookOf(GetDlgItem(d, 102)), radio) << "chosen, and framed";
+                 SendMessage(GetDlgItem(d, 102), BM_SETCHECK, BST_UNCHECKED);
+                 EXPECT_NE(LookOf(GetDlgItem(d, 102)), radio) << "framed";
+                 SetFocus(GetDlgItem(d, 40017));
+                 platform::testing::PumpUntilIdle();
+                 EXPECT_NE(LookOf(GetDlgItem(d, 1)), ok)
+                     << "no default while another button has the keyboard";
+                 EXPECT_NE(LookOf(GetDlgItem(d, 40017)), cancel);
+                 SetFocus(GetDlgItem(d, 101));
+                 platform::testing::PumpUntilIdle();
+                 EXPECT_EQ(LookOf(GetDlgItem(d, 1)), ok);
+                 EXPECT_EQ(LookOf(GetDlgItem(d, 40017)), cancel);
+               },
+               Keys({VK_ESCAPE})});
+}
+
 TEST_F(Dialogs, TheOwnerSleepsMeanwhile) {
   PageDialog dialog;
   BOOL enabled = TRUE;

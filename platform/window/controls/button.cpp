@@ -95,6 +95,7 @@ class ButtonControl : public Control {
   void KeyUp(int key, Qt::KeyboardModifiers) override {
     if (key == VK_SPACE) GiveKey(Button(), QEvent::KeyRelease, Qt::Key_Space, Qt::NoModifier);
   }
+  void FocusChanged(bool gained) override { MarkDefault(gained); }
   int DialogCode() const override {
     if (IsRadio(m_type)) return DLGC_BUTTON | DLGC_RADIOBUTTON;
     if (IsCheckBox(m_type)) return DLGC_BUTTON;
@@ -109,6 +110,16 @@ class ButtonControl : public Control {
     if (push == nullptr) return;
     push->setAutoDefault(false);
     push->setDefault(on);
+  }
+
+  /// Enter presses the push button with the keyboard, which is drawn as the default one meanwhile.
+  void MarkDefault(bool focused) const {
+    if (qobject_cast<QPushButton*>(Widget()) == nullptr) return;
+    for (HWND other = GetWindow(Window(), GW_HWNDFIRST); other != nullptr;
+         other = GetWindow(other, GW_HWNDNEXT)) {
+      const auto button = std::dynamic_pointer_cast<ButtonControl>(ControlOf(other));
+      if (button) button->SetDefault(focused ? other == Window() : button->m_type == BS_DEFPUSHBUTTON);
+    }
   }
 
   void SetStyle(UINT type) {
