@@ -76,11 +76,8 @@ void PlaceInitially(WindowRecord& window, Place place) {
   const bool anywhere = place.x == CW_USEDEFAULT;
   const int width = std::max(place.width, 0);
   const int height = std::max(place.height, 0);
-  if (anywhere && !window.IsChild()) {
-    window.frame->resize(width, height);
-  } else {
-    window.frame->setGeometry(anywhere ? 0 : place.x, anywhere ? 0 : place.y, width, height);
-  }
+  if (!anywhere || window.IsChild()) window.frame->move(anywhere ? 0 : place.x, anywhere ? 0 : place.y);
+  SizeFrame(window, {width, height});
 }
 
 /// Takes the window out of everything that knows it. Its procedure has been told.

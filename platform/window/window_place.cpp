@@ -49,6 +49,15 @@ static void BringToFront(QWidget& window) {
   window.activateWindow();
 }
 
+void SizeFrame(WindowRecord& window, QSize size) {
+  constexpr DWORD kSizes = WS_CHILD | WS_THICKFRAME | WS_MAXIMIZEBOX;
+  const bool dialog = (window.style & WS_POPUP) != 0 && (window.style & WS_CAPTION) == WS_CAPTION;
+  if (dialog && (window.style & kSizes) == 0 && window.frame->isWindow())
+    window.frame->setFixedSize(size);
+  else
+    window.frame->resize(size);
+}
+
 QRect ClientRectOf(const WindowRecord& window) {
   const int edge = EdgeOf(window);
   QRect client = window.frame->rect()
@@ -183,7 +192,8 @@ BOOL SetWindowPos(HWND handle, HWND after, int x, int y, int width, int height, 
   // Each step is told to the program, which may end the window.
   const auto there = [&] { return (window = FindWindowRecord(handle)) != nullptr && window->frame; };
   if ((flags & SWP_NOMOVE) == 0) window->frame->move(x, y);
-  if ((flags & SWP_NOSIZE) == 0 && there()) window->frame->resize(std::max(width, 0), std::max(height, 0));
+  if ((flags & SWP_NOSIZE) == 0 && there())
+    platform::SizeFrame(*window, {std::max(width, 0), std::max(height, 0)});
   if ((flags & SWP_NOZORDER) == 0 && there() && window->IsChild()) Reorder(*window, after);
   // Qt tells a hidden window its new size only when it is shown; the program hears of it now.
   if (there()) platform::LayoutWindow(*window);

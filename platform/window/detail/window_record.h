@@ -108,6 +108,8 @@ void RegisterControls();
 
 /// Places bars and client area inside the frame and sends WM_SIZE if the client size has changed.
 void LayoutWindow(WindowRecord& window);
+/// A dialog without a sizing border keeps the size it is given; the desktop then offers no other.
+void SizeFrame(WindowRecord& window, QSize size);
 QRect ClientRectOf(const WindowRecord& window);  ///< in the frame's coordinates
 /// The first window up the parent chain that isn't a child.
 WindowRecord* TopLevelOf(WindowRecord* window);
