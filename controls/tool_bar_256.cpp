@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr UINT kEnabledFlags = 25;           // 24 bits with a mask
-constexpr UINT kDisabledFlags = 24;          // 24 bits
+constexpr UINT kMaskedFlags = 25;            // 24 bits with a mask
+constexpr UINT kUnmaskedFlags = 24;          // 24 bits
 constexpr DWORD kBrushWhereDark = 0xB8074A;  // the brush where the source is black, the target elsewhere
 
 struct DeleteGdi {
@@ -30,6 +30,12 @@ class Selected {
   HDC m_dc;
   HGDIOBJ m_former;
 };
+
+/// On a dark face the pictures' dark parts couldn't be told from it.
+bool IsDark(COLORREF face) {
+  constexpr int kMiddle = 128;
+  return (GetRValue(face) * 30 + GetGValue(face) * 59 + GetBValue(face) * 11) / 100 < kMiddle;
+}
 
 /// Black and white, of two colours.
 OwnedBitmap CreateBilevel(HDC dc, int width, int height) {
@@ -57,12 +63,14 @@ void CToolBar256::SetBitmap(UINT id, DWORD transparent) {
 
   {
     const OwnedBitmap strip(LoadBitmapA(module, MAKEINTRESOURCE(id & 0xffff)));
-    m_ilEnabled.Create(image.cx, image.cy, kEnabledFlags, count, 1);
+    m_ilEnabled.Create(image.cx, image.cy, kMaskedFlags, count, 1);
     ImageList_AddMasked(m_ilEnabled.m_hImageList, strip.get(), transparent);
   }
   SendMessage(TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(m_ilEnabled.m_hImageList));
 
-  COLORMAP face = {transparent, GetSysColor(COLOR_BTNFACE)};
+  const COLORREF barFace = GetSysColor(COLOR_BTNFACE);
+  const bool dark = IsDark(barFace);
+  COLORMAP face = {transparent, dark ? RGB(255, 255, 255) : barFace};
   const OwnedBitmap mapped(CreateMappedBitmap(module, static_cast<std::intptr_t>(id & 0xffff), 0, &face, 1));
   BITMAP size{};
   if (mapped == nullptr || GetObjectA(mapped.get(), sizeof size, &size) == 0) return;
@@ -74,8 +82,8 @@ void CToolBar256::SetBitmap(UINT id, DWORD transparent) {
     DitherBlt(memory.get(), 0, 0, size.bmWidth, size.bmHeight, mapped.get(), 0, 0, image.cx);
   }
   ::ReleaseDC(m_hWnd, bar);
-  m_ilDisabled.Create(image.cx, image.cy, kDisabledFlags, count, 1);
-  ImageList_AddMasked(m_ilDisabled.m_hImageList, drawn.get(), 0);
+  m_ilDisabled.Create(image.cx, image.cy, dark ? kMaskedFlags : kUnmaskedFlags, count, 1);
+  ImageList_AddMasked(m_ilDisabled.m_hImageList, drawn.get(), dark ? barFace : 0);
   SendMessage(TB_SETDISABLEDIMAGELIST, 0, reinterpret_cast<LPARAM>(m_ilDisabled.m_hImageList));
 }
 

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QPalette>
+
 #include "library/resource_ids.h"
 #include "platform/framework/frame_wnd.h"
 #include "tessarel12_testing.h"
@@ -99,6 +102,34 @@ TEST_F(ToolBar256, HasBothListsFromOneStrip) {
   bar.SetBitmap(IDB_ZP_VIEWER_TOOLBAR, RGB(255, 0, 255));
   EXPECT_EQ(bar.m_ilEnabled.GetImageCount(), 16);
   EXPECT_EQ(bar.m_ilDisabled.GetImageCount(), 16);
+}
+
+TEST_F(ToolBar256, OnADarkFaceADisabledPictureIsADrawingAndNoSquare) {
+  const QPalette light = QApplication::palette();
+  for (const bool dark : {false, true}) {
+    if (dark) QApplication::setPalette(QPalette(QColor(40, 40, 44)));
+    ToolBar shown;
+    ASSERT_TRUE(shown.CreateEx(frame, TBSTYLE_FLAT, WS_CHILD | WS_VISIBLE | CBRS_ALIGN_TOP));
+    shown.SetSizes({23, 23}, {16, 16});
+    const UINT ids[] = {1, 0, 2, 3};
+    shown.SetButtons(ids, 4);
+    shown.SetBitmap(IDB_ZP_VIEWER_TOOLBAR, RGB(255, 0, 255));
+    for (int picture = 0; picture < 16; ++picture) {
+      constexpr COLORREF kGround = RGB(1, 2, 3);
+      const HBRUSH ground = CreateSolidBrush(kGround);
+      const RECT all = {0, 0, 40, 20};
+      FillRect(target, &all, ground);
+      DeleteObject(ground);
+      ImageList_Draw(shown.m_ilDisabled.m_hImageList, picture, target, 0, 0, ILD_TRANSPARENT);
+      int through = 0;
+      for (int at = 0; at < 256; ++at) through += GetPixel(target, at % 16, at / 16) == kGround ? 1 : 0;
+      EXPECT_EQ(through > 40 && through < 250, dark) << picture << ": " << through;
+      if (!dark) {
+        EXPECT_EQ(through, 0) << picture;
+      }
+    }
+  }
+  QApplication::setPalette(light);
 }
 
 }  // namespace
