@@ -58,6 +58,12 @@ bool platform::IsOffscreen() {
   return offscreen;
 }
 
+bool platform::GrabsMouse() {
+  static const bool grabs =
+      !IsOffscreen() && !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+  return grabs;
+}
+
 void platform::EnsureApplication(int* argc, char** argv) {
   if (QCoreApplication::instance() != nullptr) {
     WatchForQuit();

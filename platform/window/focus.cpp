@@ -62,7 +62,7 @@ HWND SetCapture(HWND handle) {
   const HWND former = g_capture;
   if (window == nullptr || former == handle) return former;
   g_capture = handle;
-  if (window->client && window->client->isVisible() && !platform::IsOffscreen()) window->client->grabMouse();
+  if (window->client && window->client->isVisible() && platform::GrabsMouse()) window->client->grabMouse();
   if (former != nullptr) SendMessage(former, WM_CAPTURECHANGED, 0, reinterpret_cast<LPARAM>(handle));
   return former;
 }
@@ -71,7 +71,7 @@ BOOL ReleaseCapture() {
   const HWND former = std::exchange(g_capture, nullptr);
   if (former == nullptr) return TRUE;
   const WindowRecord* window = FindWindowRecord(former);
-  if (window != nullptr && window->client && !platform::IsOffscreen()) window->client->releaseMouse();
+  if (window != nullptr && window->client && platform::GrabsMouse()) window->client->releaseMouse();
   platform::SendGuarded(former, WM_CAPTURECHANGED, 0, 0);
   return TRUE;
 }

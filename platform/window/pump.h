@@ -42,6 +42,9 @@ PLATFORM_API void SetCreateHook(CreateHook hook);
 PLATFORM_API void EnsureApplication(int* argc = nullptr, char** argv = nullptr);
 /// True on the platform without a display, whose windows are pictures in memory.
 PLATFORM_API bool IsOffscreen();
+/// Whether a program may take the mouse for itself. Under Wayland it has it anyway while a button is down,
+/// and an attempt only warns.
+PLATFORM_API bool GrabsMouse();
 /// Ends the application object if EnsureApplication made it.
 PLATFORM_API void EndApplication();
 
