@@ -122,6 +122,8 @@ struct DecodedPage {
   PageInfo info;
   std::unique_ptr<PixelStorage> pixels;
   int order = 0;
+  std::shared_ptr<const CodedPage> coded;  ///< if the file's own bytes show the very page
+  bool lossy = false;
 };
 
 /// One open image. Pages count from 1; a page that isn't there throws kErrorPageNotFound. The source outlives

@@ -266,10 +266,28 @@ class JpegReader final : public Reader {
     if (!decoder.Start()) decoder.FailDecoding();
     decoded.pixels =
         jpeg.out_color_space == JCS_CMYK ? ReadInk(decoder) : ReadDirect(decoder, wish, decoded.order);
+    decoded.lossy = true;
+    const bool sound = jpeg.err->num_warnings == 0 && jpeg.output_scanline == jpeg.output_height;
+    if (sound && MayBePassedOn(jpeg)) decoded.coded = std::make_shared<CodedPage>(m_source, WholeFile());
     return decoded;
   }
 
  private:
+  /// Readers of PDF know no arithmetic coding, and ask the frame for the height.
+  bool MayBePassedOn(const jpeg_decompress_struct& jpeg) const {
+    return !m_header.arithmetic && !m_header.heightFromDnl &&
+           (jpeg.out_color_space == JCS_GRAYSCALE || m_header.components == 3);
+  }
+  CodedPage::Compose WholeFile() const {
+    return [header = m_header](const Source& source) -> std::optional<CodedForm> {
+      if (source.Size() > limits::kMaxCodecBytes) return std::nullopt;
+      CodedForm form{CodedForm::Coding::kJpeg, header.components, header.ColorsAreYcc(), false, {}};
+      form.bytes.resize(static_cast<std::size_t>(source.Size()));
+      if (!source.ReadExactly(0, form.bytes)) return std::nullopt;
+      return form;
+    };
+  }
+
   void RequireShowable() const {
     const char* name = m_source.Name().c_str();
     if (m_header.process == JpegProcess::kNone || m_header.scanData == 0)

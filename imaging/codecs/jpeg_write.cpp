@@ -1,6 +1,11 @@
+#include <algorithm>
 #include <array>
 #include <csetjmp>
 #include <cstdio>
+#include <functional>
+#include <new>
+#include <span>
+#include <utility>
 #include <vector>
 
 // clang-format off: the library's header needs FILE first
@@ -18,11 +23,14 @@ namespace {
 
 constexpr int kHighQuality = 90;
 
-/// The library's compressor into a file. Like every step into the library, Write is left by a jump when it
+/// The library's compressor. Like every step into the library, Write is left by a jump when it
 /// fails, so that no object with a destructor lives inside it.
 class JpegEncoder {
  public:
-  explicit JpegEncoder(TargetFile& file) : m_file(file) {
+  /// Takes the bytes as they come; false ends the work.
+  using Sink = std::function<bool(std::span<const std::uint8_t>)>;
+
+  explicit JpegEncoder(Sink sink) : m_sink(std::move(sink)) {
     m_info.err = jpeg_std_error(&m_errors);
     m_info.client_data = this;
     m_errors.error_exit = [](j_common_ptr info) {
@@ -59,7 +67,8 @@ class JpegEncoder {
     SetUp(page, reader);
     jpeg_start_compress(&m_info, TRUE);
     // Exif takes the place of JFIF: its segment has to be the first (Exif 2.3, 4.7.2).
-    jpeg_write_marker(&m_info, JPEG_APP0 + 1, exif.data(), static_cast<unsigned>(exif.size()));
+    if (!exif.empty())
+      jpeg_write_marker(&m_info, JPEG_APP0 + 1, exif.data(), static_cast<unsigned>(exif.size()));
     for (int y = 0; y < page.pixels.Height(); ++y) {
       const std::uint8_t* row = reader.Read(y, 0, page.pixels.Width(), scratch.data());
       if (reader.Channels() == 1) row = Spread(row, page.pixels.Width(), scratch.data());
@@ -81,7 +90,7 @@ class JpegEncoder {
     self.m_manager.free_in_buffer = self.m_buffer.size();
   }
   static void Drain(j_compress_ptr info, std::size_t count) {
-    if (!Self(info).m_file.Append({Self(info).m_buffer.data(), count})) ERREXIT(info, JERR_FILE_WRITE);
+    if (!Self(info).m_sink({Self(info).m_buffer.data(), count})) ERREXIT(info, JERR_FILE_WRITE);
   }
 
   /// Colour and grey alike become YCbCr 4:2:2, which the format promises: with neutral chroma every reader
@@ -116,7 +125,7 @@ class JpegEncoder {
     return scratch;
   }
 
-  TargetFile& m_file;
+  Sink m_sink;
   jpeg_compress_struct m_info{};
   jpeg_error_mgr m_errors{};
   jpeg_destination_mgr m_manager{};
@@ -139,8 +148,25 @@ void WriteExifJpeg(TargetFile& file, const SavedPage& page) {
   const RowReader reader(page.pixels, Alpha::FlattenOnWhite);
   std::vector<std::uint8_t> scratch(static_cast<std::size_t>(width) * 4 + 64);
   const auto exif = MakeExifSegment({page.Orientation(), page.xResolution, page.yResolution}, width, height);
-  JpegEncoder encoder(file);
+  JpegEncoder encoder([&file](std::span<const std::uint8_t> bytes) { return file.Append(bytes); });
   if (!encoder.Write(page, reader, scratch, exif)) file.FailWriting(encoder.Text());
+}
+
+std::vector<std::uint8_t> CodeAsJpeg(const SavedPage& page) {
+  std::vector<std::uint8_t> coded;
+  if (std::max(page.pixels.Width(), page.pixels.Height()) > JPEG_MAX_DIMENSION) return coded;
+  const RowReader reader(page.pixels, Alpha::FlattenOnWhite);
+  std::vector<std::uint8_t> scratch(static_cast<std::size_t>(page.pixels.Width()) * 4 + 64);
+  JpegEncoder encoder([&coded](std::span<const std::uint8_t> bytes) {
+    try {
+      coded.insert(coded.end(), bytes.begin(), bytes.end());
+      return true;
+    } catch (const std::bad_alloc&) {
+      return false;  // the library is C
+    }
+  });
+  if (!encoder.Write(page, reader, scratch, {})) coded.clear();
+  return coded;
 }
 
 }  // namespace imaging

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "imaging/codecs/codec.h"
+#include "imaging/codecs/tiff_coded.h"
 #include "imaging/codecs/tiff_decode.h"
 #include "imaging/codecs/tiff_directory.h"
 #include "imaging/codecs/tiff_layout.h"
@@ -49,11 +50,17 @@ class TiffReader final : public Reader {
     }
     if (NeedsTiffColorConversion(layout)) {
       decoded.pixels = ConvertTiffPage(tiff, layout);
+      decoded.lossy = layout.compression == COMPRESSION_JPEG || layout.compression == COMPRESSION_OJPEG;
       return decoded;
     }
     if (layout.compression == COMPRESSION_JPEG && layout.photometric == PHOTOMETRIC_YCBCR)
       TIFFSetField(tiff.Get(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
-    decoded.pixels = DecodeTiffPage(tiff, layout, wish);
+    const int warnings = tiff.WarningCount();
+    bool sound = true;
+    decoded.pixels = DecodeTiffPage(tiff, layout, wish, sound);
+    decoded.lossy = layout.compression == COMPRESSION_JPEG;
+    if (sound && tiff.ErrorCount() == 0 && tiff.WarningCount() == warnings)
+      decoded.coded = CodedTiffPage(tiff, layout, Directory(page));
     return decoded;
   }
 

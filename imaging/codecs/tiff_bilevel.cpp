@@ -51,6 +51,8 @@ class FaxStrips {
     }
     return m_decoder.WithinData();
   }
+  /// Whether a strip said that it has fewer rows than the page wants of it.
+  bool EndedEarly() const { return m_endedEarly; }
 
  private:
   bool ReadStrip(int firstRow) {
@@ -79,6 +81,7 @@ class FaxStrips {
 
   /// Rows that the strip says it doesn't have are white.
   bool FillRest(int y, int endRow, BilevelPage& page) {
+    m_endedEarly = true;
     std::fill(m_row.begin(), m_row.end(), m_white);
     for (; y < endRow; ++y) page.Store(m_row.data(), y, 0);
     return true;
@@ -92,12 +95,13 @@ class FaxStrips {
   FaxDecoder m_decoder;
   std::vector<std::uint8_t> m_row;
   std::vector<std::uint8_t> m_coded;
+  bool m_endedEarly = false;
 };
 
 }  // namespace
 
 std::unique_ptr<PixelStorage> DecodeBilevelTiff(const TiffHandle& tiff, const TiffLayout& layout,
-                                                const DecodeWish& wish) {
+                                                const DecodeWish& wish, bool& sound) {
   BilevelColors colors{{0, 0, 0, 0}, {255, 255, 255, 0}};
   if (layout.Palette()) {
     const auto table = ReadTiffColors(tiff, layout);
@@ -113,10 +117,12 @@ std::unique_ptr<PixelStorage> DecodeBilevelTiff(const TiffHandle& tiff, const Ti
       bands.Skip();
       continue;
     }
+    sound = false;
     bands.Next();
     for (int y = bands.FirstRow(); y < bands.EndRow(); ++y) page.Store(bands.Row(y), y, flip);
     wish.Reached(page.Pixels(), 0, bands.EndRow());
   }
+  sound = sound && !strips.EndedEarly();
   bands.Next();  // tells if nothing was decoded
   return page.Take();
 }

@@ -19,15 +19,11 @@ int RefuseMap(thandle_t /*client*/, void** /*base*/, toff_t* /*size*/) {
   return 0;
 }
 void IgnoreUnmap(thandle_t /*client*/, void* /*base*/, toff_t /*size*/) {}
-int DropWarning(TIFF* /*tiff*/, void* /*client*/, const char* /*module*/, const char* /*format*/,
-                va_list /*args*/) {
-  return 1;
-}
 
 }  // namespace
 
 TiffHandle::TiffHandle(const Source& source, std::uint64_t directory, int page)
-    : m_client{source, 0, {}, 0}, m_page(page) {
+    : m_client{source, 0, {}}, m_page(page) {
   Open();
   if (m_tiff != nullptr && TIFFSetSubDirectory(m_tiff, directory) != 0) return;
   if (m_tiff != nullptr) TIFFClose(m_tiff);
@@ -45,7 +41,7 @@ void TiffHandle::Open() {
   if (options == nullptr) return;
   TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), limits::kMaxCodecBytes);
   TIFFOpenOptionsSetErrorHandlerExtR(options.get(), KeepError, &m_client);
-  TIFFOpenOptionsSetWarningHandlerExtR(options.get(), DropWarning, nullptr);
+  TIFFOpenOptionsSetWarningHandlerExtR(options.get(), CountWarning, &m_client);
   // r: read, m: without mapping, h: the header alone, since the directory is chosen afterwards.
   m_tiff = TIFFClientOpenExt(m_client.source.Name().c_str(), "rmh", &m_client, Read, RefuseWrite, Seek,
                              KeepOpen, Size, RefuseMap, IgnoreUnmap, options.get());
@@ -89,6 +85,12 @@ toff_t TiffHandle::Seek(thandle_t client, toff_t offset, int whence) {
 
 toff_t TiffHandle::Size(thandle_t client) {
   return static_cast<toff_t>(static_cast<Client*>(client)->source.Size());
+}
+
+int TiffHandle::CountWarning(TIFF* /*tiff*/, void* client, const char* /*module*/, const char* /*format*/,
+                             va_list /*args*/) {
+  ++static_cast<Client*>(client)->warnings;
+  return 1;
 }
 
 int TiffHandle::KeepError(TIFF* /*tiff*/, void* client, const char* /*module*/, const char* format,

@@ -27,6 +27,7 @@ class TiffHandle {
   /// Throws for a page of which nothing could be decoded.
   [[noreturn]] void FailDecoding() const;
   int ErrorCount() const { return m_client.errors; }
+  int WarningCount() const { return m_client.warnings; }
 
   /// The value of a tag; a fallback, or what the standard gives as its default, if it is absent.
   std::uint16_t Short(std::uint32_t tag, std::uint16_t fallback) const;
@@ -39,10 +40,12 @@ class TiffHandle {
     std::int64_t position;
     std::string firstError;
     int errors = 0;
+    int warnings = 0;
   };
   static tmsize_t Read(thandle_t client, void* target, tmsize_t size);
   static toff_t Seek(thandle_t client, toff_t offset, int whence);
   static toff_t Size(thandle_t client);
+  static int CountWarning(TIFF* tiff, void* client, const char* module, const char* format, va_list args);
   static int KeepError(TIFF* tiff, void* client, const char* module, const char* format, va_list args);
   void Open();
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "imaging/codecs/output_file.h"
 #include "imaging/pixels/storage.h"
@@ -54,6 +55,9 @@ void WriteExifJpeg(TargetFile& file, const SavedPage& page);
 void WritePng(TargetFile& file, const SavedPage& page);
 void WriteTiffG3(TargetFile& file, const SavedPage& page);
 void WriteTiffPackBits(TargetFile& file, const SavedPage& page);
+
+/// A JPEG stream of three components, luma and chroma; empty if it can't be made.
+std::vector<std::uint8_t> CodeAsJpeg(const SavedPage& page);
 
 // The writers of further pages, to a file that has number - 1 of them.
 

@@ -1,7 +1,10 @@
 #include "imaging/device/printing.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
+#include "imaging/codecs/writer.h"
 #include "platform/spooler/page_images.h"
 
 namespace imaging {
@@ -16,6 +19,30 @@ RECT PrintedRect(const Bitmap& bitmap, const RECT& asked, const SIZE& page, cons
   return {asked.left, asked.top, asked.left + scaled(width), asked.top + scaled(height)};
 }
 
+namespace {
+
+bool EqualRect(const RECT& a, const RECT& b) {
+  return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
+}
+
+/// The file's own bytes where they can be had. Pixels that come from lossy coding and were turned or resized
+/// gain nothing from being kept to the bit.
+std::optional<CodedForm> FormToPassOn(const PixelStorage& pixels, const Bitmap& bitmap) {
+  if (const auto coded = pixels.Coded())
+    if (auto form = coded->Read()) return form;
+  if (!pixels.IsLossy() || (pixels.Bits() < 24 && !pixels.IsLinearGray())) return std::nullopt;
+  CodedForm form{CodedForm::Coding::kJpeg, 3, true, false, CodeAsJpeg({pixels, bitmap.Order})};
+  return form.bytes.empty() ? std::nullopt : std::optional(std::move(form));
+}
+
+platform::CodedImage Coded(const CodedForm& form) {
+  using Coding = platform::CodedImage::Coding;
+  return {form.coding == CodedForm::Coding::kJpeg ? Coding::kJpeg : Coding::kGroup4, form.bytes,
+          form.components, form.ycc, form.blackIsOne};
+}
+
+}  // namespace
+
 bool DrawOnPrinter(HDC dc, Bitmap* bitmap, const RECT& source, const RECT& destination) {
   const PixelStorage& pixels = RequirePixels(bitmap, "print");
   platform::PrinterImage image;
@@ -26,6 +53,10 @@ bool DrawOnPrinter(HDC dc, Bitmap* bitmap, const RECT& source, const RECT& desti
   image.bits = pixels.Bits();
   if (pixels.Bits() <= 8) image.colors = {pixels.Palette().data(), std::size_t{1} << pixels.Bits()};
   image.blueFirst = bitmap->Order != 0;
+  const RECT whole{0, 0, image.width, image.height};
+  const auto form = EqualRect(source, whole) ? FormToPassOn(pixels, *bitmap) : std::nullopt;
+  const auto coded = form ? Coded(*form) : platform::CodedImage{};
+  if (form) image.coded = &coded;
   return platform::DrawImageOnPrinter(dc, image, destination, source);
 }
 

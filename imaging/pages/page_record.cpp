@@ -15,6 +15,8 @@ Bitmap HeaderOf(const DecodedPage& page) {
 
 Bitmap RecordOf(DecodedPage page) {
   Bitmap record = HeaderOf(page);
+  page.pixels->SetCoded(std::move(page.coded));
+  page.pixels->SetLossy(page.lossy);
   Adopt(record, std::move(page.pixels));
   return record;
 }

@@ -92,6 +92,7 @@ std::unique_ptr<PixelStorage> Turned(const PixelStorage& source, Turn turn) {
   auto target =
       turn.transpose ? PixelStorage::Create(height, width, bits) : PixelStorage::Create(width, height, bits);
   target->Palette() = source.Palette();
+  target->SetLossy(source.IsLossy());
   const ConstPixelPlane from{source.Row(turn.mirrorRows ? height - 1 : 0),
                              turn.mirrorRows ? -source.Pitch() : source.Pitch()};
   if (turn.transpose) {

@@ -50,6 +50,8 @@ std::unique_ptr<PixelStorage> Clone(const PixelStorage& source) {
   auto copy = PixelStorage::Create(source.Width(), source.Height(), source.Bits());
   copy->Palette() = source.Palette();
   for (int y = 0; y < source.Height(); ++y) std::memcpy(copy->Row(y), source.Row(y), source.RowBytes());
+  copy->SetCoded(source.Coded());
+  copy->SetLossy(source.IsLossy());
   return copy;
 }
 

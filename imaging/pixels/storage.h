@@ -6,7 +6,9 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <utility>
 
+#include "imaging/pixels/coded_page.h"
 #include "platform/base/types.h"
 
 namespace imaging {
@@ -47,6 +49,15 @@ class PixelStorage {
   /// other's address.
   std::uint64_t Serial() const { return m_serial; }
   std::uint64_t Revision() const { return m_revision; }
+  /// The form that the pixels were decoded from; null if there is none, or once they changed.
+  std::shared_ptr<const CodedPage> Coded() const { return m_revision == m_codedRevision ? m_coded : nullptr; }
+  void SetCoded(std::shared_ptr<const CodedPage> coded) {
+    m_coded = std::move(coded);
+    m_codedRevision = m_revision;
+  }
+  /// Whether they come from a lossy coding, however they were turned or resized since.
+  bool IsLossy() const { return m_lossy; }
+  void SetLossy(bool lossy) { m_lossy = lossy; }
   /// The selected part; it lies within the image.
   const std::optional<RECT>& Region() const { return m_region; }
   void SetRegion(const std::optional<RECT>& region) { m_region = region; }
@@ -72,6 +83,9 @@ class PixelStorage {
   std::size_t m_capacity = 0;
   std::uint64_t m_serial = 0;
   std::uint64_t m_revision = 0;
+  std::shared_ptr<const CodedPage> m_coded;
+  std::uint64_t m_codedRevision = 0;
+  bool m_lossy = false;
   std::array<RGBQUAD, 256> m_palette{};
   std::optional<RECT> m_region;
 };

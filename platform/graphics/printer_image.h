@@ -9,6 +9,16 @@
 
 namespace platform {
 
+/// An image as JPEG or group 4 fax data.
+struct CodedImage {
+  enum class Coding { kJpeg, kGroup4 };
+  Coding coding = Coding::kJpeg;
+  std::span<const std::uint8_t> bytes;
+  int components = 1;       ///< of JPEG: 1 grey, 3 colour
+  bool ycc = false;         ///< of JPEG: the three are luma and chroma
+  bool blackIsOne = false;  ///< of fax: what it codes as black is to be seen as white
+};
+
 /// Pixels of an image, borrowed for the length of a call.
 struct PrinterImage {
   const std::uint8_t* top = nullptr;  ///< first byte of the topmost row
@@ -19,6 +29,8 @@ struct PrinterImage {
   int bits = 0;
   std::span<const RGBQUAD> colors;  ///< for 1, 4 and 8 bits: one for each number that occurs
   bool blueFirst = true;            ///< order of 24 and 32 bits; the fourth byte isn't looked at
+  /// The same image, which is passed on unchanged where the whole of it is drawn; null: none.
+  const CodedImage* coded = nullptr;
   std::function<bool()> mayGoOn{};  ///< asked before each row is read, if set; false: no further one is
 };
 

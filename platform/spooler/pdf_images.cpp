@@ -10,7 +10,7 @@
 #include "platform/spooler/detail/pdf_writer.h"
 
 // How images lie in the PDF: bilevel ones as group 4 fax, all others deflated, with the row filters of PNG
-// where neighbouring values are alike. Nothing is lossy.
+// where neighbouring values are alike. Nothing is lossy, unless the image comes coded already.
 
 namespace platform {
 namespace {
@@ -116,7 +116,30 @@ bool DeflatesBelow(ImageRows& rows, int height, std::size_t limit) {
 }  // namespace
 
 int PdfWriter::WriteImage(const PrinterImage& image, const RECT& part) {
+  const bool isWhole =
+      part.left == 0 && part.top == 0 && part.right == image.width && part.bottom == image.height;
+  if (isWhole && image.coded != nullptr) return WriteCoded(*image.coded, part);
   return image.bits == 1 ? WriteBilevel(image, part) : WriteDeflated(image, part);
+}
+
+int PdfWriter::WriteCoded(const CodedImage& coded, const RECT& part) {
+  std::string head = "/Type /XObject /Subtype /Image " + Size(part);
+  if (coded.coding == CodedImage::Coding::kGroup4) {
+    head +=
+        " /BitsPerComponent 1 /ColorSpace /DeviceGray /Filter /CCITTFaxDecode /DecodeParms << /K -1 "
+        "/Columns " +
+        std::to_string(part.right - part.left) + " /Rows " + std::to_string(part.bottom - part.top) +
+        (coded.blackIsOne ? " /BlackIs1 true" : "") + " >> ";
+  } else {
+    head += " /BitsPerComponent 8 /ColorSpace ";
+    head += coded.components == 1 ? "/DeviceGray" : "/DeviceRGB";
+    head += " /Filter /DCTDecode ";
+    if (coded.components != 1)
+      head += std::string("/DecodeParms << /ColorTransform ") + (coded.ycc ? "1" : "0") + " >> ";
+  }
+  const int object = NewObject();
+  WriteStream(object, head, coded.bytes);
+  return object;
 }
 
 int PdfWriter::WriteBilevel(const PrinterImage& image, const RECT& part) {

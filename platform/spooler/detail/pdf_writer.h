@@ -50,6 +50,7 @@ class PdfWriter {
   /// The bytes of the stream.
   std::size_t EndStream(const Stream& stream);
   int WriteImage(const PrinterImage& image, const RECT& part);
+  int WriteCoded(const CodedImage& coded, const RECT& part);
   int WriteBilevel(const PrinterImage& image, const RECT& part);
   /// bytes: of the coded image.
   int WriteFax(const PrinterImage& image, const RECT& part, std::string_view head, bool grey,
