@@ -5,6 +5,8 @@
 // imaging layer holds it.
 //
 //   image_info FILE [--decode N OUT.png]
+//   image_info --formats
+// The second form lists what this machine reads, and what a module that isn't installed would read.
 
 #include <cstdio>
 #include <cstdlib>
@@ -43,13 +45,22 @@ void WritePage(const char* file, int page, const char* target) {
   LEADTOOLS::FreeBitmap(&bitmap);
 }
 
+void PrintFormat(const char* name, const char* module, int installed, void*) {
+  std::printf("%s\t%s%s%s\n", name, module == nullptr ? "in process" : "module ",
+              module == nullptr ? "" : module, installed != 0 ? "" : ", not installed");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   const bool decode = argc == 5 && std::strcmp(argv[2], "--decode") == 0;
   if (argc != 2 && !decode) {
-    std::fputs("usage: image_info FILE [--decode N OUT.png]\n", stderr);
+    std::fputs("usage: image_info FILE [--decode N OUT.png]\n       image_info --formats\n", stderr);
     return 2;
+  }
+  if (std::strcmp(argv[1], "--formats") == 0) {
+    LEADTOOLS::ListFormats(PrintFormat, nullptr);
+    return 0;
   }
   try {
     PrintPages(argv[1]);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "imaging/codecs/codec.h"
+#include "imaging/codecs/helper.h"
 #include "imaging/codecs/writer.h"
 #include "imaging/core/guard.h"
 #include "imaging/core/source.h"
@@ -160,6 +161,14 @@ int LEADTOOLS::LoadMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, in
   return imaging::Guarded([&] {
     return LoadWithRows(*OpenMemorySource(buffer, size), bitmap, {bits, order}, {callback, userData, flags},
                         options, info);
+  });
+}
+
+int LEADTOOLS::ListFormats(void (*tell)(const char*, const char*, int, void*), void* userData) {
+  return imaging::Guarded([&] {
+    for (const ReadableKind& kind : ListReadableKinds())
+      tell(kind.name, kind.module, kind.installed ? 1 : 0, userData);
+    return 1;
   });
 }
 

@@ -69,6 +69,11 @@ class LTWRAP_API LEADTOOLS {
                         leadtools12::LoadRowCallback callback, void* userData, long size,
                         _LOADFILEOPTION* options, struct_file_information* info);
 
+  /// Tells of each kind of files that can be read: its name, the module of the helper that reads it (null:
+  /// none is needed), and whether it is installed.
+  static int ListFormats(void (*tell)(const char* name, const char* module, int installed, void* userData),
+                         void* userData);
+
   // Bitmap life (leadtools_bitmap.cpp)
 
   /// Sets up an empty record; pixels that it held are not freed.

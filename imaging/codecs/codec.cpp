@@ -15,7 +15,7 @@ namespace {
 using HeadBuffer = std::array<std::uint8_t, 512>;
 
 constexpr const Codec* kCodecs[] = {
-#define FAMILY(codec) &(codec),
+#define FAMILY(codec, name) &(codec),
 #include "imaging/codecs/families.def"
 #undef FAMILY
 };

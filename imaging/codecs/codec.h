@@ -163,7 +163,7 @@ struct Codec {
   Evidence evidence = Evidence::kSignature;
 };
 
-#define FAMILY(codec) extern const Codec codec;
+#define FAMILY(codec, name) extern const Codec codec;
 #include "imaging/codecs/families.def"
 #undef FAMILY
 

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <string_view>
 #include <vector>
@@ -129,6 +130,12 @@ bool IsPdf(const Candidate& candidate) {
   return std::search(head.begin(), head.end(), kMark.begin(), kMark.end()) != head.end();
 }
 
+/// Its preamble may carry the signature of another kind.
+bool IsDicom(const Candidate& candidate) {
+  constexpr std::size_t kPreambleBytes = 128;
+  return StartsWith(candidate, "DICM", kPreambleBytes);
+}
+
 /// No signature: layers, planes, a byte that is 0, a size, and option bits that mean something.
 bool IsJbig(const Candidate& candidate) {
   const auto head = candidate.head;
@@ -143,6 +150,7 @@ bool IsJbig(const Candidate& candidate) {
 constexpr HelperFamily kFamilies[] = {
     {"WebP", "webp", IsWebP, Evidence::kSignature},
     {"JPEG 2000", "jpeg2000", IsJpeg2000, Evidence::kSignature},
+    {"DICOM", "dicom", IsDicom, Evidence::kSignature},
     {"PDF", "pdf", IsPdf, Evidence::kSignature},
     {"JBIG", "jbig", IsJbig, Evidence::kLikeness},
 };
@@ -186,8 +194,18 @@ std::unique_ptr<Reader> OpenDelivered(const Source& block, helper::Delivery deli
 
 }  // namespace
 
-std::span<const HelperFamily> HelperFamilies() {
-  return kFamilies;
+std::vector<ReadableKind> ListReadableKinds() {
+  constexpr const char* kInProcess[] = {
+#define FAMILY(codec, name) name,
+#include "imaging/codecs/families.def"
+#undef FAMILY
+  };
+  std::vector<ReadableKind> kinds;
+  for (const char* name : kInProcess)
+    if (name != nullptr) kinds.push_back({name, nullptr, true});
+  for (const HelperFamily& family : kFamilies)
+    kinds.push_back({family.name, family.module, helper_client::HasModule(family.module)});
+  return kinds;
 }
 
 const Codec kHelperCodec = {Recognise<Evidence::kSignature>, Open<Evidence::kSignature>};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <span>
+#include <vector>
 
 #include "imaging/codecs/codec.h"
 
@@ -14,6 +14,12 @@ struct HelperFamily {
   Evidence evidence;
 };
 
-std::span<const HelperFamily> HelperFamilies();
+/// A kind of files that is read, or would be if its module were there.
+struct ReadableKind {
+  const char* name;
+  const char* module;  ///< of the helper; null: read in process
+  bool installed;
+};
+std::vector<ReadableKind> ListReadableKinds();
 
 }  // namespace imaging
