@@ -5,6 +5,7 @@
 #include "docview/zp_doc.h"
 #include "library/failure.h"
 #include "library/resource_ids.h"
+#include "platform/framework/object_hold.h"
 #include "viewing/crossed_box.h"
 #include "viewing/detail/page_window_map.h"
 #include "viewing/page_paint.h"
@@ -60,13 +61,15 @@ void CZPView::OnUpdate(CView*, LPARAM hint, CObject* hintObject) {
     UpdateScroll();
     return;
   }
+  const platform::ObjectHold hold(this);  // a failure is told, and so is the scale
   if (m_nFitMode == 0) {
     if (!saved_scale::IsLegal(m_dScaleFactor)) m_dScaleFactor = saved_scale::kDefaultFactor;
     ZoomToScaleFactor(m_dScaleFactor);
   } else {
     FitUntilSettled();
   }
-  UpdateZoomStatus();
+  if (hold.Exists()) UpdateZoomStatus();
+  if (!hold.Exists()) return;
   UpdateScroll();
   SetScrollPos(CPoint(0, 0), TRUE);
 }
@@ -114,7 +117,10 @@ bool CZPView::IsStaleAfterResize(bool moved) const {
 // Painting
 
 void CZPView::OnDraw(CDC* dc) {
-  if (DisplayBmp(dc) == 0) {
+  const platform::ObjectHold hold(this);  // a failure is told
+  const bool drawn = DisplayBmp(dc) != 0;
+  if (!hold.Exists()) return;
+  if (!drawn) {
     const CZPDoc* const document = Document();
     if (document == nullptr || document->GetPagesNum() == 0)
       FillGray(*this, *dc);

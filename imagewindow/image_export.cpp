@@ -65,6 +65,7 @@ bool CImageWindow::ExportByCopy(const CString& target) {
 }
 
 bool CImageWindow::ExportPages(const CString& target) {
+  const platform::ObjectHold hold(this);
   const PageSource source = PageSource::Of(m_strFilePath, m_pFileBuf, m_nFileBufSize);
   const exporting::Kind kind = exporting::KindOf(target);
   if (kind == exporting::Kind::Tif) {
@@ -75,7 +76,6 @@ bool CImageWindow::ExportPages(const CString& target) {
     _LOADFILEOPTION options{};
     const bool choose = m_nMaxPage > 1;
     if (choose) {
-      const platform::ObjectHold hold(this);
       if (AfxMessageBox(IDS_ZP_EXPORT_ONE_PAGE, MB_OKCANCEL | MB_ICONEXCLAMATION) != IDOK) return false;
       if (!hold.Exists()) return false;
       LEADTOOLS::GetDefaultLoadFileOption(&options);

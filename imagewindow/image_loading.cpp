@@ -1,6 +1,7 @@
 #include <limits>
 
 #include "imagewindow/image_window.h"
+#include "platform/framework/object_hold.h"
 #include "viewing/page_source.h"
 #include "viewing/saved_scale.h"
 #include "viewing/square_pixels.h"
@@ -103,9 +104,11 @@ bool CImageWindow::LoadPage(int page) {
     return false;
   }
   m_nCurrPage = page;
+  const platform::ObjectHold hold(this);  // what fails is told, and the window may go
   if (IsReduced()) DoSmartResizing();
-  if (!saved_scale::IsLegal(m_dScaleFactor)) ZoomToScaleFactor(saved_scale::kDefaultFactor);
-  if (m_nRotation != 0) Rotate(m_nRotation, false);
+  if (hold.Exists() && !saved_scale::IsLegal(m_dScaleFactor)) ZoomToScaleFactor(saved_scale::kDefaultFactor);
+  if (hold.Exists() && m_nRotation != 0) Rotate(m_nRotation, false);
+  if (!hold.Exists()) return false;
   UpdateScroll();
   SetScrollPos(CPoint(0, 0), TRUE);
   if (!HasPage())

@@ -4,6 +4,7 @@
 #include "imagewindow/smart_resize.h"
 #include "platform/base/bitmapinfo.h"
 #include "platform/base/global_memory.h"
+#include "platform/framework/object_hold.h"
 #include "viewing/page_paint.h"
 #include "viewing/viewport.h"
 
@@ -29,8 +30,11 @@ class LockedBlock {
 }  // namespace
 
 void CImageWindow::OnPaint() {
+  const platform::ObjectHold hold(this);  // a failure is told
   CPaintDC dc(this);
-  if (!DoDraw(&dc)) FillGray(*this, dc);
+  const bool drawn = DoDraw(&dc);
+  if (!hold.Exists()) return;
+  if (!drawn) FillGray(*this, dc);
   RestoreBand(&dc);
 }
 

@@ -170,7 +170,8 @@ class CPageWindow : public Base {
   void ZoomToFit(double factor);
   void ScrollByWheel(int bar, int delta);
   void TurnPageByWheel(int delta);
-  void ZoomByWheel(int delta);
+  /// A zoom step, which is told. False: the window is gone.
+  bool StepAndTell(bool in);
   void ZoomAt(CPoint point);
   void SetShift(bool down);
   void DrawBand(const CRect& band, LPCRECT last);

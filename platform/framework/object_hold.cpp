@@ -1,5 +1,6 @@
 #include "platform/framework/object_hold.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "platform/framework/wnd.h"
@@ -38,7 +39,11 @@ ObjectHold::~ObjectHold() {
 }
 
 bool ObjectHold::Exists() const {
-  return Holds()[m_from].object != nullptr;
+  const std::vector<Held>& holds = Holds();
+  const CCmdTarget* const object = holds[m_from].object;
+  return object != nullptr && std::none_of(holds.begin(), holds.end(), [object](const Held& held) {
+           return held.object == object && held.doomed;
+         });
 }
 
 void DeleteWhenFree(CCmdTarget* object) {

@@ -25,7 +25,8 @@ class PLATFORM_API ObjectHold {
   ObjectHold& operator=(const ObjectHold&) = delete;
   ~ObjectHold();
 
-  /// False once the object's owner has deleted it, which no hold prevents.
+  /// False once the object has ended itself and is only kept, or its owner has deleted it, which no hold
+  /// prevents. Whoever holds itself returns then, without a look at its members.
   bool Exists() const;
 
  private:

@@ -3,13 +3,15 @@
 #include "library/load_cursor.h"
 #include "library/wheel_lines.h"
 #include "platform/framework/frame_wnd.h"
+#include "platform/framework/object_hold.h"
 #include "viewing/key_rules.h"
 #include "viewing/mouse_rules.h"
 #include "viewing/page_window.h"
 #include "viewing/wheel_rules.h"
 #include "viewing/window_parts.h"
 
-// What mouse, wheel and keyboard do in a window that shows a page.
+// What mouse, wheel and keyboard do in a window that shows a page. Whoever is told of a new scale, and who
+// reads that a picture can't be reduced, may delete the window.
 
 // Cursors
 
@@ -48,6 +50,7 @@ BOOL CPageWindow<Base>::OnSetCursor(CWnd*, UINT hitTest, UINT) {
 
 template <typename Base>
 void CPageWindow<Base>::OnLButtonDown(UINT, CPoint point) {
+  const platform::ObjectHold hold(this);
   this->SetFocus();
   if (Self().m_bZoomSelect) {
     this->SetCapture();
@@ -60,7 +63,7 @@ void CPageWindow<Base>::OnLButtonDown(UINT, CPoint point) {
   } else if (Traits::kModes.Zooms(Self().m_nMouseMode)) {
     ZoomAt(point);
   }
-  this->Default();
+  if (hold.Exists()) this->Default();
 }
 
 template <typename Base>
@@ -78,6 +81,7 @@ void CPageWindow<Base>::OnMouseMove(UINT, CPoint point) {
 
 template <typename Base>
 void CPageWindow<Base>::OnLButtonUp(UINT, CPoint) {
+  const platform::ObjectHold hold(this);
   if (Self().m_bZoomSelect) {
     Self().m_bZoomSelect = false;  // before the capture goes, which would otherwise count as lost
     ReleaseCapture();
@@ -86,7 +90,7 @@ void CPageWindow<Base>::OnLButtonUp(UINT, CPoint) {
     ShowLibraryCursor(IDC_ZP_CURSOR_HAND);
     ReleaseCapture();
   }
-  this->Default();
+  if (hold.Exists()) this->Default();
 }
 
 template <typename Base>
@@ -99,16 +103,23 @@ void CPageWindow<Base>::OnCaptureChanged(CWnd*) {
 }
 
 template <typename Base>
+bool CPageWindow<Base>::StepAndTell(bool in) {
+  const platform::ObjectHold hold(this);
+  if (in)
+    ZoomIn();
+  else
+    ZoomOut();
+  if (hold.Exists()) Self().UpdateZoomStatus();
+  return hold.Exists();
+}
+
+template <typename Base>
 void CPageWindow<Base>::ZoomAt(CPoint point) {
   const bool in = ClickZoomsIn();
   // Out has no such test: at the limit the view still centres on the click.
   if (!in || IsStepPossible(true)) {
     const CPoint pixel = mouse::PagePixelAt(point, Self().m_ptScroll, Self().m_dScaleFactor);
-    if (in)
-      ZoomIn();
-    else
-      ZoomOut();
-    Self().UpdateZoomStatus();
+    if (!StepAndTell(in)) return;
     CRect client;
     this->GetClientRect(client);
     SetScrollPos(mouse::CentredOn(pixel, Self().m_dScaleFactor, client.Size()), TRUE);
@@ -137,7 +148,9 @@ void CPageWindow<Base>::ZoomToSelection() {
   if (selection.Width() == 0 || selection.Height() == 0) return;
   const CPoint corner(Self().m_ptScroll.x + selection.left - client.left,
                       Self().m_ptScroll.y + selection.top - client.top);
+  const platform::ObjectHold hold(this);
   const double multiplier = MultiplyScale(mouse::SelectionMultiplier(client.Size(), selection.Size()));
+  if (!hold.Exists()) return;
   SetScrollPos(mouse::Multiplied(corner, multiplier), TRUE);
   Self().UpdateZoomStatus();
 }
@@ -210,7 +223,7 @@ BOOL CPageWindow<Base>::OnMouseWheel(UINT flags, short delta, CPoint) {
       ScrollByWheel(SB_HORZ, delta);
       return TRUE;
     case wheel::WheelAction::Zoom:
-      if (full) ZoomByWheel(delta);
+      if (full) StepAndTell(delta > 0);
       return FALSE;
     case wheel::WheelAction::TurnPage:
       if (full) TurnPageByWheel(delta);
@@ -227,15 +240,6 @@ BOOL CPageWindow<Base>::OnMouseHWheel(UINT flags, short delta, CPoint) {
       action == wheel::WheelAction::ScrollVertically || action == wheel::WheelAction::ScrollHorizontally;
   if (scrolls) ScrollByWheel(SB_HORZ, -delta);
   return scrolls ? TRUE : FALSE;
-}
-
-template <typename Base>
-void CPageWindow<Base>::ZoomByWheel(int delta) {
-  if (delta > 0)
-    ZoomIn();
-  else
-    ZoomOut();
-  Self().UpdateZoomStatus();
 }
 
 template <typename Base>

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "platform/framework/object_hold.h"
 #include "viewing/page_window.h"
 #include "viewing/viewport.h"
 #include "viewing/zoom_steps.h"
@@ -63,9 +64,10 @@ bool CPageWindow<Base>::ScaleTo(double factor) {
   const bool renews = Traits::kRenewsCopy || divisor != Self().m_nZoomDivisor;
   Self().m_dScaleFactor = factor;
   Self().m_nZoomDivisor = divisor;
-  if (!Self().IsAtPage()) return true;  // the factor waits for the first page
+  if (!Self().IsAtPage()) return true;    // the factor waits for the first page
+  const platform::ObjectHold hold(this);  // a failure is told
   if (renews && IsReduced()) Self().DoSmartResizing();
-  ShowScale(before, CPoint(0, 0));
+  if (hold.Exists()) ShowScale(before, CPoint(0, 0));
   return true;
 }
 
@@ -108,8 +110,9 @@ void CPageWindow<Base>::StepTo(int divisor, CPoint corner) {
   const double before = Self().m_dScaleFactor;
   Self().m_nZoomDivisor = divisor;
   CalcScaleFactor();
+  const platform::ObjectHold hold(this);
   if (IsReduced()) Self().DoSmartResizing();
-  ShowScale(before, corner);
+  if (hold.Exists()) ShowScale(before, corner);
 }
 
 // The corner's position doubles or halves for every step, whatever the true ratio of the two scales is.
