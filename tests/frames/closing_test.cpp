@@ -6,7 +6,28 @@
 
 namespace {
 
-using Viewer = OpenedUp<CImageFrame>;
+/// Ends at a notification of a combo, or when it is told of a scale.
+class Viewer : public OpenedUp<CImageFrame> {
+ public:
+  enum : int { kStatus = -1 };
+  void EndAt(int what) { m_endsAt = what; }
+  void UpdateZoomStatus() override {
+    if (!EndIfAt(kStatus)) OpenedUp::UpdateZoomStatus();
+  }
+  BOOL OnCommand(WPARAM wParam, LPARAM lParam) override {
+    return lParam != 0 && EndIfAt(HIWORD(wParam)) ? TRUE : OpenedUp::OnCommand(wParam, lParam);
+  }
+
+ private:
+  bool EndIfAt(int what) {
+    if (m_endsAt != what) return false;
+    m_endsAt = 0;
+    DestroyWindow();
+    return true;
+  }
+
+  int m_endsAt = 0;
+};
 
 std::string g_path;  // what file dialogs answer with
 Viewer* g_viewer = nullptr;
@@ -122,6 +143,71 @@ TEST_F(Closing, AnythingMayGoWhileSomethingIsOpen) {
       if (how != ParentDestroyed) parent->DestroyWindow();
       platform::testing::PumpUntilIdle();
     }
+}
+
+TEST_F(Closing, AHandlerMayEndTheViewer) {
+  const std::string good = WriteFile(3);
+  struct Call {
+    const char* what;
+    int endsAt;
+    std::function<void()> happens;
+  };
+  std::vector<Call> calls;
+  for (const UINT id : {ID_ZP_ZOOM_IN, ID_ZP_ZOOM_OUT, ID_ZP_ZOOM_FIT_TO_WIDTH, ID_ZP_ZOOM_BEST_FIT})
+    calls.push_back({"a command", Viewer::kStatus, [id] { Command(id); }});
+  calls.push_back({"the wheel", Viewer::kStatus, [] {
+                     platform::testing::TurnWheel(g_viewer->m_pImageWnd->m_hWnd, {5, 5}, 120, false, true);
+                   }});
+  calls.push_back({"a click", Viewer::kStatus, [] {
+                     g_viewer->m_pImageWnd->SetMouseMode(MouseModeZoomIn);
+                     platform::testing::PressMouse(g_viewer->m_pImageWnd->m_hWnd, {5, 5});
+                   }});
+  for (const bool page : {true, false}) {
+    const auto handle = [page] {
+      return page ? g_viewer->m_wndComboPage.m_hWnd : g_viewer->m_wndComboScale.m_hWnd;
+    };
+    const auto use = [handle](bool drop, std::initializer_list<int> keys) {
+      const HWND field = handle();  // before the viewer goes
+      ::SetFocus(field);
+      if (drop) ::SendMessage(field, CB_SHOWDROPDOWN, TRUE, 0);
+      platform::testing::PumpUntilIdle();
+      for (const int key : keys) {
+        platform::testing::PressKey(field, key);
+        platform::testing::PumpUntilIdle();
+      }
+    };
+    const auto press = [use](std::initializer_list<int> keys) { use(false, keys); };
+    const auto drop = [use](std::initializer_list<int> keys) { use(true, keys); };
+    calls.push_back({"the focus comes", CBN_SETFOCUS, [press] { press({}); }});
+    calls.push_back({"the focus goes", CBN_KILLFOCUS, [press] {
+                       press({});
+                       g_viewer->m_pImageWnd->SetFocus();
+                     }});
+    calls.push_back({"typed", CBN_EDITCHANGE, [handle] {
+                       ::SetFocus(handle());
+                       platform::testing::TypeText(handle(), "2");
+                     }});
+    calls.push_back({"entered", CBN_SELENDOK, [handle, press] {
+                       ::SetFocus(handle());
+                       platform::testing::TypeText(handle(), "2");
+                       press({VK_RETURN});
+                     }});
+    calls.push_back({"the list opens", CBN_DROPDOWN, [drop] { drop({}); }});
+    calls.push_back({"moved in the list", CBN_SELCHANGE, [drop] { drop({VK_DOWN}); }});
+    calls.push_back({"picked", CBN_SELENDOK, [drop] { drop({VK_DOWN, VK_RETURN}); }});
+    calls.push_back({"the list goes", CBN_CLOSEUP, [drop] { drop({VK_ESCAPE}); }});
+    calls.push_back({"moved without it", CBN_SELENDOK, [press] { press({VK_DOWN}); }});
+  }
+  for (const Call& call : calls) {
+    SCOPED_TRACE(std::string(call.what) + ", " + std::to_string(call.endsAt));
+    MakeViewer(good);
+    g_viewer->EndAt(call.endsAt);
+    call.happens();
+    platform::testing::PumpUntilIdle();
+    EXPECT_FALSE(IsWindow(window)) << "it wasn't told";
+    parent->DestroyWindow();
+    platform::testing::PumpUntilIdle();
+  }
 }
 
 }  // namespace

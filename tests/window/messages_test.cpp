@@ -16,8 +16,10 @@ namespace {
 using namespace platform::testing;
 
 std::string g_trace;
+UINT g_endsAt = 0;  // the message at which a window ends itself
 
 LRESULT Trace(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (g_endsAt != 0 && message == g_endsAt) return DestroyWindow(window);
   switch (message) {
     case WM_KEYDOWN:
       g_trace += "K" + std::string(1, static_cast<char>(wParam));
@@ -202,6 +204,22 @@ TEST_F(Messages, DestroyingEndsChildrenAndDropsWhatIsQueued) {
   EXPECT_EQ(SendMessage(child, WM_APP, 1, 0), 0);
   EXPECT_FALSE(PostMessage(child, WM_APP, 1, 0));
   EXPECT_FALSE(SetWindowPos(child, nullptr, 0, 0, 1, 1, 0));
+}
+
+TEST_F(Messages, AWindowMayEndAsItIsPlaced) {
+  for (const UINT message : {UINT{WM_SIZE}, UINT{WM_MOVE}})
+    for (const HWND parent : {HWND{}, window})
+      for (const bool shown : {false, true})
+        for (const UINT flags : {0U, UINT{SWP_SHOWWINDOW}, UINT{SWP_HIDEWINDOW}}) {
+          const HWND placed = Make(parent == nullptr ? DWORD{WS_OVERLAPPEDWINDOW} : DWORD{WS_CHILD}, parent);
+          if (shown) ShowWindow(placed, SW_SHOW);
+          PumpUntilIdle();
+          g_endsAt = message;
+          SetWindowPos(placed, nullptr, 30, 40, 222, 111, flags);
+          g_endsAt = 0;
+          EXPECT_FALSE(IsWindow(placed)) << message << shown << flags << (parent != nullptr);
+          PumpUntilIdle();
+        }
 }
 
 TEST_F(Messages, TimersCoalesceAndComeLast) {
