@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <string_view>
 
 #include "platform/graphics/gdi_constants.h"
+#include "platform/spooler/borderless.h"
 
 namespace platform {
 namespace {
@@ -62,7 +64,12 @@ void ChoosePaper(Sheet& sheet, const PrintQueue& queue, const DEVMODEA& mode) {
   if (own && (mode.dmFields & DM_PAPERWIDTH) != 0 && mode.dmPaperWidth > 0) width = mode.dmPaperWidth * 10;
   if (own && (mode.dmFields & DM_PAPERLENGTH) != 0 && mode.dmPaperLength > 0)
     length = mode.dmPaperLength * 10;
-  if (!SameSize(width, length, sheet.paper)) sheet.paper = PaperOfSize(queue, width, length);
+  const bool borderless =
+      own && (mode.dmFields & DM_FORMNAME) != 0 && std::string_view(mode.dmFormName) == kFormBorderless;
+  if (borderless)
+    sheet.paper = {"", width, length, 0, 0, 0, 0};
+  else if (!SameSize(width, length, sheet.paper))
+    sheet.paper = PaperOfSize(queue, width, length);
 }
 
 int Dots(int hundredths, int dpi) {
