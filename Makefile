@@ -17,7 +17,7 @@ setup-modules:
 # Opens the viewer on FILE, by default the sample fax; without a display it writes the window as a picture.
 run: setup | build
 	@cmake --preset release > build/configure.log 2>&1 || { cat build/configure.log; exit 1; }
-	@cmake --build build/release --target viewer frame_picture sample_fax image-helper -- -j$(JOBS) --quiet
+	@cmake --build build/release --target tessarel-viewer sample_fax image-helper -- -j$(JOBS) --quiet
 	@tools/run_viewer build/release $(FILE)
 
 test: setup-modules

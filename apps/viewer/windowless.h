@@ -1,0 +1,14 @@
+#pragma once
+
+#include "command_line.h"
+
+class InputFile;
+
+// What the program does without a window and without a box. Each throws a FileError.
+
+/// Writes a line for the file and one for each page to standard output.
+void ShowInfo(const InputFile& file);
+/// Writes pages into the target; one page a file where the kind has no more.
+void ExportPages(const InputFile& file, const Options& options);
+/// A job for each range of pages.
+void PrintPages(const InputFile& file, const Options& options);
