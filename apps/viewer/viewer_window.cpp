@@ -13,15 +13,26 @@ ON_COMMAND(kReload, OnReload)
 ON_COMMAND(kNextFile, OnNextFile)
 ON_COMMAND(kPreviousFile, OnPreviousFile)
 ON_COMMAND(ID_APP_ABOUT, OnAbout)
+ON_UPDATE_COMMAND_UI(kReload, OnUpdateReload)
+ON_UPDATE_COMMAND_UI_RANGE(kNextFile, kPreviousFile, OnUpdateOtherFile)
 END_MESSAGE_MAP()
 
 bool CViewerWindow::Make(const Geometry& geometry) {
   if (LoadFrame(IDR_ZP_HOST) == FALSE) return false;
+  AddMenuItems();
   ShowTitle();
   if (geometry.width < 0) return true;
   const UINT keep = geometry.x < 0 ? SWP_NOMOVE : 0U;
   SetWindowPos(nullptr, geometry.x, geometry.y, geometry.width, geometry.height, SWP_NOZORDER | keep);
   return true;
+}
+
+void CViewerWindow::AddMenuItems() {
+  CMenu* const file = GetMenu()->GetSubMenu(0);
+  const UINT behindOpen = 1;
+  file->InsertMenu(behindOpen, MF_BYPOSITION | MF_STRING, kPreviousFile, "File pre&cedente\tAlt+PgUp");
+  file->InsertMenu(behindOpen, MF_BYPOSITION | MF_STRING, kNextFile, "File s&uccessivo\tAlt+PgDown");
+  file->InsertMenu(behindOpen, MF_BYPOSITION | MF_STRING, kReload, "&Ricarica\tF5");
 }
 
 bool CViewerWindow::Open(std::unique_ptr<InputFile> file, const Options& options) {

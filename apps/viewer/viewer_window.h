@@ -28,12 +28,15 @@ class CViewerWindow : public CImageFrame {
   void OnNextFile() { GoToFile(1); }
   void OnPreviousFile() { GoToFile(-1); }
   void OnAbout();
+  void OnUpdateReload(CCmdUI* ui) { Enable(ui, m_file != nullptr && IsOpen()); }
+  void OnUpdateOtherFile(CCmdUI* ui) { Enable(ui, m_file != nullptr); }
 
  private:
   void GoToFile(int step);
   bool OpenPath(const std::string& path);
   void Show(int page, Zoom zoom, double percent);
   void ShowTitle();
+  void AddMenuItems();
 
   std::unique_ptr<InputFile> m_file;  ///< lives as long as it is shown
 
