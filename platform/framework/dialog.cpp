@@ -1,5 +1,6 @@
 #include "platform/framework/dialog.h"
 
+#include <algorithm>
 #include <utility>
 #include "platform/base/seams.h"
 
@@ -21,6 +22,7 @@ END_MESSAGE_MAP()
 namespace {
 
 constexpr const char* kDialogClass = "#32770";
+constexpr int kAroundTitle = 96;  // what a desktop's buttons and icon take beside a title
 
 void RegisterDialogClass() {
   const WNDCLASS windowClass = {CS_DBLCLKS,
@@ -57,11 +59,11 @@ BOOL CDialog::MakeWindow(HWND parent) {
   if (m_font == nullptr) m_font = platform::FontOfTemplate(*dialog);
   const platform::DialogBaseUnits units = platform::BaseUnitsOf(m_font);
   const DWORD style = dialog->style & ~static_cast<DWORD>(WS_VISIBLE);
-  const int width = (dialog->cx * units.x + 2) / 4;
+  const CString caption(dialog->caption);
+  const int width = std::max((dialog->cx * units.x + 2) / 4,
+                             (style & WS_CHILD) == 0 ? caption.GetLength() * units.x + kAroundTitle : 0);
   const int height = (dialog->cy * units.y + 4) / 8;
-  if (CreateEx(0, kDialogClass, dialog->caption == nullptr ? "" : dialog->caption, style, 0, 0, width, height,
-               parent, nullptr) == 0)
-    return FALSE;
+  if (CreateEx(0, kDialogClass, caption, style, 0, 0, width, height, parent, nullptr) == 0) return FALSE;
   const UINT defaultId = platform::MakeControls(*dialog, m_hWnd, m_font);
   if (m_defaultId == 0) m_defaultId = defaultId;
   if ((style & WS_CHILD) == 0) CenterWindow();

@@ -10,12 +10,14 @@ using platform::WindowRecord;
 
 namespace {
 
-HWND g_focus = nullptr;  // the program's idea of it, which Qt follows when the window is active
+HWND g_focus = nullptr;      // the program's idea of it, which Qt follows when the window is active
+HWND g_lastFocus = nullptr;  // who had it last, or the window that this one stood in
 HWND g_capture = nullptr;
 
 /// Moves the focus and tells both windows.
 void MoveFocus(HWND window) {
   const HWND former = std::exchange(g_focus, window);
+  if (window != nullptr) g_lastFocus = window;
   if (former == window) return;
   if (former != nullptr) platform::SendGuarded(former, WM_KILLFOCUS, reinterpret_cast<WPARAM>(window), 0);
   if (window != nullptr && g_focus == window)
@@ -37,7 +39,16 @@ void FocusLost(HWND window) {
 
 void ForgetInputWindow(HWND window) {
   if (g_focus == window) g_focus = nullptr;
+  if (g_lastFocus == window) g_lastFocus = GetParent(window);
   if (g_capture == window) g_capture = nullptr;
+}
+
+QWidget* WindowInUse() {
+  if (QWidget* active = QApplication::activeWindow()) return active;
+  // Between two windows, as when a dialog of the toolkit has just gone, or while the user is in the program
+  // from which he drops a file, none is active.
+  const WindowRecord* top = FindWindowRecord(GetTopLevelWindow(g_lastFocus));
+  return top == nullptr || !top->frame || !top->frame->isVisible() ? nullptr : top->frame.data();
 }
 
 }  // namespace platform

@@ -72,9 +72,8 @@ int ShowMessageBox(const char* title, const char* text, UINT type) {
   }
   ReleaseCapture();
   // The owner may end while the box is up, and the box with it.
-  const ModalWidget<QMessageBox> guarded(new QMessageBox(IconOf(type), QString::fromUtf8(title),
-                                                         QString::fromUtf8(text), QMessageBox::NoButton,
-                                                         QApplication::activeWindow()));
+  const ModalWidget<QMessageBox> guarded(new QMessageBox(
+      IconOf(type), QString::fromUtf8(title), QString::fromUtf8(text), QMessageBox::NoButton, WindowInUse()));
   QMessageBox& box = *guarded.Get();
   box.setTextFormat(Qt::PlainText);  // a file name may look like markup
   const std::vector<BoxButton> buttons = ButtonsOf(type);

@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QMessageBox>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QWidget>
 #include <string>
 
 #include "platform/framework/frame_wnd.h"
+#include "platform/framework/message_box.h"
 #include "platform/framework/thread.h"
 #include "platform/qt_bridge.h"
 #include "platform/window/pump.h"
@@ -68,6 +70,28 @@ TEST_F(QtHost, MessagesAndTimersRunUnderTheHostsLoop) {
   Exec(100);
   EXPECT_EQ(g_trace.substr(0, 4), "U1LT");
   EXPECT_GT(g_trace.size(), 6U) << "the timer goes on";
+}
+
+TEST_F(QtHost, ABoxBelongsToTheWindowInUse) {
+  const HWND window = CreateWindowEx(0, "traced", "", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 300, 200,
+                                     nullptr, nullptr, nullptr, nullptr);
+  SetFocus(window);
+  for (const bool active : {true, false}) {
+    QTimer::singleShot(0, [] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      g_trace += box != nullptr && box->parentWidget() != nullptr ? "p" : "-";
+      if (box != nullptr) box->reject();
+    });
+    if (!active)  // the user is in another program
+      for (QWidget* widget : QApplication::topLevelWidgets()) {
+        QEvent gone(QEvent::WindowDeactivate);
+        QApplication::setActiveWindow(nullptr);
+        QCoreApplication::sendEvent(widget, &gone);
+      }
+    AfxMessageBox("?");
+  }
+  EXPECT_EQ(g_trace.find('-'), std::string::npos) << g_trace;
+  DestroyWindow(window);
 }
 
 TEST_F(QtHost, TheEndOfTheHostsWidgetEndsTheWindow) {

@@ -138,6 +138,8 @@ void RefreshScrollBar(WindowRecord& window, int bar);
 void FocusGained(HWND window);  ///< the desktop gave it the keyboard
 void FocusLost(HWND window);    ///< the desktop took it away
 void ForgetInputWindow(HWND window);
+/// The desktop's active window, or the main window in which the keyboard was last; null if that has gone.
+QWidget* WindowInUse();
 
 // Messages
 
