@@ -31,6 +31,7 @@
 #include "platform/spooler/borderless.h"
 #include "platform/spooler/printers.h"
 #include "platform/window/accelerators.h"
+#include "platform/window/full_screen.h"
 #include "platform/window/print_window.h"
 #include "print/print_bitmap.h"
 #include "print/print_failure.h"

@@ -16,25 +16,19 @@ namespace {
 
 constexpr BYTE kControl = FVIRTKEY | FCONTROL;
 constexpr WORD kF5 = VK_F1 + 4;
+constexpr WORD kF11 = VK_F10 + 1;
 constexpr BYTE kAlt = FVIRTKEY | FALT;
 
 /// What the menus show, and what other viewers have taught.
 constexpr ACCEL kKeys[] = {
-    {kControl, 'A', ID_FILE_OPEN},
-    {kControl, 'O', ID_FILE_OPEN},
-    {kControl, 'E', ID_ZP_FILE_EXPORT},
-    {kControl, 'S', ID_FILE_PRINT},
-    {kControl, 'P', ID_FILE_PRINT},
-    {kControl, 'Q', ID_APP_EXIT},
-    {kControl, 'G', ID_ZP_GOTO_PAGE},
-    {kControl, VK_NEXT, ID_ZP_NEXT_PAGE},
-    {kControl, VK_PRIOR, ID_ZP_PREV_PAGE},
-    {FVIRTKEY, VK_HOME, ID_ZP_FIRST_PAGE},
-    {FVIRTKEY, VK_END, ID_ZP_LAST_PAGE},
-    {kControl, VK_UP, ID_ZP_ZOOM_IN},
-    {kControl, VK_DOWN, ID_ZP_ZOOM_OUT},
-    {FVIRTKEY, kF5, kReload},
-    {kAlt, VK_NEXT, kNextFile},
+    {kControl, 'A', ID_FILE_OPEN},         {kControl, 'O', ID_FILE_OPEN},
+    {kControl, 'E', ID_ZP_FILE_EXPORT},    {kControl, 'S', ID_FILE_PRINT},
+    {kControl, 'P', ID_FILE_PRINT},        {kControl, 'Q', ID_APP_EXIT},
+    {kControl, 'G', ID_ZP_GOTO_PAGE},      {kControl, VK_NEXT, ID_ZP_NEXT_PAGE},
+    {kControl, VK_PRIOR, ID_ZP_PREV_PAGE}, {FVIRTKEY, VK_HOME, ID_ZP_FIRST_PAGE},
+    {FVIRTKEY, VK_END, ID_ZP_LAST_PAGE},   {kControl, VK_UP, ID_ZP_ZOOM_IN},
+    {kControl, VK_DOWN, ID_ZP_ZOOM_OUT},   {FVIRTKEY, kF5, kReload},
+    {FVIRTKEY, kF11, kFullScreen},         {kAlt, VK_NEXT, kNextFile},
     {kAlt, VK_PRIOR, kPreviousFile},
 };
 

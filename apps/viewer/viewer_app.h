@@ -8,7 +8,7 @@
 class CViewerWindow;
 
 /// Commands of the application, beside those of the viewer.
-enum : UINT { kReload = 50001, kNextFile = 50002, kPreviousFile = 50003 };
+enum : UINT { kReload = 50001, kNextFile = 50002, kPreviousFile = 50003, kFullScreen = 50004 };
 
 /// The application with its windows; it ends with the last one.
 class CViewerApp : public CWinApp {

@@ -13,6 +13,8 @@ ON_COMMAND(kReload, OnReload)
 ON_COMMAND(kNextFile, OnNextFile)
 ON_COMMAND(kPreviousFile, OnPreviousFile)
 ON_COMMAND(ID_APP_ABOUT, OnAbout)
+ON_COMMAND(kFullScreen, OnFullScreen)
+ON_UPDATE_COMMAND_UI(kFullScreen, OnUpdateFullScreen)
 ON_UPDATE_COMMAND_UI(kReload, OnUpdateReload)
 ON_UPDATE_COMMAND_UI_RANGE(kNextFile, kPreviousFile, OnUpdateOtherFile)
 END_MESSAGE_MAP()
@@ -33,6 +35,7 @@ void CViewerWindow::AddMenuItems() {
   file->InsertMenu(behindOpen, MF_BYPOSITION | MF_STRING, kPreviousFile, "File pre&cedente\tAlt+PgUp");
   file->InsertMenu(behindOpen, MF_BYPOSITION | MF_STRING, kNextFile, "File s&uccessivo\tAlt+PgDown");
   file->InsertMenu(behindOpen, MF_BYPOSITION | MF_STRING, kReload, "&Ricarica\tF5");
+  GetMenu()->GetSubMenu(1)->AppendMenu(MF_STRING, kFullScreen, "Schermo &intero\tF11");
 }
 
 bool CViewerWindow::Open(std::unique_ptr<InputFile> file, const Options& options) {
@@ -107,6 +110,10 @@ void CViewerWindow::GoToFile(int step) {
   if (m_file == nullptr || m_file->Path() != m_file->Name()) return;
   const std::string path = FileBeside(m_file->Path(), step);
   if (!path.empty()) OpenPath(path);
+}
+
+void CViewerWindow::OnFullScreen() {
+  if (platform::ShowFullScreen(m_hWnd, !m_fullScreen)) m_fullScreen = !m_fullScreen;
 }
 
 void CViewerWindow::OnAbout() {

@@ -28,6 +28,8 @@ class CViewerWindow : public CImageFrame {
   void OnNextFile() { GoToFile(1); }
   void OnPreviousFile() { GoToFile(-1); }
   void OnAbout();
+  void OnFullScreen();
+  void OnUpdateFullScreen(CCmdUI* ui) { ui->SetCheck(m_fullScreen ? 1 : 0); }
   void OnUpdateReload(CCmdUI* ui) { Enable(ui, m_file != nullptr && IsOpen()); }
   void OnUpdateOtherFile(CCmdUI* ui) { Enable(ui, m_file != nullptr); }
 
@@ -38,6 +40,7 @@ class CViewerWindow : public CImageFrame {
   void ShowTitle();
   void AddMenuItems();
 
+  bool m_fullScreen = false;
   std::unique_ptr<InputFile> m_file;  ///< lives as long as it is shown
 
   DECLARE_MESSAGE_MAP()
