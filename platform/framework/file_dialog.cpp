@@ -28,6 +28,12 @@ std::string TextOrEmpty(const char* text) {
   return text == nullptr ? "" : text;
 }
 
+/// Of the file that was chosen last: the next one mostly lies beside it.
+std::string& LastFolder() {
+  static auto& folder = *new std::string;
+  return folder;
+}
+
 bool Complain(const std::string& path, const char* what) {
   AfxMessageBox((path + "\n" + what).c_str(), MB_ICONEXCLAMATION);
   return false;
@@ -102,7 +108,7 @@ int CFileDialog::DoModal() {
   platform::FileDialogRequest request;
   request.open = m_open != 0;
   request.title = TextOrEmpty(m_ofn.lpstrTitle);
-  request.folder = TextOrEmpty(m_ofn.lpstrInitialDir);
+  request.folder = m_ofn.lpstrInitialDir != nullptr ? m_ofn.lpstrInitialDir : LastFolder();
   request.filters = FiltersOf(m_ofn.lpstrFilter);
   request.path = m_ofn.lpstrFile;
   request.filterIndex = m_ofn.nFilterIndex == 0 ? 1 : m_ofn.nFilterIndex;
@@ -122,6 +128,7 @@ int CFileDialog::DoModal() {
   }
   if (!chosen) return IDCANCEL;
   TakeOver(request.path);
+  LastFolder() = platform::SplitPath(request.path).folder;
   m_ofn.nFilterIndex = request.filterIndex;
   return IDOK;
 }

@@ -2,13 +2,18 @@
 
 #include <QAction>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QIdentityProxyModel>
+#include <QLineEdit>
 #include <QPointer>
+#include <QPushButton>
 #include <QToolButton>
 #include <QTreeView>
+#include <algorithm>
 
 #include "platform/window/detail/modal_widget.h"
 #include "platform/window/detail/widgets.h"
@@ -33,13 +38,18 @@ class ItalianFiles : public QIdentityProxyModel {
       return QString::fromUtf8(kHeaders[section]);
     return QIdentityProxyModel::headerData(section, orientation, role);
   }
-  QVariant data(const QModelIndex& index, int role) const override {
-    QVariant value = QIdentityProxyModel::data(index, role);
-    constexpr int kKind = 2;
-    if (role != Qt::DisplayRole || index.column() != kKind) return value;
-    const QString kind = value.toString();
-    if (kind == u"Folder") return QStringLiteral("Cartella");
-    return kind.endsWith(u" File") ? "File " + kind.chopped(5) : kind;
+};
+
+/// Kinds by the name alone. Qt's own looks into the files, which takes long over a network, and for ever
+/// where a read waits for something to come.
+class KindsByName : public QFileIconProvider {
+ public:
+  QIcon icon(const QFileInfo& file) const override {
+    return QFileIconProvider::icon(file.isDir() ? Folder : File);
+  }
+  QString type(const QFileInfo& file) const override {
+    if (file.isDir()) return QStringLiteral("Cartella");
+    return ("File " + file.suffix().toUpper()).trimmed();
   }
 };
 
@@ -60,6 +70,21 @@ class ProgramsFileDialog : public QFileDialog {
  private:
   const std::function<bool(const std::string&)>& m_accepts;
 };
+
+/// Qt calls the button "Open", once for all, when a folder is named: it then opens the folder.
+void KeepAcceptText(QFileDialog& dialog, const QString& text) {
+  auto* buttons = dialog.findChild<QDialogButtonBox*>("buttonBox");
+  auto* name = dialog.findChild<QLineEdit*>("fileNameEdit");
+  if (buttons == nullptr || name == nullptr) return;
+  const auto mend = [&dialog, buttons, text] {
+    const auto shown = buttons->buttons();
+    const bool opens = std::any_of(shown.begin(), shown.end(),
+                                   [](const QAbstractButton* button) { return button->text() == u"&Open"; });
+    dialog.setLabelText(QFileDialog::Accept, opens ? QStringLiteral("Apri") : text);
+  };
+  QObject::connect(name, &QLineEdit::textChanged, &dialog, mend, Qt::QueuedConnection);
+  QObject::connect(&dialog, &QFileDialog::currentChanged, &dialog, mend, Qt::QueuedConnection);
+}
 
 struct ItemText {
   const char* object;  // Qt's name of it
@@ -107,6 +132,8 @@ void SetWidths(QFileDialog& dialog) {
   const int letter = list->fontMetrics().averageCharWidth();
   constexpr int kLetters[] = {30, 14, 16, 26};
   for (int column = 0; column < 4; ++column) list->header()->resizeSection(column, kLetters[column] * letter);
+  list->header()->setStretchLastSection(false);
+  list->header()->setSectionResizeMode(0, QHeaderView::Stretch);  // names get what is left
 }
 
 QStringList NameFilters(const FileDialogRequest& request) {
@@ -136,8 +163,11 @@ bool ShowFileDialog(HWND owner, FileDialogRequest& request,
                     QFileDialog::HideNameFilterDetails);
   dialog.setAcceptMode(request.open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
   dialog.setFileMode(QFileDialog::AnyFile);
+  KindsByName kinds;
+  dialog.setIconProvider(&kinds);
   dialog.setProxyModel(new ItalianFiles(&dialog));  // NOLINT: the dialog owns it
   SetTexts(dialog, request.open);
+  KeepAcceptText(dialog, dialog.labelText(QFileDialog::Accept));
   SetWidths(dialog);
   const char* title = request.open ? "Apri" : "Salva con nome";
   dialog.setWindowTitle(request.title.empty() ? QString::fromUtf8(title) : Utf8(request.title));

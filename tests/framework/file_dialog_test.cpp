@@ -92,6 +92,18 @@ TEST_F(FileDialogs, AskBeforeAFileIsReplaced) {
   }
 }
 
+TEST_F(FileDialogs, BeginWhereTheLastFileWas) {
+  g_path = m_folder + "new.tif";
+  ASSERT_EQ(CFileDialog(FALSE).DoModal(), IDOK);
+  g_path = "";
+  CFileDialog next(TRUE);
+  EXPECT_EQ(next.DoModal(), IDCANCEL);
+  EXPECT_EQ(g_request.folder, m_folder);
+  next.m_ofn.lpstrInitialDir = "/elsewhere";
+  EXPECT_EQ(next.DoModal(), IDCANCEL);
+  EXPECT_EQ(g_request.folder, "/elsewhere");
+}
+
 TEST_F(FileDialogs, RefuseANameBeyondTheBuffer) {
   char buffer[64] = {};
   g_path = m_folder + std::string(80, 'x');

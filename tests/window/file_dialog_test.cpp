@@ -4,10 +4,13 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
+#include <QTreeView>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -79,6 +82,49 @@ TEST(FileDialogOnScreen, StaysOpenUntilTheNameIsGood) {
   EXPECT_EQ(dialog.m_ofn.lpstrFile, folder + "/nuovo") << "no extension is put on";
   EXPECT_EQ(dialog.m_ofn.nFilterIndex, 2U);
   platform::testing::SetMessageBoxAnswer(nullptr);
+  std::filesystem::remove_all(folder);
+}
+
+std::string AcceptText(const QFileDialog& dialog) {
+  return dialog.findChild<QDialogButtonBox*>()->buttons().front()->text().toStdString();
+}
+
+// A folder of files that look into nothing but themselves, one of which has no end; and a folder that is
+// named.
+TEST(FileDialogOnScreen, LooksIntoNoFileAndSpeaksOneLanguage) {
+  platform::EnsureApplication();
+  char name[] = "/tmp/file_dialogXXXXXX";
+  const std::string folder = mkdtemp(name);
+  std::filesystem::create_directory(folder + "/sub");
+  std::ofstream(folder + "/picture.tif") << "%PDF-1.4";
+  std::ofstream(folder + "/plain") << "GIF89a";
+  for (const bool open : {true, false}) {
+    CFileDialog dialog(open);
+    dialog.m_ofn.lpstrInitialDir = folder.c_str();
+    std::string texts;
+    std::string kinds;
+    bool namesGetTheRest = false;
+    Later(300, [&](QFileDialog& d) {
+      const auto* list = d.findChild<QTreeView*>("treeView");
+      namesGetTheRest = list->header()->length() == list->viewport()->width();
+      const QAbstractItemModel& files = *list->model();
+      for (int row = 0; row < files.rowCount(list->rootIndex()); ++row)
+        kinds += files.index(row, 2, list->rootIndex()).data().toString().toStdString() + ";";
+      d.findChild<QLineEdit*>("fileNameEdit")->setText("sub");
+    });
+    Later(400, [&](QFileDialog& d) {
+      texts = AcceptText(d);
+      d.findChild<QLineEdit*>("fileNameEdit")->setText("picture.tif");
+    });
+    Later(500, [&](QFileDialog& d) {
+      texts += " " + AcceptText(d);
+      d.reject();
+    });
+    EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+    EXPECT_EQ(texts, open ? "Apri Apri" : "Apri Salva");
+    EXPECT_EQ(kinds, "Cartella;File TIF;File;");
+    EXPECT_TRUE(namesGetTheRest);
+  }
   std::filesystem::remove_all(folder);
 }
 
