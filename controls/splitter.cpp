@@ -1,5 +1,7 @@
 #include "controls/splitter.h"
 
+#include <algorithm>
+
 #include "platform/framework/frame_wnd.h"
 
 namespace {
@@ -49,7 +51,10 @@ void CSplitter::ShowColumn() {
   }
   for (int column = shown + 1; column < m_nCols; ++column)
     m_pColInfo[column].nIdealSize = m_pColInfo[column - 1].nCurSize;
-  if (width != -1) m_pColInfo[shown].nIdealSize = width;
+  // A width that a narrow window had left of it is none that anybody wants back.
+  CRowColInfo& column = m_pColInfo[shown];
+  if (width != -1 && width >= column.nMinSize) column.nIdealSize = width;
+  column.nIdealSize = std::max(column.nIdealSize, column.nMinSize);
   RecalcLayout();
 }
 

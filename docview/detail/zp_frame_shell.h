@@ -35,6 +35,7 @@ BOOL CZPFrame<Base>::OnCreateClient(LPCREATESTRUCT, CCreateContext* context) {
   m_pThumbsView = static_cast<CZPThumbsView*>(m_pSplitter->GetPane(0, 0));
   m_pView = static_cast<CZPView*>(m_pSplitter->GetPane(0, 1));
   m_pDoc = DYNAMIC_DOWNCAST(CZPDoc, m_pView->GetDocument());
+  m_pSplitter->SetColumnInfo(0, kPaneSize.cx, viewer_bars::kLeastStripWidth);
   if (m_bThumbsVisible == 0) m_pSplitter->HideColumn(0);
   return TRUE;
 }

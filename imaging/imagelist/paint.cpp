@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstring>
 
 #include "imaging/core/guard.h"
 #include "imaging/device/paint_dc.h"
@@ -54,6 +55,17 @@ void DrawFocus(HDC dc, const RECT& rect, COLORREF color) {
   DeleteObject(pen);
 }
 
+/// The caption without words at its front that there is no room for: the number at its end tells most.
+const char* FittingEnd(HDC dc, const char* caption, LONG width) {
+  RECT size{};
+  while (const char* space = std::strchr(caption, ' ')) {
+    DrawText(dc, caption, -1, &size, DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
+    if (size.right - size.left <= width) break;
+    caption = space + 1;
+  }
+  return caption;
+}
+
 }  // namespace
 
 void ImageListControl::Paint() {
@@ -83,7 +95,7 @@ void ImageListControl::PaintCell(HDC dc, int index) {
 
   const COLORREF color = entry.isSelected ? GetSysColor(COLOR_HIGHLIGHTTEXT) : TextOn(m_background);
   SetTextColor(dc, color);
-  DrawText(dc, entry.caption, -1, &caption,
+  DrawText(dc, FittingEnd(dc, entry.caption, caption.right - caption.left), -1, &caption,
            DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
   if (index != m_focus || GetFocus() != m_window) return;
   RECT mark = cell;

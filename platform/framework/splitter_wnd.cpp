@@ -66,6 +66,12 @@ BOOL CSplitterWnd::CreateView(int row, int column, CRuntimeClass* viewClass, SIZ
   return TRUE;
 }
 
+void CSplitterWnd::SetColumnInfo(int column, int ideal, int least) {
+  if (column < 0 || column >= m_nCols) return;
+  m_pColInfo[column].nIdealSize = ideal;
+  m_pColInfo[column].nMinSize = least;
+}
+
 void CSplitterWnd::DeleteView(int row, int column) {
   if (CWnd* pane = GetPane(row, column)) pane->DestroyWindow();
 }
@@ -177,13 +183,14 @@ void CSplitterWnd::DragTo(CPoint point) {
   const int dragged = isColumn ? m_dragged.column : m_dragged.row;
   CRect client;
   GetClientRect(client);
-  // The tracks before the bar stay, the one behind it gives or takes.
+  // The tracks before the bar stay, the one behind it gives or takes. None is dragged below its minimum.
   int start = 0;
   for (int i = 0; i < dragged; ++i) start += tracks[i].nCurSize + bar;
   int end = start + tracks[dragged].nCurSize + bar + tracks[dragged + 1].nCurSize;
   end = std::min(end, static_cast<int>(isColumn ? client.right : client.bottom));
   const int place = (isColumn ? point.x : point.y) - m_dragOffset - start;
-  const int size = std::clamp(place, 0, std::max(end - start - bar, 0));
+  const int room = std::max(end - start - bar, 0);
+  const int size = std::clamp(place, std::min(tracks[dragged].nMinSize, room), room);
   const int rest = std::max(end - start - bar - size, 0);
   for (int i = 0; i < count; ++i) tracks[i].nIdealSize = tracks[i].nCurSize;
   tracks[dragged].nIdealSize = size;

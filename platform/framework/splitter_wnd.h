@@ -30,6 +30,8 @@ class PLATFORM_API CSplitterWnd : public CWnd {
   virtual BOOL CreateView(int row, int column, CRuntimeClass* viewClass, SIZE size, CCreateContext* context);
   virtual void DeleteView(int row, int column);
 
+  /// Nothing for a column that isn't there.
+  void SetColumnInfo(int column, int ideal, int least);
   int GetRowCount() const { return m_nRows; }
   int GetColumnCount() const { return m_nCols; }
 

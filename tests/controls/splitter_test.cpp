@@ -110,6 +110,26 @@ TEST_F(Splitters, HiddenColumnsAreParkedAndComeBack) {
   }
 }
 
+TEST_F(Splitters, AColumnKeepsItsLeastWidth) {
+  Make(2);
+  Splitter& splitter = frame->splitter;
+  splitter.SetColumnInfo(0, 140, 60);
+  splitter.RecalcLayout();
+  splitter.SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(142, 10));
+  splitter.SendMessage(WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(8, 10));
+  splitter.SendMessage(WM_LBUTTONUP, 0, MAKELPARAM(8, 10));
+  EXPECT_EQ(Widths()[0], 60);
+  struct {
+    int saved, shown;
+  } constexpr kCases[] = {{6, 60}, {-1, 60}, {90, 90}};
+  for (const auto& c : kCases) {
+    splitter.HideColumn(0);
+    splitter.m_pColInfo[1].nCurSize = c.saved;
+    splitter.ShowColumn();
+    EXPECT_EQ(Widths()[0], c.shown) << c.saved;
+  }
+}
+
 TEST_F(Splitters, TheRestFillsTheSplitter) {
   Make(2);
   frame->splitter.HideColumn(0);

@@ -99,5 +99,6 @@ inline int PickedIndex(LPARAM record) {
 }
 
 inline constexpr SIZE kPaneSize = {140, 0};  ///< of the splitter's panes, at first
+inline constexpr int kLeastStripWidth = 60;  ///< of the column of thumbnails; narrower shows nothing of use
 
 }  // namespace viewer_bars
