@@ -13,8 +13,6 @@ using imaging::PixelStorage;
 
 namespace {
 
-constexpr unsigned long kAverage = 2;  // SizeBitmapExt: bit 1
-
 imaging::Turn TurnBy(int angle) {
   switch ((angle % 36000 + 36000) % 36000) {
     case 0:
@@ -41,8 +39,8 @@ int LEADTOOLS::SizeBitmapExt(struct_LEAD_Bitmap* bitmap, int width, int height, 
   return imaging::Guarded([&] {
     const PixelStorage& pixels = imaging::RequirePixels(bitmap, "scale");
     if (pixels.Width() == width && pixels.Height() == height) return 1;
-    const bool average = (flags & kAverage) != 0 && (width < pixels.Width() || height < pixels.Height());
-    if (!average) {
+    const bool isReduced = width < pixels.Width() || height < pixels.Height();
+    if (!isReduced || (flags & leadtools12::kSizeByDropping) != 0) {
       imaging::Replace(*bitmap, imaging::SizedByRepeating(pixels, width, height));
       return 1;
     }

@@ -128,9 +128,10 @@ class LTWRAP_API LEADTOOLS {
 
   // Transform (leadtools_transform.cpp)
 
-  /// Scales in place by repeating or dropping pixels.
+  /// Scales in place by repeating pixels, or averaging them where a side becomes shorter. Averages of up to 8
+  /// bits with a colour table have 24, others 8.
   static int SizeBitmap(struct_LEAD_Bitmap* bitmap, int width, int height);
-  /// flags 0 as SizeBitmap; bit 1: average the pixels.
+  /// The same whatever the flags, unless kSizeByDropping is among them: then pixels are repeated or dropped.
   static int SizeBitmapExt(struct_LEAD_Bitmap* bitmap, int width, int height, unsigned long flags);
   /// Writes the source, scaled, into the allocated target at the target's size.
   static int ResizeBitmap(struct_LEAD_Bitmap* source, struct_LEAD_Bitmap* target);

@@ -28,6 +28,9 @@ struct struct_LEAD_Bitmap {
   imaging::PixelStorage* pStorage;  ///< owned by the record for which Allocated counts
 };
 
+/// Bit of SizeBitmapExt's flags: the nearest pixels are taken, in the bitmap's own depth.
+inline constexpr unsigned long kSizeByDropping = 0x1000;
+
 /// Bit 0 of struct_LEAD_Bitmap::Flags.
 inline constexpr DWORD kAllocated = 1;
 

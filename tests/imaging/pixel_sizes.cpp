@@ -23,7 +23,7 @@ TEST_P(Size, RepeatsAndDropsExactly) {
     source.XResolution = 204;
     OwnedBitmap sized;
     LEADTOOLS::CopyBitmap(&sized, &source);
-    LEADTOOLS::SizeBitmap(&sized, width, height);
+    LEADTOOLS::SizeBitmapExt(&sized, width, height, leadtools12::kSizeByDropping);
     ASSERT_EQ(sized.Width, width);
     ASSERT_EQ(sized.BitsPerPixel, GetParam());
     ASSERT_EQ(sized.XResolution, 204);
@@ -58,15 +58,17 @@ TEST(SizeAveraged, DepthsAndValues) {
               {24, 24, 0x102030, 0x304050, 0x203040},
               {32, 32, 0x80102030, 0xa0304050, 0x90203040}};
   for (const auto& row : rows) {
-    OwnedBitmap bitmap(6, 4, row.bits);
-    bitmap.Order = 0;
-    for (int y = 0; y < 4; ++y)
-      for (int x = 0; x < 6; ++x)
-        pixel_test::SetPixel(*bitmap.pStorage, x, y, (x + y) % 2 != 0 ? row.light : row.dark);
-    LEADTOOLS::SizeBitmapExt(&bitmap, 3, 2, 2);
-    EXPECT_EQ(bitmap.BitsPerPixel, row.resultBits);
-    EXPECT_EQ(AllPixels(bitmap), std::vector<std::uint32_t>(6, row.average)) << row.bits;
-    EXPECT_EQ(bitmap.Order, row.bits >= 24 ? 0 : 1);
+    for (const unsigned long flags : {0UL, 2UL}) {
+      OwnedBitmap bitmap(6, 4, row.bits);
+      bitmap.Order = 0;
+      for (int y = 0; y < 4; ++y)
+        for (int x = 0; x < 6; ++x)
+          pixel_test::SetPixel(*bitmap.pStorage, x, y, (x + y) % 2 != 0 ? row.light : row.dark);
+      LEADTOOLS::SizeBitmapExt(&bitmap, 3, 2, flags);
+      EXPECT_EQ(bitmap.BitsPerPixel, row.resultBits);
+      EXPECT_EQ(AllPixels(bitmap), std::vector<std::uint32_t>(6, row.average)) << row.bits << flags;
+      EXPECT_EQ(bitmap.Order, row.bits >= 24 ? 0 : 1);
+    }
   }
 }
 
