@@ -89,6 +89,7 @@ constexpr platform::StringResource kStrings[] = {
     {ID_APP_EXIT, "Uscita dall'applicazione\nUscita"},
     {ID_VIEW_TOOLBAR, "Mostra o nasconde la barra strumenti\nBarra strumenti"},
     {ID_VIEW_STATUS_BAR, "Mostra o nasconde la barra di stato\nBarra di stato"},
+#include "library/imaging_texts.def"
 };
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "imaging/core/exception.h"
+#include "imaging/core/texts.h"
 
 namespace imaging {
 namespace {
@@ -15,7 +16,8 @@ constexpr std::size_t kBuffer = std::size_t{1} << 18;
 void FailWriting(const char* path, int error, const char* text) {
   if (error == EISDIR) Fail(kErrorFileWrite, "%s can't be written: it is a folder", path);
   if (error == ENODEV) Fail(kErrorFileWrite, "%s can't be written: it is not an ordinary file", path);
-  Fail(kErrorFileWrite, "%s can't be written: %s", path, error != 0 ? std::strerror(error) : text);
+  Fail(kErrorFileWrite, "%s can't be written: %s", path,
+       error != 0 ? static_cast<const char*>(SystemText(error)) : text);
 }
 
 TargetFile::TargetFile(const char* path) : m_path(path) {

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <map>
 
+#include "imaging/core/texts.h"
+
 IMPLEMENT_DYNAMIC(CLeadtoolsException, CException)
 
 namespace {
@@ -51,14 +53,14 @@ const char* GeneralText(int code) {
 
 CString CLeadtoolsException::GetErrorMessage(int code) {
   const auto text = NewestTexts().find(code);
-  return text == NewestTexts().end() ? CString(GeneralText(code)) : text->second;
+  return text == NewestTexts().end() ? CString(imaging::Translated(GeneralText(code))) : text->second;
 }
 
 void imaging::Fail(ErrorCode code, const char* format, ...) {
   char text[1024];
   va_list args;
   va_start(args, format);
-  std::vsnprintf(text, sizeof text, format, args);
+  std::vsnprintf(text, sizeof text, Translated(format), args);
   va_end(args);
   // Libraries and file names may bring line ends along, which no message has room for.
   for (char* letter = text; *letter != '\0'; ++letter)

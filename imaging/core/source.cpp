@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "imaging/core/exception.h"
+#include "imaging/core/texts.h"
 
 namespace imaging {
 namespace {
@@ -35,7 +36,7 @@ class FileSource final : public Source {
   void Examine() {
     struct stat status {};
     if (fstat(m_descriptor, &status) != 0)
-      Fail(kErrorFileRead, "%s: %s", m_name.c_str(), std::strerror(errno));
+      Fail(kErrorFileRead, "%s: %s", m_name.c_str(), static_cast<const char*>(SystemText(errno)));
     if (S_ISDIR(status.st_mode)) Fail(kErrorFileOpen, "%s is a folder, not a file", m_name.c_str());
     if (!S_ISREG(status.st_mode)) Fail(kErrorFileOpen, "%s is not an ordinary file", m_name.c_str());
     if (status.st_size == 0) Fail(kErrorFileFormat, "%s is empty", m_name.c_str());
@@ -164,7 +165,8 @@ std::unique_ptr<Source> OpenFileSource(const char* path) {
   if (path == nullptr || *path == '\0') Fail(kErrorInvalidParameter, "No file name was given");
   // Without O_NONBLOCK a pipe under that name would hang the open.
   const int descriptor = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-  if (descriptor < 0) Fail(kErrorFileOpen, "%s can't be opened: %s", path, std::strerror(errno));
+  if (descriptor < 0)
+    Fail(kErrorFileOpen, "%s can't be opened: %s", path, static_cast<const char*>(SystemText(errno)));
   auto source = std::make_unique<FileSource>(descriptor, path);
   source->Examine();
   return source;

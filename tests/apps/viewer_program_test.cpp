@@ -78,7 +78,7 @@ TEST_F(ViewerProgram, AFileThatCannotBeUsedIsToldOnStandardError) {
   } cases[] = {
       {"--info none.tif", "none.tif"},
       {"--info letter.txt", "letter.txt"},
-      {"--info - < letter.txt", "standard input is not an image"},
+      {"--info - < letter.txt", "standard input non è un'immagine"},
       {"--export a.tif letter.txt", "letter.txt"},
       {"--export a.png --pages 4 fax.tif", "no page 4, the file has 3"},
       {"--export a.tif --pages 2-9 fax.tif", "no page 9"},

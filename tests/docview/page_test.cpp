@@ -139,7 +139,7 @@ TEST_F(PageTest, APageFromABitmapHasItsOwnPixels) {
   struct_LEAD_Bitmap nothing{};
   EXPECT_EQ(empty.LoadPage(&nothing, 7, nullptr, nullptr), 0);
   EXPECT_EQ(empty.GetFormat(), -1);
-  EXPECT_EQ(Boxes(), std::vector<std::string>{"Error ZP-002: There is no image to copy"});
+  EXPECT_EQ(Boxes(), std::vector<std::string>{"Error ZP-002: Non c'è alcuna immagine su cui operare"});
 }
 
 TEST_F(PageTest, RotationIsRememberedAsATruncatedRemainder) {

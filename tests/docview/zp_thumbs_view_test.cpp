@@ -233,7 +233,7 @@ TEST_F(DocumentThumbs, AFailureIsReportedAndKeepsWhatWasMade) {
   document.Page(2).empty = &nothing;
   Hint(0);
   ASSERT_EQ(Boxes::shown.size(), 1U);
-  EXPECT_EQ(Boxes::shown[0].first, "Error ZP-002: There is no image to copy");
+  EXPECT_EQ(Boxes::shown[0].first, "Error ZP-002: Non c'è alcuna immagine su cui operare");
   EXPECT_EQ(Selection(), "00");
   document.SetActivePage(1);
   EXPECT_EQ(Selection(), "01");

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
+#include "imaging/ltwrap.h"
 #include "library/library_entry.h"
 #include "library/resource_ids.h"
 #include "platform/base/string.h"
@@ -39,6 +42,28 @@ TEST(Strings, GoWithTheLibrary) {
   EXPECT_FALSE(text.LoadString(IDS_ZP_COPY_ERROR));
   new CDynLinkLibrary(g_extensionModule, FALSE);
   EXPECT_TRUE(text.LoadString(IDS_ZP_COPY_ERROR));
+}
+
+std::string FailureOf(const char* path) {
+  try {
+    struct_file_information info{};
+    LEADTOOLS::FileInfo(path, &info, 0, nullptr);
+    return "";
+  } catch (CLeadtoolsException* exception) {
+    std::string text = static_cast<const char*>(CLeadtoolsException::GetErrorMessage(exception->m_nError));
+    exception->Delete();
+    return text;
+  }
+}
+
+// File and fault stay in their text, whoever speaks; a program without this table gets the service's own.
+TEST(Strings, FailuresOfTheImagingServiceSpeakTheUsersLanguage) {
+  EXPECT_EQ(FailureOf("/none.tif"), "Impossibile aprire /none.tif: File o cartella inesistente");
+  EXPECT_EQ(FailureOf("/dev/null"), "/dev/null non è un file normale");
+  EXPECT_STREQ(CLeadtoolsException::GetErrorMessage(imaging::kErrorPageNotFound), "La pagina non esiste");
+  AfxTermExtensionModule(g_extensionModule, FALSE);
+  EXPECT_EQ(FailureOf("/none.tif"), "/none.tif can't be opened: No such file or directory");
+  new CDynLinkLibrary(g_extensionModule, FALSE);
 }
 
 TEST(Strings, ABufferIsNeverOverrun) {
