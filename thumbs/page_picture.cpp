@@ -27,6 +27,7 @@ void PagePicture::MakeOfCopy(struct_LEAD_Bitmap& page, SIZE room) {
 void PagePicture::MakeScaled(struct_LEAD_Bitmap& page, SIZE room) {
   const Picture picture = FitLongerSide(CSize(page.Width, page.Height), room);
   if (Reduce(page, picture.factor)) return;
+  if (page.BitsPerPixel < 24) return MakeOfCopy(page, room);  // averages aren't colours of its table
   LEADTOOLS::InitBitmap(&m_bitmap, picture.size.cx, picture.size.cy, page.BitsPerPixel);
   LEADTOOLS::AllocateBitmap(&m_bitmap, 1);
   m_palette = LEADTOOLS::DupPalette(page.hPalette);
