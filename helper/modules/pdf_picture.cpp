@@ -59,7 +59,7 @@ struct Found {
 /// Goes through the operators of a page; anything that shows beside one picture ends it.
 class Contents final : public QPDFObjectHandle::ParserCallbacks {
  public:
-  Contents(QPDFObjectHandle resources, const Matrix& matrix, const Box& page, int depth)
+  Contents(const QPDFObjectHandle& resources, const Matrix& matrix, const Box& page, int depth)
       : m_resources(resources), m_page(page), m_depth(depth), m_state{matrix} {}
 
   const std::vector<Found>& Pictures() const { return m_found; }
