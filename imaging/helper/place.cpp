@@ -20,7 +20,7 @@ std::string OwnFolder() {
 std::string ProgramPath() {
   // As installed, and as it stands in the build tree.
   for (const char* folder : {TESSAREL_HELPER_FOLDER, "../libexec/tessarel12"}) {
-    const std::string path = OwnFolder() + "/" + folder + "/image-helper";
+    std::string path = OwnFolder() + "/" + folder + "/image-helper";
     if (access(path.c_str(), X_OK) == 0) return path;
   }
   return {};
