@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "tests/helper/damage.h"
 #include "tests/imaging/codec_files.h"
 
 namespace codec_test {
@@ -252,16 +253,7 @@ TEST(Dicom, FramesArePages) {
 
 TEST(Dicom, DamagedFiles) {
   const Bytes whole = MakeDicom({.pixels = Ramp(10, 15, 5)});
-  for (std::size_t size = 1; size < whole.size(); size += 7) {
-    const Loaded page = LoadMemory(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
-    EXPECT_TRUE(!page.error.empty() || page.pixels != nullptr) << size;
-  }
-  for (std::size_t bit = 128 * 8; bit < whole.size() * 8; bit += 53) {
-    Bytes bad = whole;
-    bad[bit / 8] ^= static_cast<std::uint8_t>(1 << bit % 8);
-    const Loaded page = LoadMemory(bad);
-    EXPECT_TRUE(!page.error.empty() || page.pixels != nullptr) << bit;
-  }
+  ExpectPageOrError(whole, {7, 128 * 8, whole.size() * 8, 53});
 }
 
 }  // namespace

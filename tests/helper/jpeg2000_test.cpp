@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "tests/helper/damage.h"
 #include "tests/imaging/codec_files.h"
 
 namespace codec_test {
@@ -213,16 +214,7 @@ TEST(Jpeg2000, DensityOfTheBox) {
 // Whatever is cut off or turned over in a file, the host gets a page of its size or an error.
 TEST(Jpeg2000, DamagedFiles) {
   const Bytes whole = MakeJpeg2000(Forms()[6]);
-  for (std::size_t size = 1; size < whole.size(); size += 1 + whole.size() / 50) {
-    const Loaded page = LoadMemory(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
-    EXPECT_TRUE(!page.error.empty() || page.record.Height == kHeight) << size;
-  }
-  for (std::size_t bit = 0; bit < 200 * 8; bit += 5) {
-    Bytes bad = whole;
-    bad[bit / 8] ^= static_cast<std::uint8_t>(1 << bit % 8);
-    const Loaded page = LoadMemory(bad);
-    EXPECT_TRUE(!page.error.empty() || page.pixels != nullptr) << bit;
-  }
+  ExpectPageOrError(whole, {1 + whole.size() / 50, 0, 200 * 8, 5}, kHeight);
 }
 
 }  // namespace

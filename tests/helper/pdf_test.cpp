@@ -3,6 +3,7 @@
 #include <array>
 
 #include "imaging/core/exception.h"
+#include "tests/helper/damage.h"
 #include "tests/imaging/codec_files.h"
 #include "tests/imaging/fax_files.h"
 
@@ -296,16 +297,7 @@ TEST(Pdf, WhatIsARasterPageAndHowItIsTurned) {
 TEST(Pdf, DamagedFiles) {
   const auto rows = RandomFaxRows(400, 60, 9);
   const Bytes whole = MakePdf({FaxPage(kFaxCases[0], rows, 400)});
-  for (std::size_t size = 1; size < whole.size(); size += 1 + whole.size() / 60) {
-    const Loaded page = LoadMemory(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
-    EXPECT_TRUE(!page.error.empty() || page.pixels != nullptr) << size;
-  }
-  for (std::size_t bit = 0; bit < whole.size() * 8; bit += whole.size() / 20) {
-    Bytes bad = whole;
-    bad[bit / 8] ^= static_cast<std::uint8_t>(1 << bit % 8);
-    const Loaded page = LoadMemory(bad);
-    EXPECT_TRUE(!page.error.empty() || page.pixels != nullptr) << bit;
-  }
+  ExpectPageOrError(whole, {1 + whole.size() / 60, 0, whole.size() * 8, whole.size() / 20});
 }
 
 }  // namespace
