@@ -7,12 +7,12 @@
 
 class CWnd;
 
-/// An image document with all its pages in memory. An open decodes every page, and shows those that it has
-/// if that takes a while; from then on a change of page,
-/// the thumbnails and the printing decode nothing. It is read only, and never counts as modified.
+/// An image document with all its pages in memory. An open decodes every page, and shows those that it has if
+/// that takes a while; from then on a change of page, the thumbnails and the printing decode nothing. It is
+/// read only, and never counts as modified.
 ///
-/// Pages are counted from 0. A page argument is a page of the document, or -1 for
-/// the active page where that is told. Results are 1 for success and 0 for failure. Its views hear of changes
+/// Pages are counted from 0. A page argument is a page of the document, or -1 for the active page where that
+/// is told. Results are 1 for success and 0 for failure. Its views hear of changes
 /// by the hints of hints.h. A document that is opened has to have a view already; its frame, if that is
 /// a CZPDocumentFrame, is told of each open.
 class TESSAREL_API CZPDoc : public CDocument {

@@ -40,7 +40,8 @@ ObjectHold::~ObjectHold() {
 
 bool ObjectHold::Exists() const {
   const std::vector<Held>& holds = Holds();
-  const CCmdTarget* const object = holds[m_from].object;
+  // A window without an object holds nothing.
+  const CCmdTarget* const object = m_from < holds.size() ? holds[m_from].object : nullptr;
   return object != nullptr && std::none_of(holds.begin(), holds.end(), [object](const Held& held) {
            return held.object == object && held.doomed;
          });
