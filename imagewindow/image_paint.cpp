@@ -56,15 +56,10 @@ bool CImageWindow::DoDraw(CPaintDC* dc) {
 }
 
 void CImageWindow::DoSmartResizing() {
-  void* reduced = nullptr;
   try {
     FreeSmartBitmap();
-    void* source = LEADTOOLS::ConvertToDIB(&m_Bitmap);
-    reduced = SmartResize(source);
-    GlobalFree(source);
-    if (reduced != nullptr) LEADTOOLS::ChangeFromDIB(&m_SmartBitmap, reduced);
+    LEADTOOLS::ReduceToGray(&m_Bitmap, &m_SmartBitmap, m_nZoomDivisor, m_GrayPalette.data());
   } catch (CLeadtoolsException* exception) {
-    if (reduced != nullptr) GlobalFree(reduced);  // not taken over
     Report(exception);
   }
 }

@@ -101,11 +101,10 @@ int LEADTOOLS::CopyBitmapRect(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* so
                   width, height, column, row, sourceWidth, sourceHeight);
   const auto w = static_cast<int>(std::min(width, sourceWidth - column));
   const auto h = static_cast<int>(std::min(height, sourceHeight - row));
-  auto part = PixelStorage::Create(w, h, pixels.Bits());
-  part->Palette() = pixels.Palette();
-  const auto depth = static_cast<std::size_t>(pixels.Bits());
+  auto part = pixels.CreateAlike(w, h);
+  const auto depth = static_cast<std::size_t>(pixels.HeldBits());
   for (int y = 0; y < h; ++y)
-    CopyBits(part->Row(y), pixels.Row(static_cast<int>(row) + y), column * depth, w * depth);
+    CopyBits(part->HeldRow(y), pixels.HeldRow(static_cast<int>(row) + y), column * depth, w * depth);
   if (target == source) {
     imaging::Replace(record, std::move(part));
   } else {

@@ -3,9 +3,11 @@
 #include <cstdio>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/helper.h"
+#include "imaging/codecs/rows.h"
 #include "imaging/codecs/writer.h"
 #include "imaging/core/guard.h"
 #include "imaging/core/source.h"
@@ -51,11 +53,11 @@ int Describe(const Source& source, struct_file_information* info, UINT flags,
 }
 
 /// The record is written only once the page is there, so that a failed load leaves it as it was.
-int Load(const Source& source, struct_LEAD_Bitmap* bitmap, const DecodeWish& wish,
+int Load(const Source& source, struct_LEAD_Bitmap* bitmap, int bits, const DecodeWish& wish,
          const _LOADFILEOPTION* options, struct_file_information* info) {
   if (bitmap == nullptr) Fail(kErrorInvalidParameter, "No record for the bitmap was given");
   const int page = PageOf(options);
-  DecodedPage decoded = OpenReader(source)->Decode(page, wish);
+  DecodedPage decoded = DecodeAt(bits, *OpenReader(source), page, wish);
   if (info != nullptr) FillInformation(decoded.info, source, page, *info);
 
   *bitmap = RecordOf(std::move(decoded));
@@ -64,6 +66,7 @@ int Load(const Source& source, struct_LEAD_Bitmap* bitmap, const DecodeWish& wis
 
 /// Who is told of the rows, and what it is given with them.
 struct RowListener {
+  int bits;  ///< the depth that was asked for
   leadtools12::LoadRowCallback callback;
   void* userData;
   UINT flags;
@@ -78,22 +81,34 @@ class RowTeller final : public DecodeListener {
 
   void Reached(PixelStorage& pixels, int order, int endRow) override {
     // The listener gets a header that refers to no pixels: it may throw, and it mustn't free them.
-    Bitmap header = EmptyBitmap(pixels.Width(), pixels.Height(), pixels.Bits());
+    const bool asBytes = m_listener.bits == 8 && pixels.Bits() == 1;
+    Bitmap header = EmptyBitmap(pixels.Width(), pixels.Height(), asBytes ? 8 : pixels.Bits());
     header.ViewPerspective = m_info.ViewPerspective;
     header.Order = order;
     header.XResolution = m_info.XResolution;
     header.YResolution = m_info.YResolution;
-    for (; m_next < endRow; ++m_next)
-      if (m_listener.callback(&m_info, &header, pixels.Row(m_next), m_listener.flags, m_next, 1,
+    // Expanded in groups of eight pixels.
+    m_row.resize(asBytes ? pixels.RowBytes() * 8 : pixels.RowBytes());
+    for (; m_next < endRow; ++m_next) {
+      CopyRow(pixels, asBytes);
+      if (m_listener.callback(&m_info, &header, m_row.data(), m_listener.flags, m_next, 1,
                               m_listener.userData) == 0)
         Fail(kErrorUserAbort, "%s: loading was ended", m_source.Name().c_str());
+    }
   }
 
  private:
+  void CopyRow(const PixelStorage& pixels, bool asBytes) {
+    if (!asBytes) return pixels.CopyRow(m_next, m_row.data());
+    const BilevelColors colors{pixels.Palette()[0], pixels.Palette()[1]};
+    ExpandBits(pixels.Row(m_next), m_row.data(), pixels.Width(), colors.ByteOfZero(), colors.ByteOfOne());
+  }
+
   RowListener m_listener;
   const Source& m_source;
   struct_file_information& m_info;
   int m_next = 0;
+  std::vector<std::uint8_t> m_row;
 };
 
 int LoadWithRows(const Source& source, struct_LEAD_Bitmap* bitmap, DecodeWish wish,
@@ -109,7 +124,7 @@ int LoadWithRows(const Source& source, struct_LEAD_Bitmap* bitmap, DecodeWish wi
     if (!filled) FillInformation(reader->Describe(page), source, page, told);
     wish.listener = &teller;
   }
-  DecodedPage decoded = reader->Decode(page, wish);
+  DecodedPage decoded = DecodeAt(listener.bits, *reader, page, wish);
   if (!filled) FillInformation(decoded.info, source, page, told);
   if (listener.callback != nullptr) teller.Reached(*decoded.pixels, decoded.order, decoded.pixels->Height());
   *bitmap = RecordOf(std::move(decoded));
@@ -136,21 +151,20 @@ int LEADTOOLS::FileInfoMemory(char* buffer, struct_file_information* info, long 
 
 int LEADTOOLS::LoadBitmapA(const char* path, struct_LEAD_Bitmap* bitmap, int bits, int order,
                            _LOADFILEOPTION* options, struct_file_information* info) {
-  return imaging::Guarded([&] { return Load(*OpenFileSource(path), bitmap, {bits, order}, options, info); });
+  return imaging::Guarded([&] { return Load(*OpenFileSource(path), bitmap, bits, {order}, options, info); });
 }
 
 int LEADTOOLS::LoadBitmapMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, int order, long size,
                                 _LOADFILEOPTION* options, struct_file_information* info) {
-  return imaging::Guarded([&] {
-    return Load(*OpenMemorySource(buffer, size), bitmap, {bits, order}, options, info);
-  });
+  return imaging::Guarded(
+      [&] { return Load(*OpenMemorySource(buffer, size), bitmap, bits, {order}, options, info); });
 }
 
 int LEADTOOLS::LoadFile(const char* path, struct_LEAD_Bitmap* bitmap, int bits, int order, unsigned int flags,
                         leadtools12::LoadRowCallback callback, void* userData, _LOADFILEOPTION* options,
                         struct_file_information* info) {
   return imaging::Guarded([&] {
-    return LoadWithRows(*OpenFileSource(path), bitmap, {bits, order}, {callback, userData, flags}, options,
+    return LoadWithRows(*OpenFileSource(path), bitmap, {order}, {bits, callback, userData, flags}, options,
                         info);
   });
 }
@@ -159,7 +173,7 @@ int LEADTOOLS::LoadMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, in
                           leadtools12::LoadRowCallback callback, void* userData, long size,
                           _LOADFILEOPTION* options, struct_file_information* info) {
   return imaging::Guarded([&] {
-    return LoadWithRows(*OpenMemorySource(buffer, size), bitmap, {bits, order}, {callback, userData, flags},
+    return LoadWithRows(*OpenMemorySource(buffer, size), bitmap, {order}, {bits, callback, userData, flags},
                         options, info);
   });
 }

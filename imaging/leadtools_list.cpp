@@ -27,7 +27,7 @@ int LEADTOOLS::LoadBitmapList(char* path, void** list, int bits, int order, _LOA
   return imaging::Guarded([&] {
     void*& handle = Require(list);
     auto loaded = std::make_unique<BitmapList>();
-    loaded->OpenFile(path, {bits, order});
+    loaded->OpenFile(path, bits, {order});
     if (info != nullptr) FileInfo(path, info, leadtools12::kInfoCountsPages, nullptr);
     handle = loaded.release();
     return 1;

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <memory>
 #include <utility>
 
 #include "imaging/core/guard.h"
@@ -9,6 +11,7 @@
 #include "imaging/pixels/resize.h"
 #include "platform/base/global_memory.h"
 
+using imaging::Bitmap;
 using imaging::PixelStorage;
 
 namespace {
@@ -84,6 +87,30 @@ int LEADTOOLS::ReduceToGray(const leadtools12::TwoLevelRows& rows) {
     imaging::ReduceBlocks({rows.source, static_cast<std::ptrdiff_t>(rows.sourcePitch), rows.target,
                            static_cast<std::ptrdiff_t>(rows.targetPitch), rows.width, rows.height,
                            rows.divisor, rows.zeroIsLight, 8});
+    return 1;
+  });
+}
+
+int LEADTOOLS::ReduceToGray(struct_LEAD_Bitmap* source, struct_LEAD_Bitmap* target, int divisor,
+                            const tagRGBQUAD* colors) {
+  return imaging::Guarded([&] {
+    const PixelStorage& pixels = imaging::RequirePixels(source, "reduce");
+    imaging::Require(target);
+    if (pixels.Bits() != 8 || divisor < 1 || divisor > std::min(pixels.Width(), pixels.Height())) return 0;
+    std::unique_ptr<PixelStorage> reduced;
+    try {
+      reduced = imaging::ReducedLevels(pixels, divisor);
+    } catch (CLeadtoolsException* exception) {
+      if (exception->GetLastError() != imaging::kErrorNoMemory) throw;
+      exception->Delete();
+      return 0;
+    }
+    std::copy_n(colors, reduced->Palette().size(), reduced->Palette().begin());
+    Bitmap record = imaging::EmptyBitmap(0, 0, 8);
+    record.XResolution = source->XResolution;
+    record.YResolution = source->YResolution;
+    imaging::Adopt(record, std::move(reduced));
+    *target = record;
     return 1;
   });
 }

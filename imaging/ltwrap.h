@@ -142,6 +142,11 @@ class LTWRAP_API LEADTOOLS {
   /// Every block of divisor by divisor pixels becomes the share of light pixels in it, 0 to 255, fractions
   /// cut off. Nothing but width bytes in each of height target rows is written.
   static int ReduceToGray(const leadtools12::TwoLevelRows& rows);
+  /// The same of a bitmap of 8 bits in which only the first two colours of its table occur, or black and
+  /// white: makes the target a new bitmap with these 256 colours. What it held is not freed. The result is 0,
+  /// and the target as it was, if the source isn't of 8 bits or smaller than the divisor, or memory is short.
+  static int ReduceToGray(struct_LEAD_Bitmap* source, struct_LEAD_Bitmap* target, int divisor,
+                          const tagRGBQUAD* colors);
   /// In place; angle in hundredths of a degree, clockwise, a multiple of 9000.
   static int RotateBitmap(struct_LEAD_Bitmap* bitmap, int angle, unsigned int flags, unsigned long fillColor);
   /// Turns a bitmap of any depth into 8-bit grey in place; bits is 8.

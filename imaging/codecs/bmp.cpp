@@ -122,7 +122,6 @@ class BmpReader final : public Reader {
     if (decoded.pixels->Bits() <= 8) SetPalette(*decoded.pixels, m_header.colors);
     if (!DecodePixels(*decoded.pixels))
       Fail(kErrorCorrupt, "%s: the bitmap ends before its pixels", m_source.Name().c_str());
-    if (m_header.bits == 1 && wish.bits == 8) decoded.pixels = ExpandBilevelPage(*decoded.pixels);
     return decoded;
   }
 

@@ -109,7 +109,6 @@ class DecodeListener {
 
 /// How the caller would like a page; a codec follows where it costs nothing.
 struct DecodeWish {
-  int bits = 0;                        ///< 8: expand a bilevel page; 0 and others: the page's own depth
   int order = 0;                       ///< of 24 and 32 bits
   DecodeListener* listener = nullptr;  ///< codecs that can't tell on their way leave it untold
 

@@ -79,8 +79,8 @@ std::unique_ptr<PixelStorage> DecodeFaxPage(const Source& source, const FaxData&
   CheckPlausible(source, std::int64_t{info.width} * info.height, kMostExpansion);
   FaxRows rows(info.width, coding);
   rows.Start(data.Coded(), firstBit);
-  BilevelPage page(info.width, info.height, wish.bits);
-  std::vector<std::uint8_t> packed((static_cast<std::size_t>(info.width) + 63) / 64 * 8, 0xff);
+  BilevelPage page(info.width, info.height);
+  const std::vector<std::uint8_t> white((static_cast<std::size_t>(info.width) + 63) / 64 * 8, 0xff);
   int y = 0;
   for (; y < info.height; ++y) {
     const FaxRows::Step step = rows.Next();
@@ -90,17 +90,14 @@ std::unique_ptr<PixelStorage> DecodeFaxPage(const Source& source, const FaxData&
       page.Repeat(y);
       continue;
     }
-    std::uint8_t* target = page.Packed() ? page.Row(y) : packed.data();
     if (step == FaxRows::Step::kRow)
-      rows.Paint(target, 0xff);
+      rows.Paint(page.Row(y), 0xff);
     else
-      std::fill_n(target, packed.size(), 0xff);
-    if (!page.Packed()) page.Expand(target, y);
+      page.Store(white.data(), y, 0);
   }
   if (rows.Sound() == 0) Fail(kErrorCorrupt, "%s: no row of the page can be decoded", source.Name().c_str());
   info.damagedRows = info.height - rows.Sound();
-  std::fill(packed.begin(), packed.end(), 0xff);
-  for (; y < info.height; ++y) page.Store(packed.data(), y, 0);
+  for (; y < info.height; ++y) page.Store(white.data(), y, 0);
   return page.Take();
 }
 

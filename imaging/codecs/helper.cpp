@@ -64,8 +64,8 @@ class HelperReader final : public Reader {
   DecodedPage Decode(int page, const DecodeWish& wish) override {
     RequirePage(m_source, page, CountPages());
     const Delivered delivered = m_client.Decode(page);
-    DecodedPage decoded = delivered.page.delivery == helper::Delivery::kPixels ? Pixels(delivered, wish)
-                                                                               : Coded(delivered, wish);
+    DecodedPage decoded =
+        delivered.page.delivery == helper::Delivery::kPixels ? Pixels(delivered) : Coded(delivered, wish);
     const int damaged = decoded.info.damagedRows;
     decoded.info = InfoOf(delivered.page);
     decoded.info.damagedRows = std::max(damaged, delivered.damagedRows);
@@ -73,7 +73,7 @@ class HelperReader final : public Reader {
   }
 
  private:
-  DecodedPage Pixels(const Delivered& delivered, const DecodeWish& wish) const {
+  DecodedPage Pixels(const Delivered& delivered) const {
     const helper::PageRecord& page = delivered.page;
     if (delivered.rows == 0) Fail(kErrorCorrupt, "%s: nothing can be decoded", m_source.Name().c_str());
     DecodedPage decoded;
@@ -87,7 +87,6 @@ class HelperReader final : public Reader {
     for (std::size_t i = 0; i < page.colors; ++i) colors.push_back(ColorOf(page.palette[i]));
     if (pixels.Bits() <= 8) SetPalette(pixels, colors);
     for (int y = delivered.rows; y < page.height; ++y) std::memset(pixels.Row(y), 0xff, pixels.RowBytes());
-    if (pixels.Bits() == 1 && wish.bits == 8) decoded.pixels = ExpandBilevelPage(pixels);
     return decoded;
   }
 

@@ -92,7 +92,7 @@ class IconReader final : public Reader {
   }
   DecodedPage Decode(int page, const DecodeWish& wish) override {
     // Its rows aren't told: the mask may give them another depth.
-    DecodedPage decoded = m_picture->Decode(page, {wish.bits, wish.order});
+    DecodedPage decoded = m_picture->Decode(page, {wish.order});
     decoded.info = Describe(page);
     if (!HasAlpha(*decoded.pixels)) ApplyMask(decoded);
     return decoded;

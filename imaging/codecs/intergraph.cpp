@@ -207,7 +207,7 @@ class IntergraphReader final : public Reader {
     return info;
   }
 
-  DecodedPage Decode(int page, const DecodeWish& wish) override {
+  DecodedPage Decode(int page, const DecodeWish& /*wish*/) override {
     DecodedPage decoded;
     PageInfo& info = decoded.info = Describe(page);
     // A run of words is 65,535 pixels at most, and group 4 coding has no bound.
@@ -220,7 +220,6 @@ class IntergraphReader final : public Reader {
     for (const Piece& piece : Pieces()) any = ReadPiece(piece, *decoded.pixels, info) || any;
     if (!any) Fail(kErrorCorrupt, "%s: no row of the raster can be decoded", m_source.Name().c_str());
     if (info.bits == 8) SetPalette(*decoded.pixels, m_header.colors);
-    if (info.bits == 1 && wish.bits == 8) decoded.pixels = ExpandBilevelPage(*decoded.pixels);
     return decoded;
   }
 

@@ -95,7 +95,7 @@ class IocaReader final : public Reader {
       decoded.pixels = std::move(inner.pixels);
       decoded.order = inner.order;
     } else {
-      decoded.pixels = ReadRows(segment, wish.bits);
+      decoded.pixels = ReadRows(segment);
     }
     return decoded;
   }
@@ -171,7 +171,7 @@ class IocaReader final : public Reader {
   }
 
   /// Rows of whole bytes. Those that a file that is cut off doesn't have are white.
-  std::unique_ptr<PixelStorage> ReadRows(const IocaSegment& segment, int bits) const {
+  std::unique_ptr<PixelStorage> ReadRows(const IocaSegment& segment) const {
     const std::size_t stride = (static_cast<std::size_t>(segment.width) * segment.bits + 7) / 8;
     CheckPlausible(m_source, static_cast<std::int64_t>(stride) * segment.height, 64);
     const std::size_t whole =
@@ -186,7 +186,7 @@ class IocaReader final : public Reader {
       else
         std::memset(pixels->Row(y), 0xff, stride);
     }
-    return bits == 8 && segment.bits == 1 ? ExpandBilevelPage(*pixels) : std::move(pixels);
+    return pixels;
   }
 
   const Source& m_source;

@@ -189,7 +189,6 @@ class PngReader final : public Reader {
     decoded.pixels = PixelStorage::Create(header.width, header.height, header.Bits());
     if (header.Bits() <= 8) SetPalette(*decoded.pixels, header.colors);
     if (!Read(decoder, header, decoded, wish)) FailDecoding(decoder);
-    if (header.Bilevel() && wish.bits == 8) decoded.pixels = ExpandBilevelPage(*decoded.pixels);
     return decoded;
   }
 
@@ -240,8 +239,7 @@ class PngReader final : public Reader {
     // The row buffer must hold what the library writes.
     if (!ready || png_get_rowbytes(decoder.Png(), decoder.Info()) > static_cast<std::size_t>(pixels.Pitch()))
       return false;
-    const bool telling = passes == 1 && !(header.Bilevel() && wish.bits == 8);
-    const int rows = telling ? ReadTelling(decoder, decoded, wish) : decoder.ReadRows(pixels, passes);
+    const int rows = passes == 1 ? ReadTelling(decoder, decoded, wish) : decoder.ReadRows(pixels, passes);
     for (int y = rows; y < pixels.Height(); ++y) std::memset(pixels.Row(y), 0xff, pixels.RowBytes());
     return rows > 0;
   }

@@ -33,7 +33,6 @@ class RasterReader final : public Reader {
     decoded.pixels = PixelStorage::Create(page.info.width, page.info.height, page.memoryBits);
     if (page.memoryBits <= 8) SetPalette(*decoded.pixels, page.colors);
     ReadRows(page, *decoded.pixels, wish);
-    if (page.memoryBits == 1 && wish.bits == 8) decoded.pixels = ExpandBilevelPage(*decoded.pixels);
     return decoded;
   }
 
@@ -49,7 +48,7 @@ class RasterReader final : public Reader {
 
   void ReadRows(RasterPage& page, PixelStorage& pixels, const DecodeWish& wish) const {
     // Rows that are still to be turned over or changed can't be told yet.
-    const bool telling = !page.bottomUp && pixels.Bits() != 32 && (pixels.Bits() != 1 || wish.bits != 8);
+    const bool telling = !page.bottomUp && pixels.Bits() != 32;
     ByteReader data(m_source, page.dataOffset);
     int line = 0;
     const auto row = [&] { return pixels.Row(page.bottomUp ? pixels.Height() - 1 - line : line); };

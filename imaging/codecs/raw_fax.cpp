@@ -40,12 +40,12 @@ class GrowingPage {
     else
       std::memset(row, 0xff, m_pixels->RowBytes());
   }
-  std::unique_ptr<PixelStorage> Take(int bits) {
-    if (bits != 8 && m_height > m_pixels->Height() / 2) {
+  std::unique_ptr<PixelStorage> Take() {
+    if (m_height > m_pixels->Height() / 2) {
       m_pixels->DropRows(m_height);
       return std::move(m_pixels);
     }
-    BilevelPage page(m_width, m_height, bits);
+    BilevelPage page(m_width, m_height);
     for (int y = 0; y < m_height; ++y) page.Store(m_pixels->Row(y), y, 0);
     return page.Take();
   }
@@ -113,7 +113,7 @@ class RawFaxReader final : public Reader {
     const RawFaxPage& found = Page(page);
     decoded.info = Information(found);
     if (rows != nullptr) {
-      decoded.pixels = rows->Take(wish.bits);
+      decoded.pixels = rows->Take();
       return decoded;
     }
     decoded.pixels = DecodeFaxPage(m_source, m_data, Form().coding, wish, decoded.info, found.firstBit);

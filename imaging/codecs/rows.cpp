@@ -66,18 +66,15 @@ std::uint8_t BilevelColors::ByteOfOne() const {
 }
 
 void BilevelColors::SetPalette(PixelStorage& pixels) const {
-  if (pixels.Bits() == 8 && BlackAndWhite()) return;  // the linear grey table that storage starts with
+  if (pixels.Bits() == 8 && BlackAndWhite()) return pixels.SetLinearGray();
   const std::array colors = {zero, one};
   imaging::SetPalette(pixels, colors);
 }
 
-std::unique_ptr<PixelStorage> ExpandBilevelPage(const PixelStorage& page) {
-  auto expanded = PixelStorage::Create(page.Width(), page.Height(), 8);
+void ShowBilevelPageAsBytes(PixelStorage& page) {
   const BilevelColors colors{page.Palette()[0], page.Palette()[1]};
-  for (int y = 0; y < page.Height(); ++y)
-    ExpandBits(page.Row(y), expanded->Row(y), page.Width(), colors.ByteOfZero(), colors.ByteOfOne());
-  colors.SetPalette(*expanded);
-  return expanded;
+  page.ShowAsBytes(colors.ByteOfZero(), colors.ByteOfOne());
+  colors.SetPalette(page);
 }
 
 void SetPalette(PixelStorage& pixels, std::span<const RGBQUAD> colors) {

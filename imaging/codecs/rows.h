@@ -31,8 +31,8 @@ struct BilevelColors {
   void SetPalette(PixelStorage& pixels) const;
 };
 
-/// A 1-bit page as 8 bits.
-std::unique_ptr<PixelStorage> ExpandBilevelPage(const PixelStorage& page);
+/// Makes a 1-bit page one of 8 bits, whose bits stay what is held.
+void ShowBilevelPageAsBytes(PixelStorage& page);
 
 /// Fills a table from colours; entries past them repeat the last, so that a stray index finds a colour.
 void SetPalette(PixelStorage& pixels, std::span<const RGBQUAD> colors);

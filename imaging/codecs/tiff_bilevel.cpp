@@ -70,14 +70,7 @@ class FaxStrips {
     return true;
   }
 
-  void StoreRow(int y, BilevelPage& page) {
-    if (page.Packed()) {
-      m_decoder.Paint(page.Row(y), m_white);
-      return;
-    }
-    m_decoder.Paint(m_row.data(), m_white);
-    page.Expand(m_row.data(), y);
-  }
+  void StoreRow(int y, BilevelPage& page) { m_decoder.Paint(page.Row(y), m_white); }
 
   /// Rows that the strip says it doesn't have are white.
   bool FillRest(int y, int endRow, BilevelPage& page) {
@@ -109,7 +102,7 @@ std::unique_ptr<PixelStorage> DecodeBilevelTiff(const TiffHandle& tiff, const Ti
   }
   const std::uint8_t flip = layout.MinIsWhite() ? 0xff : 0;
   TiffBands bands(tiff, layout);
-  BilevelPage page(layout.width, layout.height, wish.bits, colors);
+  BilevelPage page(layout.width, layout.height, colors);
   // The fax coders write white as 0, so that it is the file's 0 that is turned over.
   FaxStrips strips(tiff, layout, flip, wish);
   while (!bands.AtEnd()) {

@@ -1,6 +1,7 @@
 #include "imaging/device/printing.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <utility>
 
@@ -46,12 +47,17 @@ platform::CodedImage Coded(const CodedForm& form) {
 bool DrawOnPrinter(HDC dc, Bitmap* bitmap, const RECT& source, const RECT& destination) {
   const PixelStorage& pixels = RequirePixels(bitmap, "print");
   platform::PrinterImage image;
-  image.top = pixels.Row(0);
-  image.stride = pixels.Pitch();
+  image.top = pixels.HeldRow(0);
+  image.stride = pixels.HeldPitch();
   image.width = pixels.Width();
   image.height = pixels.Height();
-  image.bits = pixels.Bits();
-  if (pixels.Bits() <= 8) image.colors = {pixels.Palette().data(), std::size_t{1} << pixels.Bits()};
+  image.bits = pixels.HeldBits();
+  std::array<RGBQUAD, 256> colors{};
+  if (image.bits <= 8) {
+    const std::size_t count = std::size_t{1} << image.bits;
+    for (unsigned i = 0; i < count; ++i) colors[i] = pixels.Palette()[pixels.IndexOf(i)];
+    image.colors = {colors.data(), count};
+  }
   image.blueFirst = bitmap->Order != 0;
   const RECT whole{0, 0, image.width, image.height};
   const auto form = EqualRect(source, whole) ? FormToPassOn(pixels, *bitmap) : std::nullopt;

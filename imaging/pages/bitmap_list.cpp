@@ -73,13 +73,14 @@ BitmapList& BitmapList::Find(void* handle) {
   return *static_cast<BitmapList*>(handle);
 }
 
-void BitmapList::OpenFile(const char* path, const DecodeWish& wish) {
+void BitmapList::OpenFile(const char* path, int bits, const DecodeWish& wish) {
   const auto source = OpenFileSource(path);
   const int pages = OpenReader(*source)->CountPages();
   m_items.resize(static_cast<std::size_t>(pages));
   for (int i = 0; i < pages; ++i) m_items[static_cast<std::size_t>(i)].page = i + 1;
   m_path = path;
   m_stamp = source->Stamp();
+  m_bits = bits;
   m_wish = wish;
 }
 
@@ -93,7 +94,7 @@ void BitmapList::Decode(Item& item) {
   const auto source = OpenFileSource(m_path.c_str());
   if (!IsSameContents(source->Stamp(), m_stamp))
     Fail(kErrorFileRead, "%s was changed while its pages were being read", m_path.c_str());
-  DecodedPage page = OpenReader(*source)->Decode(item.page, m_wish);
+  DecodedPage page = DecodeAt(m_bits, *OpenReader(*source), item.page, m_wish);
   item.pixels = ListedPixels(*page.pixels);
   item.header = RecordOf(std::move(page));
   item.page = 0;

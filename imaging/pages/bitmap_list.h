@@ -45,7 +45,7 @@ class BitmapList {
   static bool IsLive(void* handle);
 
   /// Fills an empty list with the pages of a file. Throws if the file can't be shown.
-  void OpenFile(const char* path, const DecodeWish& wish);
+  void OpenFile(const char* path, int bits, const DecodeWish& wish);
   std::size_t Count() const { return m_items.size(); }
   /// Decodes the page if that hasn't happened yet. What throws leaves the item undecoded.
   Bitmap Header(std::size_t index);
@@ -65,6 +65,7 @@ class BitmapList {
   std::vector<Item> m_items;
   std::string m_path;
   SourceIdentity m_stamp;  ///< of the file when its pages were counted
+  int m_bits = 0;
   DecodeWish m_wish;
 };
 

@@ -2,7 +2,15 @@
 
 #include <utility>
 
+#include "imaging/codecs/rows.h"
+
 namespace imaging {
+
+DecodedPage DecodeAt(int bits, Reader& reader, int page, const DecodeWish& wish) {
+  DecodedPage decoded = reader.Decode(page, wish);
+  if (bits == 8 && decoded.pixels->Bits() == 1) ShowBilevelPageAsBytes(*decoded.pixels);
+  return decoded;
+}
 
 Bitmap HeaderOf(const DecodedPage& page) {
   Bitmap record = EmptyBitmap(page.pixels->Width(), page.pixels->Height(), page.pixels->Bits());

@@ -168,7 +168,7 @@ HGLOBAL MakeDib(const Bitmap& bitmap, const PixelStorage& pixels) {
   std::memcpy(data + sizeof header, pixels.Palette().data(), colors * sizeof(RGBQUAD));
   for (int y = 0; y < pixels.Height(); ++y) {
     std::uint8_t* out = data + rowsAt + pitch * static_cast<std::size_t>(pixels.Height() - 1 - y);
-    std::memcpy(out, pixels.Row(y), pixels.RowBytes());
+    pixels.CopyRow(y, out);
     std::memset(out + pixels.RowBytes(), 0, pitch - pixels.RowBytes());
     if (bits >= 24 && bitmap.Order == 0)
       ExchangeRedBlue(out, pixels.Width(), static_cast<std::size_t>(bits / 8));

@@ -88,26 +88,24 @@ Turn Inverse(Turn turn) {
 std::unique_ptr<PixelStorage> Turned(const PixelStorage& source, Turn turn) {
   const int width = source.Width();
   const int height = source.Height();
-  const int bits = source.Bits();
-  auto target =
-      turn.transpose ? PixelStorage::Create(height, width, bits) : PixelStorage::Create(width, height, bits);
-  target->Palette() = source.Palette();
+  const int bits = source.HeldBits();
+  auto target = turn.transpose ? source.CreateAlike(height, width) : source.CreateAlike(width, height);
   target->SetLossy(source.IsLossy());
-  const ConstPixelPlane from{source.Row(turn.mirrorRows ? height - 1 : 0),
-                             turn.mirrorRows ? -source.Pitch() : source.Pitch()};
+  const ConstPixelPlane from{source.HeldRow(turn.mirrorRows ? height - 1 : 0),
+                             turn.mirrorRows ? -source.HeldPitch() : source.HeldPitch()};
   if (turn.transpose) {
     // Source column c is result row c, or the c-th from the bottom when columns are mirrored.
-    const PixelPlane to{target->Row(turn.mirrorColumns ? width - 1 : 0),
-                        turn.mirrorColumns ? -target->Pitch() : target->Pitch()};
+    const PixelPlane to{target->HeldRow(turn.mirrorColumns ? width - 1 : 0),
+                        turn.mirrorColumns ? -target->HeldPitch() : target->HeldPitch()};
     Transpose(to, from, width, height, bits);
     return target;
   }
   for (int y = 0; y < height; ++y) {
     const std::uint8_t* row = from.pixels + y * from.stride;
     if (turn.mirrorColumns)
-      ReverseRow(target->Row(y), row, width, bits);
+      ReverseRow(target->HeldRow(y), row, width, bits);
     else
-      std::memcpy(target->Row(y), row, source.RowBytes());
+      std::memcpy(target->HeldRow(y), row, source.HeldRowBytes());
   }
   return target;
 }

@@ -47,9 +47,9 @@ Bitmap EmptyBitmap(int width, int height, int bits) {
 }
 
 std::unique_ptr<PixelStorage> Clone(const PixelStorage& source) {
-  auto copy = PixelStorage::Create(source.Width(), source.Height(), source.Bits());
-  copy->Palette() = source.Palette();
-  for (int y = 0; y < source.Height(); ++y) std::memcpy(copy->Row(y), source.Row(y), source.RowBytes());
+  auto copy = source.CreateAlike(source.Width(), source.Height());
+  for (int y = 0; y < source.Height(); ++y)
+    std::memcpy(copy->HeldRow(y), source.HeldRow(y), source.HeldRowBytes());
   copy->SetCoded(source.Coded());
   copy->SetLossy(source.IsLossy());
   return copy;

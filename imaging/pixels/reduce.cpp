@@ -77,6 +77,17 @@ std::unique_ptr<PixelStorage> ReducedBits(const PixelStorage& source, int diviso
 
 }  // namespace
 
+std::unique_ptr<PixelStorage> ReducedLevels(const PixelStorage& source, int divisor) {
+  auto target = PixelStorage::Create(source.Width() / divisor, source.Height() / divisor, 8);
+  const bool zeroIsLight = Brightness(source.Palette()[0]) > Brightness(source.Palette()[1]);
+  const bool packed = source.HeldBits() == 1;
+  // Counted are the bytes that aren't 0; of bits the set ones, whichever byte they stand for.
+  const bool clearIsCounted = packed && source.IndexOf(1) == 0;
+  ReduceBlocks({source.HeldRow(0), source.HeldPitch(), target->Row(0), target->Pitch(), target->Width(),
+                target->Height(), divisor, zeroIsLight != clearIsCounted, packed ? 1 : 8});
+  return target;
+}
+
 void ReduceBlocksPlain(const TwoLevelBlocks& blocks) {
   if (blocks.divisor <= std::numeric_limits<std::uint8_t>::max())
     ReduceByColumns<std::uint8_t>(blocks);

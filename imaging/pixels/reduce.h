@@ -32,6 +32,10 @@ void ReduceBlocksPlain(const TwoLevelBlocks& blocks);
 /// 2 to 255.
 bool ReduceBlocksFast(const TwoLevelBlocks& blocks);
 
+/// A new image of 8 bits, smaller by a whole number, of one of 8 bits in which the byte 0 and another occur:
+/// the share of the lighter one, as the first two colours of the table tell.
+std::unique_ptr<PixelStorage> ReducedLevels(const PixelStorage& source, int divisor);
+
 /// A new image, averaged down by a factor above 0 and up to 1.0, at least a pixel wide and high. 1 bit gives
 /// 8 bits with shades between its two colours, other depths as SizedByAveraging. A 1-bit image that is
 /// reduced by a whole number loses the pixels at the right and lower edge that make no whole block.

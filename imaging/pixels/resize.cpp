@@ -44,12 +44,12 @@ void RepeatPacked(std::uint8_t* out, const std::uint8_t* row, const std::vector<
 }
 
 void RepeatRow(std::uint8_t* out, const PixelStorage& source, int y, const std::vector<int>& from) {
-  const std::uint8_t* row = source.Row(y);
+  const std::uint8_t* row = source.HeldRow(y);
   if (static_cast<int>(from.size()) == source.Width()) {
-    std::memcpy(out, row, source.RowBytes());
+    std::memcpy(out, row, source.HeldRowBytes());
     return;
   }
-  switch (source.Bits()) {
+  switch (source.HeldBits()) {
     case 8:
       return RepeatElements<1>(out, row, from);
     case 24:
@@ -57,19 +57,19 @@ void RepeatRow(std::uint8_t* out, const PixelStorage& source, int y, const std::
     case 32:
       return RepeatElements<4>(out, row, from);
     default:
-      return RepeatPacked(out, row, from, source.Bits());
+      return RepeatPacked(out, row, from, source.HeldBits());
   }
 }
 
+/// The target is held as the source is.
 void RepeatInto(const PixelStorage& source, PixelStorage& target) {
-  target.Palette() = source.Palette();
   const std::vector<int> from = NearestOf(source.Width(), target.Width());
   int shown = -1;
   for (int y = 0; y < target.Height(); ++y) {
     const int row = BoxAxis::Nearest(y, source.Height(), target.Height());
-    std::uint8_t* out = target.Row(y);
+    std::uint8_t* out = target.HeldRow(y);
     if (row == shown)
-      std::memcpy(out, out - target.Pitch(), target.RowBytes());
+      std::memcpy(out, out - target.HeldPitch(), target.HeldRowBytes());
     else
       RepeatRow(out, source, row, from);
     shown = row;
@@ -146,17 +146,10 @@ void AverageInto(const PixelStorage& source, int sourceOrder, PixelStorage& targ
   }
 }
 
-void SetLinearGray(PixelStorage& storage) {
-  for (unsigned i = 0; i < 256; ++i) {
-    const auto level = static_cast<BYTE>(i);
-    storage.Palette()[i] = {level, level, level, 0};
-  }
-}
-
 }  // namespace
 
 std::unique_ptr<PixelStorage> SizedByRepeating(const PixelStorage& source, int width, int height) {
-  auto target = PixelStorage::Create(width, height, source.Bits());
+  auto target = source.CreateAlike(width, height);
   RepeatInto(source, *target);
   return target;
 }
@@ -171,9 +164,12 @@ std::unique_ptr<PixelStorage> SizedByAveraging(const PixelStorage& source, int w
 void ResizeInto(const PixelStorage& source, int sourceOrder, PixelStorage& target, int targetOrder) {
   const bool isGray = RowReader(source, Alpha::Keep).Channels() == 1;
   if (target.Bits() >= 24 || (target.Bits() == 8 && (isGray || source.Bits() != 8))) {
-    if (target.Bits() == 8) SetLinearGray(target);
+    if (target.Bits() == 8) target.SetLinearGray();
     AverageInto(source, sourceOrder, target, targetOrder);
   } else if (target.Bits() == source.Bits()) {
+    source.HoldBytes();
+    target.HoldBytes();
+    target.Palette() = source.Palette();
     RepeatInto(source, target);
   } else {
     Fail(kErrorUnsupported, "An image of %d bits per pixel can't be scaled into one of %d", source.Bits(),

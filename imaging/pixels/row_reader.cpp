@@ -31,18 +31,18 @@ RowReader::RowReader(const PixelStorage& storage, Alpha alpha) : m_storage(stora
     m_direct = true;
     return;
   }
-  for (unsigned i = 0; i < 1U << storage.Bits(); ++i) {
-    const RGBQUAD& color = storage.Palette()[i];
+  for (unsigned i = 0; i < 1U << storage.HeldBits(); ++i) {
+    const RGBQUAD& color = storage.Palette()[storage.IndexOf(i)];
     if (color.rgbBlue != color.rgbGreen || color.rgbGreen != color.rgbRed) m_channels = 4;
     m_grays[i] = color.rgbGreen;
     m_colors[i] = 0xff000000U | static_cast<unsigned>(color.rgbRed) << 16 |
                   static_cast<unsigned>(color.rgbGreen) << 8 | color.rgbBlue;
   }
-  m_direct = storage.IsLinearGray();
+  m_direct = storage.HeldBits() == 8 && storage.IsLinearGray();
 }
 
 const std::uint8_t* RowReader::Read(int row, int first, int count, std::uint8_t* scratch) const {
-  const std::uint8_t* pixels = m_storage.Row(row);
+  const std::uint8_t* pixels = m_storage.HeldRow(row);
   if (!m_direct) {
     LookUp(pixels, first, count, scratch);
     return scratch;
@@ -63,7 +63,7 @@ void RowReader::LookUp(const std::uint8_t* row, int first, int count, std::uint8
         std::memcpy(out + static_cast<std::ptrdiff_t>(i) * 4, &m_colors[index(first + i)], 4);
     }
   };
-  switch (m_storage.Bits()) {
+  switch (m_storage.HeldBits()) {
     case 1:
       if (m_channels == 1)
         FastKernels().expandBits(out, row, static_cast<std::size_t>(first), static_cast<std::size_t>(count),

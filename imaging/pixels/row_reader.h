@@ -21,12 +21,12 @@ class RowReader {
   bool HasRecordOrder() const { return m_storage.Bits() >= 24; }
   /// Whether all rows stand as they are read, Pitch() bytes apart.
   bool IsDirect() const { return m_direct && (m_channels < 4 || m_alpha == Alpha::Keep); }
-  std::ptrdiff_t Pitch() const { return m_storage.Pitch(); }
+  std::ptrdiff_t Pitch() const { return m_storage.HeldPitch(); }
   /// Whether the rows hold a bit for each pixel and are read as grey: Gray(0) or Gray(1).
-  bool IsBilevelGray() const { return m_storage.Bits() == 1 && m_channels == 1; }
+  bool IsBilevelGray() const { return m_storage.HeldBits() == 1 && m_channels == 1; }
   std::uint32_t Gray(unsigned index) const { return m_grays[index]; }
-  /// A row as it is stored.
-  const std::uint8_t* Packed(int row) const { return m_storage.Row(row); }
+  /// A row as it is held.
+  const std::uint8_t* Packed(int row) const { return m_storage.HeldRow(row); }
   /// Pixels first to first + count - 1 of a row; scratch holds Channels() bytes for each.
   const std::uint8_t* Read(int row, int first, int count, std::uint8_t* scratch) const;
 

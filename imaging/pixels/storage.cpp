@@ -10,12 +10,13 @@
 
 #include "imaging/core/exception.h"
 #include "imaging/core/limits.h"
+#include "imaging/pixels/kernels.h"
 #include "imaging/pixels/view_cache.h"
 
 namespace imaging {
 namespace {
 
-constexpr std::size_t kRowAlignment = 64;
+constexpr int kRowAlignment = 64;
 constexpr std::size_t kHugePage = 2U << 20;
 // Blocks below this size come from and go back to the system each time.
 constexpr std::size_t kRecycledFrom = 256U << 10;
@@ -100,38 +101,87 @@ std::unordered_set<const PixelStorage*>& Live() {
   return live;
 }
 
-}  // namespace
+/// Bytes from row to row.
+std::int64_t PitchOf(int width, int bits) {
+  const std::int64_t bytes = (std::int64_t{width} * bits + 7) / 8;
+  return (bytes + kRowAlignment - 1) / kRowAlignment * kRowAlignment;
+}
 
-std::unique_ptr<PixelStorage> PixelStorage::Create(int width, int height, int bits) {
+void CheckSize(int width, int height, int bits) {
   if (width < 1 || height < 1)
     Fail(kErrorInvalidParameter, "An image of %d by %d pixels can't be held", width, height);
   if (bits != 1 && bits != 4 && bits != 8 && bits != 24 && bits != 32)
     Fail(kErrorInvalidParameter, "An image of %d bits per pixel can't be held", bits);
-  const std::int64_t pitch =
-      ((static_cast<std::int64_t>(width) * bits + 7) / 8 + static_cast<int>(kRowAlignment) - 1) /
-      static_cast<int>(kRowAlignment) * static_cast<int>(kRowAlignment);
   if (width > limits::kMaxSide || height > limits::kMaxSide ||
       static_cast<std::int64_t>(width) * height > limits::kMaxPixels ||
-      pitch * height > limits::kMaxBitmapBytes)
+      PitchOf(width, bits) * height > limits::kMaxBitmapBytes)
     Fail(kErrorLimit, "An image of %d by %d pixels is too large", width, height);
+}
 
-  std::unique_ptr<PixelStorage> storage(new PixelStorage);
-  std::size_t size =
-      static_cast<std::size_t>(pitch * height) + kRowAlignment;  // room for whole vectors at the end
-  storage->m_pixels = Pool().Take(size);
-  if (storage->m_pixels == nullptr)
+struct Room {
+  std::uint8_t* pixels;
+  std::size_t capacity;
+};
+
+Room TakeRoom(int width, int height, int bits) {
+  CheckSize(width, height, bits);
+  // Room for whole vectors at the end.
+  std::size_t size = static_cast<std::size_t>(PitchOf(width, bits) * height + kRowAlignment);
+  std::uint8_t* const pixels = Pool().Take(size);
+  if (pixels == nullptr)
     Fail(kErrorNoMemory, "Not enough memory for an image of %d by %d pixels", width, height);
-  storage->m_capacity = size;
+  return {pixels, size};
+}
+
+}  // namespace
+
+std::unique_ptr<PixelStorage> PixelStorage::Create(int width, int height, int bits) {
+  std::unique_ptr<PixelStorage> storage(new PixelStorage);
+  const Room room = TakeRoom(width, height, bits);
+  storage->m_pixels = room.pixels;
+  storage->m_capacity = room.capacity;
   storage->m_width = width;
   storage->m_height = height;
-  storage->m_bits = bits;
-  storage->m_pitch = static_cast<std::ptrdiff_t>(pitch);
+  storage->m_bits = storage->m_heldBits = bits;
+  storage->m_pitch = static_cast<std::ptrdiff_t>(PitchOf(width, bits));
   const int colors = bits <= 8 ? 1 << bits : 256;
   for (int i = 0; i < 256; ++i) {
     const auto level = static_cast<BYTE>(i * 255 / (colors - 1));
     storage->m_palette[static_cast<std::size_t>(i)] = {level, level, level, 0};
   }
   return storage;
+}
+
+std::unique_ptr<PixelStorage> PixelStorage::CreateAlike(int width, int height) const {
+  auto storage = Create(width, height, m_heldBits);
+  if (m_heldBits != m_bits) storage->ShowAsBytes(m_twoBytes[0], m_twoBytes[1]);
+  storage->m_palette = m_palette;
+  return storage;
+}
+
+void PixelStorage::ShowAsBytes(std::uint8_t zero, std::uint8_t one) {
+  m_bits = 8;
+  m_twoBytes = {zero, one};
+  ++m_revision;
+}
+
+void PixelStorage::CopyRow(int y, std::uint8_t* out) const {
+  if (m_heldBits == m_bits)
+    std::memcpy(out, HeldRow(y), RowBytes());
+  else
+    FastKernels().expandBits(out, HeldRow(y), 0, static_cast<std::size_t>(m_width), m_twoBytes[0],
+                             m_twoBytes[1]);
+}
+
+void PixelStorage::Expand() const {
+  const Room room = TakeRoom(m_width, m_height, m_bits);
+  const auto pitch = static_cast<std::ptrdiff_t>(PitchOf(m_width, m_bits));
+  for (int y = 0; y < m_height; ++y) CopyRow(y, room.pixels + y * pitch);
+  Pool().Give(m_pixels, m_capacity);
+  m_pixels = room.pixels;
+  m_capacity = room.capacity;
+  m_pitch = pitch;
+  m_heldBits = m_bits;
 }
 
 PixelStorage::PixelStorage() {
@@ -154,6 +204,8 @@ void PixelStorage::Exchange(PixelStorage& other) noexcept {
   std::swap(m_width, other.m_width);
   std::swap(m_height, other.m_height);
   std::swap(m_bits, other.m_bits);
+  std::swap(m_heldBits, other.m_heldBits);
+  std::swap(m_twoBytes, other.m_twoBytes);
   std::swap(m_pitch, other.m_pitch);
   std::swap(m_pixels, other.m_pixels);
   std::swap(m_capacity, other.m_capacity);
@@ -170,6 +222,13 @@ bool PixelStorage::IsLinearGray() const {
   for (unsigned i = 0; i < 256; ++i)
     if (m_palette[i].rgbBlue != i || m_palette[i].rgbGreen != i || m_palette[i].rgbRed != i) return false;
   return true;
+}
+
+void PixelStorage::SetLinearGray() {
+  for (unsigned i = 0; i < 256; ++i) {
+    const auto level = static_cast<BYTE>(i);
+    Palette()[i] = {level, level, level, 0};
+  }
 }
 
 }  // namespace imaging

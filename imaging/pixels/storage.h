@@ -18,11 +18,17 @@ namespace imaging {
 /// are indices into the colour table, which always holds 2^bits valid entries; a grey bitmap has the linear
 /// grey table. 24 and 32 bits stand in the order of the bitmap's Order field; the fourth byte is straight
 /// alpha. Large blocks are recycled, since fresh memory for a page costs more than decoding it.
+///
+/// A page of two bytes only may be held with a bit for each pixel (ShowAsBytes): what works on whatever is
+/// held goes by the Held members and needs an eighth of the memory; who asks for a Row gets the bytes, and
+/// from then on they are what is held.
 class PixelStorage {
  public:
   /// Throws CLeadtoolsException* if the size is out of the limits or there isn't enough memory.
   /// The pixels are not initialised; the colour table is linear grey (1 bit: black, white).
   static std::unique_ptr<PixelStorage> Create(int width, int height, int bits);
+  /// Another image of this one's depth, held alike, with its colours; throws as Create does.
+  std::unique_ptr<PixelStorage> CreateAlike(int width, int height) const;
   ~PixelStorage();
   PixelStorage(const PixelStorage&) = delete;
   PixelStorage& operator=(const PixelStorage&) = delete;
@@ -30,13 +36,44 @@ class PixelStorage {
   int Width() const { return m_width; }
   int Height() const { return m_height; }
   int Bits() const { return m_bits; }
-  std::ptrdiff_t Pitch() const { return m_pitch; }
+  std::ptrdiff_t Pitch() const {
+    HoldBytes();
+    return m_pitch;
+  }
   /// Asking for a row to write tells that the pixels change; don't keep the pointer past the next paint.
+  /// Throws if there isn't enough memory for a page that is held in bits.
   std::uint8_t* Row(int y) {
+    ++m_revision;
+    HoldBytes();
+    return m_pixels + y * m_pitch;
+  }
+  const std::uint8_t* Row(int y) const {
+    HoldBytes();
+    return m_pixels + y * m_pitch;
+  }
+  /// Writes the RowBytes() of a row, whatever is held.
+  void CopyRow(int y, std::uint8_t* out) const;
+
+  /// Makes an image of 1 bit one of 8 bits: clear bits become the byte zero, set ones the byte one, which
+  /// differ. What is held stays; the colours are the caller's to set.
+  void ShowAsBytes(std::uint8_t zero, std::uint8_t one);
+  /// From now on a row is held as its bytes.
+  void HoldBytes() const {
+    if (m_heldBits != m_bits) Expand();
+  }
+  /// The depth that is held: Bits(), or 1.
+  int HeldBits() const { return m_heldBits; }
+  std::ptrdiff_t HeldPitch() const { return m_pitch; }
+  std::size_t HeldRowBytes() const { return (static_cast<std::size_t>(m_width) * m_heldBits + 7) / 8; }
+  std::uint8_t* HeldRow(int y) {
     ++m_revision;
     return m_pixels + y * m_pitch;
   }
-  const std::uint8_t* Row(int y) const { return m_pixels + y * m_pitch; }
+  const std::uint8_t* HeldRow(int y) const { return m_pixels + y * m_pitch; }
+  /// The index into the colour table that a held value of up to 8 bits stands for.
+  std::uint8_t IndexOf(unsigned held) const {
+    return m_heldBits == m_bits ? static_cast<std::uint8_t>(held) : m_twoBytes[held];
+  }
   /// Bytes of a row that hold pixels; the rest up to Pitch is padding of any content.
   std::size_t RowBytes() const { return (static_cast<std::size_t>(m_width) * m_bits + 7) / 8; }
   std::array<RGBQUAD, 256>& Palette() {
@@ -45,6 +82,7 @@ class PixelStorage {
   }
   const std::array<RGBQUAD, 256>& Palette() const { return m_palette; }
   bool IsLinearGray() const;  ///< 8 bits with the linear grey table
+  void SetLinearGray();       ///< gives 8 bits that table
   /// No two storages of a process share a serial number, so it still tells them apart when one takes the
   /// other's address.
   std::uint64_t Serial() const { return m_serial; }
@@ -74,13 +112,17 @@ class PixelStorage {
 
  private:
   PixelStorage();
+  void Expand() const;
 
   int m_width = 0;
   int m_height = 0;
   int m_bits = 0;
-  std::ptrdiff_t m_pitch = 0;
-  std::uint8_t* m_pixels = nullptr;
-  std::size_t m_capacity = 0;
+  // What is held changes its form without the image changing.
+  mutable int m_heldBits = 0;
+  mutable std::ptrdiff_t m_pitch = 0;
+  mutable std::uint8_t* m_pixels = nullptr;
+  mutable std::size_t m_capacity = 0;
+  std::array<std::uint8_t, 2> m_twoBytes{};
   std::uint64_t m_serial = 0;
   std::uint64_t m_revision = 0;
   std::shared_ptr<const CodedPage> m_coded;

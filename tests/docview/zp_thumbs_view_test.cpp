@@ -145,7 +145,7 @@ TEST_F(DocumentThumbs, AnUndecodablePageIsACrossedBox) {
                {54, 0, 158}, {54, 79, 158}, {0, 40, 158}, {107, 40, 158}};
   const imaging::PixelStorage& pixels = *Item(1).pBitmap->pStorage;
   for (const auto& c : cases)
-    for (int i = 0; i < 3; ++i) EXPECT_EQ(pixels.Row(c.y)[3 * c.x + i], c.level) << c.x << ", " << c.y;
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(pixels.HeldRow(c.y)[3 * c.x + i], c.level) << c.x << ", " << c.y;
   const std::uint64_t before = Picture(1);
   Hint(1, 1);
   EXPECT_EQ(Picture(1), before);
@@ -171,8 +171,8 @@ TEST_F(DocumentThumbs, APageThatWasTurnedGetsANewPicture) {
     const imaging::PixelStorage& pixels = *picture.pStorage;
     const int red = picture.Order == 0 ? 0 : 2;
     const auto level = [&](int y) {
-      if (bits == 24) return int{pixels.Row(y)[32 * 3 + red]};
-      return int{pixels.Palette()[pixels.Row(y)[32]].rgbRed};
+      if (bits == 24) return int{pixels.HeldRow(y)[32 * 3 + red]};
+      return int{pixels.Palette()[pixels.HeldRow(y)[32]].rgbRed};
     };
     EXPECT_EQ(level(10), 0) << bits << ": what was left is above";
     EXPECT_EQ(level(70), 255) << bits;

@@ -92,7 +92,7 @@ class Loaded {
   struct_LEAD_Bitmap* Get() { return &m_bitmap; }
   int Red(int x, int y) const {
     const imaging::PixelStorage& pixels = *m_bitmap.pStorage;
-    const std::uint8_t* row = pixels.Row(y);
+    const std::uint8_t* row = pixels.HeldRow(y);
     if (pixels.Bits() >= 24) return row[x * pixels.Bits() / 8 + (m_bitmap.Order != 0 ? 2 : 0)];
     return pixels.Palette()[pixels.Bits() == 1 ? row[x / 8] >> (7 - x % 8) & 1 : row[x]].rgbRed;
   }
@@ -135,7 +135,7 @@ TEST_F(PassingOn, CodedDataGoesIntoTheDocumentAsItIs) {
     SCOPED_TRACE(form.name);
     Write(form);
     Loaded page(Path("page"));
-    if (form.changed) *page.Get()->pStorage->Row(0) = 0;
+    if (form.changed) *page.Get()->pStorage->HeldRow(0) = 0;
     Print(page.Get());
     const std::string list = Output("pdfimages -list " + Target());
     EXPECT_NE(list.find(form.list), std::string::npos) << list;

@@ -98,7 +98,7 @@ TEST_F(PrintBitmap, ALongPageCanBeStoppedWithinIt) {
     std::vector<BYTE> noise(4000);
     for (BYTE& byte : noise) byte = static_cast<BYTE>((seed = seed * 1664525 + 1013904223) >> 24);
     for (int y = 0; y < kHeight; ++y)
-      std::memcpy(m_bitmap.pStorage->Row(y), &noise[y % 1500], 2480U * bits / 8);
+      std::memcpy(m_bitmap.pStorage->HeldRow(y), &noise[y % 1500], 2480U * bits / 8);
     static int asked;
     static bool answer;
     asked = 0;
