@@ -56,10 +56,11 @@ class TiffReader final : public Reader {
     if (layout.compression == COMPRESSION_JPEG && layout.photometric == PHOTOMETRIC_YCBCR)
       TIFFSetField(tiff.Get(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
     const int warnings = tiff.WarningCount();
-    bool sound = true;
-    decoded.pixels = DecodeTiffPage(tiff, layout, wish, sound);
+    FaxOutcome fax;
+    decoded.pixels = DecodeTiffPage(tiff, layout, wish, fax);
+    decoded.info.damagedRows = fax.damagedRows;
     decoded.lossy = layout.compression == COMPRESSION_JPEG;
-    if (sound && tiff.ErrorCount() == 0 && tiff.WarningCount() == warnings)
+    if (fax.sound && tiff.ErrorCount() == 0 && tiff.WarningCount() == warnings)
       decoded.coded = CodedTiffPage(tiff, layout, Directory(page));
     return decoded;
   }

@@ -108,6 +108,7 @@ void TiffBands::ReadTiles(int plane) {
 bool TiffBands::ReadPiece(std::uint32_t index, std::uint8_t* target, std::size_t bytes,
                           std::size_t rowBytes) {
   const int errors = m_tiff.ErrorCount();
+  m_faultsBefore = m_tiff.Faults();
   if (m_layout.FaxCoded()) std::memset(target, m_paper, bytes);
   const auto size = static_cast<tmsize_t>(bytes);
   const tmsize_t got = m_layout.tiled ? TIFFReadEncodedTile(m_tiff.Get(), index, target, size)
@@ -115,8 +116,17 @@ bool TiffBands::ReadPiece(std::uint32_t index, std::uint8_t* target, std::size_t
   bool decoded = got == size || Salvage(index, target, bytes, rowBytes);
   const bool damaged = got != size || m_tiff.ErrorCount() != errors;
   if (m_layout.FaxCoded() && damaged) decoded = decoded && !IsPaper({target, bytes});
+  if (m_layout.FaxCoded()) CountDamage(static_cast<int>(bytes / rowBytes));
   m_anythingDecoded = m_anythingDecoded || decoded;
   return decoded;
+}
+
+/// After a piece of so many rows was read: those that were named, and all behind an early end of the data.
+void TiffBands::CountDamage(int rows) {
+  const TiffHandle::FaxFaults& faults = m_tiff.Faults();
+  const int named = faults.rows - m_faultsBefore.rows;
+  const int behind = named > 0 && faults.endedAt >= 0 ? std::max(rows - 1 - faults.endedAt, 0) : 0;
+  m_damagedRows += std::min(named + behind, rows);
 }
 
 bool TiffBands::IsPaper(std::span<const std::uint8_t> pixels) const {
@@ -126,6 +136,7 @@ bool TiffBands::IsPaper(std::span<const std::uint8_t> pixels) const {
 /// Decodes what the file still holds of a strip or tile that the library refuses as a whole.
 bool TiffBands::Salvage(std::uint32_t index, std::uint8_t* target, std::size_t bytes, std::size_t rowBytes) {
   std::memset(target, kUntouched, bytes);
+  m_faultsBefore = m_tiff.Faults();  // the rows are decoded anew
   const std::uint64_t offset = TIFFGetStrileOffset(m_tiff.Get(), index);
   const std::uint64_t count = TIFFGetStrileByteCount(m_tiff.Get(), index);
   const auto fileSize = static_cast<std::uint64_t>(m_tiff.File().Size());

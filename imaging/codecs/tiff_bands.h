@@ -28,6 +28,8 @@ class TiffBands {
   bool AtEnd() const { return m_endRow >= m_layout.height; }
   int NextEndRow() const;
   void Skip();
+  /// Rows in fax coding, of the bands so far, that couldn't be decoded or only in part.
+  int DamagedRows() const { return m_damagedRows; }
   /// Back to the first band, for a page that is read twice.
   void Rewind();
 
@@ -38,6 +40,7 @@ class TiffBands {
   bool Salvage(std::uint32_t index, std::uint8_t* target, std::size_t bytes, std::size_t rowBytes);
   bool ReadWithoutEndsOfLine(std::span<const std::uint8_t> coded, std::uint8_t* target, std::size_t bytes,
                              std::size_t rowBytes) const;
+  void CountDamage(int rows);
   bool IsPaper(std::span<const std::uint8_t> pixels) const;
   void RequireSomething() const;
 
@@ -53,6 +56,8 @@ class TiffBands {
   int m_firstRow = 0;
   int m_endRow = 0;
   bool m_anythingDecoded = false;
+  TiffHandle::FaxFaults m_faultsBefore;  ///< the piece that is read
+  int m_damagedRows = 0;
 };
 
 }  // namespace imaging

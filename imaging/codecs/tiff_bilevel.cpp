@@ -94,7 +94,7 @@ class FaxStrips {
 }  // namespace
 
 std::unique_ptr<PixelStorage> DecodeBilevelTiff(const TiffHandle& tiff, const TiffLayout& layout,
-                                                const DecodeWish& wish, bool& sound) {
+                                                const DecodeWish& wish, FaxOutcome& fax) {
   BilevelColors colors{{0, 0, 0, 0}, {255, 255, 255, 0}};
   if (layout.Palette()) {
     const auto table = ReadTiffColors(tiff, layout);
@@ -110,12 +110,13 @@ std::unique_ptr<PixelStorage> DecodeBilevelTiff(const TiffHandle& tiff, const Ti
       bands.Skip();
       continue;
     }
-    sound = false;
+    fax.sound = false;
     bands.Next();
     for (int y = bands.FirstRow(); y < bands.EndRow(); ++y) page.Store(bands.Row(y), y, flip);
     wish.Reached(page.Pixels(), 0, bands.EndRow());
   }
-  sound = sound && !strips.EndedEarly();
+  fax.sound = fax.sound && !strips.EndedEarly();
+  fax.damagedRows = bands.DamagedRows();
   bands.Next();  // tells if nothing was decoded
   return page.Take();
 }

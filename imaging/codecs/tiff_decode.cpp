@@ -199,8 +199,8 @@ std::vector<RGBQUAD> ReadTiffColors(const TiffHandle& tiff, const TiffLayout& la
 }
 
 std::unique_ptr<PixelStorage> DecodeTiffPage(const TiffHandle& tiff, const TiffLayout& layout,
-                                             const DecodeWish& wish, bool& sound) {
-  if (layout.Bilevel()) return DecodeBilevelTiff(tiff, layout, wish, sound);
+                                             const DecodeWish& wish, FaxOutcome& fax) {
+  if (layout.Bilevel()) return DecodeBilevelTiff(tiff, layout, wish, fax);
   const int direct = DirectBits(layout);
   return direct != 0 ? DecodeDirect(tiff, layout, direct, wish) : DecodeConverted(tiff, layout, wish);
 }

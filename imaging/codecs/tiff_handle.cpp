@@ -20,10 +20,16 @@ int RefuseMap(thandle_t /*client*/, void** /*base*/, toff_t* /*size*/) {
 }
 void IgnoreUnmap(thandle_t /*client*/, void* /*base*/, toff_t /*size*/) {}
 
+std::string MessageText(const char* format, va_list args) {
+  char text[256];
+  std::vsnprintf(text, sizeof text, format, args);
+  return text;
+}
+
 }  // namespace
 
 TiffHandle::TiffHandle(const Source& source, std::uint64_t directory, int page)
-    : m_client{source, 0, {}}, m_page(page) {
+    : m_client{source, 0, {}, 0, 0, {}}, m_page(page) {
   Open();
   if (m_tiff != nullptr && TIFFSetSubDirectory(m_tiff, directory) != 0) return;
   if (m_tiff != nullptr) TIFFClose(m_tiff);
@@ -87,20 +93,32 @@ toff_t TiffHandle::Size(thandle_t client) {
   return static_cast<toff_t>(static_cast<Client*>(client)->source.Size());
 }
 
-int TiffHandle::CountWarning(TIFF* /*tiff*/, void* client, const char* /*module*/, const char* /*format*/,
-                             va_list /*args*/) {
-  ++static_cast<Client*>(client)->warnings;
+int TiffHandle::CountWarning(TIFF* /*tiff*/, void* client, const char* /*module*/, const char* format,
+                             va_list args) {
+  auto& self = *static_cast<Client*>(client);
+  ++self.warnings;
+  NoteFault(self, MessageText(format, args));
   return 1;
 }
 
 int TiffHandle::KeepError(TIFF* /*tiff*/, void* client, const char* /*module*/, const char* format,
                           va_list args) {
   auto& self = *static_cast<Client*>(client);
-  if (self.errors++ != 0) return 1;
-  char text[256];
-  std::vsnprintf(text, sizeof text, format, args);
-  self.firstError = text;
+  const std::string text = MessageText(format, args);
+  NoteFault(self, text);
+  if (self.errors++ == 0) self.firstError = text;
   return 1;  // handled; the library's process-wide handlers stay out of it
+}
+
+/// The library tells of damaged fax rows in words alone: "Bad code word at line 7 of strip 0 (x 12)".
+void TiffHandle::NoteFault(Client& client, const std::string& message) {
+  const std::size_t at = message.find(" at line ");
+  if (at == std::string::npos) return;
+  const std::string row = message.substr(at, message.find('(', at) - at);
+  if (message.starts_with("Premature EOF")) std::sscanf(row.c_str(), " at line %d", &client.faults.endedAt);
+  if (row == client.faults.latest) return;
+  client.faults.latest = row;
+  ++client.faults.rows;
 }
 
 }  // namespace imaging

@@ -29,6 +29,14 @@ class TiffHandle {
   int ErrorCount() const { return m_client.errors; }
   int WarningCount() const { return m_client.warnings; }
 
+  /// What the library has said of rows in fax coding, all strips and reads together.
+  struct FaxFaults {
+    int rows = 0;        ///< that it named
+    int endedAt = -1;    ///< the last row, within its strip, at which the data ended too early; -1: none did
+    std::string latest;  ///< how it named the last one: several messages may be about one row
+  };
+  const FaxFaults& Faults() const { return m_client.faults; }
+
   /// The value of a tag; a fallback, or what the standard gives as its default, if it is absent.
   std::uint16_t Short(std::uint32_t tag, std::uint16_t fallback) const;
   std::uint32_t Long(std::uint32_t tag, std::uint32_t fallback) const;
@@ -41,12 +49,14 @@ class TiffHandle {
     std::string firstError;
     int errors = 0;
     int warnings = 0;
+    FaxFaults faults;
   };
   static tmsize_t Read(thandle_t client, void* target, tmsize_t size);
   static toff_t Seek(thandle_t client, toff_t offset, int whence);
   static toff_t Size(thandle_t client);
   static int CountWarning(TIFF* tiff, void* client, const char* module, const char* format, va_list args);
   static int KeepError(TIFF* tiff, void* client, const char* module, const char* format, va_list args);
+  static void NoteFault(Client& client, const std::string& message);
   void Open();
 
   Client m_client;
