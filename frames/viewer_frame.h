@@ -67,6 +67,8 @@ class CViewerFrame : public CViewerCommands<Base>, public CImageWindowFrame {
 
   // Shell (detail/viewer_frame_shell.h)
 
+  /// The class of the window that shows the pages: CImageWindow, or one that a host derives from it.
+  virtual CRuntimeClass* ImageWindowClass() { return RUNTIME_CLASS(CImageWindow); }
   BOOL PreCreateWindow(CREATESTRUCT& cs) override;
   BOOL OnCreateClient(LPCREATESTRUCT cs, CCreateContext* context) override;
   BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;

@@ -76,10 +76,12 @@ void CImageWindow::Decode(int page) {
   m_pageInfo = {};
   source.Describe(&m_pageInfo, &options, !source.IsFile());
   m_bMultiLevel = m_pageInfo.BitsPerPixel != 1;
+  struct_file_information loaded{};
   if (m_bMultiLevel)
-    source.Load(&m_Bitmap, m_pageInfo.BitsPerPixel, 1, &options);
+    source.Load(&m_Bitmap, m_pageInfo.BitsPerPixel, 1, &options, &loaded);
   else
-    source.Load(&m_Bitmap, kBilevelDepthInMemory, 0, &options);
+    source.Load(&m_Bitmap, kBilevelDepthInMemory, 0, &options, &loaded);
+  m_pageInfo.DamagedRows = loaded.DamagedRows;  // known only once the page is decoded
   if (m_Bitmap.ViewPerspective != 0) LEADTOOLS::ChangeBitmapViewPerspective(nullptr, &m_Bitmap, 0);
 }
 

@@ -12,11 +12,15 @@ void CImageWindow::StopPrintingPage() {
   JobWatch<struct_LEAD_Bitmap>::Gone(m_Bitmap);
 }
 
+struct_LEAD_Bitmap CImageWindow::GetShownBitmap() const {
+  return page_as_shown::Header(m_Bitmap, m_pageInfo);
+}
+
 void CImageWindow::PrintCurrentPage() {
   const JobWatch<struct_LEAD_Bitmap> watch(m_Bitmap);
   CPrintBitmap job(PrintAppName());
   const auto format = static_cast<PrintFormat>(m_nPrintFormat);
-  struct_LEAD_Bitmap page = page_as_shown::Header(m_Bitmap, m_pageInfo);
+  struct_LEAD_Bitmap page = GetShownBitmap();
   if (RunPrintJob(m_pfnReportError, [&] { job.Print(&page, PrintParent(), true, format); }) &&
       watch.Get() != nullptr)
     m_nPrintFormat = CPrintBitmap::GetPrintFormat();

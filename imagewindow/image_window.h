@@ -39,6 +39,12 @@ class TESSAREL_API CImageWindow : public CPageWindow<CWnd> {
   /// 0 while nothing is open.
   int GetCurrPage() const { return m_nCurrPage; }
   int GetMaxPage() const { return m_nMaxPage; }
+  /// What the source says of the page that was loaded last: depth, resolution, compression, and how many rows
+  /// of a fax page couldn't be decoded. All zero before the first load.
+  const struct_file_information& GetPageInfo() const { return m_pageInfo; }
+  /// A header of m_Bitmap, which keeps the pixels, with the resolution that they have as they are shown:
+  /// square, and turned perhaps.
+  struct_LEAD_Bitmap GetShownBitmap() const;
   /// Empty for an image in memory.
   CString GetFilePath() const { return m_strFilePath; }
   /// The path's part behind its last separator.

@@ -31,11 +31,13 @@ class PageSource {
     return info.TotalPages;
   }
 
-  void Load(struct_LEAD_Bitmap* bitmap, int bits, int order, _LOADFILEOPTION* options) const {
+  /// info, if given, is filled.
+  void Load(struct_LEAD_Bitmap* bitmap, int bits, int order, _LOADFILEOPTION* options,
+            struct_file_information* info = nullptr) const {
     if (m_isFile)
-      LEADTOOLS::LoadBitmapA(m_path, bitmap, bits, order, options, nullptr);
+      LEADTOOLS::LoadBitmapA(m_path, bitmap, bits, order, options, info);
     else
-      LEADTOOLS::LoadBitmapMemory(m_block, bitmap, bits, order, m_size, options, nullptr);
+      LEADTOOLS::LoadBitmapMemory(m_block, bitmap, bits, order, m_size, options, info);
   }
 
   /// The same in the page's own depth, blue first, with a callback (null: none) for each row. The record goes

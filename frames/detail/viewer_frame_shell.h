@@ -69,7 +69,7 @@ BOOL CViewerFrame<Base>::OnCreateClient(LPCREATESTRUCT, CCreateContext* context)
       m_wndSplitter.CreateView(0, 0, RUNTIME_CLASS(CThumbsWindow), kPaneSize, context) == FALSE)
     return FALSE;
   m_pThumbsWnd = static_cast<CThumbsWindow*>(m_wndSplitter.GetPane(0, 0));
-  if (m_wndSplitter.CreateView(0, 1, RUNTIME_CLASS(CImageWindow), kPaneSize, context) == FALSE) return FALSE;
+  if (m_wndSplitter.CreateView(0, 1, ImageWindowClass(), kPaneSize, context) == FALSE) return FALSE;
   m_pImageWnd = static_cast<CImageWindow*>(m_wndSplitter.GetPane(0, 1));
   m_wndSplitter.SetColumnInfo(0, kPaneSize.cx, viewer_bars::kLeastStripWidth);
   if (m_bThumbsVisible == FALSE) m_wndSplitter.HideColumn(0);
