@@ -11,18 +11,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Only names are looked at, since opening each file of a large folder takes too long.
 constexpr std::array<std::string_view, 22> kEndings = {
     ".tif", ".tiff", ".fax", ".g3",  ".g4",  ".cal", ".ica", ".mda", ".bmp", ".jpg", ".jpeg",
     ".png", ".gif",  ".pcx", ".dcx", ".tga", ".pbm", ".pgm", ".ppm", ".jp2", ".jbg", ".cit"};
+
+}  // namespace
 
 bool IsImageName(const fs::path& path) {
   std::string ending = path.extension().string();
   std::ranges::transform(ending, ending.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? c + 32 : c; });
   return std::ranges::find(kEndings, ending) != kEndings.end();
 }
-
-}  // namespace
 
 std::string FileBeside(const std::string& path, int step) {
   const fs::path own(path);

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <memory>
 
+#include "resources.h"
 #include "screenshot.h"
 #include "viewer_window.h"
 
@@ -21,14 +22,23 @@ constexpr BYTE kAlt = FVIRTKEY | FALT;
 
 /// What the menus show, and what other viewers have taught.
 constexpr ACCEL kKeys[] = {
-    {kControl, 'A', ID_FILE_OPEN},         {kControl, 'O', ID_FILE_OPEN},
-    {kControl, 'E', ID_ZP_FILE_EXPORT},    {kControl, 'S', ID_FILE_PRINT},
-    {kControl, 'P', ID_FILE_PRINT},        {kControl, 'Q', ID_APP_EXIT},
-    {kControl, 'G', ID_ZP_GOTO_PAGE},      {kControl, VK_NEXT, ID_ZP_NEXT_PAGE},
-    {kControl, VK_PRIOR, ID_ZP_PREV_PAGE}, {FVIRTKEY, VK_HOME, ID_ZP_FIRST_PAGE},
-    {FVIRTKEY, VK_END, ID_ZP_LAST_PAGE},   {kControl, VK_UP, ID_ZP_ZOOM_IN},
-    {kControl, VK_DOWN, ID_ZP_ZOOM_OUT},   {FVIRTKEY, kF5, kReload},
-    {FVIRTKEY, kF11, kFullScreen},         {kAlt, VK_NEXT, kNextFile},
+    {kControl, 'A', ID_FILE_OPEN},
+    {kControl, 'O', ID_FILE_OPEN},
+    {kControl, 'E', ID_ZP_FILE_EXPORT},
+    {kControl, 'S', ID_FILE_PRINT},
+    {kControl, 'P', ID_FILE_PRINT},
+    {kControl, 'Q', ID_APP_EXIT},
+    {kControl, 'C', kCopy},
+    {kControl, 'G', ID_ZP_GOTO_PAGE},
+    {kControl, VK_NEXT, ID_ZP_NEXT_PAGE},
+    {kControl, VK_PRIOR, ID_ZP_PREV_PAGE},
+    {FVIRTKEY, VK_HOME, ID_ZP_FIRST_PAGE},
+    {FVIRTKEY, VK_END, ID_ZP_LAST_PAGE},
+    {kControl, VK_UP, ID_ZP_ZOOM_IN},
+    {kControl, VK_DOWN, ID_ZP_ZOOM_OUT},
+    {FVIRTKEY, kF5, kReload},
+    {FVIRTKEY, kF11, kFullScreen},
+    {kAlt, VK_NEXT, kNextFile},
     {kAlt, VK_PRIOR, kPreviousFile},
 };
 
@@ -45,15 +55,31 @@ CViewerApp& TheViewerApp() {
 }
 
 CViewerWindow* CViewerApp::MakeWindow() {
+  const Placement placement = PlaceOfNext();
   auto* window = new CViewerWindow(m_keys);  // ends with its window
   m_windows.push_back(window);
-  if (!window->Make(m_options.geometry)) return nullptr;
+  if (!window->Make(placement.place)) return nullptr;
   if (m_pMainWnd == nullptr) m_pMainWnd = window;
   // Failures go to a box only where there is a user.
   if (m_options.mode == Mode::Screenshot) window->m_pImageWnd->SetReportErrorCallBack(&ReportToStderr);
-  window->ShowWindow(SW_SHOW);
+  window->ShowWindow(placement.maximized ? SW_SHOWMAXIMIZED : SW_SHOW);
   window->UpdateWindow();
   return window;
+}
+
+/// What the command line says, else where the last window stood; further windows have its size.
+Placement CViewerApp::PlaceOfNext() const {
+  if (m_options.geometry.width >= 0 || !HasUser()) return {m_options.geometry, false};
+  Placement placement = SavedPlacement();
+  if (m_windows.empty()) return placement;
+  placement.maximized = false;
+  placement.place.x = placement.place.y = -1;
+  return placement;
+}
+
+bool CViewerApp::OpenInNewWindow(const std::string& path) {
+  CViewerWindow* const window = MakeWindow();
+  return window != nullptr && window->OpenPath(path);
 }
 
 bool CViewerApp::OpenFile(const std::string& argument) {
@@ -86,6 +112,7 @@ bool CViewerApp::TakePicture() {
 
 BOOL CViewerApp::InitInstance() {
   g_app = this;
+  RegisterAppResources();
   m_keys = CreateAcceleratorTable(kKeys, std::size(kKeys));
   if (m_options.mode == Mode::Screenshot) {
     m_failed = !TakePicture();

@@ -3,12 +3,10 @@
 #include <vector>
 
 #include "command_line.h"
+#include "placement.h"
 #include "tessarel12.h"
 
 class CViewerWindow;
-
-/// Commands of the application, beside those of the viewer.
-enum : UINT { kReload = 50001, kNextFile = 50002, kPreviousFile = 50003, kFullScreen = 50004 };
 
 /// The application with its windows; it ends with the last one.
 class CViewerApp : public CWinApp {
@@ -18,6 +16,11 @@ class CViewerApp : public CWinApp {
   BOOL InitInstance() override;
   int ExitInstance() override;
   int DoMessageBox(LPCTSTR text, UINT type, UINT helpId) override;
+  /// A new window with the file. False after a failure that was told.
+  bool OpenInNewWindow(const std::string& path);
+  /// Somebody sees the windows.
+  bool HasUser() const { return m_options.mode == Mode::Window; }
+  const std::vector<CViewerWindow*>& Windows() const { return m_windows; }
   /// A window is about to go.
   void Forget(CViewerWindow* window);
 
@@ -26,6 +29,7 @@ class CViewerApp : public CWinApp {
 
  private:
   CViewerWindow* MakeWindow();
+  Placement PlaceOfNext() const;
   bool OpenFile(const std::string& argument);
   bool TakePicture();
 

@@ -1,41 +1,71 @@
 #include "viewer_window.h"
 
-#include <algorithm>
 #include <utility>
 
-#include "folder.h"
+#include "placement.h"
+#include "recent_files.h"
+#include "resources.h"
+#include "settings.h"
 #include "viewer_app.h"
+#include "viewer_page.h"
 
 BEGIN_MESSAGE_MAP(CViewerWindow, CImageFrame)
+ON_WM_CREATE()
 ON_WM_DESTROY()
+ON_WM_DROPFILES()
 ON_COMMAND(ID_FILE_OPEN, OnOpen)
 ON_COMMAND(kReload, OnReload)
 ON_COMMAND(kNextFile, OnNextFile)
 ON_COMMAND(kPreviousFile, OnPreviousFile)
+ON_COMMAND_RANGE(kFirstRecent, kLastRecent, OnRecent)
 ON_COMMAND(ID_APP_ABOUT, OnAbout)
 ON_COMMAND(kFullScreen, OnFullScreen)
+ON_COMMAND(kTurnAtEnd, OnTurnAtEnd)
+ON_COMMAND_RANGE(kKeepNoFit, kKeepPage, OnKeepFit)
+ON_COMMAND(kCopy, OnCopy)
+ON_COMMAND(kSelectArea, OnSelectArea)
+ON_COMMAND(kClearSelection, OnClearSelection)
 ON_UPDATE_COMMAND_UI(kFullScreen, OnUpdateFullScreen)
+ON_UPDATE_COMMAND_UI(kTurnAtEnd, OnUpdateTurnAtEnd)
+ON_UPDATE_COMMAND_UI_RANGE(kKeepNoFit, kKeepPage, OnUpdateKeepFit)
 ON_UPDATE_COMMAND_UI(kReload, OnUpdateReload)
 ON_UPDATE_COMMAND_UI_RANGE(kNextFile, kPreviousFile, OnUpdateOtherFile)
+ON_UPDATE_COMMAND_UI_RANGE(kFirstRecent, kLastRecent, OnUpdateRecent)
+ON_UPDATE_COMMAND_UI_RANGE(kCopy, kClearSelection, OnUpdatePageCommand)
+ON_UPDATE_COMMAND_UI_RANGE(kDamagePane, kDpiPane, OnUpdatePane)
 END_MESSAGE_MAP()
+
+CRuntimeClass* CViewerWindow::ImageWindowClass() {
+  return RUNTIME_CLASS(CViewerPage);
+}
+
+CViewerPage* CViewerWindow::PageWindow() const {
+  return static_cast<CViewerPage*>(m_pImageWnd);
+}
+
+/// Not one that is only made for its picture: nothing of the user's goes into it, or comes out of it.
+bool CViewerWindow::IsUserWindow() const {
+  return TheViewerApp().HasUser();
+}
+
+int CViewerWindow::OnCreate(LPCREATESTRUCT cs) {
+  if (CImageFrame::OnCreate(cs) == -1 || !MakePanes()) return -1;
+  DragAcceptFiles();
+  return 0;
+}
 
 bool CViewerWindow::Make(const Geometry& geometry) {
   if (LoadFrame(IDR_ZP_HOST) == FALSE) return false;
   AddMenuItems();
   ShowTitle();
+  if (IsUserWindow()) {
+    PageWindow()->KeepFit(settings::ReadNumber("KeepFit", FitModeNone));
+    PageWindow()->TurnAtEnd(settings::ReadNumber("TurnAtEnd", 1) != 0);
+  }
   if (geometry.width < 0) return true;
   const UINT keep = geometry.x < 0 ? SWP_NOMOVE : 0U;
   SetWindowPos(nullptr, geometry.x, geometry.y, geometry.width, geometry.height, SWP_NOZORDER | keep);
   return true;
-}
-
-void CViewerWindow::AddMenuItems() {
-  CMenu* const file = GetMenu()->GetSubMenu(0);
-  const UINT behindOpen = 1;
-  file->InsertMenu(behindOpen, MF_BYPOSITION | MF_STRING, kPreviousFile, "File pre&cedente\tAlt+PgUp");
-  file->InsertMenu(behindOpen, MF_BYPOSITION | MF_STRING, kNextFile, "File s&uccessivo\tAlt+PgDown");
-  file->InsertMenu(behindOpen, MF_BYPOSITION | MF_STRING, kReload, "&Ricarica\tF5");
-  GetMenu()->GetSubMenu(1)->AppendMenu(MF_STRING, kFullScreen, "Schermo &intero\tF11");
 }
 
 bool CViewerWindow::Open(std::unique_ptr<InputFile> file, const Options& options) {
@@ -43,6 +73,11 @@ bool CViewerWindow::Open(std::unique_ptr<InputFile> file, const Options& options
   const bool opened = OpenImageFile(m_file->Path().c_str());
   if (m_hWnd == nullptr) return false;
   ShowTitle();
+  if (opened && HasPath() && IsUserWindow()) {
+    const std::string path = FullPath(m_file->Path());
+    RememberFile(path);
+    settings::WriteText("Folder", std::filesystem::path(path).parent_path().string());
+  }
   if (opened) Show(options.page, options.zoom, options.percent);
   return opened;
 }
@@ -78,49 +113,8 @@ void CViewerWindow::ShowTitle() {
   SetWindowText(m_strTitle);
 }
 
-bool CViewerWindow::OpenPath(const std::string& path) {
-  return Open(std::make_unique<InputFile>(path), Options{});
-}
-
-bool CViewerWindow::OpenDroppedFile(const char* path) {
-  OpenPath(path);  // a failure is told and shown already
-  return true;
-}
-
-void CViewerWindow::Ask() {
-  constexpr char kFilter[] = "*.*\0*.*\0";
-  CFileDialog dialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY | OFN_PATHMUSTEXIST | OFN_FILEMUSTEXIST,
-                     nullptr, this);
-  dialog.m_ofn.lpstrFilter = kFilter;
-  std::vector<char> name(4096);
-  dialog.m_ofn.lpstrFile = name.data();
-  dialog.m_ofn.nMaxFile = static_cast<DWORD>(name.size());
-  if (dialog.DoModal() == IDOK && m_hWnd != nullptr) OpenPath(dialog.m_ofn.lpstrFile);
-}
-
-void CViewerWindow::OnReload() {
-  if (m_file == nullptr || m_pImageWnd == nullptr) return;
-  const int page = m_pImageWnd->GetCurrPage();
-  // The page again, or the last one of a file that has become shorter.
-  if (!OpenImageFile(m_file->Path().c_str()) || m_hWnd == nullptr) return;
-  Show(std::min(page, m_pImageWnd->GetMaxPage()), Zoom::Kept, 0);
-}
-
-void CViewerWindow::GoToFile(int step) {
-  if (m_file == nullptr || m_file->Path() != m_file->Name()) return;
-  const std::string path = FileBeside(m_file->Path(), step);
-  if (!path.empty()) OpenPath(path);
-}
-
-void CViewerWindow::OnFullScreen() {
-  if (platform::ShowFullScreen(m_hWnd, !m_fullScreen)) m_fullScreen = !m_fullScreen;
-}
-
-void CViewerWindow::OnAbout() {
-  MessageBox("Tessarel " TESSAREL_VERSION, AfxGetAppName(), MB_OK | MB_ICONINFORMATION);
-}
-
 void CViewerWindow::OnDestroy() {
+  if (IsUserWindow()) SavePlacement(m_hWnd);
   TheViewerApp().Forget(this);
   CImageFrame::OnDestroy();
 }

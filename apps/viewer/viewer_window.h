@@ -6,9 +6,12 @@
 
 #include "command_line.h"
 #include "input_file.h"
+#include "resource_ids.h"
 
-/// One window of the application: the ready-made viewer with keys, a title with the file's name, and the way
-/// to the other files of its folder.
+class CViewerPage;
+
+/// One window of the application: the ready-made viewer with keys, a title with the file's name, and what
+/// goes beyond one file at a time.
 class CViewerWindow : public CImageFrame {
  public:
   explicit CViewerWindow(HACCEL keys) { m_hAccelTable = keys; }
@@ -17,31 +20,70 @@ class CViewerWindow : public CImageFrame {
   bool Make(const Geometry& geometry);
   /// Opens the file at the page and the scale that were asked for. False after a failure that was told.
   bool Open(std::unique_ptr<InputFile> file, const Options& options);
+  bool OpenPath(const std::string& path);
   /// Asks the user for a file.
   void Ask();
   bool OpenDroppedFile(const char* path) override;
+  /// One replaces what is shown; of several each gets a window.
+  void OpenDroppedFiles(const std::vector<std::string>& paths);
+  BOOL PreTranslateMessage(MSG* message) override;
 
  protected:
+  CRuntimeClass* ImageWindowClass() override;
+  int OnCreate(LPCREATESTRUCT cs);
   void OnDestroy();
+  void OnDropFiles(HDROP drop);
+
+  // Files (viewer_window_files.cpp)
+
   void OnOpen() { Ask(); }
   void OnReload();
   void OnNextFile() { GoToFile(1); }
   void OnPreviousFile() { GoToFile(-1); }
-  void OnAbout();
-  void OnFullScreen();
-  void OnUpdateFullScreen(CCmdUI* ui) { ui->SetCheck(m_fullScreen ? 1 : 0); }
+  void OnRecent(UINT command);
   void OnUpdateReload(CCmdUI* ui) { Enable(ui, m_file != nullptr && IsOpen()); }
   void OnUpdateOtherFile(CCmdUI* ui) { Enable(ui, m_file != nullptr); }
 
+  // Menu, bars and keys (viewer_window_menu.cpp)
+
+  void OnAbout();
+  void OnFullScreen();
+  void OnTurnAtEnd();
+  void OnKeepFit(UINT command);
+  void OnUpdateFullScreen(CCmdUI* ui) { ui->SetCheck(m_fullScreen ? 1 : 0); }
+  void OnUpdateTurnAtEnd(CCmdUI* ui);
+  void OnUpdateKeepFit(CCmdUI* ui);
+  void OnUpdateRecent(CCmdUI* ui);
+  void OnUpdatePane(CCmdUI* ui);
+
+  // Page (viewer_window_page.cpp)
+
+  void OnCopy();
+  void OnSelectArea();
+  void OnClearSelection();
+  void OnUpdatePageCommand(CCmdUI* ui) { Enable(ui, IsShown()); }
+
  private:
+  CViewerPage* PageWindow() const;
+  bool IsUserWindow() const;
   void GoToFile(int step);
-  bool OpenPath(const std::string& path);
   void Show(int page, Zoom zoom, double percent);
   void ShowTitle();
   void AddMenuItems();
+  bool MakePanes();
+  CString PaneText(UINT pane) const;
+  /// Takes the keyboard to the next or previous of page, strip and combos.
+  void StepFocus(bool back);
+  bool TakesFocusKey(const MSG& message);
+  bool TakesEscape(const MSG& message);
+  /// A file of the disk is shown, not standard input.
+  bool HasPath() const { return m_file != nullptr && m_file->Path() == m_file->Name(); }
 
   bool m_fullScreen = false;
   std::unique_ptr<InputFile> m_file;  ///< lives as long as it is shown
 
   DECLARE_MESSAGE_MAP()
 };
+
+/// The file as an absolute path, for lists that outlive the current folder.
+std::string FullPath(const std::string& path);

@@ -1,0 +1,18 @@
+#include "resources.h"
+
+void RegisterAppResources() {
+  // Any address of its own names a module.
+  static AFX_EXTENSION_MODULE module{};
+  const auto self = reinterpret_cast<HMODULE>(&module);
+  platform::ResourceTables tables;
+  tables.strings = AppStrings();
+  platform::RegisterResources(self, tables);
+  if (AfxInitExtensionModule(module, self) != FALSE)
+    new CDynLinkLibrary(module);  // NOLINT(cppcoreguidelines-owning-memory): the framework's
+}
+
+CString Text(UINT id) {
+  CString text;
+  text.LoadString(id);
+  return text;
+}
