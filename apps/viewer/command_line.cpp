@@ -83,6 +83,8 @@ constexpr Option kOptions[] = {
     {"--page", "N", "open at this page", &TakePage},
     {"--zoom", "PERCENT|width|height|page", "open at this scale, or fitted", &TakeZoom},
     {"--geometry", "WxH[+X+Y]", "size and place of the window", &TakeGeometry},
+    {"--watch", "FOLDER", "tell of new files in this folder, and offer them",
+     [](Options& o, const std::string& value) { o.watch = value; }},
     {"--info", nullptr, "tell what the files are, without a window",
      [](Options& o, const std::string&) { TakeMode(o, Mode::Info); }},
     {"--export", "OUT.{tif,pdf,png,jpg}", "write pages into another file, without a window",
@@ -123,6 +125,10 @@ void Check(const Options& options) {
   if (options.mode != Mode::Window && options.files.empty()) throw UsageError("a file is missing");
   if (writes && options.files.size() != 1) throw UsageError("it takes one file at a time");
   if (writes) CheckTarget(options);
+  if (!options.watch.empty() && options.mode != Mode::Window) throw UsageError("--watch goes with windows");
+  std::error_code ignored;
+  if (!options.watch.empty() && !std::filesystem::is_directory(options.watch, ignored))
+    throw UsageError("'" + options.watch + "' is no folder");
   if (!options.pages.empty() && options.mode != Mode::Export && options.mode != Mode::Print)
     throw UsageError("--pages goes with --export or --print");
   if (!options.printer.empty() && options.mode != Mode::Print)

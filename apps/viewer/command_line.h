@@ -32,6 +32,7 @@ struct Options {
   std::string target;   ///< of an export or a screenshot
   std::string printer;  ///< empty: the default one
   PageRanges pages;     ///< empty: all
+  std::string watch;    ///< folder whose new files are told; empty: none
   std::vector<std::string> files;
 };
 

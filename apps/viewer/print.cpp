@@ -33,16 +33,20 @@ const char* TextOf(int failure) {
 
 }  // namespace
 
+void PrintRanges(const InputFile& file, const std::string& printer, const PageRanges& ranges) {
+  CPrintFile job("Tessarel");
+  for (const PageRange& range : ranges)
+    Imaging(file, [&] {
+      job.Print_Range(printer.c_str(), file.Path().c_str(), 1, static_cast<short>(range.first),
+                      static_cast<short>(range.last), PrintFormatFitToPage);
+    });
+}
+
 void PrintPages(const InputFile& file, const Options& options) {
   const PageRanges ranges = RangesWithin(options.pages, Describe(file).TotalPages);
   const std::string printer = options.printer.empty() ? DefaultPrinter() : options.printer;
-  CPrintFile job("Tessarel");
   try {
-    for (const PageRange& range : ranges)
-      Imaging(file, [&] {
-        job.Print_Range(printer.c_str(), file.Path().c_str(), 1, static_cast<short>(range.first),
-                        static_cast<short>(range.last), PrintFormatFitToPage);
-      });
+    PrintRanges(file, printer, ranges);
   } catch (int failure) {
     throw FileError(printer + ": " + TextOf(failure));
   }

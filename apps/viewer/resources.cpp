@@ -6,6 +6,7 @@ void RegisterAppResources() {
   const auto self = reinterpret_cast<HMODULE>(&module);
   platform::ResourceTables tables;
   tables.strings = AppStrings();
+  tables.dialogs = AppDialogs();
   platform::RegisterResources(self, tables);
   if (AfxInitExtensionModule(module, self) != FALSE)
     new CDynLinkLibrary(module);  // NOLINT(cppcoreguidelines-owning-memory): the framework's

@@ -5,6 +5,7 @@
 #include "resource_ids.h"
 
 std::span<const platform::StringResource> AppStrings();
+std::span<const platform::DialogResource> AppDialogs();
 
 /// Makes the application's texts and dialogs findable, beside the library's.
 void RegisterAppResources();

@@ -29,6 +29,7 @@ constexpr ACCEL kKeys[] = {
     {kControl, 'P', ID_FILE_PRINT},
     {kControl, 'Q', ID_APP_EXIT},
     {kControl, 'C', kCopy},
+    {kControl | FSHIFT, 'S', kSaveTurned},
     {kControl, 'G', ID_ZP_GOTO_PAGE},
     {kControl, VK_NEXT, ID_ZP_NEXT_PAGE},
     {kControl, VK_PRIOR, ID_ZP_PREV_PAGE},
@@ -120,9 +121,10 @@ BOOL CViewerApp::InitInstance() {
   }
   if (m_options.files.empty()) {
     CViewerWindow* const window = MakeWindow();
-    if (window != nullptr) window->Ask();
+    if (window != nullptr && m_options.watch.empty()) window->Ask();
   }
   for (const std::string& file : m_options.files) m_failed = !OpenFile(file) || m_failed;
+  if (!m_options.watch.empty() && !m_windows.empty()) m_windows.front()->Watch(FullPath(m_options.watch));
   return m_pMainWnd != nullptr ? TRUE : FALSE;
 }
 

@@ -13,6 +13,7 @@ BEGIN_MESSAGE_MAP(CViewerWindow, CImageFrame)
 ON_WM_CREATE()
 ON_WM_DESTROY()
 ON_WM_DROPFILES()
+ON_WM_TIMER()
 ON_COMMAND(ID_FILE_OPEN, OnOpen)
 ON_COMMAND(kReload, OnReload)
 ON_COMMAND(kNextFile, OnNextFile)
@@ -25,6 +26,15 @@ ON_COMMAND_RANGE(kKeepNoFit, kKeepPage, OnKeepFit)
 ON_COMMAND(kCopy, OnCopy)
 ON_COMMAND(kSelectArea, OnSelectArea)
 ON_COMMAND(kClearSelection, OnClearSelection)
+ON_COMMAND(ID_ZP_FILE_EXPORT, OnExportPages)
+ON_COMMAND(kPrintPages, OnPrintPages)
+ON_COMMAND(kSaveTurned, OnSaveTurned)
+ON_COMMAND(kWatchFolder, OnWatchFolder)
+ON_COMMAND(kOpenNewFiles, OnOpenNewFiles)
+ON_UPDATE_COMMAND_UI(kPrintPages, OnUpdatePageCommand)
+ON_UPDATE_COMMAND_UI(kSaveTurned, OnUpdateSaveTurned)
+ON_UPDATE_COMMAND_UI(kWatchFolder, OnUpdateWatchFolder)
+ON_UPDATE_COMMAND_UI(kOpenNewFiles, OnUpdateOpenNewFiles)
 ON_UPDATE_COMMAND_UI(kFullScreen, OnUpdateFullScreen)
 ON_UPDATE_COMMAND_UI(kTurnAtEnd, OnUpdateTurnAtEnd)
 ON_UPDATE_COMMAND_UI_RANGE(kKeepNoFit, kKeepPage, OnUpdateKeepFit)
@@ -51,6 +61,8 @@ bool CViewerWindow::IsUserWindow() const {
 int CViewerWindow::OnCreate(LPCREATESTRUCT cs) {
   if (CImageFrame::OnCreate(cs) == -1 || !MakePanes()) return -1;
   DragAcceptFiles();
+  constexpr UINT kSecond = 1000;
+  if (IsUserWindow()) SetTimer(kLookTimer, kSecond);
   return 0;
 }
 
@@ -70,9 +82,11 @@ bool CViewerWindow::Make(const Geometry& geometry) {
 
 bool CViewerWindow::Open(std::unique_ptr<InputFile> file, const Options& options) {
   const std::unique_ptr<InputFile> former = std::exchange(m_file, std::move(file));
+  m_fileWatch.reset();
   const bool opened = OpenImageFile(m_file->Path().c_str());
   if (m_hWnd == nullptr) return false;
   ShowTitle();
+  if (opened && HasPath()) m_fileWatch.emplace(m_file->Path());
   if (opened && HasPath() && IsUserWindow()) {
     const std::string path = FullPath(m_file->Path());
     RememberFile(path);

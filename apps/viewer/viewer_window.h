@@ -2,9 +2,11 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "command_line.h"
+#include "file_watch.h"
 #include "input_file.h"
 #include "resource_ids.h"
 
@@ -26,6 +28,8 @@ class CViewerWindow : public CImageFrame {
   bool OpenDroppedFile(const char* path) override;
   /// One replaces what is shown; of several each gets a window.
   void OpenDroppedFiles(const std::vector<std::string>& paths);
+  /// Tells of new images in the folder from now on.
+  void Watch(const std::string& folder);
   BOOL PreTranslateMessage(MSG* message) override;
 
  protected:
@@ -41,6 +45,11 @@ class CViewerWindow : public CImageFrame {
   void OnNextFile() { GoToFile(1); }
   void OnPreviousFile() { GoToFile(-1); }
   void OnRecent(UINT command);
+  void OnTimer(std::uintptr_t timer);
+  void OnWatchFolder();
+  void OnOpenNewFiles();
+  void OnUpdateWatchFolder(CCmdUI* ui);
+  void OnUpdateOpenNewFiles(CCmdUI* ui);
   void OnUpdateReload(CCmdUI* ui) { Enable(ui, m_file != nullptr && IsOpen()); }
   void OnUpdateOtherFile(CCmdUI* ui) { Enable(ui, m_file != nullptr); }
 
@@ -61,6 +70,10 @@ class CViewerWindow : public CImageFrame {
   void OnCopy();
   void OnSelectArea();
   void OnClearSelection();
+  void OnExportPages();
+  void OnPrintPages();
+  void OnSaveTurned();
+  void OnUpdateSaveTurned(CCmdUI* ui) { Enable(ui, IsShown() && m_file != nullptr); }
   void OnUpdatePageCommand(CCmdUI* ui) { Enable(ui, IsShown()); }
 
  private:
@@ -68,6 +81,15 @@ class CViewerWindow : public CImageFrame {
   bool IsUserWindow() const;
   void GoToFile(int step);
   void Show(int page, Zoom zoom, double percent);
+  /// Reads the file again and keeps page, scale, turn and place. False after a failure that was told.
+  bool Reload();
+  void LookAtFile();
+  void LookAtFolder();
+  void TellArrival(const std::vector<std::string>& paths);
+  void OpenArrived(const std::vector<std::string>& paths);
+  void ShowError(const std::string& text);
+  /// The path that the user chooses to write to; empty: he gave up.
+  std::string AskForTarget(const std::string& filters, UINT title, const std::string& name);
   void ShowTitle();
   void AddMenuItems();
   bool MakePanes();
@@ -80,6 +102,9 @@ class CViewerWindow : public CImageFrame {
   bool HasPath() const { return m_file != nullptr && m_file->Path() == m_file->Name(); }
 
   bool m_fullScreen = false;
+  std::optional<FileWatch> m_fileWatch;  ///< of a file of the disk
+  std::optional<FolderWatch> m_folderWatch;
+  bool m_asking = false;              ///< a box about new files is open
   std::unique_ptr<InputFile> m_file;  ///< lives as long as it is shown
 
   DECLARE_MESSAGE_MAP()

@@ -50,19 +50,25 @@ void CViewerWindow::Ask() {
 }
 
 void CViewerWindow::OnReload() {
-  if (m_file == nullptr || m_pImageWnd == nullptr) return;
+  if (m_fileWatch) m_fileWatch->Accept();
+  Reload();
+}
+
+bool CViewerWindow::Reload() {
+  if (m_file == nullptr || m_pImageWnd == nullptr) return false;
   const int page = m_pImageWnd->GetCurrPage();
   const int turn = m_pImageWnd->m_nRotation;
   const double scale = m_pImageWnd->GetScaleFactor();
   const CPoint position = m_pImageWnd->m_ptScroll;
   // The page again, or the last one of a file that has become shorter.
-  if (!OpenImageFile(m_file->Path().c_str()) || m_hWnd == nullptr) return;
+  if (!OpenImageFile(m_file->Path().c_str()) || m_hWnd == nullptr) return false;
   Show(std::min(page, m_pImageWnd->GetMaxPage()), Zoom::Kept, 0);
-  if (m_hWnd == nullptr) return;
+  if (m_hWnd == nullptr) return false;
   if (turn != 0) m_pImageWnd->Rotate(turn, true);
   if (m_pImageWnd->GetScaleFactor() != scale) m_pImageWnd->ZoomToScaleFactor(scale);
   PageWindow()->GoTo(position);
   UpdateZoomStatus();
+  return true;
 }
 
 void CViewerWindow::GoToFile(int step) {

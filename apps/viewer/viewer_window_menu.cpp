@@ -57,6 +57,12 @@ void CViewerWindow::AddMenuItems() {
   recent.CreatePopupMenu();
   recent.AppendMenu(MF_STRING, kFirstRecent, Text(IDS_NO_RECENT));
   InsertPopup(file, at, IDS_RECENT_MENU, recent.Detach());
+  constexpr UINT kPrintItem = 7;
+  Insert(file, kPrintItem, kPrintPages);
+  Insert(file, kPrintItem + 1, kSaveTurned);
+  file->InsertMenu(kPrintItem + 2, MF_BYPOSITION | MF_SEPARATOR);
+  Insert(file, kPrintItem + 3, kWatchFolder);
+  Insert(file, kPrintItem + 4, kOpenNewFiles);
   CMenu* const view = GetMenu()->GetSubMenu(kViewMenu);
   Append(view, kFullScreen);
   Append(view, kTurnAtEnd);

@@ -10,5 +10,7 @@ class InputFile;
 void ShowInfo(const InputFile& file);
 /// Writes pages into the target; one page a file where the kind has no more.
 void ExportPages(const InputFile& file, const Options& options);
-/// A job for each range of pages.
+/// A job for each range of pages. Throws the job's failure, an int, too.
+void PrintRanges(const InputFile& file, const std::string& printer, const PageRanges& ranges);
+/// The same as the command line says.
 void PrintPages(const InputFile& file, const Options& options);

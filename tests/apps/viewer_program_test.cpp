@@ -143,7 +143,10 @@ TEST_F(ViewerProgram, APageOfAPdfIsAsLargeAsTheScan) {
     EXPECT_NEAR(std::stod((*it)[2]), 1078 * 72 / 98.0, 0.3);
   }
   EXPECT_EQ(pages, 2);
-  EXPECT_NE(pdf.find("CCITTFaxDecode"), std::string::npos);
+  EXPECT_NE(pdf.find("/CCITTFaxDecode /DecodeParms << /K -1"), std::string::npos) << "group 4";
+  ASSERT_EQ(Run("--export a.jpg --pages 1 fax.tif").status, 0);
+  ASSERT_EQ(Run("--export b.pdf a.jpg").status, 0);
+  EXPECT_NE(Text("b.pdf").find(Text("a.jpg")), std::string::npos) << "a JPEG file goes in as it is";
 }
 
 TEST_F(ViewerProgram, AScreenshotHasTheSizeAndThePageThatAreAskedFor) {

@@ -16,6 +16,7 @@
 #include "apps/viewer/viewer_app.h"
 #include "apps/viewer/viewer_page.h"
 #include "apps/viewer/viewer_window.h"
+#include "apps/viewer/windowless.h"
 #include "tessarel12_testing.h"
 
 namespace {
@@ -59,7 +60,25 @@ class ViewerWindow : public ::testing::Test {
     if (app == nullptr) return;
     for (CViewerWindow* open : std::vector(app->Windows())) open->DestroyWindow();
     app->ExitInstance();
+    MSG last;
+    while (PeekMessage(&last, nullptr, 0, 0, PM_REMOVE) != FALSE)
+      DispatchMessage(&last);  // WM_QUIT among them
     app.reset();
+  }
+  /// Another file with some pages of one.
+  std::string Export(const std::string& path, const std::string& name, const PageRanges& pages) const {
+    Options options;
+    options.target = (folder / name).string();
+    options.pages = pages;
+    ExportPages(InputFile(path), options);
+    return options.target;
+  }
+  static int PagesOf(const fs::path& path) {
+    return fs::exists(path) ? Describe(InputFile(path.string())).TotalPages : 0;
+  }
+  static std::vector<char> ReadAll(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
   }
   void Settle() {
     ui::PumpUntilIdle();
@@ -288,6 +307,218 @@ TEST_F(ViewerWindow, TheStatusBarTellsNameResolutionAndDamage) {
   EXPECT_EQ(Pane(kDamagePane),
             rows == 1 ? "1 riga non leggibile" : std::to_string(rows) + " righe non leggibili");
   EXPECT_EQ(Pane(kNamePane), "damaged.tif");
+}
+
+// Files that change and come
+
+TEST_F(ViewerWindow, AFileThatChangesIsReadAgainWhereOneIs) {
+  const std::string path = Fax("a.tif");
+  const std::string shorter = Export(path, "shorter.tif", {{2, 3}});
+  Start({path});
+  Page().ZoomToScaleFactor(1);
+  Choose(ID_ZP_LAST_PAGE);
+  Choose(ID_ZP_ROTATE_180);
+  Page().GoTo({100, 300});
+  const auto look = [this](int times) {
+    for (; times > 0; --times) {
+      ui::AdvanceTimers(1000);
+      Settle();
+    }
+  };
+  look(2);
+  EXPECT_NE(Message(), "Il file è cambiato ed è stato riletto");
+  fs::copy_file(shorter, path, fs::copy_options::overwrite_existing);
+  look(1);
+  EXPECT_EQ(Page().GetMaxPage(), 3) << "it may be half written yet";
+  look(1);
+  EXPECT_EQ(Message(), "Il file è cambiato ed è stato riletto");
+  EXPECT_EQ(Page().GetMaxPage(), 2);
+  EXPECT_EQ(Page().GetCurrPage(), 2);
+  EXPECT_EQ(Page().m_nRotation, 180);
+  EXPECT_EQ(Page().GetScalePercent(), 100);
+  EXPECT_EQ(std::pair(Page().m_ptScroll.x, Page().m_ptScroll.y), std::pair(LONG{100}, LONG{300}));
+  std::ofstream(path) << "no picture any more";
+  look(2);
+  EXPECT_EQ(Message(), "Il file è cambiato e non è leggibile");
+  fs::remove(path);
+  look(2);
+  EXPECT_EQ(Message(), "Il file non c'è più");
+  EXPECT_EQ(Page().GetMaxPage(), 2) << "what was read stays";
+  EXPECT_TRUE(told.empty());
+}
+
+TEST_F(ViewerWindow, NewFilesOfAFolderAreToldAndOfferedOrOpened) {
+  Start({Fax("a.tif")});
+  Choose(kWatchFolder);
+  const auto look = [this] {
+    for (int i = 0; i < 2; ++i) {
+      ui::AdvanceTimers(1000);
+      Settle();
+    }
+  };
+  std::ofstream(folder / "faxes/notes.txt") << "no image";
+  look();
+  EXPECT_EQ(app->Windows().size(), 1U);
+  answer = IDNO;
+  Fax("b.tif");
+  look();
+  EXPECT_EQ(Message(), "Nuovo file: b.tif");
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_EQ(told[0], "Nella cartella è arrivato il file b.tif.\nAprirlo?");
+  EXPECT_EQ(app->Windows().size(), 1U);
+  answer = IDYES;
+  Fax("d.tif");
+  Fax("c.tif");
+  look();
+  ASSERT_EQ(told.size(), 2U);
+  EXPECT_EQ(told[1], "Nella cartella sono arrivati 2 nuovi file:\nc.tif\nd.tif\n\nAprirli?");
+  ASSERT_EQ(app->Windows().size(), 3U);
+  EXPECT_EQ(Title(*app->Windows()[2]), "d.tif - Tessarel");
+  Choose(kOpenNewFiles);
+  Fax("e.tif");
+  look();
+  EXPECT_EQ(app->Windows().size(), 4U);
+  Choose(kWatchFolder);
+  Fax("f.tif");
+  look();
+  EXPECT_EQ(app->Windows().size(), 4U) << "no longer";
+  EXPECT_EQ(told.size(), 2U);
+}
+
+// Pages that are written and printed
+
+/// Chooses and types in the dialog of pages, and ends it.
+void AnswerPages(int button, const char* pages, int end = IDOK) {
+  ui::OnNextDialog([=](HWND dialog) {
+    SendMessage(GetDlgItem(dialog, button), BM_CLICK, 0, 0);
+    if (pages != nullptr) SetWindowText(GetDlgItem(dialog, IDC_PAGES_EDIT), pages);
+    PostMessage(dialog, WM_COMMAND, static_cast<WPARAM>(end));
+  });
+}
+
+TEST_F(ViewerWindow, ThePagesThatTheDialogNamesAreExported) {
+  Start({Fax("a.tif")});
+  Choose(ID_ZP_NEXT_PAGE);
+  static std::string target;
+  ui::SetFileDialogAnswer([](platform::FileDialogRequest& request) {
+    request.path = target;
+    request.filterIndex = 2;
+    return true;
+  });
+  const struct {
+    int button;
+    const char* pages;
+    const char* target;
+    const char* written;
+    int count;
+  } rows[] = {
+      {IDC_PAGES_ALL, nullptr, "all.tif", "all.tif", 3},
+      {IDC_PAGES_CURRENT, nullptr, "one.png", "one.png", 1},
+      {IDC_PAGES_SOME, "3,1-2,1", "four.tif", "four.tif", 4},
+      {IDC_PAGES_SOME, "2-", "two.jpg", "two-3.jpg", 1},
+  };
+  for (const auto& row : rows) {
+    target = (folder / row.target).string();
+    AnswerPages(row.button, row.pages);
+    Choose(ID_ZP_FILE_EXPORT);
+    EXPECT_EQ(PagesOf(folder / row.written), row.count) << row.target << ' ' << Message();
+  }
+  target = (folder / "kind").string();
+  AnswerPages(IDC_PAGES_ALL, nullptr);
+  Choose(ID_ZP_FILE_EXPORT);
+  EXPECT_TRUE(fs::exists(folder / "kind.pdf")) << "the kind that was chosen completes the name";
+  EXPECT_TRUE(told.empty());
+  target = (folder / "none/a.tif").string();
+  AnswerPages(IDC_PAGES_ALL, nullptr);
+  Choose(ID_ZP_FILE_EXPORT);
+  EXPECT_EQ(told.size(), 1U) << "a failure is told once";
+  told.clear();
+  for (const char* wrong : {"", "0", "4", "2-9", "x"}) {
+    AnswerPages(IDC_PAGES_SOME, wrong);
+    ui::SetMessageBoxAnswer([](const CString& text, UINT) {
+      told.push_back(static_cast<const char*>(text));
+      PostMessage(GetParent(::GetFocus()), WM_COMMAND, IDCANCEL, 0);
+      return static_cast<int>(IDOK);
+    });
+    target = (folder / "wrong.tif").string();
+    Choose(ID_ZP_FILE_EXPORT);
+    EXPECT_FALSE(fs::exists(target)) << wrong;
+  }
+  EXPECT_EQ(told,
+            std::vector<std::string>(5, "Indicare le pagine come in 1-3,7. Il file ha le pagine da 1 a 3."));
+  ui::SetFileDialogAnswer(nullptr);
+}
+
+TEST_F(ViewerWindow, EachRangeOfTheDialogIsAJobOnThePrinterThatIsChosen) {
+  fs::create_directories(folder / "jobs");
+  platform::TestPrinter printers[2];
+  printers[0].name = "Archivio";
+  printers[0].folder = (folder / "other").string();
+  printers[1].name = "Ufficio";
+  printers[1].folder = (folder / "jobs").string();
+  printers[1].isDefault = true;
+  ui::SetTestPrinters(printers);
+  Start({Fax("a.tif")});
+  AnswerPages(IDC_PAGES_SOME, "3,1-2");
+  Choose(kPrintPages);
+  EXPECT_EQ(Message(), "Stampa inviata a Ufficio") << "the default printer is offered first";
+  EXPECT_TRUE(fs::exists(folder / "jobs/job-1.pdf"));
+  EXPECT_TRUE(fs::exists(folder / "jobs/job-2.pdf"));
+  EXPECT_GT(fs::file_size(folder / "jobs/job-2.pdf"), fs::file_size(folder / "jobs/job-1.pdf"));
+  EXPECT_FALSE(fs::exists(folder / "jobs/job-3.pdf"));
+  ui::SetTestPrinters({});
+  Choose(kPrintPages);
+  EXPECT_EQ(told.size(), 1U) << "without a printer";
+}
+
+// Orientation
+
+TEST_F(ViewerWindow, ATurnedCopyHasTheSameDataAndAnotherOrientation) {
+  const std::string tif = Fax("a.tif");
+  const std::string jpg = Export(tif, "a.jpg", {{1, 1}});
+  const std::string png = Export(tif, "a.png", {{2, 2}});
+  std::vector<char> plain = ReadAll(jpg);
+  // Without its Exif data, which stand behind the start.
+  ASSERT_EQ(static_cast<unsigned char>(plain[3]), 0xe1);
+  plain.erase(plain.begin() + 2, plain.begin() + 4 + static_cast<unsigned char>(plain[4]) * 256 +
+                                     static_cast<unsigned char>(plain[5]));
+  const std::string bare = (folder / "bare.jpg").string();
+  std::ofstream(bare, std::ios::binary).write(plain.data(), static_cast<std::streamsize>(plain.size()));
+  static std::string target;
+  target = (folder / "turned").string();
+  ui::SetFileDialogAnswer([](platform::FileDialogRequest& request) {
+    request.path = target;
+    return true;
+  });
+  for (const std::string& path : {tif, jpg, bare, png}) {
+    target = (folder / "turned-").string() + fs::path(path).filename().string();
+    Start({path});
+    Choose(ID_ZP_ROTATE_RIGHT);
+    const std::pair turned(Page().m_Bitmap.Width, Page().m_Bitmap.Height);
+    Key('S', true, true);
+    EXPECT_EQ(told, std::vector<std::string>()) << path;
+    ASSERT_TRUE(window->OpenPath(target)) << path;
+    window->SendMessage(WM_COMMAND, ID_ZP_LAST_PAGE);
+    EXPECT_EQ(std::pair(Page().m_Bitmap.Width, Page().m_Bitmap.Height), turned) << path;
+    if (path == png) {
+      Quit();
+      continue;
+    }
+    EXPECT_EQ(Page().GetPageInfo().ViewPerspective, 6) << path;
+    const std::vector<char> before = ReadAll(path);
+    const std::vector<char> after = ReadAll(target);
+    const auto scan = before.begin() + static_cast<std::ptrdiff_t>(before.size()) / 4;
+    EXPECT_NE(std::search(after.begin(), after.end(), scan, scan + 8000), after.end())
+        << path << ": the coded pixels are the same";
+    Choose(ID_ZP_ROTATE_LEFT);
+    answer = IDYES;  // it is there already
+    Key('S', true, true);
+    told.clear();
+    ASSERT_TRUE(window->OpenPath(target)) << path;
+    EXPECT_LE(Page().GetPageInfo().ViewPerspective, 1) << path << ": turned round";
+    Quit();
+  }
+  ui::SetFileDialogAnswer(nullptr);
 }
 
 }  // namespace
