@@ -20,12 +20,19 @@ namespace {
 PreTranslateHook g_preTranslate = nullptr;
 IdleHook g_idle = nullptr;
 
-// Longest wait inside an empty polling peek: short enough that WM_ENTERIDLE comes a hundred times a second
-// for a while, and then so rarely that an idle program leaves the processor alone. Whatever comes ends it at
-// once.
+// Waits inside empty polling peeks: short enough that WM_ENTERIDLE comes a hundred times a second for a
+// while, and then ever longer, so that an idle program lets the processor sleep. Whatever comes ends a wait
+// at once.
 constexpr int kPollWaitMs = 10;
-constexpr int kLongPollWaitMs = 50;
 constexpr int kShortPolls = 20;
+constexpr int kLongestPollWaitMs = 10'000;
+constexpr int kDoublings = 10;  // of the wait, until it is longer than the longest
+
+int PollWait(int emptyPolls) {
+  if (emptyPolls < kShortPolls) return kPollWaitMs;
+  return std::min(kPollWaitMs << std::min(emptyPolls - kShortPolls + 1, kDoublings), kLongestPollWaitMs);
+}
+
 // Two empty peeks closer together than this belong to a polling loop.
 constexpr qint64 kPollGapNs = 200'000;
 constexpr qint64 kLongestWithoutQtMs = 10;
@@ -297,9 +304,8 @@ BOOL PeekMessage(MSG* message, HWND window, UINT first, UINT last, UINT remove) 
   static QElapsedTimer sinceEmpty;
   const bool polling = sinceEmpty.isValid() && sinceEmpty.nsecsElapsed() < platform::kPollGapNs;
   static int emptyPolls = 0;
-  emptyPolls = polling ? std::min(emptyPolls + 1, platform::kShortPolls) : 0;
-  if (polling)
-    queue.Wait(emptyPolls < platform::kShortPolls ? platform::kPollWaitMs : platform::kLongPollWaitMs);
+  emptyPolls = polling ? std::min(emptyPolls + 1, platform::kShortPolls + platform::kDoublings) : 0;
+  if (polling) queue.Wait(platform::PollWait(emptyPolls));
   const bool found = queue.Take(message, window, first, last, false);
   if (found) emptyPolls = 0;
   sinceEmpty.start();

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <ctime>
 #include <string>
 #include <thread>
@@ -247,11 +248,20 @@ TEST_F(Messages, AnotherThreadCanPost) {
 TEST_F(Messages, APollingLoopLeavesTheProcessorAlone) {
   const std::clock_t before = std::clock();
   MSG message;
-  int polls = 0;
-  for (; polls < 40; ++polls)
-    PeekMessage(&message, nullptr, 0, 0, PM_NOREMOVE);  // about 0.4 seconds of waiting
+  for (int polls = 0; polls < 25; ++polls)  // the waits are 20 times 10 ms, then 20, 40, 80, 160, 320
+    PeekMessage(&message, nullptr, 0, 0, PM_NOREMOVE);
   const double seconds = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
   EXPECT_LT(seconds, 0.1);
+  // What comes ends a wait, however long it has become.
+  PeekMessage(&message, nullptr, 0, 0, PM_NOREMOVE);
+  std::thread poster([this] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    PostMessage(window, WM_APP, 7);
+  });
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_TRUE(PeekMessage(&message, nullptr, 0, 0, PM_NOREMOVE));
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1)) << "the wait is 1.3 seconds";
+  poster.join();
 }
 
 TEST_F(Messages, WmQuitEndsALoopAfterWhatWasPosted) {
