@@ -48,11 +48,7 @@ int LEADTOOLS::CreateBitmap(struct_LEAD_Bitmap* bitmap, unsigned int memoryType,
 }
 
 void LEADTOOLS::FreeBitmap(struct_LEAD_Bitmap* bitmap) {
-  if (bitmap == nullptr || (bitmap->Flags & leadtools12::kAllocated) == 0) return;
-  // Called from destructors, so a record that outlived its pixels is only cleared.
-  if (PixelStorage::IsLive(bitmap->pStorage)) delete bitmap->pStorage;
-  bitmap->pStorage = nullptr;
-  bitmap->Flags &= ~leadtools12::kAllocated;
+  if (bitmap != nullptr) imaging::Release(*bitmap);
 }
 
 int LEADTOOLS::CopyBitmap(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source) {

@@ -32,6 +32,10 @@ int LEADTOOLS::ImgListInsert(HWND window, _LILITEM* item) {
   return With(window, [&](auto& control) { control.Insert(Require(item)); });
 }
 
+int LEADTOOLS::ImgListInsertList(HWND window, void* list, CString (*caption)(int)) {
+  return With(window, [&](auto& control) { control.InsertList(list, caption); });
+}
+
 int LEADTOOLS::ImgListGetItem(HWND window, unsigned int index, _LILITEM* item) {
   return With(window, [&](auto& control) { control.Get(index, Require(item)); });
 }

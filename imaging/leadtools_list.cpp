@@ -34,6 +34,13 @@ int LEADTOOLS::LoadBitmapList(char* path, void** list, int bits, int order, _LOA
   });
 }
 
+int LEADTOOLS::PrepareBitmapListPages(void* list, const leadtools12::PagePreparation& preparation) {
+  return imaging::Guarded([&] {
+    BitmapList::Find(list).Prepare(preparation);
+    return 1;
+  });
+}
+
 int LEADTOOLS::GetBitmapListCount(void* list, unsigned int* count) {
   const BitmapList& bitmaps = BitmapList::Find(list);
   if (count == nullptr) imaging::Fail(imaging::kErrorInvalidParameter, "No place for the count was given");

@@ -126,10 +126,15 @@ int LEADTOOLS::RotateBitmap(struct_LEAD_Bitmap* bitmap, int angle, unsigned int 
 }
 
 int LEADTOOLS::GrayScaleBitmap(struct_LEAD_Bitmap* bitmap, int bits) {
-  const PixelStorage& pixels = imaging::RequirePixels(bitmap, "turn grey");
+  PixelStorage& pixels = imaging::RequirePixels(bitmap, "turn grey");
   if (bits != 8)
     imaging::Fail(imaging::kErrorUnsupported, "An image can't be made grey with %d bits per pixel", bits);
   if (pixels.IsLinearGray()) return 1;
+  if (pixels.Bits() == 1) {
+    imaging::ShowAsGrays(pixels);
+    bitmap->BitsPerPixel = pixels.Bits();
+    return 1;
+  }
   imaging::Replace(*bitmap, imaging::Grayed(pixels, bitmap->Order));
   return 1;
 }

@@ -113,6 +113,10 @@ class LTWRAP_API LEADTOOLS {
   /// looked at; info, if given, describes page 1.
   static int LoadBitmapList(char* path, void** list, int bits, int order, _LOADFILEOPTION* options,
                             struct_file_information* info);
+  /// From now on each page of such a list is prepared when its item is first asked for, and an item doesn't
+  /// throw. Of many prepared pages those made first are given up, which ends their pixels, and made again
+  /// when they are asked for again.
+  static int PrepareBitmapListPages(void* list, const leadtools12::PagePreparation& preparation);
   static int GetBitmapListCount(void* list, unsigned int* count);
   /// A header of the item's pixels, which stay the list's: the caller frees nothing. They may be changed in
   /// place. Throws if the page can't be decoded, or the file isn't the one that the list was made of.
@@ -207,6 +211,10 @@ class LTWRAP_API LEADTOOLS {
   static void UseImageListControl();
   /// Appends. The control keeps copies of picture and caption.
   static int ImgListInsert(HWND window, _LILITEM* item);
+  /// Appends an item for each bitmap of a list to a control without items. Picture and caption are asked for
+  /// when they are first looked at; the caption gets the number of the bitmap, from 1. The list lives as long
+  /// as the items; without it they have no pictures.
+  static int ImgListInsertList(HWND window, void* list, CString (*caption)(int number));
   /// Fills the record. Picture and caption stay the control's, until the item changes.
   static int ImgListGetItem(HWND window, unsigned int index, _LILITEM* item);
   /// Changes the fields that uMask names; copies them as ImgListInsert does.

@@ -40,9 +40,13 @@ void PagePicture::MakeScaled(struct_LEAD_Bitmap& page, SIZE room) {
 }
 
 void PagePicture::MakeCrossedBox(SIZE room) {
-  LEADTOOLS::CreateBitmap(&m_bitmap, 1, static_cast<unsigned>(room.cx), static_cast<unsigned>(room.cy), 0, 1,
+  DrawCrossedBox(&m_bitmap, room);
+}
+
+void DrawCrossedBox(struct_LEAD_Bitmap* picture, SIZE room) {
+  LEADTOOLS::CreateBitmap(picture, 1, static_cast<unsigned>(room.cx), static_cast<unsigned>(room.cy), 0, 1,
                           nullptr, 0, nullptr, 0);
-  const HDC handle = LEADTOOLS::CreateLeadDC(&m_bitmap);
+  const HDC handle = LEADTOOLS::CreateLeadDC(picture);
   CDC* const dc = CDC::FromHandle(handle);
   dc->FillSolidRect(0, 0, room.cx, room.cy, crossed_box::kColour);
   dc->SelectStockObject(BLACK_PEN);

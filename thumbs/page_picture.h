@@ -5,6 +5,9 @@
 
 namespace thumbs {
 
+/// Fills an empty record with the mark of a page that can't be shown, as large as the room.
+void DrawCrossedBox(struct_LEAD_Bitmap* picture, SIZE room);
+
 /// A small picture of a page of a document, or of none. It frees what it holds. The functions throw what the
 /// imaging service throws. The page keeps its pixels.
 class PagePicture {

@@ -15,7 +15,6 @@ constexpr UINT kSelection = 8;
 void Select(HWND strip, int item, bool selected) {
   _LILITEM record{};
   record.uStructSize = sizeof record;
-  LEADTOOLS::ImgListGetItem(strip, static_cast<unsigned>(item), &record);
   record.uMask = kSelection;
   record.bSelected = selected ? 1 : 0;
   LEADTOOLS::ImgListSetItem(strip, static_cast<unsigned>(item), &record);

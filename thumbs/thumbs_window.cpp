@@ -5,6 +5,7 @@
 #include "imaging/ltwrap.h"
 #include "library/failure.h"
 #include "library/resource_ids.h"
+#include "thumbs/page_picture.h"
 #include "thumbs/strip_items.h"
 #include "thumbs/thumb_caption.h"
 #include "thumbs/thumb_size.h"
@@ -16,7 +17,8 @@ namespace {
 
 constexpr UINT kShowItem = WM_USER + 17;
 constexpr int kGrayDepth = 8;
-constexpr unsigned kScaleGray = 2;  // of SizeBitmapExt, for a page that was bilevel
+constexpr unsigned kScaleGray = 2;    // of SizeBitmapExt, for a page that was bilevel
+constexpr unsigned kMadeAtOnce = 50;  // pages of a file; more take a time that one notices
 constexpr auto kAppend = static_cast<unsigned>(-1);
 
 // In English, whatever the texts of the library are: so it has always been for images in memory.
@@ -24,6 +26,17 @@ CString CaptionOfMemoryPage(int page) {
   CString caption;
   caption.Format("Page %d", page);
   return caption;
+}
+
+void ShrinkPage(struct_LEAD_Bitmap* page) {
+  const bool bilevel = page->BitsPerPixel == 1;
+  if (bilevel) LEADTOOLS::GrayScaleBitmap(page, kGrayDepth);
+  const CSize size = thumbs::StripSize(CSize(page->Width, page->Height));
+  LEADTOOLS::SizeBitmapExt(page, size.cx, size.cy, bilevel ? kScaleGray : 0);
+}
+
+void MakeCrossedBox(struct_LEAD_Bitmap* picture) {
+  thumbs::DrawCrossedBox(picture, {thumbs::kLandscapeWidth, thumbs::kPortraitHeight});
 }
 
 }  // namespace
@@ -51,6 +64,7 @@ void CThumbsWindow::CreateThumbsFile(const char* path) {
   try {
     Clear();
     LEADTOOLS::LoadBitmapList(const_cast<char*>(path), &m_pBitmapList, 0, 1, nullptr, nullptr);
+    if (Count() > kMadeAtOnce) return InsertItemsUnmade();
     CreateThumbnails();
     InsertItems(&thumbs::CaptionOfPage);
   } catch (CLeadtoolsException* exception) {
@@ -82,11 +96,14 @@ void CThumbsWindow::CreateThumbsMemory(char* block, int size) {
 void CThumbsWindow::Shrink(unsigned index) {
   struct_LEAD_Bitmap bitmap{};
   LEADTOOLS::GetBitmapListItem(m_pBitmapList, index, &bitmap);
-  const bool bilevel = bitmap.BitsPerPixel == 1;
-  if (bilevel) LEADTOOLS::GrayScaleBitmap(&bitmap, kGrayDepth);
-  const CSize size = thumbs::StripSize(CSize(bitmap.Width, bitmap.Height));
-  LEADTOOLS::SizeBitmapExt(&bitmap, size.cx, size.cy, bilevel ? kScaleGray : 0);
+  ShrinkPage(&bitmap);
   LEADTOOLS::SetBitmapListItem(m_pBitmapList, index, &bitmap);
+}
+
+void CThumbsWindow::InsertItemsUnmade() {
+  LEADTOOLS::PrepareBitmapListPages(m_pBitmapList, {&ShrinkPage, &MakeCrossedBox});
+  LEADTOOLS::ImgListInsertList(m_hWnd, m_pBitmapList, &thumbs::CaptionOfPage);
+  thumbs::SelectAlone(m_hWnd, 0);
 }
 
 unsigned CThumbsWindow::Count() const {

@@ -9,6 +9,9 @@ struct CCreateContext;
 /// the user is told by the control to its parent: WM_COMMAND with the strip's id and code 1024, and in lParam
 /// a record whose third 32-bit word is the page, from 0. Failures are shown in a message box and leave the
 /// strip as far as it was filled.
+///
+/// A long file is there at once: its pictures are made as they come into view, and m_pBitmapList gives each
+/// when it is asked for it. In such a strip a page that can't be decoded is a crossed box.
 class TESSAREL_API CThumbsWindow : public CWnd {
   DECLARE_DYNCREATE(CThumbsWindow)
  public:
@@ -38,6 +41,8 @@ class TESSAREL_API CThumbsWindow : public CWnd {
   void Clear();
   /// One item for each bitmap, the first one selected. caption gives the text for a page.
   void InsertItems(CString (*caption)(int page));
+  /// The same, but pictures are made when they come into view.
+  void InsertItemsUnmade();
   unsigned Count() const;
   void Shrink(unsigned index);
   void ShowFailure(class CLeadtoolsException* exception);

@@ -60,7 +60,7 @@ void Measure(const char* name, CImageFrame* frame, const std::string& file) {
     std::memcpy(screen.data(), window.data(), window.size() * sizeof window[0]);
     asm volatile("" : : "r"(screen.data()) : "memory");  // the copy is wanted
   };
-  Ratio(name, 1.5, turn, peer);
+  Ratio(name, 1.2, turn, peer);
   TIFFClose(tiff);
 }
 

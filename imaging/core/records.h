@@ -67,6 +67,14 @@ inline constexpr int kInfoIsFilled = 8192;
 using LoadRowCallback = int (*)(struct_file_information* info, struct_LEAD_Bitmap* bitmap, BYTE* bytes,
                                 UINT flags, int row, int lines, void* userData);
 
+/// What becomes of each page of a list that was loaded from a file, as it is decoded.
+struct PagePreparation {
+  /// Changes the decoded page in place, and may throw as the service does.
+  void (*prepare)(struct_LEAD_Bitmap* page);
+  /// Fills an empty record, for a page that can't be decoded or prepared.
+  void (*replace)(struct_LEAD_Bitmap* page);
+};
+
 /// A transformation of region coordinates. There is none but the null pointer.
 struct _RGNXFORM;
 

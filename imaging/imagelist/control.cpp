@@ -42,8 +42,37 @@ void ImageListControl::Insert(const Item& item) {
   if ((item.uMask & kSelected) != 0 && item.bSelected != 0) Select(Count() - 1, true);
 }
 
+void ImageListControl::InsertList(void* list, CString (*caption)(int number)) {
+  const std::size_t count = BitmapList::Find(list).Count();
+  if (!m_items.empty() || caption == nullptr)
+    Fail(kErrorInvalidParameter, "A list of bitmaps can be shown by an image list without items");
+  m_items.resize(count);
+  m_list = list;
+  m_caption = caption;
+  Relayout();
+  InvalidateRect(m_window, nullptr, FALSE);
+}
+
+Bitmap ImageListControl::PictureOf(int index) {
+  const Entry& entry = m_items[static_cast<std::size_t>(index)];
+  if (entry.pixels.Get() != nullptr) return entry.picture;
+  if (!BitmapList::IsLive(m_list)) return EmptyBitmap(0, 0, 1);
+  return BitmapList::Find(m_list).Header(static_cast<std::size_t>(index));
+}
+
+const CString& ImageListControl::CaptionOf(int index) {
+  CString& caption = m_items[static_cast<std::size_t>(index)].caption;
+  if (caption.IsEmpty() != FALSE && m_caption != nullptr) caption = m_caption(index + 1);
+  return caption;
+}
+
 void ImageListControl::Get(unsigned index, Item& item) {
   Entry& entry = At(index);
+  CaptionOf(static_cast<int>(index));
+  if (entry.pixels.Get() == nullptr && m_list != nullptr) {
+    Bitmap picture = PictureOf(static_cast<int>(index));
+    if ((picture.Flags & leadtools12::kAllocated) != 0) SetPicture(entry, &picture);
+  }
   item = {sizeof item, kPicture | kText | kSelected, nullptr, nullptr, entry.isSelected ? 1 : 0};
   if (entry.pixels.Get() != nullptr) item.pBitmap = &entry.picture;
   item.pszText = const_cast<char*>(static_cast<const char*>(entry.caption));
@@ -59,6 +88,8 @@ void ImageListControl::Set(unsigned index, const Item& item) {
 
 void ImageListControl::Clear() {
   m_items.clear();
+  m_list = nullptr;
+  m_caption = nullptr;
   m_focus = -1;
   m_scroll = 0;
   m_wheel = 0;

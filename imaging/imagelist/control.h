@@ -33,6 +33,9 @@ class ImageListControl {
 
   /// Appends. The control takes copies: the picture, turned upright, and the caption.
   void Insert(const Item& item);
+  /// Appends an item for each bitmap of a list; only to a control without items. Their pictures stay the
+  /// list's, until they are asked for or changed.
+  void InsertList(void* list, CString (*caption)(int number));
   /// Picture and caption stay the control's and last until they are changed or the list is cleared.
   void Get(unsigned index, Item& item);
   void Set(unsigned index, const Item& item);
@@ -58,6 +61,9 @@ class ImageListControl {
   // control.cpp
   Entry& At(unsigned index);
   void SetPicture(Entry& entry, Bitmap* picture);
+  /// What is shown: the entry's own picture, else the list's; without pixels if there is none.
+  Bitmap PictureOf(int index);
+  const CString& CaptionOf(int index);
   void Select(int index, bool select);
   void InvalidateCell(int index);
 
@@ -77,9 +83,11 @@ class ImageListControl {
   // paint.cpp
   void Paint();
   void PaintCell(HDC dc, int index);
-  void PaintPicture(HDC dc, Entry& entry, const RECT& box) const;
+  void PaintPicture(HDC dc, int index, const RECT& box);
 
-  HWND m_window;              ///< null once it is destroyed
+  HWND m_window;           ///< null once it is destroyed
+  void* m_list = nullptr;  ///< where entries without a picture of their own have theirs from; null nowhere
+  CString (*m_caption)(int number) = nullptr;
   std::deque<Entry> m_items;  ///< records keep their place while others are appended
   SelectionOptions m_selectionOptions{sizeof(SelectionOptions), 0, 0, 0};
   SIZE m_itemSize{kDefaultWidth, kDefaultHeight};

@@ -4,6 +4,7 @@
 #include "imaging/core/guard.h"
 #include "imaging/device/paint_dc.h"
 #include "imaging/imagelist/control.h"
+#include "imaging/pixels/perspective.h"
 #include "platform/graphics/gdi.h"
 
 namespace imaging {
@@ -83,7 +84,7 @@ void ImageListControl::Paint() {
 }
 
 void ImageListControl::PaintCell(HDC dc, int index) {
-  Entry& entry = m_items[static_cast<std::size_t>(index)];
+  const Entry& entry = m_items[static_cast<std::size_t>(index)];
   const RECT cell = m_layout.CellAt(index, m_scroll);
   if (RectVisible(dc, &cell) == 0) return;
   if (entry.isSelected) FillRect(dc, &cell, GetSysColorBrush(COLOR_HIGHLIGHT));
@@ -91,11 +92,11 @@ void ImageListControl::PaintCell(HDC dc, int index) {
   RECT caption = cell;
   InflateRect(&caption, -kMargin, -kMargin);
   caption.top = std::max(caption.top, caption.bottom - TextHeight(dc));
-  PaintPicture(dc, entry, {cell.left + 3, cell.top + kMargin, cell.right - 3, caption.top - kMargin});
+  PaintPicture(dc, index, {cell.left + 3, cell.top + kMargin, cell.right - 3, caption.top - kMargin});
 
   const COLORREF color = entry.isSelected ? GetSysColor(COLOR_HIGHLIGHTTEXT) : TextOn(m_background);
   SetTextColor(dc, color);
-  DrawText(dc, FittingEnd(dc, entry.caption, caption.right - caption.left), -1, &caption,
+  DrawText(dc, FittingEnd(dc, CaptionOf(index), caption.right - caption.left), -1, &caption,
            DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
   if (index != m_focus || GetFocus() != m_window) return;
   RECT mark = cell;
@@ -103,16 +104,20 @@ void ImageListControl::PaintCell(HDC dc, int index) {
   DrawFocus(dc, mark, color);
 }
 
-void ImageListControl::PaintPicture(HDC dc, Entry& entry, const RECT& box) const {
-  const PixelStorage* pixels = entry.pixels.Get();
-  if (pixels == nullptr) return;
-  const RECT place = PlaceOf(*pixels, box);
-  // Filled, not drawn around: where a unit is no whole number of device pixels, nothing shows between.
-  RECT frame = place;
-  InflateRect(&frame, 1, 1);
-  FillRect(dc, &frame, GetSysColorBrush(COLOR_BTNSHADOW));
+void ImageListControl::PaintPicture(HDC dc, int index, const RECT& box) {
   try {
-    Draw(dc, entry.picture, place);
+    const Bitmap picture = PictureOf(index);
+    if ((picture.Flags & leadtools12::kAllocated) == 0) return;
+    // A list's picture may lie on its side still.
+    const auto turned = TurnedBetween(*picture.pStorage, picture.ViewPerspective, 0);
+    Bitmap shown = picture;
+    if (turned) shown.pStorage = turned.get();
+    const RECT place = PlaceOf(*shown.pStorage, box);
+    // Filled, not drawn around: where a unit is no whole number of device pixels, nothing shows between.
+    RECT frame = place;
+    InflateRect(&frame, 1, 1);
+    FillRect(dc, &frame, GetSysColorBrush(COLOR_BTNSHADOW));
+    Draw(dc, shown, place);
   } catch (CLeadtoolsException* error) {
     error->Delete();  // nobody waits for the result of a repaint; an empty frame is left
   }

@@ -9,6 +9,9 @@
 namespace imaging {
 namespace {
 
+constexpr std::size_t kMostPreparedBytes = std::size_t{12}
+                                           << 20;  // about a thousand bilevel pages of a strip
+
 // Both live until the process ends: a static object of the host may destroy its list last of all.
 std::unordered_set<const void*>& LiveLists() {
   static auto& lists = *new std::unordered_set<const void*>;
@@ -90,19 +93,52 @@ BitmapList::Item& BitmapList::At(std::size_t index) {
   return m_items[index];
 }
 
-void BitmapList::Decode(Item& item) {
+Bitmap BitmapList::Decode(int page) const {
   const auto source = OpenFileSource(m_path.c_str());
   if (!IsSameContents(source->Stamp(), m_stamp))
     Fail(kErrorFileRead, "%s was changed while its pages were being read", m_path.c_str());
-  DecodedPage page = DecodeAt(m_bits, *OpenReader(*source), item.page, m_wish);
-  item.pixels = ListedPixels(*page.pixels);
-  item.header = RecordOf(std::move(page));
-  item.page = 0;
+  return RecordOf(DecodeAt(m_bits, *OpenReader(*source), page, m_wish));
+}
+
+Bitmap BitmapList::Prepared(int page) const {
+  Bitmap record = EmptyBitmap(0, 0, 1);
+  try {
+    record = Decode(page);
+    m_preparation->prepare(&record);
+  } catch (CLeadtoolsException* exception) {
+    exception->Delete();
+    Release(record);
+    record = EmptyBitmap(0, 0, 1);
+    m_preparation->replace(&record);
+  }
+  return record;
+}
+
+void BitmapList::GiveUpOldest() {
+  const HeldPage oldest = m_prepared.front();
+  m_prepared.pop_front();
+  m_preparedBytes -= oldest.bytes;
+  const auto index = static_cast<std::size_t>(oldest.page - 1);
+  if (index >= m_items.size() || m_items[index].page != oldest.page) return;  // a caller changed the list
+  m_items[index].pixels = {};
+  m_items[index].isHeld = false;
 }
 
 Bitmap BitmapList::Header(std::size_t index) {
   Item& item = At(index);
-  if (item.page != 0) Decode(item);
+  if (!item.isHeld) {
+    const Bitmap record = m_preparation ? Prepared(item.page) : Decode(item.page);
+    item.pixels = ListedPixels(*record.pStorage);
+    item.header = record;
+    item.isHeld = true;
+    if (m_preparation) {
+      const std::size_t bytes =
+          static_cast<std::size_t>(record.pStorage->HeldPitch()) * static_cast<std::size_t>(record.Height);
+      m_prepared.push_back({item.page, bytes});
+      m_preparedBytes += bytes;
+      while (m_preparedBytes > kMostPreparedBytes && m_prepared.size() > 1) GiveUpOldest();
+    }
+  }
   const PixelStorage* pixels = item.pixels.Get();
   if (pixels == nullptr) Fail(kErrorNoBitmap, "The bitmap of item %zu has been freed already", index);
   // A caller may have changed the pixels and failed before the header came back.
@@ -116,6 +152,7 @@ void BitmapList::SetHeader(std::size_t index, const Bitmap& header, PixelStorage
   Item& item = At(index);
   if (item.pixels.Get() != &pixels) item.pixels = ListedPixels(pixels);
   item.header = header;
+  item.isHeld = true;
   item.page = 0;
 }
 
@@ -124,7 +161,8 @@ void BitmapList::Insert(std::size_t index, const Bitmap& header, PixelStorage& p
     Fail(kErrorInvalidParameter, "A list of %zu bitmaps has no place %zu", m_items.size(), index);
   // What follows the taking over must not fail.
   if (m_items.size() == m_items.capacity()) m_items.reserve(m_items.size() * 2 + 8);
-  m_items.insert(m_items.begin() + static_cast<std::ptrdiff_t>(index), Item{header, ListedPixels(pixels), 0});
+  m_items.insert(m_items.begin() + static_cast<std::ptrdiff_t>(index),
+                 Item{header, ListedPixels(pixels), 0, true});
 }
 
 }  // namespace imaging

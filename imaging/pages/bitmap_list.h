@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -47,7 +49,9 @@ class BitmapList {
   /// Fills an empty list with the pages of a file. Throws if the file can't be shown.
   void OpenFile(const char* path, int bits, const DecodeWish& wish);
   std::size_t Count() const { return m_items.size(); }
-  /// Decodes the page if that hasn't happened yet. What throws leaves the item undecoded.
+  /// Pages that are decoded from now on are prepared, and given up again when many are held.
+  void Prepare(const leadtools12::PagePreparation& preparation) { m_preparation = preparation; }
+  /// Decodes the page if it isn't held. What throws leaves the item undecoded.
   Bitmap Header(std::size_t index);
   void SetHeader(std::size_t index, const Bitmap& header, PixelStorage& pixels);
   void Insert(std::size_t index, const Bitmap& header, PixelStorage& pixels);
@@ -56,13 +60,24 @@ class BitmapList {
   struct Item {
     Bitmap header;
     ListedPixels pixels;
-    int page = 0;  ///< of the file, still to be decoded; 0 none
+    int page = 0;  ///< of the file, whose pixels these are or will be; 0 none
+    bool isHeld = false;
   };
 
   Item& At(std::size_t index);
-  void Decode(Item& item);
+  struct HeldPage {
+    int page;
+    std::size_t bytes;
+  };
+
+  Bitmap Decode(int page) const;
+  Bitmap Prepared(int page) const;
+  void GiveUpOldest();
 
   std::vector<Item> m_items;
+  std::optional<leadtools12::PagePreparation> m_preparation;
+  std::deque<HeldPage> m_prepared;  ///< the one made first in front
+  std::size_t m_preparedBytes = 0;
   std::string m_path;
   SourceIdentity m_stamp;  ///< of the file when its pages were counted
   int m_bits = 0;

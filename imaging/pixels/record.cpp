@@ -36,6 +36,13 @@ void Replace(Bitmap& bitmap, std::unique_ptr<PixelStorage> storage) {
   bitmap.BitsPerPixel = kept.Bits();
 }
 
+void Release(Bitmap& bitmap) {
+  if ((bitmap.Flags & leadtools12::kAllocated) == 0) return;
+  if (PixelStorage::IsLive(bitmap.pStorage)) delete bitmap.pStorage;
+  bitmap.pStorage = nullptr;
+  bitmap.Flags &= ~leadtools12::kAllocated;
+}
+
 Bitmap EmptyBitmap(int width, int height, int bits) {
   Bitmap bitmap{};
   bitmap.uStructSize = sizeof bitmap;

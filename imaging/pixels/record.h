@@ -23,6 +23,9 @@ void Replace(Bitmap& bitmap, std::unique_ptr<PixelStorage> storage);
 void Adopt(Bitmap& bitmap, std::unique_ptr<PixelStorage> storage);
 /// A record without pixels and with unknown resolution.
 Bitmap EmptyBitmap(int width, int height, int bits);
+/// Frees the pixels of a record that owns them. One that outlived them is only cleared, as destructors call
+/// this.
+void Release(Bitmap& bitmap);
 std::unique_ptr<PixelStorage> Clone(const PixelStorage& source);
 
 }  // namespace imaging

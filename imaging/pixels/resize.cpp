@@ -177,6 +177,16 @@ void ResizeInto(const PixelStorage& source, int sourceOrder, PixelStorage& targe
   }
 }
 
+void ShowAsGrays(PixelStorage& bilevel) {
+  const auto gray = [](const RGBQUAD& color) {
+    return Luminance(color.rgbRed, color.rgbGreen, color.rgbBlue);
+  };
+  const auto& colors = std::as_const(bilevel).Palette();
+  bilevel.ShowAsBytes(gray(colors[0]), gray(colors[1]));
+  bilevel.SetLinearGray();
+  bilevel.SetRegion(std::nullopt);
+}
+
 std::unique_ptr<PixelStorage> Grayed(const PixelStorage& source, int order) {
   const RowReader reader(source, Alpha::FlattenOnWhite);
   auto target = PixelStorage::Create(source.Width(), source.Height(), 8);

@@ -17,5 +17,7 @@ std::unique_ptr<PixelStorage> SizedByAveraging(const PixelStorage& source, int w
 void ResizeInto(const PixelStorage& source, int sourceOrder, PixelStorage& target, int targetOrder);
 /// 8-bit grey by the weights of ITU-R BT.601, clause 2.5.1: 0.299 red, 0.587 green, 0.114 blue.
 std::unique_ptr<PixelStorage> Grayed(const PixelStorage& source, int order);
+/// The same in place, of 1 bit: the bits stay what is held.
+void ShowAsGrays(PixelStorage& bilevel);
 
 }  // namespace imaging

@@ -54,8 +54,8 @@ class PixelStorage {
   /// Writes the RowBytes() of a row, whatever is held.
   void CopyRow(int y, std::uint8_t* out) const;
 
-  /// Makes an image of 1 bit one of 8 bits: clear bits become the byte zero, set ones the byte one, which
-  /// differ. What is held stays; the colours are the caller's to set.
+  /// Makes an image of 1 bit one of 8 bits: clear bits become the byte zero, set ones the byte one. What is
+  /// held stays; the colours are the caller's to set.
   void ShowAsBytes(std::uint8_t zero, std::uint8_t one);
   /// From now on a row is held as its bytes.
   void HoldBytes() const {

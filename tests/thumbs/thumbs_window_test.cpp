@@ -122,4 +122,38 @@ TEST_F(Thumbs, AFailureIsToldAndLeavesTheStripEmpty) {
     }
 }
 
+// The pictures of a long file are made as they come into view: it is there at once, and a damaged page costs
+// its picture alone.
+TEST_F(Thumbs, ALongFileIsShownAsItIsLookedAt) {
+  constexpr int kPages = 1400;  // more pictures than are held at once
+  const std::string path = WriteFile(kPages, 1300);
+  strip->CreateThumbsFile(path.c_str());
+  ASSERT_EQ(Items(), kPages);
+  EXPECT_TRUE(Boxes::shown.empty());
+  UpdateWindow(strip->m_hWnd);
+  const auto sizeInList = [this](unsigned index) {
+    leadtools12::struct_LEAD_Bitmap picture{};
+    LEADTOOLS::GetBitmapListItem(strip->m_pBitmapList, index, &picture);
+    return std::pair(picture.Width, picture.Height);
+  };
+  const auto first = sizeInList(0);
+  for (unsigned i = 0; i < kPages; ++i)
+    EXPECT_EQ(sizeInList(i), i == 1299 ? std::pair(thumbs::kLandscapeWidth, thumbs::kPortraitHeight) : first);
+  EXPECT_EQ(sizeInList(0), first) << "made again after it was given up";
+  for (const int page : {1400, 700}) {
+    strip->SetSel(page);
+    UpdateWindow(strip->m_hWnd);
+    EXPECT_EQ(Item(page - 1).bSelected, 1);
+    EXPECT_EQ(Item(page - 2).bSelected, 0);
+    EXPECT_EQ(std::string(Item(page - 1).pszText), "Pagina " + std::to_string(page));
+    ASSERT_NE(Item(page - 1).pBitmap, nullptr);
+    EXPECT_EQ(Item(page - 1).pBitmap->Width, first.first);
+  }
+  LEADTOOLS::DestroyBitmapList(strip->m_pBitmapList);
+  strip->m_pBitmapList = nullptr;
+  strip->Invalidate();
+  UpdateWindow(strip->m_hWnd);  // without its list there is nothing to draw
+  EXPECT_EQ(Item(3).pBitmap, nullptr);
+}
+
 }  // namespace
