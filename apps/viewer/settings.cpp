@@ -51,6 +51,7 @@ std::string ReadText(const std::string& name) {
 }
 
 void WriteText(const std::string& name, const std::string& text) {
+  if (ReadText(name) == text) return;
   Key().Write(name, REG_SZ, text.c_str(), text.size() + 1);
 }
 

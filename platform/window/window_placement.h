@@ -15,7 +15,8 @@ struct tagWINDOWPLACEMENT {
 };
 using WINDOWPLACEMENT = tagWINDOWPLACEMENT;
 
-/// Also of a window that is maximized or takes the whole screen at the moment. FALSE if it is no main window.
+/// Also of a window that is maximized or takes the whole screen at the moment; if it was so from the start,
+/// the corner may be off by the desktop's frame. FALSE if it is no main window.
 PLATFORM_API BOOL GetWindowPlacement(HWND window, WINDOWPLACEMENT* placement);
 /// Moves and sizes the window and shows it as showCmd says.
 PLATFORM_API BOOL SetWindowPlacement(HWND window, const WINDOWPLACEMENT* placement);
