@@ -86,6 +86,7 @@ std::vector<std::string> PrinterNames() {
   std::array<char, 1024> name{};
   DWORD size = name.size();
   if (GetDefaultPrinterA(name.data(), &size) == FALSE) return names;
-  std::ranges::stable_partition(names, [&](const std::string& printer) { return printer == name.data(); });
+  std::stable_partition(names.begin(), names.end(),
+                        [&](const std::string& printer) { return printer == name.data(); });
   return names;
 }
