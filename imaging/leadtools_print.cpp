@@ -16,6 +16,7 @@ HDC LEADTOOLS::PrintBitmapExt(HDC dc, struct_LEAD_Bitmap* bitmap, int x, int y, 
     const SIZE dots{GetDeviceCaps(dc, LOGPIXELSX), GetDeviceCaps(dc, LOGPIXELSY)};
     const RECT place = imaging::PrintedRect(shown, {x, y, x + width, y + height}, page, dots);
     const RECT whole{0, 0, shown.Width, shown.Height};
-    return imaging::DrawOnPrinter(dc, &shown, whole, place) ? dc : nullptr;
+    imaging::Bitmap* const stored = &shown == bitmap ? nullptr : bitmap;
+    return imaging::DrawOnPrinter(dc, &shown, whole, place, stored) ? dc : nullptr;
   });
 }

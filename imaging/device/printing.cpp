@@ -36,15 +36,28 @@ std::optional<CodedForm> FormToPassOn(const PixelStorage& pixels, const Bitmap& 
   return form.bytes.empty() ? std::nullopt : std::optional(std::move(form));
 }
 
-platform::CodedImage Coded(const CodedForm& form) {
+platform::CodedImage Coded(const CodedForm& form, int orientation) {
   using Coding = platform::CodedImage::Coding;
-  return {form.coding == CodedForm::Coding::kJpeg ? Coding::kJpeg : Coding::kGroup4, form.bytes,
-          form.components, form.ycc, form.blackIsOne};
+  return {form.coding == CodedForm::Coding::kJpeg ? Coding::kJpeg : Coding::kGroup4,
+          form.bytes,
+          form.components,
+          form.ycc,
+          form.blackIsOne,
+          orientation};
+}
+
+/// What stands in the file for a bitmap of which an upright copy is drawn, and how it lies there.
+std::optional<CodedForm> StoredForm(Bitmap* stored, int& orientation) {
+  if (stored == nullptr) return std::nullopt;
+  const auto coded = RequirePixels(stored, "print").Coded();
+  auto form = coded ? coded->Read() : std::nullopt;
+  if (form) orientation = stored->ViewPerspective;
+  return form;
 }
 
 }  // namespace
 
-bool DrawOnPrinter(HDC dc, Bitmap* bitmap, const RECT& source, const RECT& destination) {
+bool DrawOnPrinter(HDC dc, Bitmap* bitmap, const RECT& source, const RECT& destination, Bitmap* stored) {
   const PixelStorage& pixels = RequirePixels(bitmap, "print");
   platform::PrinterImage image;
   image.top = pixels.HeldRow(0);
@@ -60,8 +73,10 @@ bool DrawOnPrinter(HDC dc, Bitmap* bitmap, const RECT& source, const RECT& desti
   }
   image.blueFirst = bitmap->Order != 0;
   const RECT whole{0, 0, image.width, image.height};
-  const auto form = EqualRect(source, whole) ? FormToPassOn(pixels, *bitmap) : std::nullopt;
-  const auto coded = form ? Coded(*form) : platform::CodedImage{};
+  int orientation = 1;
+  auto form = StoredForm(stored, orientation);
+  if (!form && EqualRect(source, whole)) form = FormToPassOn(pixels, *bitmap);
+  const auto coded = form ? Coded(*form, orientation) : platform::CodedImage{};
   if (form) image.coded = &coded;
   return platform::DrawImageOnPrinter(dc, image, destination, source);
 }

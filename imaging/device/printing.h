@@ -11,7 +11,9 @@ namespace imaging {
 RECT PrintedRect(const Bitmap& bitmap, const RECT& asked, const SIZE& page, const SIZE& dotsPerInch);
 
 /// Draws a part of the bitmap on a printing device context, at its own depth; the printer scales. False
-/// without an open page; why a page was closed shows in the results of the document.
-bool DrawOnPrinter(HDC dc, Bitmap* bitmap, const RECT& source, const RECT& destination);
+/// without an open page; why a page was closed shows in the results of the document. stored: what the bitmap
+/// is an upright copy of, whose coded form is passed on; null: the bitmap itself.
+bool DrawOnPrinter(HDC dc, Bitmap* bitmap, const RECT& source, const RECT& destination,
+                   Bitmap* stored = nullptr);
 
 }  // namespace imaging

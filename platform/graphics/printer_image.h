@@ -17,6 +17,8 @@ struct CodedImage {
   int components = 1;       ///< of JPEG: 1 grey, 3 colour
   bool ycc = false;         ///< of JPEG: the three are luma and chroma
   bool blackIsOne = false;  ///< of fax: what it codes as black is to be seen as white
+  /// How the coded image lies, by the numbers of TIFF and Exif; the pixels that go with it are upright.
+  int orientation = 1;
 };
 
 /// Pixels of an image, borrowed for the length of a call.

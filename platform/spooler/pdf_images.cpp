@@ -115,10 +115,17 @@ bool DeflatesBelow(ImageRows& rows, int height, std::size_t limit) {
 
 }  // namespace
 
+bool PdfWriter::PassesOn(const PrinterImage& image, const RECT& part) {
+  return image.coded != nullptr && part.left == 0 && part.top == 0 && part.right == image.width &&
+         part.bottom == image.height;
+}
+
 int PdfWriter::WriteImage(const PrinterImage& image, const RECT& part) {
-  const bool isWhole =
-      part.left == 0 && part.top == 0 && part.right == image.width && part.bottom == image.height;
-  if (isWhole && image.coded != nullptr) return WriteCoded(*image.coded, part);
+  if (PassesOn(image, part)) {
+    constexpr int kFirstOnItsSide = 5;  // orientations 5 to 8
+    const bool lies = image.coded->orientation >= kFirstOnItsSide;
+    return WriteCoded(*image.coded, lies ? RECT{0, 0, part.bottom, part.right} : part);
+  }
   return image.bits == 1 ? WriteBilevel(image, part) : WriteDeflated(image, part);
 }
 

@@ -23,6 +23,30 @@ std::string RectangleOperator(const PdfRect& rect) {
          PdfNumber(rect.height) + " re ";
 }
 
+/// An image fills the unit square; its top row lies at y = 1 (8.9.5). For each orientation, what brings it
+/// upright within the square: the first and second column of its sides, and its corner.
+struct UnitMatrix {
+  int a;
+  int b;
+  int c;
+  int d;
+  int e;
+  int f;
+};
+constexpr UnitMatrix kUpright[] = {{1, 0, 0, 1, 0, 0},  {-1, 0, 0, 1, 1, 0},  {-1, 0, 0, -1, 1, 1},
+                                   {1, 0, 0, -1, 0, 1}, {0, -1, -1, 0, 1, 1}, {0, -1, 1, 0, 0, 1},
+                                   {0, 1, 1, 0, 0, 0},  {0, 1, -1, 0, 1, 0}};
+
+std::string MatrixOperator(const PdfRect& place, int orientation) {
+  const UnitMatrix& unit = kUpright[orientation >= 1 && orientation <= 8 ? orientation - 1 : 0];
+  std::string text;
+  for (const double number :
+       {unit.a * place.width, unit.b * place.height, unit.c * place.width, unit.d * place.height,
+        place.x + unit.e * place.width, place.y + unit.f * place.height})
+    text += PdfNumber(number) + " ";
+  return text + "cm ";
+}
+
 }  // namespace
 
 std::string PdfNumber(double value) {
@@ -104,9 +128,8 @@ void PdfWriter::AddImage(const PrinterImage& image, const RECT& part, const PdfR
   m_resources += name + " " + Reference(WriteImage(image, part)) + " ";
   m_contents += "q ";
   if (clip != nullptr) m_contents += RectangleOperator(*clip) + "W n ";
-  // An image fills the unit square; its top row lies at y = 1 (8.9.5).
-  m_contents += PdfNumber(place.width) + " 0 0 " + PdfNumber(place.height) + " " + PdfNumber(place.x) + " " +
-                PdfNumber(place.y) + " cm " + name + " Do Q\n";
+  m_contents +=
+      MatrixOperator(place, PassesOn(image, part) ? image.coded->orientation : 1) + name + " Do Q\n";
 }
 
 void PdfWriter::EndPage() {

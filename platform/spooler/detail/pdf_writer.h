@@ -49,6 +49,7 @@ class PdfWriter {
   Stream BeginStream(std::string_view dictionary);
   /// The bytes of the stream.
   std::size_t EndStream(const Stream& stream);
+  static bool PassesOn(const PrinterImage& image, const RECT& part);
   int WriteImage(const PrinterImage& image, const RECT& part);
   int WriteCoded(const CodedImage& coded, const RECT& part);
   int WriteBilevel(const PrinterImage& image, const RECT& part);
