@@ -1,0 +1,16 @@
+# TESSAREL_RELEASE and TESSAREL_RELEASE_DATE from the newest entry of debian/changelog. A Debian revision or what marks a
+# rebuild is no part of the version.
+set(changelog ${CMAKE_CURRENT_LIST_DIR}/../../debian/changelog)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${changelog})
+file(STRINGS ${changelog} entry LIMIT_COUNT 1 REGEX "^[a-z0-9]+ \\(")
+string(REGEX MATCH "[0-9]+\\.[0-9]+\\.[0-9]+" TESSAREL_RELEASE "${entry}")
+file(STRINGS ${changelog} signature LIMIT_COUNT 1 REGEX "^ -- ")
+string(REGEX REPLACE ".*>  ..., ([0-9]+) (...) ([0-9]+) .*" "\\1;\\2;\\3" signature "${signature}")
+list(GET signature 0 day)
+list(GET signature 1 month)
+list(GET signature 2 year)
+set(months none Jan Feb Mar Apr May Jun Jul Aug Sep Oct Nov Dec)
+list(FIND months ${month} month)
+string(REGEX REPLACE ".*(..)$" "\\1" day "0${day}")
+string(REGEX REPLACE ".*(..)$" "\\1" month "0${month}")
+set(TESSAREL_RELEASE_DATE ${year}-${month}-${day})
