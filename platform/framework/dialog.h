@@ -23,6 +23,7 @@ class PLATFORM_API CDialog : public CWnd {
   /// Shows the dialog and runs it to its end. The parent, without one the active or main window, is disabled
   /// meanwhile. The value given to EndDialog; -1 if the dialog couldn't be made or the program ends.
   virtual int DoModal();
+  using CWnd::Create;
   /// A dialog beside the program's other windows. FALSE without a template of that name.
   BOOL Create(UINT templateId, CWnd* parent = nullptr) { return Create(MAKEINTRESOURCE(templateId), parent); }
   BOOL Create(LPCTSTR templateName, CWnd* parent = nullptr);

@@ -1,5 +1,7 @@
 #include "platform/framework/frame_wnd.h"
 
+#include <utility>
+
 #include "platform/framework/app.h"
 #include "platform/framework/detail/frame_resources.h"
 #include "platform/framework/object_hold.h"
@@ -52,6 +54,12 @@ BOOL CFrameWnd::Create(LPCTSTR className, LPCTSTR title, DWORD style, const RECT
                                 parent == nullptr ? nullptr : parent->m_hWnd, menu, context);
   if (created == 0) DestroyMenu(menu);  // this object may be gone
   return created;
+}
+
+void CFrameWnd::SetFrameMenu(HMENU menu) {
+  const HMENU former = std::exchange(m_hMenuDefault, menu);
+  ::SetMenu(m_hWnd, menu);
+  if (former != menu) DestroyMenu(former);
 }
 
 BOOL CFrameWnd::PreCreateWindow(CREATESTRUCT& cs) {

@@ -37,6 +37,7 @@ class PLATFORM_API CFrameWnd : public CWnd {
   CString m_strTitle;
   int m_nWindow = -1;  ///< number of this window among those of its document; -1: the only one
 
+  using CWnd::Create;  // not hidden by the frame's own
   /// menuName: a menu of the resources. FALSE if it can't be found; the frame isn't made then.
   virtual BOOL Create(LPCTSTR className, LPCTSTR title, DWORD style = WS_OVERLAPPEDWINDOW,
                       const RECT& rect = rectDefault, CWnd* parent = nullptr, LPCTSTR menuName = nullptr,
@@ -44,6 +45,9 @@ class PLATFORM_API CFrameWnd : public CWnd {
   /// Everything under one number: menu, icon (where there is one) and title (the string's first line).
   virtual BOOL LoadFrame(UINT id, DWORD style = DWORD{WS_OVERLAPPEDWINDOW} | FWS_ADDTOTITLE,
                          CWnd* parent = nullptr, CCreateContext* context = nullptr);
+  /// A menu of the host's making (null: none) in the place of the one that was loaded, which is destroyed.
+  /// The window owns it from now, and it is in the bar at once, or as soon as it is this window's turn.
+  virtual void SetFrameMenu(HMENU menu);
   BOOL PreTranslateMessage(MSG* message) override;
   BOOL PreCreateWindow(CREATESTRUCT& cs) override;
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handlerInfo) override;

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "platform/framework/detail/frame_resources.h"
 #include "platform/framework/mdi_wnd.h"
 #include "platform/framework/thread.h"
@@ -99,13 +101,20 @@ void CMDIChildWnd::OnMDIActivate(BOOL activate, CWnd* activated, CWnd*) {
   ShowMenu(activate != 0, activated != nullptr);
 }
 
+void CMDIChildWnd::SetFrameMenu(HMENU menu) {
+  const HMENU former = std::exchange(m_loadedMenu, menu);
+  m_hMenuShared = menu;
+  const CMDIFrameWnd* frame = m_hWnd == nullptr ? nullptr : GetMDIFrame();
+  if (frame != nullptr && frame->MDIGetActive() == this) ShowMenu(true, true);
+  if (former != menu) ::DestroyMenu(former);
+}
+
 void CMDIChildWnd::ShowMenu(bool activate, bool anyActive) {
   CMDIFrameWnd* frame = GetMDIFrame();
   // Between two windows only the one that comes changes the menu.
   if (frame == nullptr || (!activate && anyActive)) return;
   const HMENU menu = activate && m_hMenuShared != nullptr ? m_hMenuShared : frame->m_hMenuDefault;
-  ::SendMessage(frame->m_hWndMDIClient, WM_MDISETMENU, reinterpret_cast<WPARAM>(menu),
-                reinterpret_cast<LPARAM>(frame->GetWindowMenuPopup(menu)));
+  frame->ShowMenuInBar(menu);
 }
 
 void CMDIChildWnd::OnUpdateFrameTitle(BOOL addToTitle) {

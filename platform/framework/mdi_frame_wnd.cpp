@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "platform/framework/app.h"
 #include "platform/framework/cmd_ui.h"
@@ -156,6 +157,21 @@ BOOL CMDIFrameWnd::CloseChildren() {
     if (::IsWindow(child) != 0) return FALSE;
   }
   return TRUE;
+}
+
+void CMDIFrameWnd::SetFrameMenu(HMENU menu) {
+  const HMENU former = std::exchange(m_hMenuDefault, menu);
+  if (::GetMenu(m_hWnd) == former) ShowMenuInBar(menu);
+  if (former != menu) DestroyMenu(former);
+}
+
+void CMDIFrameWnd::ShowMenuInBar(HMENU menu) {
+  // The client lists the document windows in the menu; without one there is nothing for it to do.
+  if (menu == nullptr)
+    ::SetMenu(m_hWnd, nullptr);
+  else
+    ::SendMessage(m_hWndMDIClient, WM_MDISETMENU, reinterpret_cast<WPARAM>(menu),
+                  reinterpret_cast<LPARAM>(GetWindowMenuPopup(menu)));
 }
 
 void CMDIFrameWnd::OnClose() {

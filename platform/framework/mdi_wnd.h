@@ -40,6 +40,9 @@ class PLATFORM_API CMDIFrameWnd : public CFrameWnd {
   /// Sends WM_CLOSE to the document windows in the order in which they were made. FALSE once one stays.
   virtual BOOL CloseChildren();
 
+  /// What the bar shows while no document window with a menu of its own is active.
+  void SetFrameMenu(HMENU menu) override;
+
   /// The active document window, this one if there is none.
   CFrameWnd* GetActiveFrame() override;
   void OnUpdateFrameTitle(BOOL addToTitle) override;
@@ -49,6 +52,8 @@ class PLATFORM_API CMDIFrameWnd : public CFrameWnd {
   void GetMessageString(UINT id, CString& message) const override;
 
  protected:
+  friend class CMDIChildWnd;
+  void ShowMenuInBar(HMENU menu);
   BOOL OnCreateClient(LPCREATESTRUCT cs, CCreateContext* context) override;
   BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
 
@@ -79,10 +84,20 @@ class PLATFORM_API CMDIChildWnd : public CFrameWnd {
                       DWORD style = DWORD{WS_CHILD} | WS_VISIBLE | WS_OVERLAPPEDWINDOW,
                       const RECT& rect = rectDefault, CMDIFrameWnd* parent = nullptr,
                       CCreateContext* context = nullptr);
+  using CWnd::Create;
+  /// Of any frame. It takes no part in a document window's life, and is here so that it isn't hidden.
+  BOOL Create(LPCTSTR className, LPCTSTR title, DWORD style, const RECT& rect, CWnd* parent, LPCTSTR menuName,
+              DWORD exStyle, CCreateContext* context) override {
+    return CFrameWnd::Create(className, title, style, rect, parent, menuName, exStyle, context);
+  }
   /// Everything under one number, as for a main window; the menu becomes m_hMenuShared. The window is hidden
   /// until ActivateFrame.
   BOOL LoadFrame(UINT id, DWORD style = DWORD{WS_OVERLAPPEDWINDOW} | FWS_ADDTOTITLE, CWnd* parent = nullptr,
                  CCreateContext* context = nullptr) override;
+
+  /// Becomes m_hMenuShared: what the main window's bar shows while this window is active. Null: the main
+  /// window's own. One that somebody else has put into m_hMenuShared isn't destroyed.
+  void SetFrameMenu(HMENU menu) override;
 
   CMDIFrameWnd* GetMDIFrame() const;
   CFrameWnd* GetParentFrame() const;

@@ -8,6 +8,7 @@
 class PLATFORM_API CButton : public CWnd {
   DECLARE_DYNAMIC(CButton)
  public:
+  using CWnd::Create;
   BOOL Create(LPCTSTR text, DWORD style, const RECT& rect, CWnd* parent, UINT id);
   int GetCheck() { return static_cast<int>(SendMessage(BM_GETCHECK)); }
   void SetCheck(int check) { SendMessage(BM_SETCHECK, static_cast<WPARAM>(check)); }
@@ -16,6 +17,7 @@ class PLATFORM_API CButton : public CWnd {
 class PLATFORM_API CEdit : public CWnd {
   DECLARE_DYNAMIC(CEdit)
  public:
+  using CWnd::Create;
   BOOL Create(DWORD style, const RECT& rect, CWnd* parent, UINT id);
   void SetSel(int start, int end) { SendMessage(EM_SETSEL, static_cast<WPARAM>(start), end); }
   DWORD GetSel() { return static_cast<DWORD>(SendMessage(EM_GETSEL)); }
@@ -29,12 +31,14 @@ class PLATFORM_API CEdit : public CWnd {
 class PLATFORM_API CStatic : public CWnd {
   DECLARE_DYNAMIC(CStatic)
  public:
+  using CWnd::Create;
   BOOL Create(LPCTSTR text, DWORD style, const RECT& rect, CWnd* parent, UINT id = 0xffff);
 };
 
 class PLATFORM_API CComboBox : public CWnd {
   DECLARE_DYNAMIC(CComboBox)
  public:
+  using CWnd::Create;
   /// The rectangle's height is that with the list dropped down.
   BOOL Create(DWORD style, const RECT& rect, CWnd* parent, UINT id);
   int GetCount() { return static_cast<int>(SendMessage(CB_GETCOUNT)); }
@@ -63,6 +67,7 @@ class PLATFORM_API CComboBox : public CWnd {
 class PLATFORM_API CSpinButtonCtrl : public CWnd {
   DECLARE_DYNAMIC(CSpinButtonCtrl)
  public:
+  using CWnd::Create;
   BOOL Create(DWORD style, const RECT& rect, CWnd* parent, UINT id);
   void SetRange(int low, int high) { SendMessage(UDM_SETRANGE, 0, MAKELONG(high, low)); }
   int SetPos(int position) {
@@ -76,6 +81,7 @@ class PLATFORM_API CSpinButtonCtrl : public CWnd {
 class PLATFORM_API CProgressCtrl : public CWnd {
   DECLARE_DYNAMIC(CProgressCtrl)
  public:
+  using CWnd::Create;
   BOOL Create(DWORD style, const RECT& rect, CWnd* parent, UINT id);
   void SetRange(int low, int high) { SendMessage(PBM_SETRANGE, 0, MAKELONG(low, high)); }
   int SetPos(int position) {

@@ -19,6 +19,7 @@ class PLATFORM_API CStatusBar : public CControlBar {
  public:
   CStatusBar() = default;
 
+  using CWnd::Create;
   BOOL Create(CWnd* parent, DWORD style = WS_CHILD | WS_VISIBLE | CBRS_BOTTOM, UINT id = AFX_IDW_STATUS_BAR);
   /// Makes the panes, each as wide as the string with its id; 0 is the stretching message pane if it comes
   /// first. Null ids: count panes without numbers.

@@ -54,6 +54,7 @@ class PLATFORM_API CToolBar : public CControlBar {
  public:
   CToolBar() = default;
 
+  using CWnd::Create;
   BOOL Create(CWnd* parent, DWORD style = WS_CHILD | WS_VISIBLE | CBRS_TOP, UINT id = AFX_IDW_TOOLBAR);
   /// controlStyle: TBSTYLE_...; style: WS_... and CBRS_...; borders: extra room at each side.
   BOOL CreateEx(CWnd* parent, DWORD controlStyle = TBSTYLE_FLAT,

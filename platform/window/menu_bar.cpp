@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <utility>
 
 #include "platform/window/detail/mdi_windows.h"
 #include "platform/window/detail/menu_fill.h"
@@ -114,7 +115,15 @@ bool OpenMenuBar(HWND topLevel, char32_t accessKey) {
 
 void ForgetMenus(WindowRecord& window) {
   CloseTrackedMenu(window.handle);
-  if (!window.IsChild()) DestroyMenu(window.menu);
+  if (!window.IsChild()) DestroyMenu(std::exchange(window.menu, nullptr));
+}
+
+void DropFromBars(HMENU menu) {
+  Windows().ForEach([menu](HWND, WindowRecord& window) {
+    if (window.IsChild() || window.menu != menu) return;
+    window.menu = nullptr;
+    RefreshMenuBar(window);
+  });
 }
 
 }  // namespace platform

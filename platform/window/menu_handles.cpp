@@ -6,6 +6,7 @@
 
 #include "platform/resources/detail/find.h"
 #include "platform/window/detail/menu_record.h"
+#include "platform/window/detail/menu_widgets.h"
 
 using platform::FindMenuItem;
 using platform::FindMenuRecord;
@@ -101,6 +102,7 @@ HMENU LoadMenuA(HINSTANCE module, LPCSTR name) {
 BOOL DestroyMenu(HMENU menu) {
   const std::unique_ptr<MenuRecord> record = Menus().Remove(menu);
   if (!record) return FALSE;
+  platform::DropFromBars(menu);
   for (const MenuItemRecord& item : record->items) DestroyMenu(item.popup);
   return TRUE;
 }

@@ -49,6 +49,32 @@ void Picture(const CWnd& window, const std::string& name) {
 
 // Who is active
 
+TEST_F(Mdi, OwnMenusTakeTheirTurnInTheBarAndADestroyedOneLeavesIt) {
+  const auto menu = [](UINT id) {
+    HMENU bar = CreateMenu();
+    AppendMenuA(bar, MF_STRING, id, "x");
+    return bar;
+  };
+  const HMENU loaded = m_main->m_hMenuDefault;
+  Child* child = Child::Show(m_main, "Uno");
+  const HMENU childs = child->m_hMenuShared;
+  const HMENU main = menu(1);
+  m_main->SetFrameMenu(main);
+  EXPECT_FALSE(IsMenu(loaded)) << "nobody else destroys it";
+  EXPECT_EQ(GetMenu(*m_main), childs) << "not yet its turn";
+  const HMENU own = menu(2);
+  child->SetFrameMenu(own);
+  EXPECT_FALSE(IsMenu(childs));
+  EXPECT_EQ(GetMenu(*m_main), own);
+  child->SetFrameMenu(nullptr);
+  EXPECT_EQ(GetMenu(*m_main), main);
+  child->SetFrameMenu(menu(3));
+  child->DestroyWindow();
+  EXPECT_EQ(GetMenu(*m_main), main);
+  DestroyMenu(main);
+  EXPECT_EQ(GetMenu(*m_main), nullptr) << "a bar with a dead menu";
+}
+
 TEST_F(Mdi, ActivationTellsBothWindowsAndBringsMenuTitleAndFocus) {
   const HMENU own = m_main->m_hMenuDefault;
   EXPECT_STREQ(Title(), "Visore");

@@ -65,6 +65,8 @@ bool HasMenuBar(HWND topLevel);
 bool OpenMenuBar(HWND topLevel, char32_t accessKey);
 /// At the end of a window: closes what it tracks and destroys its menu.
 void ForgetMenus(WindowRecord& window);
+/// A menu that ends is shown in no bar any more.
+void DropFromBars(HMENU menu);
 /// Closes the tracked pop-up of that owner.
 void CloseTrackedMenu(HWND owner);
 
