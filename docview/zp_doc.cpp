@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdint>
 #include <utility>
 
 #include "docview/bitmap_borrower.h"
@@ -27,11 +26,6 @@ constexpr int kRemembered = 1;
 using Clock = std::chrono::steady_clock;
 /// How long an open goes on before it shows the pages that it has, and until it shows further ones.
 constexpr std::chrono::milliseconds kPatience(200);
-
-/// A number in the place of the object that a hint carries.
-CObject* HintNumber(int number) {
-  return reinterpret_cast<CObject*>(static_cast<std::intptr_t>(number));
-}
 
 void ShowOpening() {
   CWnd* const main = AfxGetMainWnd();
@@ -154,9 +148,9 @@ void CZPDoc::BecomeEmpty() {
 void CZPDoc::ShowSoFar(int nFirst, int nEnd) {
   if (nFirst == 0) {
     m_nActivePage = 0;
-    UpdateAllViews(nullptr, view::kHintAllPages, nullptr);
+    TellViews(view::kHintAllPages);
   } else {
-    for (int i = nFirst; i < nEnd; ++i) UpdateAllViews(nullptr, view::kHintPageChanged, HintNumber(i));
+    for (int i = nFirst; i < nEnd; ++i) TellViews(view::kHintPageChanged, i);
   }
   POSITION position = GetFirstViewPosition();
   const CView* const view = position == nullptr ? nullptr : GetNextView(position);
@@ -173,6 +167,10 @@ void CZPDoc::ShowSoFar(int nFirst, int nEnd) {
   PaintWhileBusy();
 }
 
+void CZPDoc::TellViews(int nHint, int nPage) {
+  UpdateAllViews(nullptr, nHint, nHint == view::kHintPageChanged ? view::HintOfPage(nPage) : nullptr);
+}
+
 int CZPDoc::FailOpen(CLeadtoolsException* pException) {
   BecomeEmpty();
   ReportFailure(pException);
@@ -182,7 +180,7 @@ int CZPDoc::FailOpen(CLeadtoolsException* pException) {
 
 void CZPDoc::ShowOpened(int nActivePage) {
   m_nActivePage = nActivePage;
-  UpdateAllViews(nullptr, view::kHintAllPages, nullptr);
+  TellViews(view::kHintAllPages);
   InitialFrameUpdate();
 }
 
@@ -229,7 +227,7 @@ int CZPDoc::SetActivePage(int nPage) {
   m_nActivePage = nPage;
   CZPPage* const page = PageAt(nPage);
   if (page != nullptr) page->Activate(1);
-  UpdateAllViews(nullptr, view::kHintOtherPage, nullptr);
+  TellViews(view::kHintOtherPage);
   return 1;
 }
 
@@ -249,7 +247,7 @@ int CZPDoc::Rotate(int nAngle) {
   if (page == nullptr || page->GetHBitmap() == nullptr) return 0;
   StopPrinting();  // the pixels move
   if (page->Rotate(nAngle, kRemembered) == 0) return 0;
-  UpdateAllViews(nullptr, view::kHintPageChanged, HintNumber(view::kActivePage));
+  TellViews(view::kHintPageChanged);
   return 1;
 }
 

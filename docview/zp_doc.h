@@ -1,5 +1,6 @@
 #pragma once
 
+#include "docview/hints.h"
 #include "docview/zp_page.h"
 #include "library/export.h"
 #include "platform/base/ptr_array.h"
@@ -39,6 +40,12 @@ class TESSAREL_API CZPDoc : public CDocument {
   /// 0 if there is no such page, which changes nothing.
   virtual int SetActivePage(int nPage);
 
+  /// Tells all views that something changed: view::kHintAllPages, kHintPageChanged (with the page, counted
+  /// from 0; the active one if none is given) or kHintOtherPage. A host calls it after it changed a page's
+  /// pixels.
+  void TellViews(int nHint, int nPage = view::kActivePage);
+
+  /// How many pages the document has, those that couldn't be decoded too.
   int GetPagesNum() const { return m_arrPages.GetSize(); }
   /// -1 before the first open and after one that failed.
   int GetActivePageNum() const { return m_nActivePage; }

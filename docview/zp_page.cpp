@@ -99,17 +99,23 @@ int CZPPage::LoadPage(struct_LEAD_Bitmap* pBitmap, int nFormat, leadtools12::Loa
     return Report(exception);
   }
   m_nFormat = nFormat;
-  return 1;
+  return TellLoaded(1);
 }
 
 int CZPPage::LoadPage(const char* pszFile, int nPage, leadtools12::LoadRowCallback pfnCallback,
                       void* pUserData) {
-  return DoLoad(&m_bitmap, pszFile, nPage, pfnCallback, pUserData) != 0 ? 1 : 0;
+  return TellLoaded(DoLoad(&m_bitmap, pszFile, nPage, pfnCallback, pUserData));
 }
 
 int CZPPage::LoadPage(BYTE* pBuffer, DWORD dwSize, int nPage, leadtools12::LoadRowCallback pfnCallback,
                       void* pUserData) {
-  return DoLoad(&m_bitmap, pBuffer, dwSize, nPage, pfnCallback, pUserData) != 0 ? 1 : 0;
+  return TellLoaded(DoLoad(&m_bitmap, pBuffer, dwSize, nPage, pfnCallback, pUserData));
+}
+
+int CZPPage::TellLoaded(int loaded) {
+  if (loaded == 0) return 0;
+  OnLoaded();
+  return 1;
 }
 
 void CZPPage::NoteInformation() {

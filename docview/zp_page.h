@@ -50,6 +50,9 @@ class TESSAREL_API CZPPage {
   int Rotate(int nAngle, int bRemember);
 
  protected:
+  /// Called once the page's own bitmap has been decoded by any LoadPage, before anybody sees it: the place
+  /// for a host's pages to draw on it (LEADTOOLS::CreateLeadDC), so that no LoadPage need be overridden.
+  virtual void OnLoaded() {}
   /// What LoadPage does, into any record. On a failure the record's bitmap is freed.
   int DoLoad(struct_LEAD_Bitmap* pBitmap, const char* pszFile, int nPage,
              leadtools12::LoadRowCallback pfnCallback, void* pUserData);
@@ -72,6 +75,7 @@ class TESSAREL_API CZPPage {
   bool IsShared() const { return m_pShared != nullptr && m_pShared->pStorage == m_bitmap.pStorage; }
   void Share() const;
   void ReleaseBitmap();
+  int TellLoaded(int loaded);
   void NoteInformation();
   int LoadFrom(const PageSource& source, struct_LEAD_Bitmap* bitmap, int page,
                leadtools12::LoadRowCallback callback, void* userData);

@@ -1,7 +1,5 @@
 #include "docview/zp_thumbs_view.h"
 
-#include <cstdint>
-
 #include "docview/hints.h"
 #include "docview/zp_doc.h"
 #include "library/failure.h"
@@ -63,7 +61,7 @@ void CZPThumbsView::OnUpdate(CView*, LPARAM lHint, CObject* pHint) {
       CreateThumbsList();
       break;
     case view::kHintPageChanged:
-      UpdatePageModification(static_cast<int>(reinterpret_cast<std::intptr_t>(pHint)));
+      UpdatePageModification(view::PageOfHint(pHint));
       break;
     case view::kHintOtherPage:
       ChangeSelPage();

@@ -51,7 +51,7 @@ void CZPView::ForgetBitmap() {
 
 void CZPView::OnUpdate(CView*, LPARAM hint, CObject* hintObject) {
   CZPDoc* const document = Document();
-  const auto page = static_cast<int>(reinterpret_cast<std::intptr_t>(hintObject));
+  const auto page = view::PageOfHint(hintObject);
   const int active = document != nullptr ? document->GetActivePageNum() : view::kActivePage;
   if (!view::ConcernsActivePage(static_cast<int>(hint), page, active)) return;
   FreeSmartBitmap();
