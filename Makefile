@@ -2,7 +2,7 @@
 PREFIX ?= /usr/local
 JOBS ?= $(shell nproc)
 
-.PHONY: run test bench lint lint-changed sanitize fuzz install setup setup-modules
+.PHONY: run test bench lint lint-changed sanitize fuzz install package package-test setup setup-modules
 
 build:
 	@mkdir -p build
@@ -59,3 +59,15 @@ install: setup-modules
 	cmake --preset release
 	cmake --build build/release -- -j$(JOBS)
 	cmake --install build/release --prefix $(PREFIX)
+
+# Debian packages, in build/package.
+package: setup-modules | build
+	@tools/setup package
+	@tools/package build/package
+
+# Installs them into a fresh root, builds hosts there, takes them out; and builds them again, to the bit. As root; slow.
+package-test: package
+	cmake --preset release
+	cmake --build build/release --target sample_fax -- -j$(JOBS)
+	tests/package/fresh_root.sh build/package build/release/sample_fax.tif build/package-test
+	tools/package_twice build/package build/package-test

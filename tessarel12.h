@@ -2,6 +2,10 @@
 
 // Everything that a host needs of the image-viewing component.
 
+#if __cplusplus < 202002L
+#error "Tessarel12 needs C++20 or newer: compile with -std=c++20"
+#else
+
 #include "docview/bitmap_borrower.h"
 #include "docview/document_frame.h"
 #include "docview/hints.h"
@@ -46,3 +50,5 @@
 #include "print/print_file.h"
 #include "viewing/commands/custom_zoom_dlg.h"
 #include "viewing/commands/go_to_page_dlg.h"
+
+#endif

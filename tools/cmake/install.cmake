@@ -1,8 +1,13 @@
 # What a host gets: the libraries, the public headers below include/tessarel12, a CMake package, a pkg-config file.
+# Components: Runtime (libraries), Development, Testing; and Formats (the helper), Viewer.
 include(CMakePackageConfigHelpers)
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME Development)
 
 install(TARGETS TessarelPlatform LTWrap12 Tessarel12 EXPORT Tessarel12Targets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development)
+if(NOT TESSAREL_INSTALL)
+  return()
+endif()
 # A part of its own: find_package(Tessarel12 COMPONENTS Testing) asks for it.
 install(TARGETS TessarelTesting EXPORT Tessarel12TestingTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Testing NAMELINK_COMPONENT Testing)
