@@ -43,6 +43,11 @@ void CViewerPage::FitAgain() {
 
 void CViewerPage::OnSize(UINT type, int cx, int cy) {
   CImageWindow::OnSize(type, cx, cy);
+  // A scroll bar that comes takes from the client area alone: the user has enlarged the page.
+  CRect place;
+  GetWindowRect(place);
+  if (place.Size() == m_size) return;
+  m_size = place.Size();
   FitAgain();
 }
 

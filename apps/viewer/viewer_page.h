@@ -46,6 +46,7 @@ class CViewerPage : public CImageWindow {
 
   bool m_turnsAtEnd = true;
   bool m_fitting = false;
+  CSize m_size;  ///< with the scroll bars
 
   bool m_armed = false;
   bool m_selecting = false;  ///< the button is down

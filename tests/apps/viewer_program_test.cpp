@@ -56,13 +56,27 @@ class ViewerProgram : public ::testing::Test {
 };
 
 TEST_F(ViewerProgram, ALineThatMakesNoSenseIsRefusedBeforeAnythingIsDone) {
-  for (const char* line :
-       {"--nonsense", "--info", "--page 0 fax.tif", "--page 1x fax.tif", "--page", "--zoom 0 fax.tif",
-        "--zoom deep fax.tif", "--geometry 800 fax.tif", "--geometry 800x600+1 fax.tif", "--help=now",
-        "--info --print fax.tif", "--export a.png fax.tif fax.tif", "--export a.doc fax.tif",
-        "--export a.png --pages 3-1 fax.tif", "--export a.png --pages 0 fax.tif",
-        "--export a.png --pages 1, fax.tif", "--pages 1 fax.tif", "--info --printer x fax.tif",
-        "--screenshot a.jpg fax.tif"}) {
+  for (const char* line : {"--nonsense",
+                           "--info",
+                           "--page 0 fax.tif",
+                           "--page 1x fax.tif",
+                           "--page",
+                           "--zoom 0 fax.tif",
+                           "--zoom deep fax.tif",
+                           "--geometry 800 fax.tif",
+                           "--geometry 800x600+1 fax.tif",
+                           "--help=now",
+                           "--info --print fax.tif",
+                           "--export a.png fax.tif fax.tif",
+                           "--export a.doc fax.tif",
+                           "--export a.png --pages 3-1 fax.tif",
+                           "--export a.png --pages 0 fax.tif",
+                           "--export a.png --pages 1, fax.tif",
+                           "--pages 1 fax.tif",
+                           "--info --printer x fax.tif",
+                           "--screenshot a.jpg fax.tif",
+                           "--watch none",
+                           "--watch . --info fax.tif"}) {
     const Outcome run = Run(line);
     EXPECT_EQ(run.status, 2) << line;
     EXPECT_EQ(run.out, "") << line;

@@ -153,7 +153,7 @@ TEST_F(ViewerWindow, OfSeveralDroppedFilesEachGetsAWindow) {
   EXPECT_EQ(Title(*window), "a.tif - Tessarel");
   EXPECT_EQ(Title(*app->Windows()[1]), "b.tif - Tessarel");
   EXPECT_EQ(Title(*app->Windows()[2]), "c.tif - Tessarel");
-  EXPECT_TRUE(ui::DropFiles(Page().m_hWnd, {20, 20}, std::span(two).first(1)));
+  EXPECT_TRUE(ui::DropFiles(window->m_hWnd, {20, 20}, std::span(two).first(1)));
   Settle();
   EXPECT_EQ(Title(*window), "b.tif - Tessarel") << "one alone comes in the place of what is shown";
   EXPECT_TRUE(told.empty());
@@ -205,8 +205,8 @@ TEST_F(ViewerWindow, AFitStaysOverPagesSizesAndStarts) {
   Settle();
   const int wide = Page().GetScalePercent();
   EXPECT_GT(wide, narrow + 10);
-  Key('1', false, false);
-  Page().ZoomIn();
+  Choose(ID_ZP_ZOOM_IN);
+  EXPECT_EQ(Page().GetScalePercent(), 100) << "till the next page, though scroll bars come";
   Choose(ID_ZP_NEXT_PAGE);
   EXPECT_EQ(Page().GetScalePercent(), wide) << "the next page is fitted again";
   EXPECT_EQ(static_cast<const char*>(::GetWindowText(window->m_wndComboScale.m_hWnd)),
