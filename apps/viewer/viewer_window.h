@@ -94,6 +94,7 @@ class CViewerWindow : public CImageFrame {
   void AddMenuItems();
   bool MakePanes();
   CString PaneText(UINT pane) const;
+  int RoomFor(UINT pane) const;
   /// Takes the keyboard to the next or previous of page, strip and combos.
   void StepFocus(bool back);
   bool TakesFocusKey(const MSG& message);

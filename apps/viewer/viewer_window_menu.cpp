@@ -35,6 +35,40 @@ void InsertPopup(CMenu* menu, UINT at, UINT text, HMENU popup) {
   menu->InsertMenu(at, MF_BYPOSITION | MF_POPUP, reinterpret_cast<std::uintptr_t>(popup), Text(text));
 }
 
+bool IsInsideLetter(char c) {
+  return (static_cast<unsigned char>(c) & 0xc0) == 0x80;  // of UTF-8
+}
+
+void DropFirst(std::string& text) {
+  text.erase(0, 1);
+  while (!text.empty() && IsInsideLetter(text.front())) text.erase(0, 1);
+}
+
+void DropLast(std::string& text) {
+  while (!text.empty() && IsInsideLetter(text.back())) text.pop_back();
+  if (!text.empty()) text.pop_back();
+}
+
+/// A text without its middle, if it has to be; empty if nothing of use would be left.
+CString Shortened(CDC& dc, const CString& text, int room) {
+  constexpr std::size_t kLeast = 8;
+  if (dc.GetTextExtent(text).cx <= room) return text;
+  std::string head(static_cast<const char*>(text));
+  std::size_t half = head.size() / 2;
+  while (half < head.size() && IsInsideLetter(head[half])) ++half;
+  std::string tail = head.substr(half);
+  head.resize(half);
+  while (head.size() + tail.size() > kLeast) {
+    if (head.size() > tail.size())
+      DropLast(head);
+    else
+      DropFirst(tail);
+    const CString shown = (head + "…" + tail).c_str();
+    if (dc.GetTextExtent(shown).cx <= room) return shown;
+  }
+  return {};
+}
+
 /// "&" is a letter in file names.
 CString MenuName(std::size_t index, const std::string& path) {
   constexpr std::size_t kLongest = 60;
@@ -145,14 +179,32 @@ CString CViewerWindow::PaneText(UINT pane) const {
   return TextWith(IDS_DPI_BOTH, page.XResolution, page.YResolution);
 }
 
+/// What a narrow window leaves for a pane, once the message and the panes before it in this order have
+/// theirs.
+int CViewerWindow::RoomFor(UINT pane) const {
+  constexpr int kMessage = 100;
+  constexpr int kAround = 10;
+  CRect bar;
+  m_wndStatusBar.GetClientRect(bar);
+  int room = bar.Width() - kMessage;
+  for (const UINT other : {UINT{ID_ZP_INDICATOR_PAGE}, UINT{ID_ZP_INDICATOR_ZOOM}, UINT{kDamagePane},
+                           UINT{kDpiPane}, UINT{kNamePane}}) {
+    if (other == pane) break;
+    CRect place;
+    m_wndStatusBar.GetItemRect(m_wndStatusBar.CommandToIndex(other), place);
+    room -= place.Width();
+  }
+  return room - kAround;
+}
+
 void CViewerWindow::OnUpdatePane(CCmdUI* ui) {
   constexpr int kWidest = 220;
-  const CString text = PaneText(ui->m_nID);
+  CClientDC dc(&m_wndStatusBar);
+  const CString text = Shortened(dc, PaneText(ui->m_nID), std::min(RoomFor(ui->m_nID), kWidest));
   const int index = m_wndStatusBar.CommandToIndex(ui->m_nID);
   if (m_wndStatusBar.GetPaneText(index) == text) return;
-  CClientDC dc(&m_wndStatusBar);
   const UINT style = text.IsEmpty() != FALSE ? SBPS_NOBORDERS : SBPS_NORMAL;
-  m_wndStatusBar.SetPaneInfo(index, ui->m_nID, style, std::min<int>(dc.GetTextExtent(text).cx, kWidest));
+  m_wndStatusBar.SetPaneInfo(index, ui->m_nID, style, dc.GetTextExtent(text).cx);
   m_wndStatusBar.SetPaneText(index, text);
 }
 

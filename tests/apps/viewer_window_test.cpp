@@ -307,6 +307,18 @@ TEST_F(ViewerWindow, TheStatusBarTellsNameResolutionAndDamage) {
   EXPECT_EQ(Pane(kDamagePane),
             rows == 1 ? "1 riga non leggibile" : std::to_string(rows) + " righe non leggibili");
   EXPECT_EQ(Pane(kNamePane), "damaged.tif");
+  ASSERT_TRUE(window->OpenPath(Fax("Una comunicazione dell'università di Forlì, è più lunga.tif")));
+  for (const int width : {700, 560, 300}) {
+    window->SetWindowPos(nullptr, 0, 0, width, 400, SWP_NOZORDER);
+    Settle();
+    Settle();
+    CRect last;
+    window->m_wndStatusBar.GetItemRect(5, last);
+    EXPECT_LE(last.right, width) << "the page is told in any width";
+    const std::string name = Pane(kNamePane);
+    EXPECT_EQ(name.empty(), width == 300) << name;
+    EXPECT_TRUE(name.empty() || (name.starts_with("Una") && name.ends_with(".tif"))) << name;
+  }
 }
 
 // Files that change and come
