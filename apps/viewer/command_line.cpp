@@ -4,7 +4,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <initializer_list>
+
+#include "windowless.h"
 
 namespace {
 
@@ -104,17 +105,9 @@ const Option& Find(const std::string& name) {
   throw UsageError("there is no option " + name);
 }
 
-bool OneOf(const std::string& word, std::initializer_list<const char*> words) {
-  for (const char* other : words)
-    if (word == other) return true;
-  return false;
-}
-
 void CheckTarget(const Options& options) {
-  const std::string ending = std::filesystem::path(options.target).extension();
-  const bool known = options.mode == Mode::Export
-                         ? OneOf(ending, {".tif", ".tiff", ".pdf", ".png", ".jpg", ".jpeg"})
-                         : ending == ".png";
+  const std::string ending = ExportEnding(options.target);
+  const bool known = options.mode == Mode::Export ? !ending.empty() : ending == ".png";
   if (!known) throw UsageError("'" + options.target + "' has no ending of a kind that is written");
 }
 

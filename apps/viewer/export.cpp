@@ -66,6 +66,10 @@ std::string PictureName(const std::string& target, int page, std::size_t pages) 
   return (path.parent_path() / name).string();
 }
 
+bool HoldsOnePage(const std::string& ending) {
+  return ending == ".png" || ending == ".jpg" || ending == ".jpeg";
+}
+
 void WritePictures(const InputFile& file, const std::string& target, const std::vector<int>& pages,
                    int format) {
   for (const int number : pages) {
@@ -128,15 +132,28 @@ void WritePdf(const InputFile& file, const std::string& target, const std::vecto
 
 }  // namespace
 
+std::string ExportEnding(const std::string& target) {
+  std::string ending = fs::path(target).extension().string();
+  std::ranges::transform(ending, ending.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? c + 32 : c; });
+  const bool known = HoldsOnePage(ending) || ending == ".tif" || ending == ".tiff" || ending == ".pdf";
+  return known ? ending : std::string();
+}
+
+std::vector<std::string> ExportTargets(const std::string& target, const PageRanges& ranges) {
+  if (!HoldsOnePage(ExportEnding(target))) return {target};
+  const std::vector<int> pages = PagesOf(ranges);
+  std::vector<std::string> targets;
+  for (const int page : pages) targets.push_back(PictureName(target, page, pages.size()));
+  return targets;
+}
+
 void ExportPages(const InputFile& file, const Options& options) {
   const std::vector<int> pages = PagesOf(RangesWithin(options.pages, Describe(file).TotalPages));
-  const std::string ending = fs::path(options.target).extension();
+  const std::string ending = ExportEnding(options.target);
   if (ending == ".pdf")
     WritePdf(file, options.target, pages);
-  else if (ending == ".png")
-    WritePictures(file, options.target, pages, kPng);
-  else if (ending == ".jpg" || ending == ".jpeg")
-    WritePictures(file, options.target, pages, kJpeg);
+  else if (HoldsOnePage(ending))
+    WritePictures(file, options.target, pages, ending == ".png" ? kPng : kJpeg);
   else
     WriteTif(file, options.target, pages);
 }

@@ -88,8 +88,12 @@ class CViewerWindow : public CImageFrame {
   void TellArrival(const std::vector<std::string>& paths);
   void OpenArrived(const std::vector<std::string>& paths);
   void ShowError(const std::string& text);
-  /// The path that the user chooses to write to; empty: he gave up.
-  std::string AskForTarget(const std::string& filters, UINT title, const std::string& name);
+  /// The path that the user chooses to write to; empty: he gave up. kind: of the filter that he chose, from
+  /// 0.
+  std::string AskForTarget(const std::string& filters, UINT title, const std::string& name, DWORD& kind);
+  bool AskForExport(Options& options);
+  /// A target that the file dialog hasn't asked about.
+  bool MayReplace(const std::vector<std::string>& targets, const std::string& asked);
   void ShowTitle();
   void AddMenuItems();
   bool MakePanes();

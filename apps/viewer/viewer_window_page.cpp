@@ -1,6 +1,7 @@
 // What is done with the pages that a window shows.
 
 #include <algorithm>
+#include <array>
 
 #include "clipboard_copy.h"
 #include "pages_dialog.h"
@@ -27,12 +28,6 @@ class WaitCursor {
 
 std::string NameOf(const std::string& path) {
   return std::filesystem::path(path).filename().string();
-}
-
-int CountOf(const PageRanges& ranges) {
-  int count = 0;
-  for (const PageRange& range : ranges) count += range.last - range.first + 1;
-  return count;
 }
 
 void ShowPrintFailure(int /*code*/, CString text) {  // NOLINT(performance-unnecessary-value-param)
@@ -66,7 +61,8 @@ void CViewerWindow::OnClearSelection() {
 
 // Export and print
 
-std::string CViewerWindow::AskForTarget(const std::string& filters, UINT title, const std::string& name) {
+std::string CViewerWindow::AskForTarget(const std::string& filters, UINT title, const std::string& name,
+                                        DWORD& kind) {
   CFileDialog dialog(FALSE, nullptr, nullptr, OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST,
                      filters.c_str(), this);
   std::vector<char> path(4096);
@@ -77,28 +73,45 @@ std::string CViewerWindow::AskForTarget(const std::string& filters, UINT title, 
   dialog.m_ofn.lpstrTitle = caption;
   const std::string folder = settings::ReadText("Folder");
   if (!folder.empty()) dialog.m_ofn.lpstrInitialDir = folder.c_str();
-  // The kind that is chosen completes a name without an ending.
   if (dialog.DoModal() != IDOK || m_hWnd == nullptr || m_file == nullptr) return {};
-  std::string target = dialog.m_ofn.lpstrFile;
-  constexpr const char* kEndings[] = {".tif", ".pdf", ".png", ".jpg"};
-  const DWORD kind = std::clamp<DWORD>(dialog.m_ofn.nFilterIndex, 1, 4) - 1;
-  if (!std::filesystem::path(target).has_extension()) target += kEndings[kind];
-  return target;
+  kind = std::max<DWORD>(dialog.m_ofn.nFilterIndex, 1) - 1;
+  return dialog.m_ofn.lpstrFile;
+}
+
+bool CViewerWindow::MayReplace(const std::vector<std::string>& targets, const std::string& asked) {
+  const auto found = std::ranges::find_if(targets, [&](const std::string& target) {
+    std::error_code ignored;
+    return target != asked && std::filesystem::exists(target, ignored);
+  });
+  if (found == targets.end()) return true;
+  const CString question = TextWith(IDS_REPLACE, NameOf(*found).c_str());
+  return MessageBox(question, AfxGetAppName(), MB_YESNO | MB_ICONEXCLAMATION) == IDYES && m_hWnd != nullptr;
+}
+
+/// What is to be exported, and where to; false if the user gives up.
+bool CViewerWindow::AskForExport(Options& options) {
+  options.pages = {{1, 1}};
+  if (Pages() > 1) {
+    CPagesDialog dialog(CPagesDialog::Purpose::Export, Page(), Pages(), this);
+    if (dialog.DoModal() != IDOK || m_hWnd == nullptr) return false;
+    options.pages = dialog.Ranges();
+  }
+  DWORD kind = 0;
+  const std::string asked =
+      AskForTarget(static_cast<const char*>(Text(IDS_EXPORT_FILTERS)), IDS_ZP_EXPORT_TITLE, {}, kind);
+  if (asked.empty()) return false;
+  constexpr std::array<const char*, 4> kEndings = {".tif", ".pdf", ".png", ".jpg"};
+  options.target = asked;
+  // The kind that was chosen completes a name that tells none.
+  if (ExportEnding(asked).empty())
+    options.target += kEndings[std::min<std::size_t>(kind, kEndings.size() - 1)];
+  return MayReplace(ExportTargets(options.target, options.pages), asked) && m_hWnd != nullptr &&
+         m_file != nullptr;
 }
 
 void CViewerWindow::OnExportPages() {
-  if (m_file == nullptr || !IsOpen()) return;
   Options options;
-  if (Pages() > 1) {
-    CPagesDialog dialog(CPagesDialog::Purpose::Export, Page(), Pages(), this);
-    if (dialog.DoModal() != IDOK || m_hWnd == nullptr) return;
-    options.pages = dialog.Ranges();
-  } else {
-    options.pages = {{1, 1}};
-  }
-  const std::string filters(Text(IDS_EXPORT_FILTERS));
-  options.target = AskForTarget(filters, IDS_ZP_EXPORT_TITLE, {});
-  if (options.target.empty()) return;
+  if (m_file == nullptr || !IsOpen() || !AskForExport(options)) return;
   SetMessageText(UINT{IDS_ZP_EXPORTING});
   try {
     const WaitCursor wait(*this);
@@ -108,12 +121,10 @@ void CViewerWindow::OnExportPages() {
     ShowError(error.what());
     return;
   }
-  const std::string ending = std::filesystem::path(options.target).extension();
-  const bool single =
-      CountOf(options.pages) == 1 || ending == ".tif" || ending == ".tiff" || ending == ".pdf";
-  const std::string name = NameOf(options.target);
-  SetMessageText(single ? TextWith(IDS_EXPORTED, name.c_str())
-                        : TextWith(IDS_EXPORTED_SEVERAL, CountOf(options.pages), name.c_str()));
+  const auto files = ExportTargets(options.target, options.pages);
+  const int count = static_cast<int>(files.size());
+  SetMessageText(count == 1 ? TextWith(IDS_EXPORTED, NameOf(files[0]).c_str())
+                            : TextWith(IDS_EXPORTED_SEVERAL, count, NameOf(options.target).c_str()));
 }
 
 void CViewerWindow::OnPrintPages() {
@@ -147,9 +158,12 @@ void CViewerWindow::OnSaveTurned() {
   const std::string ending = path.extension();
   const CString name = TextWith(IDS_TURNED_NAME, path.stem().c_str(), ending.c_str());
   const std::string filter = "*" + ending + "|*" + ending + "||";
-  const std::string target = AskForTarget(
-      filter, IDS_TURNED_TITLE, HasPath() ? std::string(static_cast<const char*>(name)) : std::string());
-  if (target.empty()) return;
+  const std::string proposal = HasPath() ? std::string(static_cast<const char*>(name)) : std::string();
+  DWORD kind = 0;
+  const std::string asked = AskForTarget(filter, IDS_TURNED_TITLE, proposal, kind);
+  const bool complete = std::filesystem::path(asked).has_extension();
+  const std::string target = complete ? asked : asked + ending;
+  if (asked.empty() || !MayReplace({target}, asked) || m_file == nullptr) return;
   try {
     const WaitCursor wait(*this);
     SaveTurnedCopy(m_file->Path(), target, quarters);

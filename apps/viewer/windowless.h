@@ -8,6 +8,10 @@ class InputFile;
 
 /// Writes a line for the file and one for each page to standard output.
 void ShowInfo(const InputFile& file);
+/// The ending of a kind that is written, in small letters; empty for any other.
+std::string ExportEnding(const std::string& target);
+/// The files that an export of so many pages writes.
+std::vector<std::string> ExportTargets(const std::string& target, const PageRanges& ranges);
 /// Writes pages into the target; one page a file where the kind has no more.
 void ExportPages(const InputFile& file, const Options& options);
 /// A job for each range of pages. Throws the job's failure, an int, too.

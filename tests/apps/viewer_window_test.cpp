@@ -440,6 +440,16 @@ TEST_F(ViewerWindow, ThePagesThatTheDialogNamesAreExported) {
   Choose(ID_ZP_FILE_EXPORT);
   EXPECT_TRUE(fs::exists(folder / "kind.pdf")) << "the kind that was chosen completes the name";
   EXPECT_TRUE(told.empty());
+  answer = IDNO;
+  const std::vector<char> whole = ReadAll((folder / "kind.pdf").string());
+  for (const char* name : {"kind", "two.jpg"}) {
+    target = (folder / name).string();
+    AnswerPages(IDC_PAGES_SOME, "2-");
+    Choose(ID_ZP_FILE_EXPORT);
+  }
+  EXPECT_EQ(told.size(), 2U) << "names that the file dialog hasn't seen are asked about";
+  EXPECT_EQ(ReadAll((folder / "kind.pdf").string()), whole);
+  told.clear();
   target = (folder / "none/a.tif").string();
   AnswerPages(IDC_PAGES_ALL, nullptr);
   Choose(ID_ZP_FILE_EXPORT);
