@@ -143,6 +143,7 @@ std::vector<std::string> ExportTargets(const std::string& target, const PageRang
   if (!HoldsOnePage(ExportEnding(target))) return {target};
   const std::vector<int> pages = PagesOf(ranges);
   std::vector<std::string> targets;
+  targets.reserve(pages.size());
   for (const int page : pages) targets.push_back(PictureName(target, page, pages.size()));
   return targets;
 }

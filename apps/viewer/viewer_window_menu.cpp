@@ -63,7 +63,9 @@ CString Shortened(CDC& dc, const CString& text, int room) {
       DropLast(head);
     else
       DropFirst(tail);
-    const CString shown = (head + "…" + tail).c_str();
+    CString shown = head.c_str();
+    shown += "…";
+    shown += tail.c_str();
     if (dc.GetTextExtent(shown).cx <= room) return shown;
   }
   return {};
