@@ -95,6 +95,7 @@ class Service {
     if (m_document == nullptr) throw Failure(Status::kCorrupt, "no file is open");
     if (request.page < 1 || request.page > m_document->CountPages())
       throw Failure(Status::kNoSuchPage, "there is no such page");
+    m_document->WantSize(request.width, request.height);
     if (request.kind == RequestKind::kDescribe)
       reply.page = m_document->Describe(request.page, request.resolution);
     else

@@ -56,6 +56,8 @@ class Document {
  public:
   virtual ~Document() = default;
   virtual int CountPages() = 0;
+  /// The size that the next description or page of one that is drawn has; 0 by 0: by its resolution.
+  virtual void WantSize(int /*width*/, int /*height*/) {}
   virtual PageRecord Describe(int page, int resolution) = 0;
   /// Fills the canvas, which has room for what Describe told with the same resolution.
   virtual Decoded Decode(int page, int resolution, const Canvas& canvas) = 0;

@@ -186,6 +186,15 @@ int LEADTOOLS::ListFormats(void (*tell)(const char*, const char*, int, void*), v
   });
 }
 
+int LEADTOOLS::SetDrawnResolution(int dotsPerInch) {
+  constexpr int kLeast = 36;
+  constexpr int kMost = 1200;
+  if (dotsPerInch != 0 && (dotsPerInch < kLeast || dotsPerInch > kMost))
+    Fail(kErrorInvalidParameter, "Pages can't be drawn at %d dots per inch", dotsPerInch);
+  imaging::SetDrawnResolution(dotsPerInch);
+  return 1;
+}
+
 int LEADTOOLS::GetDefaultSaveFileOption(_SAVEFILEOPTION* options) {
   if (options == nullptr) Fail(kErrorInvalidParameter, "No record for the save options was given");
   *options = {sizeof *options, 1};

@@ -74,6 +74,10 @@ class LTWRAP_API LEADTOOLS {
   static int ListFormats(void (*tell)(const char* name, const char* module, int installed, void* userData),
                          void* userData);
 
+  /// Dots per inch at which pages without pixels of their own, as most of PDF, are drawn from now on: 36 to
+  /// 1200; 0, as at first, takes the renderer's own choice, 200. Throws for others.
+  static int SetDrawnResolution(int dotsPerInch);
+
   // Bitmap life (leadtools_bitmap.cpp)
 
   /// Sets up an empty record; pixels that it held are not freed.

@@ -65,6 +65,7 @@ void CThumbsWindow::CreateThumbsFile(const char* path) {
     Clear();
     LEADTOOLS::LoadBitmapList(const_cast<char*>(path), &m_pBitmapList, 0, 1, nullptr, nullptr);
     if (Count() > kMadeAtOnce) return InsertItemsUnmade();
+    LEADTOOLS::PrepareBitmapListPages(m_pBitmapList, {thumbs::kLandscapeWidth, nullptr, nullptr});
     CreateThumbnails();
     InsertItems(&thumbs::CaptionOfPage);
   } catch (CLeadtoolsException* exception) {
@@ -101,7 +102,7 @@ void CThumbsWindow::Shrink(unsigned index) {
 }
 
 void CThumbsWindow::InsertItemsUnmade() {
-  LEADTOOLS::PrepareBitmapListPages(m_pBitmapList, {&ShrinkPage, &MakeCrossedBox});
+  LEADTOOLS::PrepareBitmapListPages(m_pBitmapList, {thumbs::kLandscapeWidth, &ShrinkPage, &MakeCrossedBox});
   LEADTOOLS::ImgListInsertList(m_hWnd, m_pBitmapList, &thumbs::CaptionOfPage);
   thumbs::SelectAlone(m_hWnd, 0);
 }

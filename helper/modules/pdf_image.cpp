@@ -86,8 +86,28 @@ std::optional<PdfImage> PdfImage::Of(QPDF& pdf, const PagePicture& picture) {
   image.m_image = picture.image;
   image.m_dictionary = image.m_image.getDict();
   image.Describe(picture);
-  if (!image.Prepare(pdf)) return std::nullopt;
+  if (!image.Prepare(pdf) && !image.LeaveToBeDrawn()) return std::nullopt;
   return image;
+}
+
+/// Only if one resolution fits both sides.
+bool PdfImage::LeaveToBeDrawn() {
+  if (m_page.width < 1 || m_page.height < 1 || m_page.xResolution < 1 ||
+      m_page.xResolution != m_page.yResolution)
+    return false;
+  const std::string last = LastFilter();
+  m_page.format = 0;
+  m_page.delivery = Delivery::kDrawn;
+  m_page.bits = m_depth * std::max(Samples(), 1);
+  m_page.memoryBits = m_depth == 1 && m_colors == Colors::kGray ? 1 : 24;
+  m_page.deliveredBytes = 0;
+  SetCompression(m_page, last == "/JBIG2Decode" ? "JBIG2" : last == "/JPXDecode" ? "JPEG 2000" : "PDF");
+  return true;
+}
+
+std::string PdfImage::LastFilter() {
+  auto filters = AsList(m_dictionary.getKey("/Filter"));
+  return filters.empty() || !filters.back().isName() ? "" : filters.back().getName();
 }
 
 void PdfImage::Describe(const PagePicture& picture) {
@@ -108,7 +128,7 @@ bool PdfImage::Prepare(QPDF& pdf) {
                                                                             : QPDFObjectHandle::newNull();
   const bool stencil = Truth(m_dictionary.getKey("/ImageMask"));
   m_depth = stencil ? 1 : IntegerOr(m_dictionary.getKey("/BitsPerComponent"), 8);
-  const std::string last = filters.empty() || !filters.back().isName() ? "" : filters.back().getName();
+  const std::string last = LastFilter();
   const bool colors = stencil || ReadColors(m_dictionary.getKey("/ColorSpace"));
   if (last == "/JPXDecode") {
     m_bytes = BeforeLastFilter(pdf, m_image, filters.size());

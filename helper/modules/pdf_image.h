@@ -12,7 +12,8 @@ namespace helper {
 /// A page that is one picture: its description, and its own coded data or its samples.
 class PdfImage {
  public:
-  /// Nothing for codings, colour spaces and variants that have to be drawn.
+  /// Codings, colour spaces and variants that aren't known are left to be drawn; nothing if they have no
+  /// resolution of their own.
   static std::optional<PdfImage> Of(QPDF& pdf, const PagePicture& picture);
 
   const PageRecord& Page() const { return m_page; }
@@ -26,6 +27,8 @@ class PdfImage {
   bool ReadPalette(QPDFObjectHandle space);
   bool ReadDecodeArray();
   bool Prepare(QPDF& pdf);
+  bool LeaveToBeDrawn();
+  std::string LastFilter();
   bool PrepareFax();
   bool PrepareJpeg();
   bool PrepareJpeg2000();

@@ -7,7 +7,7 @@
 // their bounds. The helper is never trusted; what it may claim is checked where the library reads it.
 namespace helper {
 
-inline constexpr std::uint32_t kProtocolVersion = 1;
+inline constexpr std::uint32_t kProtocolVersion = 2;
 /// The program's end of the socket.
 inline constexpr int kSocket = 3;
 
@@ -22,8 +22,10 @@ struct Request {
   RequestKind kind = RequestKind::kOpen;
   std::int32_t page = 0;        ///< from 1
   std::int32_t resolution = 0;  ///< dots per inch for pages that are drawn; 0: the module's own choice
-  std::int64_t pitch = 0;       ///< bytes from row to row in the memory file
-  std::int64_t bytes = 0;       ///< size of the file that comes along
+  std::int32_t width = 0;       ///< pixels of a page that is drawn; 0: as the resolution makes it
+  std::int32_t height = 0;
+  std::int64_t pitch = 0;  ///< bytes from row to row in the memory file
+  std::int64_t bytes = 0;  ///< size of the file that comes along
 };
 
 enum class Status : std::uint32_t {
@@ -44,7 +46,8 @@ enum class Delivery : std::uint32_t {
   kTiff,      ///< the page's own coded data as a TIFF file of one page
   kJpeg,      ///< or as a JPEG file
   kJpeg2000,  ///< or as one that another module reads
-  kLast = kJpeg2000,
+  kDrawn,     ///< nothing: the page is one picture, which a module that draws shows at its own resolution
+  kLast = kDrawn,
 };
 
 struct PageRecord {

@@ -109,7 +109,10 @@ class DecodeListener {
 
 /// How the caller would like a page; a codec follows where it costs nothing.
 struct DecodeWish {
-  int order = 0;                       ///< of 24 and 32 bits
+  int order = 0;  ///< of 24 and 32 bits
+  /// Where not 0, the page is wanted for a picture with sides of at most so many pixels, and may be smaller
+  /// than it says, if its longer side is twice that.
+  int side = 0;
   DecodeListener* listener = nullptr;  ///< codecs that can't tell on their way leave it untold
 
   void Reached(PixelStorage& pixels, int pixelOrder, int endRow) const {

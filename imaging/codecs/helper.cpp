@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -21,6 +22,7 @@ namespace {
 
 using helper_client::Client;
 using helper_client::Delivered;
+using helper_client::DrawnAt;
 
 PageInfo InfoOf(const helper::PageRecord& page) {
   PageInfo info;
@@ -49,30 +51,129 @@ bool ReadMemory(const Delivered& delivered, std::uint8_t* target, std::size_t by
 
 std::unique_ptr<Reader> OpenDelivered(const Source& block, helper::Delivery delivery);
 
+int g_drawnResolution = 0;
+
+/// A bilevel page that was drawn, at its own resolution, in grey at most.
+std::unique_ptr<PixelStorage> TwoLevels(const PixelStorage& drawn) {
+  constexpr int kMiddle = 128;
+  auto pixels = PixelStorage::Create(drawn.Width(), drawn.Height(), 1);
+  for (int y = 0; y < drawn.Height(); ++y) {
+    const std::uint8_t* from = drawn.Row(y);
+    std::uint8_t* row = pixels->Row(y);
+    std::memset(row, 0, pixels->RowBytes());
+    for (int x = 0; x < drawn.Width(); ++x, from += 3)
+      if (from[1] >= kMiddle) row[x / 8] = static_cast<std::uint8_t>(row[x / 8] | 0x80 >> x % 8);
+  }
+  return pixels;
+}
+
 class HelperReader final : public Reader {
  public:
-  HelperReader(const Source& source, const HelperFamily& family)
-      : m_source(source), m_client(source, family.module) {}
+  HelperReader(const Source& source, const HelperFamily& family) : m_source(source), m_family(family) {
+    if (helper_client::HasModule(family.module)) m_client.emplace(source, family.module);
+    if (family.drawer != nullptr && helper_client::HasModule(family.drawer))
+      m_drawer.emplace(source, family.drawer);
+  }
 
-  int CountPages() override { return m_client.CountPages(); }
+  int CountPages() override {
+    if (!m_client) return m_drawer->CountPages();
+    try {
+      return m_client->CountPages();
+    } catch (CLeadtoolsException* exception) {
+      LeaveToDrawer(exception);
+    }
+    return m_drawer->CountPages();
+  }
 
   PageInfo Describe(int page) override {
     RequirePage(m_source, page, CountPages());
-    return InfoOf(m_client.Describe(page));
+    return InfoOf(Find(page).page);
   }
 
   DecodedPage Decode(int page, const DecodeWish& wish) override {
     RequirePage(m_source, page, CountPages());
-    const Delivered delivered = m_client.Decode(page);
+    const Shown shown = Find(page);
+    if (shown.client != &*m_client) return Take(shown, page, wish);
+    try {
+      return Take(shown, page, wish);
+    } catch (CLeadtoolsException* exception) {
+      LeaveToDrawer(exception);
+    }
+    return Take(Drawn(page, {g_drawnResolution}), page, wish);
+  }
+
+ private:
+  /// Who shows a page, at which resolution, and what it is then.
+  struct Shown {
+    Client* client;
+    DrawnAt drawn;
+    helper::PageRecord page;
+  };
+
+  Shown Find(int page) {
+    if (!m_client) return Drawn(page, {g_drawnResolution});
+    try {
+      const helper::PageRecord own = m_client->Describe(page, {g_drawnResolution});
+      if (own.delivery != helper::Delivery::kDrawn) return {&*m_client, {g_drawnResolution}, own};
+      return DrawnAs(own, page);
+    } catch (CLeadtoolsException* exception) {
+      LeaveToDrawer(exception);
+    }
+    return Drawn(page, {g_drawnResolution});
+  }
+
+  Shown Drawn(int page, const DrawnAt& drawn) {
+    if (!m_drawer)
+      Fail(kErrorUnsupported,
+           "%s: a page that is more than a picture of a known coding is drawn by the module %s, which isn't "
+           "installed",
+           m_source.Name().c_str(), m_family.drawer);
+    return {&*m_drawer, drawn, m_drawer->Describe(page, drawn)};
+  }
+
+  /// A picture in a coding that only the renderer knows keeps its resolution, its depth and its name.
+  Shown DrawnAs(const helper::PageRecord& own, int page) {
+    const bool lies = own.perspective > 4;  // the renderer stands it up
+    Shown shown =
+        Drawn(page, {own.xResolution, lies ? own.height : own.width, lies ? own.width : own.height});
+    shown.page.format = own.format;
+    shown.page.bits = own.bits;
+    shown.page.memoryBits = own.memoryBits;
+    shown.page.compression = own.compression;
+    return shown;
+  }
+
+  /// What the family's own module couldn't do the other one may; throws on where there is none.
+  void LeaveToDrawer(CLeadtoolsException* exception) const {
+    const int code = exception->m_nError;
+    const bool ofTheFile = code != kErrorUserAbort && code != kErrorNoMemory && code != kErrorPageNotFound;
+    if (m_family.drawer == nullptr || !ofTheFile || (!m_drawer && code != kErrorUnsupported)) throw exception;
+    exception->Delete();
+  }
+
+  DecodedPage Take(const Shown& shown, int page, const DecodeWish& wish) const {
+    const Delivered delivered =
+        shown.client->Decode(page, wish.side > 0 ? Coarser(shown, wish.side) : shown.drawn);
+    if (delivered.page.delivery == helper::Delivery::kDrawn)
+      Fail(kErrorInternal, "%s: the page can't be taken over", m_source.Name().c_str());
     DecodedPage decoded =
         delivered.page.delivery == helper::Delivery::kPixels ? Pixels(delivered) : Coded(delivered, wish);
+    if (shown.page.memoryBits == 1 && decoded.pixels->Bits() == 24)
+      decoded.pixels = TwoLevels(*decoded.pixels);
     const int damaged = decoded.info.damagedRows;
-    decoded.info = InfoOf(delivered.page);
+    decoded.info = InfoOf(shown.page);
     decoded.info.damagedRows = std::max(damaged, delivered.damagedRows);
     return decoded;
   }
 
- private:
+  /// The resolution at which a page that is drawn has twice the sides of a small picture. Others are as they
+  /// are.
+  static DrawnAt Coarser(const Shown& shown, int side) {
+    const int longer = std::max(shown.page.width, shown.page.height);
+    if (longer <= 2 * side || shown.page.xResolution == 0) return shown.drawn;
+    return {std::max(1, shown.page.xResolution * 2 * side / longer)};
+  }
+
   DecodedPage Pixels(const Delivered& delivered) const {
     const helper::PageRecord& page = delivered.page;
     if (delivered.rows == 0) Fail(kErrorCorrupt, "%s: nothing can be decoded", m_source.Name().c_str());
@@ -105,7 +206,9 @@ class HelperReader final : public Reader {
   }
 
   const Source& m_source;
-  Client m_client;
+  const HelperFamily& m_family;
+  std::optional<Client> m_client;
+  std::optional<Client> m_drawer;
 };
 
 bool StartsWith(const Candidate& candidate, std::string_view mark, std::size_t offset = 0) {
@@ -150,7 +253,7 @@ constexpr HelperFamily kFamilies[] = {
     {"WebP", "webp", IsWebP, Evidence::kSignature},
     {"JPEG 2000", "jpeg2000", IsJpeg2000, Evidence::kSignature},
     {"DICOM", "dicom", IsDicom, Evidence::kSignature},
-    {"PDF", "pdf", IsPdf, Evidence::kSignature},
+    {"PDF", "pdf", IsPdf, Evidence::kSignature, "pdfdraw"},
     {"JBIG", "jbig", IsJbig, Evidence::kLikeness},
 };
 
@@ -171,11 +274,16 @@ bool Recognise(const Candidate& candidate) {
   return FamilyOf<evidence>(candidate) != nullptr;
 }
 
+bool IsInstalled(const HelperFamily& family) {
+  return helper_client::HasModule(family.module) ||
+         (family.drawer != nullptr && helper_client::HasModule(family.drawer));
+}
+
 template <Evidence evidence>
 std::unique_ptr<Reader> Open(const Source& source) {
   std::array<std::uint8_t, 512> buffer;
   const HelperFamily* family = FamilyOf<evidence>(CandidateOf(source, buffer));
-  if (family == nullptr || !helper_client::HasModule(family->module))
+  if (family == nullptr || !IsInstalled(*family))
     Fail(kErrorFileFormat,
          "%s is not an image of a known kind: %s is read by the module %s, which isn't installed",
          source.Name().c_str(), family == nullptr ? "it" : family->name,
@@ -202,9 +310,16 @@ std::vector<ReadableKind> ListReadableKinds() {
   std::vector<ReadableKind> kinds;
   for (const char* name : kInProcess)
     if (name != nullptr) kinds.push_back({name, nullptr, true});
-  for (const HelperFamily& family : kFamilies)
+  for (const HelperFamily& family : kFamilies) {
     kinds.push_back({family.name, family.module, helper_client::HasModule(family.module)});
+    if (family.drawer != nullptr)
+      kinds.push_back({family.name, family.drawer, helper_client::HasModule(family.drawer)});
+  }
   return kinds;
+}
+
+void SetDrawnResolution(int dotsPerInch) {
+  g_drawnResolution = dotsPerInch;
 }
 
 const Codec kHelperCodec = {Recognise<Evidence::kSignature>, Open<Evidence::kSignature>};

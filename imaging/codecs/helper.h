@@ -12,7 +12,12 @@ struct HelperFamily {
   const char* module;
   bool (*recognise)(const Candidate& candidate);
   Evidence evidence;
+  const char* drawer = nullptr;  ///< the module that draws what this one doesn't read; null none
 };
+
+/// Dots per inch at which pages are drawn that have no pixels of their own; 0, as it is at first: as the
+/// module likes.
+void SetDrawnResolution(int dotsPerInch);
 
 /// A kind of files that is read, or would be if its module were there.
 struct ReadableKind {

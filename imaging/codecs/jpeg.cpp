@@ -263,16 +263,27 @@ class JpegReader final : public Reader {
       default:
         Fail(kErrorUnsupported, "%s: JPEG with %d components", m_source.Name().c_str(), jpeg.num_components);
     }
+    jpeg.scale_denom = Reduction(wish);
     if (!decoder.Start()) decoder.FailDecoding();
     decoded.pixels =
         jpeg.out_color_space == JCS_CMYK ? ReadInk(decoder) : ReadDirect(decoder, wish, decoded.order);
     decoded.lossy = true;
     const bool sound = jpeg.err->num_warnings == 0 && jpeg.output_scanline == jpeg.output_height;
-    if (sound && MayBePassedOn(jpeg)) decoded.coded = std::make_shared<CodedPage>(m_source, WholeFile());
+    if (sound && jpeg.scale_denom == 1 && MayBePassedOn(jpeg))
+      decoded.coded = std::make_shared<CodedPage>(m_source, WholeFile());
     return decoded;
   }
 
  private:
+  /// Blocks can be decoded to a half, a quarter or an eighth of their sides, which takes a fraction of the
+  /// time.
+  unsigned Reduction(const DecodeWish& wish) const {
+    unsigned reduction = 1;
+    while (wish.side > 0 && reduction < 8 &&
+           std::max(m_header.width, m_header.height) / static_cast<int>(reduction * 2) >= 2 * wish.side)
+      reduction *= 2;
+    return reduction;
+  }
   /// Readers of PDF know no arithmetic coding, and ask the frame for the height.
   bool MayBePassedOn(const jpeg_decompress_struct& jpeg) const {
     return !m_header.arithmetic && !m_header.heightFromDnl &&

@@ -69,7 +69,11 @@ using LoadRowCallback = int (*)(struct_file_information* info, struct_LEAD_Bitma
 
 /// What becomes of each page of a list that was loaded from a file, as it is decoded.
 struct PagePreparation {
-  /// Changes the decoded page in place, and may throw as the service does.
+  /// The pages are wanted for pictures with sides of at most so many pixels: where that saves time they are
+  /// decoded or drawn at twice that size instead of their own. 0: at their own.
+  int side;
+  /// Changes the decoded page in place, and may throw as the service does. Null: it stays as it is, and one
+  /// that can't be decoded makes its item throw.
   void (*prepare)(struct_LEAD_Bitmap* page);
   /// Fills an empty record, for a page that can't be decoded or prepared.
   void (*replace)(struct_LEAD_Bitmap* page);

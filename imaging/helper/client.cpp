@@ -98,6 +98,12 @@ std::string TextOf(const std::array<char, size>& text) {
   return shown;
 }
 
+void SetDrawn(Request& request, const DrawnAt& drawn) {
+  request.resolution = drawn.resolution;
+  request.width = drawn.width;
+  request.height = drawn.height;
+}
+
 std::ptrdiff_t PitchOf(const helper::PageRecord& page) {
   constexpr std::ptrdiff_t kAlignment = 64;  // as PixelStorage has it
   const std::ptrdiff_t bytes = (static_cast<std::ptrdiff_t>(page.width) * page.memoryBits + 7) / 8;
@@ -142,24 +148,24 @@ pid_t Client::ProcessId() const {
   return m_session == nullptr ? 0 : m_session->process.Id();
 }
 
-helper::PageRecord Client::Describe(int page, int resolution) {
+helper::PageRecord Client::Describe(int page, const DrawnAt& drawn) {
   Request request;
   request.kind = RequestKind::kDescribe;
   request.page = page;
-  request.resolution = resolution;
+  SetDrawn(request, drawn);
   const Reply reply = Ask(request, -1);
   CheckPage(reply.page);
   return reply.page;
 }
 
-Delivered Client::Decode(int page, int resolution) {
+Delivered Client::Decode(int page, const DrawnAt& drawn) {
   Delivered delivered;
-  delivered.page = Describe(page, resolution);
+  delivered.page = Describe(page, drawn);
   delivered.pitch = PitchOf(delivered.page);
   Request request;
   request.kind = RequestKind::kDecode;
   request.page = page;
-  request.resolution = resolution;
+  SetDrawn(request, drawn);
   request.pitch = delivered.pitch;
   request.bytes = delivered.page.delivery == helper::Delivery::kPixels
                       ? delivered.pitch * delivered.page.height
@@ -302,7 +308,8 @@ void Client::CheckPage(const helper::PageRecord& page) const {
       Within(page.format, 0, kMostFormat) && Within(page.bits, 1, kMostBits) &&
       Within(page.perspective, 0, 8) && Within(page.xResolution, 0, kMostDots) &&
       Within(page.yResolution, 0, kMostDots) &&
-      (page.delivery == helper::Delivery::kPixels || Within(page.deliveredBytes, 1, limits::kMaxCodecBytes));
+      (page.delivery == helper::Delivery::kPixels || page.delivery == helper::Delivery::kDrawn ||
+       Within(page.deliveredBytes, 1, limits::kMaxCodecBytes));
   if (!known) FailSilence(Silence::kNonsense, 0);
   if (page.width < 1 || page.height < 1 || page.width > limits::kMaxSide || page.height > limits::kMaxSide ||
       std::int64_t{page.width} * page.height > limits::kMaxPixels ||

@@ -27,6 +27,13 @@ struct Delivered {
   std::ptrdiff_t pitch = 0;
 };
 
+/// How a page is drawn that has no pixels of its own.
+struct DrawnAt {
+  int resolution = 0;  ///< dots per inch, 0 as the module likes
+  int width = 0;       ///< pixels; 0: as the resolution makes it
+  int height = 0;
+};
+
 /// A file that is read by a module of the helper, in a process of its own that is started when it is needed
 /// and again after it went for being idle. All that can be checked without knowing the kind is checked here.
 /// Whatever the helper does ends in an answer or in a CLeadtoolsException*; what crashed it once isn't tried
@@ -36,9 +43,8 @@ class Client {
   Client(const Source& source, std::string module, TimeLimits limits = UsualTimeLimits());
 
   int CountPages();
-  /// resolution: dots per inch for pages that are drawn, 0 as the module likes.
-  helper::PageRecord Describe(int page, int resolution = 0);
-  Delivered Decode(int page, int resolution = 0);
+  helper::PageRecord Describe(int page, const DrawnAt& drawn = {});
+  Delivered Decode(int page, const DrawnAt& drawn = {});
   /// Asked while the helper works; true ends the process and the call with kErrorUserAbort.
   /// The number of the process that has the file open; 0 without one.
   pid_t ProcessId() const;

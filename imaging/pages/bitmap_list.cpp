@@ -87,6 +87,11 @@ void BitmapList::OpenFile(const char* path, int bits, const DecodeWish& wish) {
   m_wish = wish;
 }
 
+void BitmapList::Prepare(const leadtools12::PagePreparation& preparation) {
+  m_wish.side = preparation.side;
+  if (preparation.prepare != nullptr) m_preparation = preparation;
+}
+
 BitmapList::Item& BitmapList::At(std::size_t index) {
   if (index >= m_items.size())
     Fail(kErrorInvalidParameter, "A list of %zu bitmaps has no item %zu", m_items.size(), index);

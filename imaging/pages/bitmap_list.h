@@ -50,7 +50,7 @@ class BitmapList {
   void OpenFile(const char* path, int bits, const DecodeWish& wish);
   std::size_t Count() const { return m_items.size(); }
   /// Pages that are decoded from now on are prepared, and given up again when many are held.
-  void Prepare(const leadtools12::PagePreparation& preparation) { m_preparation = preparation; }
+  void Prepare(const leadtools12::PagePreparation& preparation);
   /// Decodes the page if it isn't held. What throws leaves the item undecoded.
   Bitmap Header(std::size_t index);
   void SetHeader(std::size_t index, const Bitmap& header, PixelStorage& pixels);

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "imaging/core/exception.h"
+#include "imaging/helper/place.h"
 #include "tests/helper/damage.h"
 #include "tests/imaging/codec_files.h"
 #include "tests/imaging/fax_files.h"
@@ -292,6 +293,64 @@ TEST(Pdf, WhatIsARasterPageAndHowItIsTurned) {
       EXPECT_EQ(std::max(info.record.ViewPerspective, 1), kCases[i].perspective);
     }
   }
+}
+
+/// Red in the middle half of a page of 72 by 36 points.
+PdfPage DrawnPage(const std::string& entries = {}) {
+  return {ImageEntries(1, 1, "/ColorSpace /DeviceGray /BitsPerComponent 8"),
+          {0},
+          "1 0 0 rg 18 9 36 18 re f",
+          entries};
+}
+
+TEST(Pdf, OtherPagesAreDrawnOnWhite) {
+  if (!imaging::helper_client::HasModule("pdfdraw")) GTEST_SKIP() << "the renderer isn't installed";
+  const Bytes file = MakePdf({DrawnPage(), DrawnPage("/Rotate 90"), DrawnPage("/CropBox [18 9 54 27]")});
+  struct Case {
+    int resolution, page, width, height, dots;
+  };
+  constexpr Case kCases[] = {{0, 1, 200, 100, 200},
+                             {0, 2, 100, 200, 200},
+                             {0, 3, 100, 50, 200},
+                             {72, 1, 72, 36, 72},
+                             {600, 3, 300, 150, 600}};
+  for (const Case& wanted : kCases) {
+    SCOPED_TRACE(std::to_string(wanted.page) + " at " + std::to_string(wanted.resolution));
+    LEADTOOLS::SetDrawnResolution(wanted.resolution);
+    const Loaded page = LoadMemory(file, wanted.page);
+    ASSERT_EQ(page.error, "");
+    EXPECT_EQ(page.info.Format, 150);
+    EXPECT_STREQ(page.info.Compression, "PDF");
+    EXPECT_EQ(page.record.BitsPerPixel, 24);
+    EXPECT_EQ(page.record.Width, wanted.width);
+    EXPECT_EQ(page.record.Height, wanted.height);
+    EXPECT_EQ(page.record.XResolution, wanted.dots);
+    EXPECT_EQ(ColorAt(page, wanted.width / 2, wanted.height / 2), (Color{255, 0, 0, 255}));
+    EXPECT_EQ(ColorAt(page, 1, 1), wanted.page == 3 ? (Color{255, 0, 0, 255}) : (Color{255, 255, 255, 255}));
+  }
+  LEADTOOLS::SetDrawnResolution(0);
+}
+
+// A small picture of a page doesn't cost a large one.
+TEST(Pdf, PagesAreDrawnSmallForSmallPictures) {
+  if (!imaging::helper_client::HasModule("pdfdraw")) GTEST_SKIP() << "the renderer isn't installed";
+  const TempFolder folder;
+  std::string path = folder.Path("a.pdf");
+  WriteAll(path, MakePdf({DrawnPage(), FaxPage(kFaxCases[0], RandomFaxRows(400, 60, 9), 400)}));
+  void* list = nullptr;
+  LEADTOOLS::LoadBitmapList(path.data(), &list, 0, 1, nullptr, nullptr);
+  LEADTOOLS::PrepareBitmapListPages(list, {40, nullptr, nullptr});
+  struct_LEAD_Bitmap page{};
+  LEADTOOLS::GetBitmapListItem(list, 0, &page);
+  EXPECT_EQ(page.Width, 80);
+  LEADTOOLS::GetBitmapListItem(list, 1, &page);
+  EXPECT_EQ(page.Width, 400) << "a picture of its own";
+  LEADTOOLS::DestroyBitmapList(list);
+}
+
+TEST(Pdf, DamagedDrawnFiles) {
+  const Bytes whole = MakePdf({DrawnPage()});
+  ExpectPageOrError(whole, {1 + whole.size() / 30, 0, whole.size() * 8, whole.size() / 10});
 }
 
 TEST(Pdf, DamagedFiles) {
