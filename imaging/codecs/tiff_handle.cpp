@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <new>
 
 #include "imaging/core/exception.h"
 #include "imaging/core/limits.h"
@@ -26,13 +27,29 @@ std::string MessageText(const char* format, va_list args) {
   return text;
 }
 
+/// Short of memory the library (4.5.0) keeps the size of JPEG tables without the tables, and reads at null.
+bool HasItsTables(TIFF* tiff) {
+  std::uint32_t size = 0;
+  const void* tables = nullptr;
+  return TIFFGetField(tiff, TIFFTAG_JPEGTABLES, &size, &tables) == 0 || size == 0 || tables != nullptr;
+}
+
+constexpr std::size_t kRoomForTables = std::size_t{1} << 18;
+
 }  // namespace
+
+void CheckRoomForTiff() {
+  // Called by its name, since the compiler may leave a pair of new and delete out.
+  ::operator delete(::operator new(kRoomForTables));
+}
 
 TiffHandle::TiffHandle(const Source& source, std::uint64_t directory, int page)
     : m_client{source, 0, {}, 0, 0, {}}, m_page(page) {
   Open();
-  if (m_tiff != nullptr && TIFFSetSubDirectory(m_tiff, directory) != 0) return;
+  const bool read = m_tiff != nullptr && TIFFSetSubDirectory(m_tiff, directory) != 0;
+  if (read && HasItsTables(m_tiff)) return;
   if (m_tiff != nullptr) TIFFClose(m_tiff);
+  if (read) throw std::bad_alloc();
   Fail(kErrorCorrupt, "%s, page %d: the page's directory is damaged (%s)", source.Name().c_str(), page,
        FirstError().c_str());
 }
@@ -42,6 +59,7 @@ TiffHandle::~TiffHandle() {
 }
 
 void TiffHandle::Open() {
+  CheckRoomForTiff();
   const std::unique_ptr<TIFFOpenOptions, decltype(&TIFFOpenOptionsFree)> options(TIFFOpenOptionsAlloc(),
                                                                                  TIFFOpenOptionsFree);
   if (options == nullptr) return;

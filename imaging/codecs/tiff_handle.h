@@ -10,6 +10,10 @@
 
 namespace imaging {
 
+/// Throws std::bad_alloc if there isn't room for the tables that the library keeps for a directory: it takes
+/// them for granted (4.5.0), and has no callback for allocations.
+void CheckRoomForTiff();
+
 /// One directory of a TIFF file, open in libtiff over a source. Messages of the library stay in this handle:
 /// warnings are dropped, since files in the field are full of harmless oddities, the first error is kept.
 class TiffHandle {

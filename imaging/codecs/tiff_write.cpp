@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "imaging/codecs/rows.h"
+#include "imaging/codecs/tiff_handle.h"
 
 namespace imaging {
 namespace {
@@ -16,6 +17,7 @@ namespace {
 class TiffWriter {
  public:
   TiffWriter(TiffTarget& target, const char* mode) : m_target(target) {
+    CheckRoomForTiff();
     const std::unique_ptr<TIFFOpenOptions, decltype(&TIFFOpenOptionsFree)> options(TIFFOpenOptionsAlloc(),
                                                                                    TIFFOpenOptionsFree);
     if (options == nullptr) return;

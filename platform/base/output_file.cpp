@@ -5,7 +5,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -19,17 +21,31 @@ constexpr mode_t kNewFile = 0666;
 // Names are tried in their order, so left-overs stand at the front.
 constexpr int kMostNames = 1000;
 constexpr int kNamesCleaned = 16;
-
-/// Name of the file behind links; the path itself if there is none yet.
-std::string BehindLinks(const char* path) {
-  const std::unique_ptr<char, decltype(&std::free)> real(realpath(path, nullptr), std::free);
-  return real != nullptr ? real.get() : path;
-}
+constexpr int kMostLinks = 40;  // as the system has it
 
 std::string FolderOf(const std::string& path) {
   const std::size_t slash = path.rfind('/');
   if (slash == std::string::npos) return ".";
   return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+/// Where a link leads; the path itself if it is none.
+std::string Followed(const std::string& path) {
+  std::array<char, PATH_MAX> target;
+  const ssize_t size = readlink(path.c_str(), target.data(), target.size());
+  if (size < 0) return path;
+  const std::string name(target.data(), static_cast<std::size_t>(size));
+  return name.front() == '/' ? name : FolderOf(path) + '/' + name;
+}
+
+/// Name of the file behind links, of which the last may lead to one that isn't there yet. Links in a circle
+/// give one of them.
+std::string BehindLinks(const char* path) {
+  const std::unique_ptr<char, decltype(&std::free)> real(realpath(path, nullptr), std::free);
+  if (real != nullptr) return real.get();
+  std::string name = path;
+  for (int links = 0; links < kMostLinks; ++links) name = Followed(name);
+  return name;
 }
 
 /// Doesn't hold the target's name, which may be as long as a name can be.
@@ -136,6 +152,7 @@ int NewFile::Open(const char* path) {
   m_folder = FolderOf(m_target);
   struct stat status {};
   m_replaces = stat(m_target.c_str(), &status) == 0;
+  if (!m_replaces && errno == ELOOP) return errno;
   if (m_replaces && !S_ISREG(status.st_mode)) return S_ISDIR(status.st_mode) ? EISDIR : ENODEV;
   // A replaced file needn't be writable for its name to go to another; who took the right to write away meant
   // the contents to stay.

@@ -79,14 +79,21 @@ QFileInfo BehindLinks(const QString& file) {
   return QFileInfo(!real.isEmpty() ? real : info.isSymLink() ? info.symLinkTarget() : file);
 }
 
-// With the lock held, a temporary file is one that a killed process left. Six letters by chance, which hardly
-// ever are all small; what a user calls a copy, registry.backup say, mostly is.
-void RemoveLeftOvers(const QString& file) {
-  static const QRegularExpression ending("\\.(?=.*[A-Z])[A-Za-z]{6}$");
+// With the lock held, a temporary file is one that a killed process left. Six letters by chance, which mostly
+// aren't all small; what a user calls a copy, registry.backup say, is. Of such names only those go that came
+// after a lock whose process didn't live to take it away.
+void RemoveLeftOvers(const QString& file, const QDateTime& abandoned) {
+  static const QRegularExpression ending("\\.[A-Za-z]{6}$");
+  static const QRegularExpression capital("[A-Z]");
   const QFileInfo written = BehindLinks(file);
   QDir folder = written.dir();
-  for (const QString& name : folder.entryList({written.fileName() + ".??????"}, QDir::Files))
-    if (ending.match(name, written.fileName().size()).hasMatch()) folder.remove(name);
+  for (const QFileInfo& other : folder.entryInfoList({written.fileName() + ".??????"}, QDir::Files)) {
+    const QString name = other.fileName();
+    const auto from = written.fileName().size();
+    if (!ending.match(name, from).hasMatch()) continue;
+    if (capital.match(name, from).hasMatch() || (abandoned.isValid() && other.lastModified() >= abandoned))
+      folder.remove(name);
+  }
 }
 
 // QSettings tells the states of a file by size and time, and one tick of the clock has room for several.
@@ -97,8 +104,18 @@ void MakeTimeDiffer(const QString& file, const QDateTime& before) {
     written.setFileTime(before.addMSecs(1), QFileDevice::FileModificationTime);
 }
 
+// A lock file can be half written when its process is killed, and would hold others up for half a minute.
+bool IsOld(const QLockFile& lock) {
+  const QDateTime made = QFileInfo(lock.fileName()).lastModified();
+  return made.isValid() && made.msecsTo(QDateTime::currentDateTime()) > kLongestWait / 2;
+}
+
 LSTATUS TryLock(QLockFile& lock) {
   if (lock.tryLock(0)) return ERROR_SUCCESS;
+  // Whoever lives holds the file's system lock, and it isn't removed.
+  if (lock.error() == QLockFile::LockFailedError && IsOld(lock) && lock.removeStaleLockFile() &&
+      lock.tryLock(0))
+    return ERROR_SUCCESS;
   return lock.error() == QLockFile::LockFailedError ? ERROR_LOCK_VIOLATION : ERROR_ACCESS_DENIED;
 }
 
@@ -231,6 +248,7 @@ LSTATUS Store::SaveWithin(std::unique_lock<std::mutex>& lock) {
 LSTATUS Store::Save() {
   if (!m_pending) return ERROR_SUCCESS;
   const SizeLimitSignalHeld held;
+  const QDateTime abandoned = QFileInfo(m_file + ".guard").lastModified();
   QLockFile lock(m_file + ".guard");
   if (const LSTATUS error = TryLock(lock); error != ERROR_SUCCESS) return error;
   {
@@ -238,7 +256,7 @@ LSTATUS Store::Save() {
     QLockFile inner(m_file + ".lock");
     if (const LSTATUS error = TryLock(inner); error != ERROR_SUCCESS) return error;
   }
-  RemoveLeftOvers(m_file);
+  RemoveLeftOvers(m_file, abandoned);
   if (m_damaged && !Mend()) return ERROR_WRITE_FAULT;
   const QDateTime before = QFileInfo(m_file).lastModified();
   // All QSettings of a file share their changes: making one saves them, and its status tells how that went.

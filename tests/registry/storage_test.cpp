@@ -15,15 +15,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kValues = 200;
-
 // Runs in a process of its own; 0 if all went well.
-int WriteMany(const char* prefix) {
+int WriteMany(const std::string& prefix, DWORD values) {
   HKEY key = nullptr;
   if (RegCreateKeyExA(HKEY_CURRENT_USER, "software\\many", 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &key,
                       nullptr) != ERROR_SUCCESS)
     return 1;
-  for (DWORD i = 0; i < kValues; ++i) {
+  for (DWORD i = 0; i < values; ++i) {
     const std::string name = prefix + std::to_string(i);
     if (RegSetValueExA(key, name.c_str(), 0, REG_DWORD, reinterpret_cast<const BYTE*>(&i), sizeof i) !=
         ERROR_SUCCESS)
@@ -32,25 +30,29 @@ int WriteMany(const char* prefix) {
   return 0;
 }
 
-TEST_F(RegistryTest, TwoProcessesLoseNothing) {
-  const char* const prefixes[] = {"first", "second"};
-  pid_t children[2] = {};
-  for (int i = 0; i < 2; ++i) {
-    children[i] = ::fork();
-    if (children[i] == 0) ::_exit(WriteMany(prefixes[i]));
-  }
-  for (const pid_t child : children) {
-    int status = -1;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
-  }
-  const HKEY key = Open(HKEY_CURRENT_USER, "software\\many", KEY_READ);
-  for (const char* prefix : prefixes)
-    for (DWORD i = 0; i < kValues; ++i) {
-      DWORD number = kValues;
-      ASSERT_EQ(GetNumber(key, (prefix + std::to_string(i)).c_str(), number), ERROR_SUCCESS) << prefix << i;
-      ASSERT_EQ(number, i);
+TEST_F(RegistryTest, WritersLoseNothing) {
+  for (const auto& [writers, values] : {std::pair{2, 200U}, {8, 40U}}) {
+    std::vector<pid_t> children;
+    for (int i = 0; i < writers; ++i) {
+      const pid_t child = ::fork();
+      if (child == 0) ::_exit(WriteMany(std::to_string(writers) + "-" + std::to_string(i) + "-", values));
+      children.push_back(child);
     }
+    for (const pid_t child : children) {
+      int status = -1;
+      ASSERT_EQ(::waitpid(child, &status, 0), child);
+      EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    }
+    const HKEY key = Open(HKEY_CURRENT_USER, "software\\many", KEY_READ);
+    for (int writer = 0; writer < writers; ++writer)
+      for (DWORD i = 0; i < values; ++i) {
+        DWORD number = values;
+        const std::string name =
+            std::to_string(writers) + "-" + std::to_string(writer) + "-" + std::to_string(i);
+        ASSERT_EQ(GetNumber(key, name.c_str(), number), ERROR_SUCCESS) << name;
+        ASSERT_EQ(number, i);
+      }
+  }
 }
 
 TEST_F(RegistryTest, AnotherProcessChangeIsSeen) {
