@@ -15,6 +15,13 @@ namespace {
 // never reached can be told from those that it wrote.
 constexpr std::uint8_t kUntouched = 0x55;
 
+/// At the end of a piece.
+int UntouchedRows(std::span<const std::uint8_t> piece, std::size_t rowBytes) {
+  const auto last =
+      std::find_if(piece.rbegin(), piece.rend(), [](std::uint8_t byte) { return byte != kUntouched; });
+  return static_cast<int>(static_cast<std::size_t>(last - piece.rbegin()) / rowBytes);
+}
+
 std::uint8_t PaperByte(const TiffLayout& layout) {
   const bool zeroIsWhite =
       layout.MinIsWhite() || layout.photometric == PHOTOMETRIC_SEPARATED || layout.Palette();
@@ -108,25 +115,33 @@ void TiffBands::ReadTiles(int plane) {
 bool TiffBands::ReadPiece(std::uint32_t index, std::uint8_t* target, std::size_t bytes,
                           std::size_t rowBytes) {
   const int errors = m_tiff.ErrorCount();
-  m_faultsBefore = m_tiff.Faults();
+  m_faultsBefore = m_tiff.FaxFaults();
+  m_lostRows = 0;
   if (m_layout.FaxCoded()) std::memset(target, m_paper, bytes);
-  const auto size = static_cast<tmsize_t>(bytes);
-  const tmsize_t got = m_layout.tiled ? TIFFReadEncodedTile(m_tiff.Get(), index, target, size)
-                                      : TIFFReadEncodedStrip(m_tiff.Get(), index, target, size);
-  bool decoded = got == size || Salvage(index, target, bytes, rowBytes);
-  const bool damaged = got != size || m_tiff.ErrorCount() != errors;
+  const bool whole = Read(index, target, bytes);
+  bool decoded = whole || Salvage(index, target, bytes, rowBytes);
+  const bool damaged = !whole || m_tiff.ErrorCount() != errors;
   if (m_layout.FaxCoded() && damaged) decoded = decoded && !IsPaper({target, bytes});
-  if (m_layout.FaxCoded()) CountDamage(static_cast<int>(bytes / rowBytes));
+  if (m_layout.FaxCoded()) CountDamage(index, bytes, rowBytes);
   m_anythingDecoded = m_anythingDecoded || decoded;
   return decoded;
 }
 
-/// After a piece of so many rows was read: those that were named, and all behind an early end of the data.
-void TiffBands::CountDamage(int rows) {
-  const TiffHandle::FaxFaults& faults = m_tiff.Faults();
-  const int named = faults.rows - m_faultsBefore.rows;
-  const int behind = named > 0 && faults.endedAt >= 0 ? std::max(rows - 1 - faults.endedAt, 0) : 0;
-  m_damagedRows += std::min(named + behind, rows);
+bool TiffBands::Read(std::uint32_t index, std::uint8_t* target, std::size_t bytes) {
+  const auto size = static_cast<tmsize_t>(bytes);
+  return size == (m_layout.tiled ? TIFFReadEncodedTile(m_tiff.Get(), index, target, size)
+                                 : TIFFReadEncodedStrip(m_tiff.Get(), index, target, size));
+}
+
+/// The rows of the piece that the library has named, and those behind the last one that it reached.
+void TiffBands::CountDamage(std::uint32_t index, std::size_t bytes, std::size_t rowBytes) {
+  const int named = m_tiff.FaxFaults() - m_faultsBefore;
+  if (named > 0 && m_lostRows == 0) {
+    std::vector<std::uint8_t> again(bytes, kUntouched);
+    Read(index, again.data(), bytes);
+    m_lostRows = UntouchedRows(again, rowBytes);
+  }
+  m_damagedRows += std::min(named + m_lostRows, static_cast<int>(bytes / rowBytes));
 }
 
 bool TiffBands::IsPaper(std::span<const std::uint8_t> pixels) const {
@@ -136,7 +151,7 @@ bool TiffBands::IsPaper(std::span<const std::uint8_t> pixels) const {
 /// Decodes what the file still holds of a strip or tile that the library refuses as a whole.
 bool TiffBands::Salvage(std::uint32_t index, std::uint8_t* target, std::size_t bytes, std::size_t rowBytes) {
   std::memset(target, kUntouched, bytes);
-  m_faultsBefore = m_tiff.Faults();  // the rows are decoded anew
+  m_faultsBefore = m_tiff.FaxFaults();  // the rows are decoded anew
   const std::uint64_t offset = TIFFGetStrileOffset(m_tiff.Get(), index);
   const std::uint64_t count = TIFFGetStrileByteCount(m_tiff.Get(), index);
   const auto fileSize = static_cast<std::uint64_t>(m_tiff.File().Size());
@@ -149,15 +164,10 @@ bool TiffBands::Salvage(std::uint32_t index, std::uint8_t* target, std::size_t b
       TIFFReadFromUserBuffer(m_tiff.Get(), index, coded.data(), static_cast<tmsize_t>(coded.size()), target,
                              static_cast<tmsize_t>(bytes));
   }
-  const std::span<std::uint8_t> rows(target, bytes);
-  std::size_t reached = bytes;
-  while (reached > 0) {
-    const auto row = rows.subspan(reached - rowBytes, rowBytes);
-    if (std::any_of(row.begin(), row.end(), [](std::uint8_t byte) { return byte != kUntouched; })) break;
-    std::fill(row.begin(), row.end(), m_paper);
-    reached -= rowBytes;
-  }
-  return reached > 0;
+  m_lostRows = UntouchedRows({target, bytes}, rowBytes);
+  const std::size_t lost = static_cast<std::size_t>(m_lostRows) * rowBytes;
+  std::memset(target + bytes - lost, m_paper, lost);
+  return lost < bytes;
 }
 
 /// The library wants an end-of-line code in front of each row of group 3 coding (T.4, 4.1.2), but some

@@ -40,7 +40,8 @@ class TiffBands {
   bool Salvage(std::uint32_t index, std::uint8_t* target, std::size_t bytes, std::size_t rowBytes);
   bool ReadWithoutEndsOfLine(std::span<const std::uint8_t> coded, std::uint8_t* target, std::size_t bytes,
                              std::size_t rowBytes) const;
-  void CountDamage(int rows);
+  bool Read(std::uint32_t index, std::uint8_t* target, std::size_t bytes);
+  void CountDamage(std::uint32_t index, std::size_t bytes, std::size_t rowBytes);
   bool IsPaper(std::span<const std::uint8_t> pixels) const;
   void RequireSomething() const;
 
@@ -56,7 +57,8 @@ class TiffBands {
   int m_firstRow = 0;
   int m_endRow = 0;
   bool m_anythingDecoded = false;
-  TiffHandle::FaxFaults m_faultsBefore;  ///< the piece that is read
+  int m_faultsBefore = 0;  ///< the piece that is read
+  int m_lostRows = 0;      ///< of that piece, at its end, which the library never reached
   int m_damagedRows = 0;
 };
 

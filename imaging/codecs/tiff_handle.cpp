@@ -44,7 +44,7 @@ void CheckRoomForTiff() {
 }
 
 TiffHandle::TiffHandle(const Source& source, std::uint64_t directory, int page)
-    : m_client{source, 0, {}, 0, 0, {}}, m_page(page) {
+    : m_client{source, 0, {}, 0, 0, 0, {}}, m_page(page) {
   Open();
   const bool read = m_tiff != nullptr && TIFFSetSubDirectory(m_tiff, directory) != 0;
   if (read && HasItsTables(m_tiff)) return;
@@ -133,10 +133,9 @@ void TiffHandle::NoteFault(Client& client, const std::string& message) {
   const std::size_t at = message.find(" at line ");
   if (at == std::string::npos) return;
   const std::string row = message.substr(at, message.find('(', at) - at);
-  if (message.starts_with("Premature EOF")) std::sscanf(row.c_str(), " at line %d", &client.faults.endedAt);
-  if (row == client.faults.latest) return;
-  client.faults.latest = row;
-  ++client.faults.rows;
+  if (row == client.latestFault) return;
+  client.latestFault = row;
+  ++client.faxFaults;
 }
 
 }  // namespace imaging

@@ -33,13 +33,8 @@ class TiffHandle {
   int ErrorCount() const { return m_client.errors; }
   int WarningCount() const { return m_client.warnings; }
 
-  /// What the library has said of rows in fax coding, all strips and reads together.
-  struct FaxFaults {
-    int rows = 0;        ///< that it named
-    int endedAt = -1;    ///< the last row, within its strip, at which the data ended too early; -1: none did
-    std::string latest;  ///< how it named the last one: several messages may be about one row
-  };
-  const FaxFaults& Faults() const { return m_client.faults; }
+  /// How many rows in fax coding the library has found fault with, all strips and reads together.
+  int FaxFaults() const { return m_client.faxFaults; }
 
   /// The value of a tag; a fallback, or what the standard gives as its default, if it is absent.
   std::uint16_t Short(std::uint32_t tag, std::uint16_t fallback) const;
@@ -53,7 +48,8 @@ class TiffHandle {
     std::string firstError;
     int errors = 0;
     int warnings = 0;
-    FaxFaults faults;
+    int faxFaults = 0;
+    std::string latestFault;  ///< several messages may be about one row
   };
   static tmsize_t Read(thandle_t client, void* target, tmsize_t size);
   static toff_t Seek(thandle_t client, toff_t offset, int whence);
