@@ -80,24 +80,37 @@ class RowTeller final : public DecodeListener {
       : m_listener(listener), m_source(source), m_info(info) {}
 
   void Reached(PixelStorage& pixels, int order, int endRow) override {
-    // The listener gets a header that refers to no pixels: it may throw, and it mustn't free them.
     const bool asBytes = m_listener.bits == 8 && pixels.Bits() == 1;
-    Bitmap header = EmptyBitmap(pixels.Width(), pixels.Height(), asBytes ? 8 : pixels.Bits());
-    header.ViewPerspective = m_info.ViewPerspective;
+    Bitmap header = HeaderOf(pixels.Width(), pixels.Height(), asBytes ? 8 : pixels.Bits());
     header.Order = order;
-    header.XResolution = m_info.XResolution;
-    header.YResolution = m_info.YResolution;
     // Expanded in groups of eight pixels.
     m_row.resize(asBytes ? pixels.RowBytes() * 8 : pixels.RowBytes());
     for (; m_next < endRow; ++m_next) {
       CopyRow(pixels, asBytes);
-      if (m_listener.callback(&m_info, &header, m_row.data(), m_listener.flags, m_next, 1,
-                              m_listener.userData) == 0)
-        Fail(kErrorUserAbort, "%s: loading was ended", m_source.Name().c_str());
+      if (!Tell(header, 1)) Fail(kErrorUserAbort, "%s: loading was ended", m_source.Name().c_str());
     }
   }
 
+  bool WantsToEnd() override {
+    Bitmap header = HeaderOf(m_info.Width, m_info.Height, m_info.BitsPerPixel);
+    // Room for a whole row, should the caller look at one all the same.
+    m_row.assign(static_cast<std::size_t>(m_info.Width) * sizeof(RGBQUAD), 0xff);
+    return !Tell(header, 0);
+  }
+
  private:
+  /// Without pixels: the callback may throw, and it mustn't free them.
+  Bitmap HeaderOf(int width, int height, int bits) const {
+    Bitmap header = EmptyBitmap(width, height, bits);
+    header.ViewPerspective = m_info.ViewPerspective;
+    header.XResolution = m_info.XResolution;
+    header.YResolution = m_info.YResolution;
+    return header;
+  }
+  bool Tell(Bitmap& header, int rows) {
+    return m_listener.callback(&m_info, &header, m_row.data(), m_listener.flags, m_next, rows,
+                               m_listener.userData) != 0;
+  }
   void CopyRow(const PixelStorage& pixels, bool asBytes) {
     if (!asBytes) return pixels.CopyRow(m_next, m_row.data());
     const BilevelColors colors{pixels.Palette()[0], pixels.Palette()[1]};

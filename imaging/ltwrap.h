@@ -60,7 +60,8 @@ class LTWRAP_API LEADTOOLS {
   static int LoadBitmapMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, int order, long size,
                               _LOADFILEOPTION* options, struct_file_information* info);
   /// The same, with a callback (null: none) that is told of each row once the page is decoded. If it gives 0
-  /// the load throws kErrorUserAbort, and the record stays as it was. flags is 3. info, if given, is filled,
+  /// the load throws kErrorUserAbort, and the record stays as it was; a page that the helper reads is ended
+  /// with it, within a tenth of a second. flags is 3. info, if given, is filled,
   /// unless its InfoFlags have kInfoIsFilled.
   static int LoadFile(const char* path, struct_LEAD_Bitmap* bitmap, int bits, int order, unsigned int flags,
                       leadtools12::LoadRowCallback callback, void* userData, _LOADFILEOPTION* options,

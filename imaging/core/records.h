@@ -63,7 +63,9 @@ inline constexpr int kInfoIsFilled = 8192;
 
 /// Told of each row of a page that LoadFile or LoadMemory decoded: the file's information, the page's header
 /// without pixels, the row's bytes at the page's depth, the load's flags, the row's number from 0, how many
-/// rows follow each other in the bytes (1), what the caller gave. Result 0 ends the load.
+/// rows follow each other in the bytes (1), what the caller gave. Result 0 ends the load. Where rows are long
+/// in coming it is called without any in between, with 0 for how many there are, so that the load can be
+/// ended.
 using LoadRowCallback = int (*)(struct_file_information* info, struct_LEAD_Bitmap* bitmap, BYTE* bytes,
                                 UINT flags, int row, int lines, void* userData);
 

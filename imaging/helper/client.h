@@ -45,9 +45,10 @@ class Client {
   int CountPages();
   helper::PageRecord Describe(int page, const DrawnAt& drawn = {});
   Delivered Decode(int page, const DrawnAt& drawn = {});
-  /// Asked while the helper works; true ends the process and the call with kErrorUserAbort.
   /// The number of the process that has the file open; 0 without one.
   pid_t ProcessId() const;
+  /// Asked while the helper works; true ends the process and the call with kErrorUserAbort, and so does what
+  /// it throws with its own error.
   void SetCancelled(Cancelled cancelled) { m_cancelled = std::move(cancelled); }
 
  private:

@@ -124,7 +124,7 @@ Silence Process::Receive(helper::Reply& reply, std::chrono::milliseconds limit, 
     pollfd waiting = {m_socket.Get(), POLLIN, 0};
     const int ready = poll(&waiting, 1, static_cast<int>(std::clamp(left, milliseconds{0}, kLook).count()));
     if (ready > 0) break;
-    const bool stopped = cancelled && cancelled();
+    const bool stopped = IsStopped(cancelled);
     if (!stopped && left.count() > 0) continue;
     Kill();
     return stopped ? Silence::kCancelled : Silence::kTooLong;
@@ -133,6 +133,16 @@ Silence Process::Receive(helper::Reply& reply, std::chrono::milliseconds limit, 
   reply = {};
   if (helper::Receive(m_socket.Get(), reply, stray)) return Silence::kNone;
   return WhyItEnded();
+}
+
+/// An error of who is asked ends the process too: its answer would be taken for that to the next request.
+bool Process::IsStopped(const Cancelled& cancelled) {
+  try {
+    return cancelled && cancelled();
+  } catch (...) {
+    Kill();
+    throw;
+  }
 }
 
 /// The socket gave its end, or nonsense.

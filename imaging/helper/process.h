@@ -46,6 +46,7 @@ class Process {
   pid_t Id() const { return m_process; }
 
  private:
+  bool IsStopped(const Cancelled& cancelled);
   Silence WhyItEnded();
   void Start(const std::string& program, const char* module, int socket);
 

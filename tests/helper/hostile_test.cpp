@@ -11,12 +11,12 @@
 #include <array>
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 
 #include "helper/protocol/channel.h"
 #include "imaging/core/exception.h"
 #include "imaging/helper/client.h"
 #include "imaging/helper/place.h"
+#include "tests/helper/processes.h"
 #include "tests/imaging/codec_files.h"
 
 // What a reader may do that a file has taken over: the host gets an error in time and stays whole.
@@ -30,13 +30,6 @@ constexpr imaging::helper_client::TimeLimits kShort = {400ms, 400ms};
 std::size_t CountEntries(const char* folder) {
   const auto entries = std::filesystem::directory_iterator(folder);
   return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-}
-/// Living or dead, of this process.
-std::string Children() {
-  std::ifstream file("/proc/self/task/" + std::to_string(getpid()) + "/children");
-  std::string text;
-  std::getline(file, text);
-  return text;
 }
 
 struct Outcome {

@@ -1,9 +1,13 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 #include <webp/encode.h>
 
+#include <csignal>
 #include <filesystem>
 
+#include "imaging/core/exception.h"
 #include "imaging/helper/place.h"
+#include "tests/helper/processes.h"
 #include "tests/imaging/codec_files.h"
 
 namespace codec_test {
@@ -63,6 +67,47 @@ TEST(WebP, CutFilesGiveTheirRowsOrAnError) {
     WriteAll(path, Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
     const Loaded page = LoadFile(path);
     EXPECT_TRUE(!page.error.empty() || page.record.Height == kHeight);
+  }
+}
+
+int EndWithoutARow(struct_file_information*, struct_LEAD_Bitmap* page, BYTE*, UINT, int row, int rows,
+                   void* asked) {
+  EXPECT_EQ(page->Width, kWidth);
+  EXPECT_EQ(row + rows, 0);
+  return ++*static_cast<int*>(asked) < 3 ? 1 : 0;
+}
+int ThrowWithoutARow(struct_file_information*, struct_LEAD_Bitmap*, BYTE*, UINT, int, int, void*) {
+  throw 7;
+}
+
+// A helper that doesn't answer is asked for; the host isn't kept waiting for the time limit.
+TEST(WebP, TheCallbackOfALoadEndsTheProcess) {
+  const TempFolder folder;
+  const std::string path = folder.Path("slow.webp");
+  WriteAll(path, MakeWebP(false, true));
+  usleep(150'000);  // a younger file may still change, and its process isn't kept
+  for (const bool throws : {false, true}) {
+    Information info = InformFile(path);
+    const pid_t helper = std::atoi(Children().c_str());
+    ASSERT_GT(helper, 0);
+    kill(helper, SIGSTOP);
+    info.record.InfoFlags = leadtools12::kInfoIsFilled;
+    struct_LEAD_Bitmap page{};
+    int asked = 0;
+    try {
+      LEADTOOLS::LoadFile(path.c_str(), &page, 0, 1, 3, throws ? ThrowWithoutARow : EndWithoutARow, &asked,
+                          nullptr, &info.record);
+      ADD_FAILURE();
+    } catch (CLeadtoolsException* exception) {
+      EXPECT_EQ(exception->m_nError, imaging::kErrorUserAbort);
+      exception->Delete();
+      EXPECT_EQ(asked, 3);
+    } catch (int thrown) {
+      EXPECT_EQ(thrown, 7);
+    }
+    EXPECT_EQ(page.pStorage, nullptr);
+    EXPECT_EQ(Children(), "");
+    EXPECT_EQ(LoadFile(path).error, "") << "the file is thought to be bad";
   }
 }
 
