@@ -210,7 +210,7 @@ int main() {
   auto rawCopy = Contents(path("one.g4"));
   auto tiffCopy = Contents(inTiff);
   Ratio(
-      "raw_fax_unknown_vs_tiff", 1.4, [&] { LoadCopy(rawCopy); }, [&] { LoadCopy(tiffCopy); });
+      "raw_fax_unknown_vs_tiff", 1.1, [&] { LoadCopy(rawCopy); }, [&] { LoadCopy(tiffCopy); });
 
   const std::string hundred = path("100.tif");
   Ratio(

@@ -75,9 +75,11 @@ void SpreadSamples(const std::uint8_t* packed, int bits, std::uint8_t* samples, 
 void AddPlane(const std::uint8_t* packed, int plane, std::uint8_t* samples, int count);
 /// Packs samples of a byte each to a row of 1, 4 or 8 bits.
 void PackSamples(const std::uint8_t* samples, int bits, std::uint8_t* row, int count);
-/// Exchanges the bits of a byte, first for last.
+/// Exchanges the bits of a byte, first for last; in steps that the compiler does for many bytes at once.
 inline std::uint8_t ReverseBits(std::uint8_t byte) {
-  return static_cast<std::uint8_t>(((byte * 0x80200802ULL) & 0x0884422110ULL) * 0x0101010101ULL >> 32);
+  unsigned bits = (byte & 0xf0U) >> 4 | (byte & 0x0fU) << 4;
+  bits = (bits & 0xccU) >> 2 | (bits & 0x33U) << 2;
+  return static_cast<std::uint8_t>((bits & 0xaaU) >> 1 | (bits & 0x55U) << 1);
 }
 
 /// Writers that know nothing of alpha leave it 0 everywhere; such rows of 32 bits, of all that a file has,
