@@ -25,7 +25,8 @@ test: setup-modules
 	cmake --build build/release -- -j$(JOBS)
 	tools/run_tests release
 
-bench: setup-modules
+bench:
+	@tools/setup bench
 	cmake --preset release
 	cmake --build build/release -- -j$(JOBS)
 	tools/bench build/release
