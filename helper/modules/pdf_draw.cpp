@@ -2,21 +2,16 @@
 #include <QImage>
 #include <QPdfDocument>
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 #include "helper/module.h"
+#include "helper/modules/drawn_size.h"
 
 // PDF pages of any contents, drawn on white.
 namespace helper {
 namespace {
 
 constexpr int kFormat = 150;  // the nearest of the codes of raster pages
-constexpr int kUsualDotsPerInch = 200;
-constexpr int kMostDotsPerInch = 2400;
-constexpr double kPointsPerInch = 72;
-constexpr double kMostPixels =
-    64e6;  // of a page without a resolution of its own; A2 at 300 dpi has half of it
 
 /// The file as the toolkit reads it.
 class InputDevice final : public QIODevice {
@@ -35,23 +30,6 @@ class InputDevice final : public QIODevice {
  private:
   const Input& m_input;
 };
-
-struct Size {
-  int width;
-  int height;
-  int dotsPerInch;
-};
-
-/// A sheet that would be too large is drawn coarser.
-Size SizeAt(QSizeF points, int resolution) {
-  double dots = std::clamp(resolution > 0 ? resolution : kUsualDotsPerInch, 1, kMostDotsPerInch);
-  const double inches = points.width() * points.height() / (kPointsPerInch * kPointsPerInch);
-  dots = std::max(1.0, std::min(dots, std::floor(std::sqrt(kMostPixels / inches))));
-  const auto side = [dots](double length) {
-    return std::max(1, static_cast<int>(std::lround(length * dots / kPointsPerInch)));
-  };
-  return {side(points.width()), side(points.height()), static_cast<int>(dots)};
-}
 
 std::uint8_t OnWhite(int level, int alpha) {
   return static_cast<std::uint8_t>((level * alpha + 255 * (255 - alpha) + 127) / 255);
@@ -88,7 +66,7 @@ class DrawnPdf final : public Document {
   void WantSize(int width, int height) override { m_wanted = QSize(width, height); }
 
   PageRecord Describe(int page, int resolution) override {
-    const Size size = SizeOf(page, resolution);
+    const DrawnSize size = SizeOf(page, resolution);
     PageRecord record;
     record.format = kFormat;
     record.width = size.width;
@@ -100,7 +78,7 @@ class DrawnPdf final : public Document {
   }
 
   Decoded Decode(int page, int resolution, const Canvas& canvas) override {
-    const Size size = SizeOf(page, resolution);
+    const DrawnSize size = SizeOf(page, resolution);
     const QImage drawn = m_pdf.render(page - 1, QSize(size.width, size.height));
     if (drawn.format() != QImage::Format_ARGB32 || drawn.width() != size.width ||
         drawn.height() != size.height)
@@ -110,12 +88,12 @@ class DrawnPdf final : public Document {
   }
 
  private:
-  Size SizeOf(int page, int resolution) const {
+  DrawnSize SizeOf(int page, int resolution) const {
     const QSizeF points = m_pdf.pagePointSize(page - 1);
     if (!(points.width() > 0 && points.height() > 0)) throw Failure(Status::kCorrupt, "the page has no size");
-    Size size = SizeAt(points, resolution);
+    DrawnSize size = SizeOfDrawing(points.width(), points.height(), resolution);
     if (m_wanted.width() > 0 && m_wanted.height() > 0 &&
-        static_cast<double>(m_wanted.width()) * m_wanted.height() <= kMostPixels) {
+        static_cast<double>(m_wanted.width()) * m_wanted.height() <= kMostDrawnPixels) {
       size.width = m_wanted.width();
       size.height = m_wanted.height();
     }

@@ -44,7 +44,7 @@ constexpr int kAllowed[] = {
 constexpr int kAllowedWithoutExecution[] = {SYS_mmap, SYS_mprotect};
 // Libraries try these and go on without.
 constexpr int kRefused[] = {
-    SYS_openat, SYS_faccessat, SYS_newfstatat, SYS_readlinkat, SYS_sysinfo,
+    SYS_openat, SYS_faccessat, SYS_newfstatat, SYS_readlinkat, SYS_sysinfo, SYS_fcntl, SYS_sched_getaffinity,
 #ifdef SYS_open
     SYS_open,   SYS_access,    SYS_stat,       SYS_readlink,
 #endif

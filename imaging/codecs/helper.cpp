@@ -251,6 +251,24 @@ bool IsPdf(const Candidate& candidate) {
   return std::search(head.begin(), head.end(), kMark.begin(), kMark.end()) != head.end();
 }
 
+/// The header record, and its mark behind the frame.
+bool IsEmf(const Candidate& candidate) {
+  using namespace std::string_view_literals;
+  constexpr std::size_t kMark = 40;
+  return StartsWith(candidate, "\1\0\0\0"sv) && StartsWith(candidate, " EMF", kMark);
+}
+
+/// The placeable header, or a bare one: kind 1 or 2, a header of nine words, version 1.0 or 3.0.
+bool IsWmf(const Candidate& candidate) {
+  using namespace std::string_view_literals;
+  const auto head = candidate.head;
+  constexpr std::size_t kHeaderBytes = 18;
+  if (StartsWith(candidate, "\xd7\xcd\xc6\x9a"sv)) return true;
+  return head.size() >= kHeaderBytes && (head[0] == 1 || head[0] == 2) && head[1] == 0 &&
+         StartsWith(candidate, "\x09\0"sv, 2) && head[4] == 0 && (head[5] == 1 || head[5] == 3) &&
+         head[16] == 0 && head[17] == 0;
+}
+
 /// Its preamble may carry the signature of another kind.
 bool IsDicom(const Candidate& candidate) {
   constexpr std::size_t kPreambleBytes = 128;
@@ -273,6 +291,8 @@ constexpr HelperFamily kFamilies[] = {
     {"JPEG 2000", "jpeg2000", IsJpeg2000, Evidence::kSignature},
     {"DICOM", "dicom", IsDicom, Evidence::kSignature},
     {"PDF", "pdf", IsPdf, Evidence::kSignature, "pdfdraw"},
+    {"WMF", "wmf", IsWmf, Evidence::kSignature},
+    {"EMF", "emf", IsEmf, Evidence::kSignature},
     {"JBIG", "jbig", IsJbig, Evidence::kLikeness},
 };
 

@@ -1,0 +1,115 @@
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+
+#include "imaging/helper/place.h"
+#include "tests/helper/damage.h"
+#include "tests/imaging/codec_files.h"
+
+// Drawings of other systems: a blue box in the middle of the sheet, in each of their languages.
+
+namespace codec_test {
+namespace {
+
+class Writer {
+ public:
+  Writer& U16(std::initializer_list<int> values) {
+    for (const int value : values) Add(static_cast<std::uint32_t>(value), 2);
+    return *this;
+  }
+  Writer& U32(std::initializer_list<std::int64_t> values) {
+    for (const std::int64_t value : values) Add(static_cast<std::uint32_t>(value), 4);
+    return *this;
+  }
+  Writer& Text(const char* text) {
+    while (*text != '\0') m_bytes.push_back(static_cast<std::uint8_t>(*text++));
+    return *this;
+  }
+  const Bytes& Take() const { return m_bytes; }
+
+ private:
+  void Add(std::uint32_t value, int count) {
+    for (int i = 0; i < count; ++i) m_bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
+  }
+  Bytes m_bytes;
+};
+
+/// A sheet of 72 by 36 points, 1440 units an inch.
+Bytes MakeWmf() {
+  constexpr int kCheck = 0xcdd7 ^ 0x9ac6 ^ 1440 ^ 720 ^ 1440;
+  Writer out;
+  out.U16({0xcdd7, 0x9ac6, 0, 0, 0, 1440, 720, 1440, 0, 0, kCheck});
+  constexpr int kWords = 9 + 5 + 5 + 8 + 4 + 2 * (7 + 4 + 7) + 3;
+  out.U16({1, 9, 0x300, kWords, 0, 3, 8, 0, 0});
+  out.U16({5, 0, 0x20b, 0, 0});           // window origin
+  out.U16({5, 0, 0x20c, 720, 1440});      // and extent
+  out.U16({8, 0, 0x2fa, 5, 0, 0, 0, 0});  // no pen, selected
+  out.U16({4, 0, 0x12d, 0});
+  out.U16({7, 0, 0x2fc, 0, 0xffff, 0xff, 0});  // white brush, selected, and the whole sheet: what isn't drawn
+  out.U16({4, 0, 0x12d, 1});                   // is cut off
+  out.U16({7, 0, 0x41b, 720, 1440, 0, 0});
+  out.U16({7, 0, 0x2fc, 0, 0, 0xff, 0});  // blue brush, selected, and the box
+  out.U16({4, 0, 0x12d, 2});
+  out.U16({7, 0, 0x41b, 540, 1080, 180, 360});
+  out.U16({3, 0, 0});
+  return out.Take();
+}
+
+/// 96 by 48 pixels of a device with 96 dots per inch.
+Bytes MakeEmf() {
+  Writer out;
+  constexpr int kBytes = 88 + 24 + 12 + 12 + 24 + 20;
+  out.U32({1, 88, 0, 0, 96, 48, 0, 0, 2540, 1270}).Text(" EMF");
+  out.U32({0x10000, kBytes, 6}).U16({2, 0}).U32({0, 0, 0, 960, 960, 254, 254});
+  out.U32({39, 24, 1, 0, 0xff0000, 0});  // solid brush
+  out.U32({37, 12, 1});                  // selected
+  out.U32({37, 12, 0x80000008});         // no pen
+  out.U32({43, 24, 24, 12, 72, 36});     // rectangle
+  out.U32({14, 20, 0, 16, 20});
+  return out.Take();
+}
+
+struct Drawing {
+  const char* module;
+  const char* name;
+  int code;
+  Bytes file;
+};
+
+std::vector<Drawing> Drawings() {
+  std::vector<Drawing> drawings;
+  for (const Drawing& drawing : {Drawing{"wmf", "WMF", 15, MakeWmf()}, Drawing{"emf", "EMF", 116, MakeEmf()}})
+    if (imaging::helper_client::HasModule(drawing.module)) drawings.push_back(drawing);
+  return drawings;
+}
+
+TEST(Drawings, AreDrawnAtTheResolutionAskedFor) {
+  constexpr Color kBlue = {0, 0, 255, 255};
+  constexpr Color kWhite = {255, 255, 255, 255};
+  for (const Drawing& drawing : Drawings())
+    for (const int dots : {0, 72, 300}) {
+      SCOPED_TRACE(std::string(drawing.name) + " at " + std::to_string(dots));
+      LEADTOOLS::SetDrawnResolution(dots);
+      const Loaded page = LoadMemory(drawing.file);
+      ASSERT_EQ(page.error, "");
+      const int inch = dots == 0 ? 200 : dots;
+      EXPECT_EQ(page.info.Format, drawing.code);
+      EXPECT_STREQ(page.info.Compression, drawing.name);
+      EXPECT_EQ(page.record.XResolution, inch);
+      EXPECT_EQ(page.record.Width, inch);
+      EXPECT_EQ(page.record.Height, inch / 2);
+      EXPECT_EQ(ColorAt(page, inch / 2, inch / 4), kBlue);
+      EXPECT_EQ(ColorAt(page, inch * 5 / 16, inch / 4), kBlue);
+      EXPECT_EQ(ColorAt(page, inch * 3 / 16, inch / 4), kWhite);
+      EXPECT_EQ(ColorAt(page, inch / 2, inch / 16), kWhite);
+    }
+  LEADTOOLS::SetDrawnResolution(0);
+}
+
+TEST(Drawings, DamagedFiles) {
+  for (const Drawing& drawing : Drawings())
+    ExpectPageOrError(drawing.file, {7, 0, drawing.file.size() * 8, 61});
+}
+
+}  // namespace
+}  // namespace codec_test
