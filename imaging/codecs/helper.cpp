@@ -334,11 +334,21 @@ std::unique_ptr<Reader> Open(const Source& source) {
 std::unique_ptr<Reader> OpenDelivered(const Source& block, helper::Delivery delivery) {
   if (delivery == helper::Delivery::kTiff) return OpenReaderOf(kTiffCodec, block);
   if (delivery == helper::Delivery::kJpeg) return OpenReaderOf(kJpegCodec, block);
+  return OpenJpeg2000(block);
+}
+
+}  // namespace
+
+std::unique_ptr<Reader> OpenJpeg2000(const Source& block) {
   static constexpr Codec kJpeg2000 = {IsJpeg2000, Open<Evidence::kSignature>};
   return OpenReaderOf(kJpeg2000, block);
 }
 
-}  // namespace
+void RequireJpeg2000(const Source& file) {
+  if (!helper_client::HasModule("jpeg2000"))
+    Fail(kErrorUnsupported, "%s: JPEG 2000 is read by the module jpeg2000, which isn't installed",
+         file.Name().c_str());
+}
 
 std::vector<ReadableKind> ListReadableKinds() {
   constexpr const char* kInProcess[] = {

@@ -19,6 +19,11 @@ struct HelperFamily {
 /// module likes.
 void SetDrawnResolution(int dotsPerInch);
 
+/// A codestream or JP2 file that lies in another file; null if it is none.
+std::unique_ptr<Reader> OpenJpeg2000(const Source& block);
+/// Throws, with the name of the module, if there is none for these.
+void RequireJpeg2000(const Source& file);
+
 /// A kind of files that is read, or would be if its module were there.
 struct ReadableKind {
   const char* name;

@@ -4,6 +4,7 @@
 #include "imaging/codecs/tiff_coded.h"
 #include "imaging/codecs/tiff_decode.h"
 #include "imaging/codecs/tiff_directory.h"
+#include "imaging/codecs/tiff_jpeg2000.h"
 #include "imaging/codecs/tiff_layout.h"
 #include "imaging/codecs/tiff_lossless.h"
 #include "imaging/core/exception.h"
@@ -46,6 +47,11 @@ class TiffReader final : public Reader {
       CheckPlausible(m_source, bytes, layout.compression == COMPRESSION_NONE ? 64 : kMostExpansion);
     if (decoded.info.compression == kLosslessName) {
       decoded.pixels = DecodeLosslessTiff(tiff, layout);
+      return decoded;
+    }
+    if (layout.compression == COMPRESSION_JP2000) {
+      decoded.pixels = DecodeJpeg2000Tiff(tiff, layout, wish);
+      decoded.lossy = true;
       return decoded;
     }
     if (NeedsTiffColorConversion(layout)) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "imaging/codecs/helper.h"
 #include "imaging/core/exception.h"
 
 namespace imaging {
@@ -64,6 +65,7 @@ void ReadBands(const TiffHandle& tiff, TiffLayout& layout) {
 
 void RequireDecoder(const TiffHandle& tiff, int compression) {
   if (TIFFIsCODECConfigured(static_cast<std::uint16_t>(compression)) != 0) return;
+  if (compression == COMPRESSION_JP2000) return RequireJpeg2000(tiff.File());
   Fail(kErrorUnsupported, "%s, page %d: TIFF compression %d can't be decoded", tiff.File().Name().c_str(),
        tiff.Page(), compression);
 }

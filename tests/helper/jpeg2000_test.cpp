@@ -57,32 +57,41 @@ opj_stream_t* OpenOutput(Output& output) {
   return stream;
 }
 
-opj_image_t* MakeImage(const Form& form) {
+/// A part of the picture.
+struct Area {
+  int left = 0;
+  int top = 0;
+  int width = kWidth;
+  int height = kHeight;
+};
+
+opj_image_t* MakeImage(const Form& form, const Area& area) {
   std::vector<opj_image_cmptparm_t> parameters;
   for (std::size_t i = 0; i < form.depths.size(); ++i) {
     opj_image_cmptparm_t parameter{};
     const int step = i == 1 || i == 2 ? form.step : 1;
     parameter.dx = parameter.dy = static_cast<OPJ_UINT32>(step);
-    parameter.w = static_cast<OPJ_UINT32>((kWidth + step - 1) / step);
-    parameter.h = static_cast<OPJ_UINT32>((kHeight + step - 1) / step);
+    parameter.w = static_cast<OPJ_UINT32>((area.width + step - 1) / step);
+    parameter.h = static_cast<OPJ_UINT32>((area.height + step - 1) / step);
     parameter.prec = static_cast<OPJ_UINT32>(form.depths[i]);
     parameters.push_back(parameter);
   }
   opj_image_t* image =
       opj_image_create(static_cast<OPJ_UINT32>(parameters.size()), parameters.data(), form.space);
-  image->x1 = kWidth;
-  image->y1 = kHeight;
+  image->x1 = static_cast<OPJ_UINT32>(area.width);
+  image->y1 = static_cast<OPJ_UINT32>(area.height);
   for (OPJ_UINT32 i = 0; i < image->numcomps; ++i) {
     opj_image_comp_t& component = image->comps[i];
     if (form.alpha && i + 1 == image->numcomps) component.alpha = 1;
     for (OPJ_UINT32 at = 0; at < component.w * component.h; ++at)
-      component.data[at] = SampleAt(static_cast<int>(at % component.w), static_cast<int>(at / component.w),
-                                    static_cast<int>(i), static_cast<int>(component.prec));
+      component.data[at] = SampleAt(area.left + static_cast<int>(at % component.w),
+                                    area.top + static_cast<int>(at / component.w), static_cast<int>(i),
+                                    static_cast<int>(component.prec));
   }
   return image;
 }
 
-Bytes MakeJpeg2000(const Form& form) {
+Bytes MakeJpeg2000(const Form& form, const Area& area = {}) {
   Output output;
   opj_cparameters_t parameters;
   opj_set_default_encoder_parameters(&parameters);
@@ -90,7 +99,7 @@ Bytes MakeJpeg2000(const Form& form) {
   parameters.tcp_numlayers = 1;
   parameters.cp_disto_alloc = 1;
   opj_codec_t* codec = opj_create_compress(form.container ? OPJ_CODEC_JP2 : OPJ_CODEC_J2K);
-  opj_image_t* image = MakeImage(form);
+  opj_image_t* image = MakeImage(form, area);
   opj_setup_encoder(codec, &parameters, image);
   opj_stream_t* stream = OpenOutput(output);
   EXPECT_TRUE(opj_start_compress(codec, image, stream) && opj_encode(codec, stream) &&
@@ -182,6 +191,72 @@ const std::vector<Form>& Forms() {
       {"ink", true, {8, 8, 8, 8}, OPJ_CLRSPC_CMYK, 24},
   };
   return forms;
+}
+
+/// The picture in strips of ten rows, or in tiles of 16 by 16 pixels; how many bytes of the last one there
+/// are.
+Bytes MakeJpeg2000Tiff(const Form& form, int photometric, bool tiled, std::size_t lastBytes = SIZE_MAX) {
+  constexpr int kTile = 16;
+  constexpr int kStrip = 10;
+  const TempFolder folder;
+  TIFF* tiff = TIFFOpen(folder.Path("a.tif").c_str(), "w");
+  TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, kWidth);
+  TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, kHeight);
+  TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, form.depths[0]);
+  TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, form.depths.size());
+  TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, photometric);
+  TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+  TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_JP2000);
+  if (tiled) TIFFSetField(tiff, TIFFTAG_TILEWIDTH, kTile);
+  TIFFSetField(tiff, tiled ? TIFFTAG_TILELENGTH : TIFFTAG_ROWSPERSTRIP, tiled ? kTile : kStrip);
+  std::uint32_t index = 0;
+  for (int top = 0; top < kHeight; top += tiled ? kTile : kStrip)
+    for (int left = 0; left < kWidth; left += tiled ? kTile : kWidth) {
+      const Area area = {left, top, tiled ? kTile : kWidth, tiled ? kTile : std::min(kStrip, kHeight - top)};
+      Bytes piece = MakeJpeg2000(form, area);
+      if (index == 2) piece.resize(std::min(piece.size(), lastBytes));
+      const auto size = static_cast<tmsize_t>(piece.size());
+      EXPECT_EQ(tiled ? TIFFWriteRawTile(tiff, index, piece.data(), size)
+                      : TIFFWriteRawStrip(tiff, index, piece.data(), size),
+                size);
+      ++index;
+    }
+  TIFFClose(tiff);
+  return ReadAll(folder.Path("a.tif"));
+}
+
+TEST(Jpeg2000, StripsAndTilesOfTiff) {
+  const Form gray = {"grey", false, {8}, OPJ_CLRSPC_GRAY, 8};
+  const Form fine = {"16 bits", false, {16}, OPJ_CLRSPC_GRAY, 8};
+  const Form color = {"colour", false, {8, 8, 8}, OPJ_CLRSPC_SRGB, 24};
+  const Form boxed = {"colour in a container", true, {8, 8, 8}, OPJ_CLRSPC_SRGB, 24};
+  for (const Form& form : {gray, fine, color, boxed})
+    for (const bool tiled : {false, true})
+      for (const bool inverted : {false, true}) {
+        if (inverted && form.memoryBits != 8) continue;
+        SCOPED_TRACE(std::string(form.name) + (tiled ? " tiles" : " strips"));
+        const int rgb = form.memoryBits == 24 ? PHOTOMETRIC_RGB : PHOTOMETRIC_MINISBLACK;
+        const Loaded page =
+            LoadMemory(MakeJpeg2000Tiff(form, inverted ? PHOTOMETRIC_MINISWHITE : rgb, tiled));
+        ASSERT_EQ(page.error, "");
+        EXPECT_EQ(page.info.Format, 166);
+        EXPECT_STREQ(page.info.Compression, "JPEG 2000");
+        EXPECT_EQ(page.record.BitsPerPixel, form.memoryBits);
+        int wrong = 0;
+        for (int y = 0; y < kHeight; ++y)
+          for (int x = 0; x < kWidth; ++x) {
+            Color expected = ExpectedAt(form, x, y);
+            for (int* level : {&expected.red, &expected.green, &expected.blue})
+              *level = inverted ? 255 - *level : *level;
+            wrong += ColorAt(page, x, y) == expected ? 0 : 1;
+          }
+        EXPECT_EQ(wrong, 0);
+      }
+  // One piece of nonsense stays white, and costs the others nothing.
+  const Loaded damaged = LoadMemory(MakeJpeg2000Tiff(gray, PHOTOMETRIC_MINISBLACK, false, 30));
+  EXPECT_EQ(damaged.error, "");
+  EXPECT_EQ(ColorAt(damaged, 9, 19), ExpectedAt(gray, 9, 19));
+  EXPECT_EQ(ColorAt(damaged, 9, 20).red, 255);
 }
 
 TEST(Jpeg2000, DepthsSpacesAndSampling) {
