@@ -2,6 +2,8 @@
 # fresh_root.sh PACKAGES FAX WORK: installs the packages with apt into a fresh Debian root below WORK, as a user and a
 # host's developer do, uses them, removes them, and looks for what is left. Runs as root; the base system is kept in WORK.
 set -euo pipefail
+# The helper asks /proc where it is; mounts end with this process.
+if [[ -z ${MOUNTS_OF_ITS_OWN:-} ]]; then MOUNTS_OF_ITS_OWN=1 exec unshare --mount "$0" "$@"; fi
 packages=$(realpath "$1")
 fax=$(realpath "$2")
 here=$(cd "$(dirname "$0")" && pwd)
@@ -27,6 +29,7 @@ fi
 rm -rf "$root"
 mkdir "$root"
 tar -xf "$base" -C "$root"
+mount -t proc proc "$root/proc"
 mkdir -p "$root"/try/{run,home,packages}
 chmod 700 "$root/try/run"
 cp "$packages"/*.deb "$root/try/packages"
@@ -45,11 +48,11 @@ step "a user: installs the viewer, opens a fax"
 # shellcheck disable=SC2086
 apt_inside install $(grep -vE -- '-(dev|testing)_' <<< "$all")
 inside tessarel-viewer --version
-[[ $(inside tessarel-viewer --info /try/fax.tif | grep -c '^ ') == 3 ]] || fail "the fax has three pages"
+[[ $(inside tessarel-viewer --info /try/fax.tif | grep -c '^page ') == 3 ]] || fail "the fax has three pages"
 inside tessarel-viewer --screenshot /try/viewer.png --zoom width /try/fax.tif
 file "$root/try/viewer.png" | grep -q 'PNG image' || fail "no picture of the window"
 inside tessarel-viewer --export /try/fax.pdf /try/fax.tif
-[[ $(inside tessarel-viewer --info /try/fax.pdf | grep -c '^ ') == 3 ]] || fail "the helper reads no PDF"
+[[ $(inside tessarel-viewer --info /try/fax.pdf | grep -c '^page ') == 3 ]] || fail "the helper reads no PDF"
 for desktop in "$root"/usr/share/applications/*.desktop; do desktop-file-validate "$desktop"; done
 appstreamcli validate --no-net "$root"/usr/share/metainfo/*.xml > "$work/appstream.log" || { cat "$work/appstream.log"; fail "metainfo"; }
 for size in 16 32 48 64 128 256; do
@@ -87,5 +90,6 @@ apt_inside purge $ours
 listing > "$work/after"
 diff "$work/before" "$work/after" || fail "something is left"
 if grep -i tessarel "$work/after"; then fail "something is left"; fi
+umount "$root/proc"
 rm -rf "$root"
 echo "the packages install, work and go"
