@@ -35,6 +35,7 @@ namespace platform::testing {
 /// Takes the place of the box on the screen: text and MB_ flags in, the button out. Null brings the real box
 /// back.
 using MessageBoxAnswer = int (*)(const CString& text, UINT type);
+/// From now on, for all boxes; null: real boxes.
 PLATFORM_API void SetMessageBoxAnswer(MessageBoxAnswer answer);
 /// Of the box that was answered last.
 PLATFORM_API CString LastMessageBoxTitle();
@@ -43,10 +44,12 @@ PLATFORM_API CString LastMessageBoxTitle();
 /// path is looked at as a typed one, with the same questions; what the dialog would refuse counts as given
 /// up.
 using FileDialogAnswer = bool (*)(FileDialogRequest& request);
+/// From now on; null: real dialogs.
 PLATFORM_API void SetFileDialogAnswer(FileDialogAnswer answer);
 /// Takes the place of print dialogs: changes the request and returns true, or false to give up. What the
 /// dialog would refuse counts as given up. The hook procedure isn't called.
 using PrintDialogAnswer = bool (*)(PrintDialogRequest& request);
+/// From now on; null: real dialogs.
 PLATFORM_API void SetPrintDialogAnswer(PrintDialogAnswer answer);
 /// Takes the place of the print service, with these queues only.
 PLATFORM_API void SetTestPrinters(std::span<const TestPrinter> printers);
@@ -54,6 +57,7 @@ PLATFORM_API void SetTestPrinters(std::span<const TestPrinter> printers);
 /// command that is chosen, 0 for none. One that isn't there or is grey counts as none. Null brings the real
 /// one back.
 using MenuAnswer = int (*)(HMENU menu, HWND owner);
+/// From now on; null: real pop-ups.
 PLATFORM_API void SetMenuAnswer(MenuAnswer answer);
 /// Opens the menus of a window's bar that lead to a command (WM_INITMENUPOPUP) and chooses it, which posts
 /// WM_COMMAND. False if it isn't there, is grey, or the window is disabled.
@@ -72,17 +76,24 @@ PLATFORM_API void HoldQueue(bool hold);
 enum class Button { Left, Right, Middle };
 // Input as the desktop would send it to a shown window, in client coordinates. The messages are queued. Of a
 // document window, points around the client area hit the title bar and the border.
+/// virtualKey: VK_... or a capital letter or digit. The key stays down until ReleaseKey, if that is asked
+/// for.
 PLATFORM_API void PressKey(HWND window, int virtualKey, bool shift = false, bool control = false,
                            bool alt = false);
+/// The end of PressKey; needed only where a program looks for it.
 PLATFORM_API void ReleaseKey(HWND window, int virtualKey, bool shift = false, bool control = false,
                              bool alt = false);
 /// Each character as a key that types it.
 PLATFORM_API void TypeText(HWND window, const char* text);
 /// The text as an input method hands it over, without keys.
 PLATFORM_API void ComposeText(HWND window, const char* text);
+/// A second press at the same place soon after is a double click.
 PLATFORM_API void PressMouse(HWND window, POINT point, Button button = Button::Left, bool shift = false);
+/// The end of PressMouse.
 PLATFORM_API void ReleaseMouse(HWND window, POINT point, Button button = Button::Left);
+/// leftDown: as in a drag.
 PLATFORM_API void MoveMouse(HWND window, POINT point, bool leftDown = false);
+/// The pointer goes out of the window.
 PLATFORM_API void LeaveWindow(HWND window);
 /// The tool tip that appears when the pointer rests there; empty for none.
 PLATFORM_API CString ToolTipAt(HWND window, POINT point);

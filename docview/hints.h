@@ -10,11 +10,12 @@ namespace view {
 enum : int { kHintAllPages = 0, kHintPageChanged = 1, kHintOtherPage = 2 };
 inline constexpr int kActivePage = -1;  ///< in the place of a page number
 
-/// A page's number, counted from 0, in the place of the object that a hint carries; and back, for a view's
-/// OnUpdate. Nobody may look into such an object.
+/// A page's number, counted from 0, in the place of the object that a hint carries. Nobody may look into
+/// such an object.
 inline CObject* HintOfPage(int page) {
   return reinterpret_cast<CObject*>(static_cast<std::intptr_t>(page));
 }
+/// The page of a hint; -1 for the active one.
 inline int PageOfHint(const CObject* hint) {
   return static_cast<int>(reinterpret_cast<std::intptr_t>(hint));
 }

@@ -26,7 +26,9 @@ class TESSAREL_API CZPView : public CPageWindow<CView>, public CZPBitmapBorrower
   int ZoomToScaleFactor(double factor) { return ScaleTo(factor) ? 1 : 0; }
   /// Scale the page to the window, unless the scale would lie outside the limits. The fit mode stays.
   virtual void ZoomFitToWidth() { FitSide(fit::Side::Width); }
+  /// As ZoomFitToWidth, to the height; a page that is wider then is scrolled sideways.
   virtual void ZoomFitToHeight() { FitSide(fit::Side::Height); }
+  /// As ZoomFitToWidth, so that the whole page is seen.
   virtual void ZoomBestFit() { FitBestSide(); }
   /// 0: the mouse is elsewhere, and only the mode was set.
   virtual int SetMouseMode(int mode);

@@ -40,6 +40,7 @@ inline bool IsPlainCopy(const CString& source, const CString& target) {
   return SourceExtension(source) == TargetExtension(target);
 }
 
+/// What the extension of the target asks for.
 inline Kind KindOf(const CString& target) {
   const CString extension = TargetExtension(target);
   if (extension == "tif") return Kind::Tif;

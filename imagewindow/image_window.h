@@ -38,6 +38,7 @@ class TESSAREL_API CImageWindow : public CPageWindow<CWnd> {
 
   /// 0 while nothing is open.
   int GetCurrPage() const { return m_nCurrPage; }
+  /// How many pages the source has; 0 while nothing is open.
   int GetMaxPage() const { return m_nMaxPage; }
   /// What the source says of the page that was loaded last: depth, resolution, compression, and how many rows
   /// of a fax page couldn't be decoded. All zero before the first load.
@@ -56,10 +57,13 @@ class TESSAREL_API CImageWindow : public CPageWindow<CWnd> {
 
   /// Multiplies the scale, but not beyond the highest; the multiplier that was used.
   double MultiplyScaleFactor(double multiplier) { return MultiplyScale(multiplier); }
+  /// The scale, 0.01 to 10.0: screen pixels for a page pixel.
   double GetScaleFactor() const { return m_dScaleFactor; }
   /// Scale once; a later change of the window's size doesn't fit again.
   void FitToWidth() { FitSide(fit::Side::Width); }
+  /// As FitToWidth, to the height.
   void FitToHeight() { FitSide(fit::Side::Height); }
+  /// As FitToWidth, so that the whole page is seen.
   void BestFit() { FitBestSide(); }
   /// Shows the mode's cursor too. A mode that isn't known is kept and does nothing.
   void SetMouseMode(int mode);

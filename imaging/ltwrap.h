@@ -32,6 +32,7 @@ class LTWRAP_API NewFile {
   ~NewFile();
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
+  /// Puts the file into its place. Throws if that fails; what was there stays then. Once.
   void Complete();
 
  private:
@@ -46,10 +47,12 @@ class LTWRAP_API LEADTOOLS {
  public:
   // Files and information (leadtools_files.cpp)
 
+  /// Fills the record: page 1, the service's own way of decoding.
   static int GetDefaultLoadFileOption(_LOADFILEOPTION* options);
   /// Describes one page. flags bit 0: count the pages too. Throws if the file can't be shown.
   static int FileInfo(const char* path, struct_file_information* info, unsigned int flags,
                       _LOADFILEOPTION* options);
+  /// FileInfo of a file's image in memory; size in bytes. The block stays the caller's.
   static int FileInfoMemory(char* buffer, struct_file_information* info, long size, unsigned int flags,
                             _LOADFILEOPTION* options);
   /// Decodes one page into a record, whose former contents are not freed. bits 0 keeps the page's own depth;
@@ -57,6 +60,7 @@ class LTWRAP_API LEADTOOLS {
   /// a wish: the record's Order tells what was delivered. info, if given, is filled.
   static int LoadBitmapA(const char* path, struct_LEAD_Bitmap* bitmap, int bits, int order,
                          _LOADFILEOPTION* options, struct_file_information* info);
+  /// LoadBitmapA of a file's image in memory, which isn't needed after the call.
   static int LoadBitmapMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, int order, long size,
                               _LOADFILEOPTION* options, struct_file_information* info);
   /// The same, with a callback (null: none) that is told of each row once the page is decoded. If it gives 0
@@ -66,6 +70,7 @@ class LTWRAP_API LEADTOOLS {
   static int LoadFile(const char* path, struct_LEAD_Bitmap* bitmap, int bits, int order, unsigned int flags,
                       leadtools12::LoadRowCallback callback, void* userData, _LOADFILEOPTION* options,
                       struct_file_information* info);
+  /// LoadFile of a file's image in memory, which isn't needed after the call.
   static int LoadMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, int order, unsigned int flags,
                         leadtools12::LoadRowCallback callback, void* userData, long size,
                         _LOADFILEOPTION* options, struct_file_information* info);
@@ -92,8 +97,11 @@ class LTWRAP_API LEADTOOLS {
                           unsigned int viewPerspective, unsigned char* data, unsigned long dataSize);
   /// Releases the pixels and clears Allocated. An empty record is left alone.
   static void FreeBitmap(struct_LEAD_Bitmap* bitmap);
+  /// Gives the target pixels of its own. What it held before is not freed.
   static int CopyBitmap(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source);
+  /// A second header of the source's pixels, which stay the source's: only one of the two may be freed.
   static void CopyBitmapHandle(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source);
+  /// Copies a part, in pixels of the source, which has to lie within it. What the target held is not freed.
   static int CopyBitmapRect(struct_LEAD_Bitmap* target, struct_LEAD_Bitmap* source, unsigned int column,
                             unsigned int row, unsigned int width, unsigned int height);
   /// Turns the pixels so that ViewPerspective becomes viewPerspective; target null: in place.
@@ -112,6 +120,7 @@ class LTWRAP_API LEADTOOLS {
   // List of bitmaps (leadtools_list.cpp). A list is a handle that DestroyBitmapList ends; a dead or null one
   // makes every other call throw. Indices count from 0.
 
+  /// An empty list, which the caller ends by DestroyBitmapList.
   static int CreateBitmapList(void** list);
   /// A list with one item for each page of the file; the path is kept. A page is decoded when its item is
   /// first asked for, so that a damaged one throws there. bits and order as in LoadBitmapA; PageNumber isn't
@@ -122,6 +131,7 @@ class LTWRAP_API LEADTOOLS {
   /// throw. Of many prepared pages those made first are given up, which ends their pixels, and made again
   /// when they are asked for again.
   static int PrepareBitmapListPages(void* list, const leadtools12::PagePreparation& preparation);
+  /// How many items the list has.
   static int GetBitmapListCount(void* list, unsigned int* count);
   /// A header of the item's pixels, which stay the list's: the caller frees nothing. They may be changed in
   /// place. Throws if the page can't be decoded, or the file isn't the one that the list was made of.
@@ -195,6 +205,7 @@ class LTWRAP_API LEADTOOLS {
 
   // Save (leadtools_files.cpp)
 
+  /// Fills the record: page 1.
   static int GetDefaultSaveFileOption(_SAVEFILEOPTION* options);
   /// Writes the bitmap as it is held, its orientation as a tag where the format has one. Formats: 27 (TIFF
   /// with group 3 coding, 1 bit), 75 (PNG), 84 (Windows bitmap, RLE for 4 and 8 bits), 87 (TIFF with
@@ -224,7 +235,9 @@ class LTWRAP_API LEADTOOLS {
   static int ImgListGetItem(HWND window, unsigned int index, _LILITEM* item);
   /// Changes the fields that uMask names; copies them as ImgListInsert does.
   static int ImgListSetItem(HWND window, unsigned int index, _LILITEM* item);
+  /// Takes all items out, with their pictures.
   static int ImgListClear(HWND window);
+  /// How many items there are.
   static int ImgListGetItemCount(HWND window);
   /// Screenfuls of items; 0 if nothing needs scrolling.
   static int ImgListGetPagesCount(HWND window);
@@ -233,8 +246,12 @@ class LTWRAP_API LEADTOOLS {
   static int ImgListGetPage(HWND window);
   /// Scrolls as little as is needed.
   static int ImgListEnsureVisible(HWND window, int index);
+  /// Fills the record: how items are selected.
   static int ImgListGetSelOptions(HWND window, _LILSELOPTION* options);
+  /// Sets how items are selected.
   static int ImgListSetSelOptions(HWND window, _LILSELOPTION* options);
+  /// Fills the record: size of items in pixels, and what is shown of them.
   static int ImgListGetItemOptions(HWND window, _LILITEMOPTION* options);
+  /// Sets size of items in pixels, and what is shown of them; lays out anew.
   static int ImgListSetItemOptions(HWND window, _LILITEMOPTION* options);
 };

@@ -9,6 +9,7 @@ inline HCURSOR LoadLibraryCursor(UINT id) {
   return LoadCursor(AfxFindResourceHandle(MAKEINTRESOURCE(id), RT_GROUP_CURSOR), MAKEINTRESOURCE(id));
 }
 
+/// Makes it the cursor at once, until the pointer moves on.
 inline void ShowLibraryCursor(UINT id) {
   SetCursor(LoadLibraryCursor(id));
 }

@@ -9,7 +9,9 @@ class SourceWatch {
   SourceWatch& operator=(const SourceWatch&) = delete;
   ~SourceWatch() { s_innermost = m_outer; }
 
+  /// Whether the owner ended while this watch lived.
   bool IsGone() const { return m_owner == nullptr; }
+  /// To be called by the owner as it ends; all watches of it learn that.
   static void Gone(const void* owner) {
     for (SourceWatch* watch = s_innermost; watch != nullptr; watch = watch->m_outer)
       if (watch->m_owner == owner) watch->m_owner = nullptr;
@@ -31,6 +33,7 @@ class JobWatch {
 
   /// Null: it is gone.
   Owner* Get() const { return m_watch.IsGone() ? nullptr : &m_owner; }
+  /// To be called by the owner as it ends.
   static void Gone(const Owner& owner) { SourceWatch::Gone(&owner); }
 
  private:

@@ -25,6 +25,7 @@ class TESSAREL_API CPrintBitmap {
 
   /// The current format of the process.
   static int GetPrintFormat();
+  /// For this and the next jobs of the process, those of CPrintFile too.
   static void SetPrintFormat(PrintFormat format);
 
  private:

@@ -46,13 +46,16 @@ class TESSAREL_API CPrintFile {
   void Print_Range(const char* printer, const char* path, short copies, short fromPage, short toPage,
                    PrintFormat format);
 
+  /// Pages of a file; 0 if it can't be read, which is reported.
   unsigned int CountPages(const char* path);
+  /// Pages of a file's image in memory, which stays the caller's; size in bytes.
   unsigned int CountPagesMem(void* image, unsigned long size);
   /// What the print dialog begins with: copies of the record's device handles, which stay the caller's.
   void SetPrintOptions(PRINTDLGA* record);
 
   /// The current format of the process.
   static int GetPrintFormat();
+  /// For the next jobs of the process, those of CPrintBitmap too.
   static void SetPrintFormat(PrintFormat format);
 
  protected:

@@ -28,6 +28,7 @@ struct Measures {
 class Paper {
  public:
   virtual ~Paper() = default;
+  /// Printable area and resolution of the sheet as it lies now.
   virtual Measures Measure() const = 0;
   /// True if the paper has turned, so that it must be measured again.
   virtual bool TurnTo(Orientation orientation) = 0;
@@ -55,10 +56,12 @@ inline int CutOff(double value) {
   return value >= kLargest ? kLargest : static_cast<int>(value);
 }
 
+/// Whether either side does.
 inline bool Exceeds(SIZE size, SIZE limit) {
   return size.cx > limit.cx || size.cy > limit.cy;
 }
 
+/// The printable area in dots.
 inline SIZE Area(const Measures& paper) {
   return {paper.width, paper.height};
 }
@@ -108,6 +111,7 @@ inline double BestFactor(double width, double height, const Measures& paper) {
 /// resolution, since they were made square for it.
 using Correction = std::optional<square_pixels::Resolution>;
 
+/// Whether both resolutions say something.
 inline bool IsKnown(square_pixels::Resolution dpi) {
   return dpi.x != 0 && dpi.y != 0;
 }
@@ -148,6 +152,7 @@ inline SIZE PlaceActualSize(const Page& page, const Correction& correction, Pape
   return ActualSize(page, correction, paper.Measure().dpi);
 }
 
+/// Size in dots of a page that fills the sheet as far as its shape allows; the paper is turned for it.
 inline SIZE PlaceFitted(const Page& page, const Correction& correction, Paper& paper) {
   if (!IsKnown(page.dpi)) return FitToPaper({page.width, page.height}, paper);
   return FitToPaper(ActualSize(page, correction, paper.Measure().dpi), paper);

@@ -25,6 +25,7 @@ class PagePicture {
   /// The mark of a page that can't be shown, as large as the room.
   void MakeCrossedBox(SIZE room);
 
+  /// Stays this object's.
   struct_LEAD_Bitmap* Bitmap() { return &m_bitmap; }
 
  private:

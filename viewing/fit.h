@@ -26,6 +26,7 @@ struct Axis {
   int bar;  ///< thickness of the scroll bar that stands at the fitted side's end
 };
 
+/// The scale at which the page fills that side, less a pixel, and less the scroll bar that it needs then.
 inline double Factor(const Axis& axis) {
   int room = axis.client - 1;
   if (axis.scaledAcross >= axis.clientAcross)

@@ -12,6 +12,7 @@ struct Scroll {
   WPARAM code = 0;
 };
 
+/// How a key scrolls the page; a message of 0 if it doesn't.
 inline Scroll ScrollOfKey(UINT key) {
   switch (key) {
     case VK_PRIOR:

@@ -29,7 +29,9 @@ struct Modes {
   int zoomIn;
   int zoomOut;
 
+  /// Whether the left button drags the page in that mode.
   constexpr bool Drags(int mode) const { return mode == drag || mode == otherDrag; }
+  /// Whether it zooms by a step.
   constexpr bool Zooms(int mode) const { return mode == zoomIn || mode == zoomOut; }
   /// Shift turns the direction over. For modes in which a click zooms.
   constexpr bool ZoomsIn(int mode, bool shift) const { return (mode == zoomIn) != shift; }

@@ -7,13 +7,16 @@
 /// thrown by the imaging service.
 class PageSource {
  public:
+  /// A file, whose path is kept.
   static PageSource File(const char* path) { return {true, path, nullptr, 0}; }
+  /// A file's image; size in bytes. The block stays the caller's and has to outlive this.
   static PageSource Memory(void* block, long size) { return {false, "", static_cast<char*>(block), size}; }
   /// The block where the path is empty.
   static PageSource Of(const CString& path, void* block, long size) {
     return path.IsEmpty() == FALSE ? File(path) : Memory(block, size);
   }
 
+  /// False: an image in memory.
   bool IsFile() const { return m_isFile; }
 
   /// options null: the first page. The pages are counted only if that is asked for.
@@ -25,6 +28,7 @@ class PageSource {
       LEADTOOLS::FileInfoMemory(m_block, info, m_size, flags, options);
   }
 
+  /// At least 1; throws CLeadtoolsException* if the source can't be shown.
   int CountPages() const {
     struct_file_information info{};
     Describe(&info, nullptr, true);

@@ -64,20 +64,27 @@ class CPageWindow : public Base {
   CPageWindow(const CPageWindow&) = delete;
   CPageWindow& operator=(const CPageWindow&) = delete;
 
+  /// The scale, 1 to 1000, rounded; exactly half downwards.
   int GetScalePercent() const;
   /// One step of the chain 1:64 ... 1:4, 1:2, 1:1, 2:1, 3:1 ... 10:1. Nothing at its ends, but a running fit
   /// ends all the same.
   void ZoomIn();
+  /// As ZoomIn, to the next smaller scale.
   void ZoomOut();
+  /// Whether ZoomIn would change the scale.
   Answer ZoomInPossible() const;
+  /// Whether ZoomOut would change the scale.
   Answer ZoomOutPossible() const;
   /// Keeps the mode and, if it is another one than before, fits.
   void SetFitMode(int mode);
+  /// FitModeNone, FitModeWidth, FitModeHeight or FitModeBest.
   int GetFitMode() const { return Self().m_nFitMode; }
+  /// What the left button does: MouseModeNone, MouseModeDrag, MouseModeZoomIn ...
   int GetMouseMode() const { return Self().m_nMouseMode; }
   /// Arms the zoom selection, or takes that back: the next drag of the mouse draws a frame, and what it holds
   /// fills the window. It is good for one drag.
   void ToggleZoomSelect();
+  /// Whether the zoom selection is armed.
   Answer IsZoomSelected() const { return Self().m_bZoomSelect; }
 
  protected:

@@ -19,6 +19,7 @@ inline double Factor() {
   return zoom::FactorOfPercent(SettingsReadInt(kSection, kValue, kDefaultPercent));
 }
 
+/// Keeps it for the user; 1 to 1000.
 inline void Write(int percent) {
   SettingsWriteInt(kSection, kValue, static_cast<UINT>(percent));
 }

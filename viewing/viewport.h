@@ -18,6 +18,7 @@ inline int PageStep(int client) {
   return client - client / 4;
 }
 
+/// In screen pixels, fractions cut off: 0 for what is smaller than one.
 inline CSize ScaledSize(SIZE page, double factor) {
   return {zoom::TruncateToInt(page.cx * factor), zoom::TruncateToInt(page.cy * factor)};
 }
@@ -27,14 +28,17 @@ inline CPoint LargestPosition(SIZE scaled, SIZE client) {
   return {std::max(scaled.cx - client.cx, 0), std::max(scaled.cy - client.cy, 0)};
 }
 
+/// Held within 0 and the largest position.
 inline int Limit(std::int64_t position, int largest) {
   return static_cast<int>(std::clamp<std::int64_t>(position, 0, largest));
 }
 
+/// Both held within 0 and the largest.
 inline CPoint Limit(POINT position, POINT largest) {
   return {Limit(position.x, largest.x), Limit(position.y, largest.y)};
 }
 
+/// The position after scrolling by the offset, within the limits.
 inline CPoint Moved(POINT position, SIZE offset, POINT largest) {
   return {Limit(std::int64_t{position.x} + offset.cx, largest.x),
           Limit(std::int64_t{position.y} + offset.cy, largest.y)};

@@ -32,10 +32,12 @@ inline int RoundHalfDown(double value) {
   return TruncateToInt(std::abs(fraction) > 0.5 ? whole + 1 : whole);
 }
 
+/// Of a factor; rounded, exactly half downwards.
 inline int Percent(double factor) {
   return RoundHalfDown(factor * 100.0);
 }
 
+/// 100 percent is 1.0.
 inline double FactorOfPercent(double percent) {
   return percent * 0.01;
 }
@@ -59,6 +61,7 @@ struct Multiplied {
   double factor;      ///< the new scale
 };
 
+/// The product, at most the highest scale. A multiplier that is no finite number changes nothing.
 inline Multiplied MultiplyFactor(double factor, double multiplier) {
   if (!std::isfinite(multiplier)) return {1.0, factor};
   const double product = multiplier * factor;
@@ -66,6 +69,7 @@ inline Multiplied MultiplyFactor(double factor, double multiplier) {
   return {kHighestFactor / factor, kHighestFactor};
 }
 
+/// Of a zoom step: 1/n for a positive n, n for -n.
 inline double FactorOfDivisor(int divisor) {
   return divisor > 0 ? 1.0 / divisor : -static_cast<double>(divisor);
 }
@@ -88,9 +92,11 @@ inline int NextDivisorOut(int divisor) {
   return next == 0 ? 2 : next;
 }
 
+/// Whether there is a larger step.
 inline bool CanStepIn(int divisor) {
   return FactorOfDivisor(NextDivisorIn(divisor)) * 100.0 <= kHighestPercent;
 }
+/// Whether there is a smaller one.
 inline bool CanStepOut(int divisor) {
   return FactorOfDivisor(NextDivisorOut(divisor)) * 100.0 >= kLowestPercent;
 }

@@ -10,6 +10,7 @@ class LTWRAP_API CLeadtoolsException : public CException {
   DECLARE_DYNAMIC(CLeadtoolsException)
  public:
   explicit CLeadtoolsException(int code) : m_nError(code) {}
+  /// The negative code of the failure.
   int GetLastError() const { return m_nError; }
   /// The text of the newest failure with this code, which names the file or the fault; without one the
   /// general text of the code. May be empty.

@@ -6,6 +6,7 @@
 
 // How a scale is written in fields, and read from them.
 
+/// A scale as it stands in combo and pane: "50%".
 inline CString ScaleText(int percent) {
   CString text;
   text.Format("%d%%", percent);

@@ -5,6 +5,7 @@
 
 // What the fields for pages and scales let through, and how they hand on what was typed.
 
+/// What may be typed into a field for a page's number.
 inline bool IsDigitOrBackspace(WPARAM character) {
   return (character >= '0' && character <= '9') || character == VK_BACK;
 }

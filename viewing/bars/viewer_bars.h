@@ -80,9 +80,11 @@ LPCTSTR FrameClass(UINT icon);
 
 /// Texts of the panes; update: on the screen at once.
 void SetPane(CStatusBar& bar, UINT pane, const CString& text, BOOL update);
+/// A pane that isn't enabled shows its text in grey.
 void EnablePane(CStatusBar& bar, UINT pane, bool enable);
 /// page from 1.
 void ShowPagePane(CStatusBar& bar, int page, int pages, BOOL update);
+/// percent 1 to 1000, in pane and combo.
 void ShowScale(const ViewerBars& bars, int percent, BOOL update);
 
 /// The numbers from 1 on in the place of the former list. None is selected.
