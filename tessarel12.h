@@ -35,6 +35,7 @@
 #include "platform/framework/message_box.h"
 #include "platform/framework/status_bar.h"
 #include "platform/framework/wnd.h"
+#include "platform/qt_bridge.h"
 #include "platform/registry/registry.h"
 #include "platform/resources/extension.h"
 #include "platform/resources/resource_tables.h"
