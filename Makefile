@@ -2,7 +2,7 @@
 PREFIX ?= /usr/local
 JOBS ?= $(shell nproc)
 
-.PHONY: run test bench lint lint-changed sanitize fuzz install package package-test setup setup-modules
+.PHONY: run test docs pictures bench lint lint-changed sanitize fuzz install package package-test setup setup-modules
 
 build:
 	@mkdir -p build
@@ -55,6 +55,17 @@ fuzz:
 	mkdir -p build/fuzz/found
 	build/fuzz/fuzz_load -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=2048 -timeout=10 \
 	  -artifact_prefix=build/fuzz/found/ build/fuzz/found $(CORPUS)
+
+# The reference as HTML, in build/docs/html; its tables are written anew.
+docs: setup
+	@tools/reference build/docs
+	@echo "build/docs/html/index.html"
+
+# The documents' pictures, as the windows look now.
+pictures: setup-modules
+	cmake --preset release
+	cmake --build build/release --target pictures -- -j$(JOBS)
+	cp build/release/pictures/*.png docs/
 
 install: setup-modules
 	cmake --preset release

@@ -6,7 +6,7 @@ work=$2
 here=$(cd "$(dirname "$0")" && pwd)
 source=$here/host
 fail() { echo "FAILED: $*"; exit 1; }
-rm -rf "$work/prefix" "$work/moved" "$work/host" "$work/subproject"
+rm -rf "$work/prefix" "$work/moved" "$work/host" "$work/subproject" "$work/first"
 
 # What each component brings, by one file of it; the others' are not there yet.
 for row in Runtime:libTessarel12.so.12 Development:tessarel12.h Testing:tessarel12_testing.h Formats:image-helper Viewer:tessarel-viewer.svg; do
@@ -34,6 +34,12 @@ read -ra flags <<< "$(pkg-config --cflags --libs tessarel12)"
 c++ -std=c++20 -Wall -Wextra -Wpedantic -Woverloaded-virtual -Werror "$source/host.cpp" -o "$work/host-by-pkg-config" \
   "${flags[@]}" "-Wl,-rpath,$(pkg-config --variable=libdir tessarel12)"
 "$work/host-by-pkg-config" "$build/sample_fax.tif"
+mkdir -p "$work/first"
+(cd "$work/first" && "$here/first_window.sh" "$here/../../docs/first_window.md" "$here/first_check.cpp" \
+  "$build/sample_fax.tif" first.png "-Wl,-rpath,$(pkg-config --variable=libdir tessarel12)")
+awk '/^```cmake/ { inside = 1; next } /^```/ { if (inside) exit } inside' "$here/../../docs/first_window.md" > "$work/first/CMakeLists.txt"
+cmake -S "$work/first" -B "$work/first/build" -DCMAKE_PREFIX_PATH="$work/moved" > "$work/first.log"
+cmake --build "$work/first/build" >> "$work/first.log"
 # An older standard is told in one line.
 errors=$(c++ -std=c++17 -fsyntax-only -x c++ -include tessarel12.h "${flags[0]}" /dev/null 2>&1 | grep 'error:' || true)
 [[ $errors == *-std=c++20* && $(wc -l <<< "$errors") == 1 ]] || fail "with C++17: $errors"
