@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "input_file.h"
+#include "resources.h"
 #include "windowless.h"
 
 namespace {
@@ -103,15 +104,18 @@ DEVMODE SheetOf(const struct_LEAD_Bitmap& page) {
   return mode;
 }
 
+[[noreturn]] void FailToWrite(const std::string& target) {
+  throw FileError(static_cast<const char*>(TextWith(IDS_CANT_WRITE, target.c_str())));
+}
+
 void Require(int result, const std::string& target) {
-  if (result <= 0) throw FileError(target + ": it can't be written");
+  if (result <= 0) FailToWrite(target);
 }
 
 void WritePdf(const InputFile& file, const std::string& target, const std::vector<int>& pages) {
   CDC dc;
   DEVMODE first{};
-  if (dc.Attach(CreateDCA(nullptr, nullptr, target.c_str(), &first)) == FALSE)
-    throw FileError(target + ": it can't be written");
+  if (dc.Attach(CreateDCA(nullptr, nullptr, target.c_str(), &first)) == FALSE) FailToWrite(target);
   DOCINFO document{};
   document.cbSize = sizeof document;
   document.lpszDocName = file.Name().c_str();

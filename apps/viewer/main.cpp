@@ -5,6 +5,7 @@
 
 #include "command_line.h"
 #include "input_file.h"
+#include "resources.h"
 #include "viewer_app.h"
 #include "windowless.h"
 
@@ -26,6 +27,7 @@ void Run(const std::string& argument, const Options& options) {
 
 /// Every file gets its turn; 1 if one of them failed.
 int RunWindowless(const Options& options) {
+  RegisterAppResources();
   int status = 0;
   for (const std::string& argument : options.files) {
     try {

@@ -4,6 +4,7 @@ void RegisterAppResources() {
   // Any address of its own names a module.
   static AFX_EXTENSION_MODULE module{};
   const auto self = reinterpret_cast<HMODULE>(&module);
+  if (AfxIsLibraryLinked(self)) return;
   platform::ResourceTables tables;
   tables.strings = AppStrings();
   tables.dialogs = AppDialogs();

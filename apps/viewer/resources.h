@@ -7,7 +7,7 @@
 std::span<const platform::StringResource> AppStrings();
 std::span<const platform::DialogResource> AppDialogs();
 
-/// Makes the application's texts and dialogs findable, beside the library's.
+/// Makes the application's texts and dialogs findable, beside the library's. Once is enough.
 void RegisterAppResources();
 
 CString Text(UINT id);
