@@ -85,6 +85,7 @@ class CViewerWindow : public CImageFrame {
   bool Reload();
   void LookAtFile();
   void LookAtFolder();
+  void TellWatch();
   void TellArrival(const std::vector<std::string>& paths);
   void OpenArrived(const std::vector<std::string>& paths);
   void ShowError(const std::string& text);
@@ -109,6 +110,7 @@ class CViewerWindow : public CImageFrame {
   bool m_fullScreen = false;
   std::optional<FileWatch> m_fileWatch;  ///< of a file of the disk
   std::optional<FolderWatch> m_folderWatch;
+  bool m_tellsWatch = false;
   bool m_asking = false;              ///< a box about new files is open
   std::unique_ptr<InputFile> m_file;  ///< lives as long as it is shown
 

@@ -38,7 +38,13 @@ void CViewerWindow::LookAtFile() {
 
 void CViewerWindow::Watch(const std::string& folder) {
   m_folderWatch.emplace(folder);
-  SetMessageText(TextWith(IDS_WATCHING, folder.c_str()));
+  TellWatch();
+  m_tellsWatch = true;  // again once a window that is just being made has shown its first message
+}
+
+void CViewerWindow::TellWatch() {
+  SetMessageText(TextWith(IDS_WATCHING, m_folderWatch->Folder().c_str()));
+  m_tellsWatch = false;
 }
 
 void CViewerWindow::OnWatchFolder() {
@@ -65,6 +71,7 @@ void CViewerWindow::OnUpdateOpenNewFiles(CCmdUI* ui) {
 
 void CViewerWindow::LookAtFolder() {
   if (!m_folderWatch || m_asking) return;
+  if (m_tellsWatch) TellWatch();
   const std::vector<std::string> arrived = m_folderWatch->Look();
   if (!arrived.empty()) TellArrival(arrived);
 }
