@@ -11,6 +11,7 @@
 
 #include "imaging/helper/place.h"
 #include "tests/imaging/codec_files.h"
+#include "tests/imaging/pdf_files.h"
 #include "tests/imaging/raster_files.h"
 
 // Files that other people's programs wrote, against tables of what several independent readers say of them.
@@ -298,6 +299,74 @@ TEST_F(Corpus, CodesThatAreRead) {
   std::string list;
   for (const int code : codes) list += std::to_string(code) + " ";
   EXPECT_EQ(codes.size(), 63U) << list;
+}
+
+/// What a module of the helper adds to the codes that are read.
+struct ModuleCodes {
+  const char* module;
+  std::set<int> codes;
+};
+const std::vector<ModuleCodes>& CodesOfModules() {
+  static const std::vector<ModuleCodes> modules = {
+      {"jpeg2000", {163, 164, 166}},
+      {"jbig", {115}},
+      {"pdf", {146, 147, 148, 149, 150, 151, 152}},
+      {"dicom", {89, 90, 125, 126, 127, 128}},
+  };
+  return modules;
+}
+
+/// A file of the corpus as the only strip of a TIFF file.
+Bytes InTiff(const Bytes& codestream, int width, int height) {
+  const TempFolder folder;
+  TIFF* tiff = TIFFOpen(folder.Path("a.tif").c_str(), "w");
+  TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, width);
+  TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, height);
+  TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 8);
+  TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, 3);
+  TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
+  TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+  TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_JP2000);
+  TIFFWriteRawStrip(tiff, 0, const_cast<std::uint8_t*>(codestream.data()), std::ssize(codestream));
+  TIFFClose(tiff);
+  return ReadAll(folder.Path("a.tif"));
+}
+
+Bytes JpegInPdf(int lumaRows) {
+  const auto gray = [](int x, int, int) { return static_cast<std::uint8_t>(x * 5); };
+  return MakePdf({{ImageEntries(32, 16, "/BitsPerComponent 8 /ColorSpace /DeviceRGB /Filter /DCTDecode"),
+                   MakeJpeg(32, 16, 3, false, gray, 0, 0, {}, lumaRows)}});
+}
+
+// Neither less nor more than the table says; the corpus has no sample of three of them. A module that isn't
+// installed adds nothing.
+TEST_F(Corpus, CodesThatModulesAdd) {
+  std::map<std::string, std::set<int>> read;
+  const auto add = [&read](const std::string& module, const Loaded& page) {
+    EXPECT_EQ(page.error, "");
+    if (page.error.empty() && page.info.Format != 0) read[module].insert(page.info.Format);
+  };
+  for (const Fields& row : ReadTable("TRUTH.tsv")) {
+    SCOPED_TRACE(row.at("path"));
+    if (row.at("back_end") == "in" || !OurKind(row) || row.at("expected") != "ok") continue;
+    add(row.at("back_end"), LoadFile(CorpusFolder() + "/" + row.at("path")));
+  }
+  const auto installed = [](const char* module) { return imaging::helper_client::HasModule(module); };
+  if (installed("jpeg2000"))
+    add("jpeg2000", LoadMemory(InTiff(ReadAll(CorpusFolder() + "/other-formats/jp2/input.j2k"), 70, 46)));
+  if (installed("pdf"))
+    for (const int lumaRows : {1, 2}) add("pdf", LoadMemory(JpegInPdf(lumaRows)));
+  std::size_t count = 0;
+  for (const ModuleCodes& module : CodesOfModules()) {
+    SCOPED_TRACE(module.module);
+    std::set<int> expected;
+    if (installed(module.module)) expected = module.codes;
+    EXPECT_EQ(read[module.module], expected);
+    count += read[module.module].size();
+    read.erase(module.module);
+  }
+  EXPECT_TRUE(read.empty()) << read.begin()->first << " isn't in the table";
+  RecordProperty("codes", std::to_string(count));
 }
 
 // The readers behind the table take the colours of pal8os2v2 for three bytes each, as in OS/2 1.x, and refuse

@@ -54,9 +54,10 @@ std::uint32_t SampleAt(const TiffForm& form, int x, int y, int sample);
 void WriteTiffPage(TIFF* tiff, const TiffForm& form);
 Bytes MakeTiff(const std::vector<TiffForm>& pages);
 
+/// lumaRows: of luma to one of chroma.
 Bytes MakeJpeg(int width, int height, int components, bool progressive,
                const std::function<std::uint8_t(int x, int y, int component)>& sample, int densityUnit = 0,
-               int density = 0, const Bytes& exif = {});
+               int density = 0, const Bytes& exif = {}, int lumaRows = 2);
 
 Bytes MakePng(int width, int height, int depth, int colorType, bool interlaced,
               const std::function<unsigned(int x, int y, int channel)>& sample);
