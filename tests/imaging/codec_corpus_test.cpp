@@ -43,15 +43,20 @@ int Number(const Fields& row, const char* column) {
   return std::atoi(row.at(column).c_str());
 }
 
+/// The table has one name for several modules that draw.
+std::string ModuleOf(const Fields& row) {
+  if (row.at("back_end") == "vector" && row.at("kind") == "WMF") return "wmf";
+  if (row.at("back_end") == "vector" && row.at("kind") == "EMF") return "emf";
+  return row.at("back_end");
+}
+
 /// Of the kinds that a module of the helper reads, those whose module is there.
 bool OurKind(const Fields& row) {
   // Pages that aren't one picture, and the codings of pictures that only a renderer knows, are drawn.
   if (row.at("kind") == "PDF" && (row.at("compression") == "vector" || row.at("compression") == "JBIG2" ||
                                   row.at("compression") == "JPEG 2000"))
     return imaging::helper_client::HasModule("pdfdraw");
-  if (row.at("back_end") == "vector" && (row.at("kind") == "WMF" || row.at("kind") == "EMF"))
-    return imaging::helper_client::HasModule(row.at("kind") == "WMF" ? "wmf" : "emf");
-  if (row.at("back_end") != "in") return imaging::helper_client::HasModule(row.at("back_end").c_str());
+  if (row.at("back_end") != "in") return imaging::helper_client::HasModule(ModuleOf(row).c_str());
   static const std::array kinds = {"TIFF", "BMP", "JPEG",          "PNG",          "GIF", "PCX",  "DCX",
                                    "TGA",  "PNM", "ICO",           "CUR",          "ANI", "RAS",  "XWD",
                                    "XPM",  "XBM", "MAC",           "MSP",          "FAX", "CALS", "IOCA",
@@ -308,10 +313,8 @@ struct ModuleCodes {
 };
 const std::vector<ModuleCodes>& CodesOfModules() {
   static const std::vector<ModuleCodes> modules = {
-      {"jpeg2000", {163, 164, 166}},
-      {"jbig", {115}},
-      {"pdf", {146, 147, 148, 149, 150, 151, 152}},
-      {"dicom", {89, 90, 125, 126, 127, 128}},
+      {"jpeg2000", {163, 164, 166}},           {"jbig", {115}}, {"pdf", {146, 147, 148, 149, 150, 151, 152}},
+      {"dicom", {89, 90, 125, 126, 127, 128}}, {"wmf", {15}},   {"emf", {116}},
   };
   return modules;
 }
@@ -349,7 +352,7 @@ TEST_F(Corpus, CodesThatModulesAdd) {
   for (const Fields& row : ReadTable("TRUTH.tsv")) {
     SCOPED_TRACE(row.at("path"));
     if (row.at("back_end") == "in" || !OurKind(row) || row.at("expected") != "ok") continue;
-    add(row.at("back_end"), LoadFile(CorpusFolder() + "/" + row.at("path")));
+    add(ModuleOf(row), LoadFile(CorpusFolder() + "/" + row.at("path")));
   }
   const auto installed = [](const char* module) { return imaging::helper_client::HasModule(module); };
   if (installed("jpeg2000"))
