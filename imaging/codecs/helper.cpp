@@ -245,6 +245,19 @@ bool IsJpeg2000(const Candidate& candidate) {
   return StartsWith(candidate, "\0\0\0\x0cjP  \r\n\x87\n"sv) || StartsWith(candidate, "\xff\x4f\xff\x51\0"sv);
 }
 
+/// One of the brands of the first box says that its pictures are HEVC.
+bool IsHeic(const Candidate& candidate) {
+  const auto head = candidate.head;
+  constexpr std::size_t kBoxHead = 8;
+  constexpr std::size_t kBrandBytes = 4;
+  if (!StartsWith(candidate, "ftyp", 4)) return false;
+  const std::size_t end = std::min<std::size_t>(BigU32(head.data()), head.size());
+  for (std::size_t at = kBoxHead; at + kBrandBytes <= end; at += kBrandBytes)
+    for (const char* brand : {"heic", "heix", "heim", "heis"})
+      if (StartsWith(candidate, brand, at)) return true;
+  return false;
+}
+
 bool IsPdf(const Candidate& candidate) {
   const auto head = candidate.head;
   constexpr std::string_view kMark = "%PDF-";
@@ -289,6 +302,7 @@ bool IsJbig(const Candidate& candidate) {
 constexpr HelperFamily kFamilies[] = {
     {"WebP", "webp", IsWebP, Evidence::kSignature},
     {"JPEG 2000", "jpeg2000", IsJpeg2000, Evidence::kSignature},
+    {"HEIC", "heic", IsHeic, Evidence::kSignature},
     {"DICOM", "dicom", IsDicom, Evidence::kSignature},
     {"PDF", "pdf", IsPdf, Evidence::kSignature, "pdfdraw"},
     {"WMF", "wmf", IsWmf, Evidence::kSignature},
