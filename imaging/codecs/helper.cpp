@@ -258,6 +258,48 @@ bool IsHeic(const Candidate& candidate) {
   return false;
 }
 
+bool IsPsd(const Candidate& candidate) {
+  using namespace std::string_view_literals;
+  return StartsWith(candidate, "8BPS\0\x01"sv);
+}
+
+/// The first sectors are empty but for a mark that only overviews have.
+bool IsPhotoCd(const Candidate& candidate) {
+  constexpr std::int64_t kMarkAt = 2048;
+  constexpr std::string_view kMark = "PCD_IPI";
+  std::array<std::uint8_t, kMark.size()> mark;
+  return StartsWith(candidate, "\xff\xff\xff\xff") && candidate.source.ReadExactly(kMarkAt, mark) &&
+         std::memcmp(mark.data(), kMark.data(), mark.size()) == 0;
+}
+
+/// A picture, or a list or catalogue of whatever.
+bool IsIff(const Candidate& candidate) {
+  if (StartsWith(candidate, "LIST") || StartsWith(candidate, "CAT "))
+    return StartsWith(candidate, "ILBM", 8) || StartsWith(candidate, "    ", 8);
+  if (!StartsWith(candidate, "FORM")) return false;
+  for (const char* type : {"ILBM", "PBM ", "ACBM", "DEEP", "RGB8", "RGBN"})
+    if (StartsWith(candidate, type, 8)) return true;
+  return false;
+}
+
+bool IsAvi(const Candidate& candidate) {
+  return StartsWith(candidate, "RIFF") && StartsWith(candidate, "AVI ", 8);
+}
+
+/// A sequence of pictures, or a pack of a film with sound.
+bool IsMpeg(const Candidate& candidate) {
+  using namespace std::string_view_literals;
+  return StartsWith(candidate, "\0\0\x01\xb3"sv) || StartsWith(candidate, "\0\0\x01\xba"sv);
+}
+
+/// Two bytes, and flags and a depth that mean something.
+bool IsFlic(const Candidate& candidate) {
+  const auto head = candidate.head;
+  constexpr std::size_t kHeaderBytes = 128;
+  if (head.size() < kHeaderBytes || head[5] != 0xaf || (head[4] != 0x11 && head[4] != 0x12)) return false;
+  return (head[12] == 8 || head[12] == 0) && head[13] == 0;
+}
+
 bool IsPdf(const Candidate& candidate) {
   const auto head = candidate.head;
   constexpr std::string_view kMark = "%PDF-";
@@ -303,12 +345,22 @@ constexpr HelperFamily kFamilies[] = {
     {"WebP", "webp", IsWebP, Evidence::kSignature},
     {"JPEG 2000", "jpeg2000", IsJpeg2000, Evidence::kSignature},
     {"HEIC", "heic", IsHeic, Evidence::kSignature},
+    {"Photoshop", "media", IsPsd, Evidence::kSignature},
+    {"PhotoCD", "media", IsPhotoCd, Evidence::kSignature},
+    {"IFF", "media", IsIff, Evidence::kSignature},
+    {"AVI", "media", IsAvi, Evidence::kSignature},
+    {"MPEG", "media", IsMpeg, Evidence::kSignature},
+    {"FLIC", "media", IsFlic, Evidence::kSignature},
     {"DICOM", "dicom", IsDicom, Evidence::kSignature},
     {"PDF", "pdf", IsPdf, Evidence::kSignature, "pdfdraw"},
     {"WMF", "wmf", IsWmf, Evidence::kSignature},
     {"EMF", "emf", IsEmf, Evidence::kSignature},
     {"JBIG", "jbig", IsJbig, Evidence::kLikeness},
 };
+
+/// The reader of JPEG hands these over.
+constexpr HelperFamily kTwelveBitJpeg = {"JPEG with 12 bits a sample", "media", nullptr,
+                                         Evidence::kSignature};
 
 Candidate CandidateOf(const Source& source, std::span<std::uint8_t> buffer) {
   return {buffer.first(source.ReadAt(0, buffer)), source, EndingOf(source.Name())};
@@ -364,6 +416,11 @@ void RequireJpeg2000(const Source& file) {
          file.Name().c_str());
 }
 
+std::unique_ptr<Reader> OpenTwelveBitJpeg(const Source& source) {
+  if (!helper_client::HasModule(kTwelveBitJpeg.module)) return nullptr;
+  return std::make_unique<HelperReader>(source, kTwelveBitJpeg);
+}
+
 std::vector<ReadableKind> ListReadableKinds() {
   constexpr const char* kInProcess[] = {
 #define FAMILY(codec, name) name,
@@ -378,6 +435,8 @@ std::vector<ReadableKind> ListReadableKinds() {
     if (family.drawer != nullptr)
       kinds.push_back({family.name, family.drawer, helper_client::HasModule(family.drawer)});
   }
+  kinds.push_back(
+      {kTwelveBitJpeg.name, kTwelveBitJpeg.module, helper_client::HasModule(kTwelveBitJpeg.module)});
   return kinds;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "imaging/codecs/codec.h"
@@ -23,6 +24,9 @@ void SetDrawnResolution(int dotsPerInch);
 std::unique_ptr<Reader> OpenJpeg2000(const Source& block);
 /// Throws, with the name of the module, if there is none for these.
 void RequireJpeg2000(const Source& file);
+
+/// Null if the module that reads it isn't there.
+std::unique_ptr<Reader> OpenTwelveBitJpeg(const Source& source);
 
 /// A kind of files that is read, or would be if its module were there.
 struct ReadableKind {

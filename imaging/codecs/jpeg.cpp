@@ -10,6 +10,7 @@
 // clang-format on
 
 #include "imaging/codecs/codec.h"
+#include "imaging/codecs/helper.h"
 #include "imaging/codecs/jpeg_header.h"
 #include "imaging/codecs/jpeg_lossless.h"
 #include "imaging/codecs/rows.h"
@@ -216,7 +217,9 @@ void SetResolution(const JpegHeader& header, PageInfo& info) {
 
 class JpegReader final : public Reader {
  public:
-  explicit JpegReader(const Source& source) : m_source(source), m_header(ReadJpegHeader(source)) {}
+  explicit JpegReader(const Source& source) : m_source(source), m_header(ReadJpegHeader(source)) {
+    if (IsTwelveBit()) m_elsewhere = OpenTwelveBitJpeg(source);
+  }
 
   int CountPages() override { return 1; }
 
@@ -237,6 +240,7 @@ class JpegReader final : public Reader {
   DecodedPage Decode(int page, const DecodeWish& wish) override {
     DecodedPage decoded;
     decoded.info = Describe(page);
+    if (m_elsewhere != nullptr) return DecodeElsewhere(decoded.info, wish);
     if (m_header.process == JpegProcess::kLossless) {
       decoded.pixels = ReadLossless();
       return decoded;
@@ -299,6 +303,19 @@ class JpegReader final : public Reader {
     };
   }
 
+  /// The library is built for 8 bits.
+  bool IsTwelveBit() const {
+    return m_header.precision == 12 && !m_header.arithmetic && m_header.process == JpegProcess::kExtended;
+  }
+  DecodedPage DecodeElsewhere(const PageInfo& info, const DecodeWish& wish) const {
+    DecodedPage decoded = m_elsewhere->Decode(1, wish);
+    if (decoded.info.width != info.width || decoded.info.height != info.height)
+      Fail(kErrorCorrupt, "%s: the page has another size than its description", m_source.Name().c_str());
+    decoded.info = info;
+    decoded.lossy = true;
+    return decoded;
+  }
+
   void RequireShowable() const {
     const char* name = m_source.Name().c_str();
     if (m_header.process == JpegProcess::kNone || m_header.scanData == 0)
@@ -309,7 +326,10 @@ class JpegReader final : public Reader {
                           (m_header.components == 1 || m_header.components == 3) && m_header.precision >= 2 &&
                           m_header.precision <= 16;
     const bool dct = m_header.process != JpegProcess::kLossless && m_header.process != JpegProcess::kOther;
-    if (!lossless && (!dct || m_header.precision != 8))
+    if (IsTwelveBit() && m_elsewhere == nullptr)
+      Fail(kErrorUnsupported,
+           "%s: JPEG with 12 bits a sample is read by the module media, which isn't installed", name);
+    if (!lossless && m_elsewhere == nullptr && (!dct || m_header.precision != 8))
       Fail(kErrorUnsupported, "%s: %s with %d bits a sample can't be decoded", name,
            CompressionName(m_header.process), m_header.precision);
     CheckPageSize(m_source, m_header.width, m_header.height);
@@ -395,6 +415,7 @@ class JpegReader final : public Reader {
 
   const Source& m_source;
   JpegHeader m_header;
+  std::unique_ptr<Reader> m_elsewhere;  ///< what this process can't decode itself
 };
 
 bool Recognise(const Candidate& candidate) {
