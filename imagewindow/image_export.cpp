@@ -2,6 +2,7 @@
 #include "imagewindow/image_window.h"
 #include "library/resource_ids.h"
 #include "platform/base/kernel.h"
+#include "platform/base/translation.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/object_hold.h"
 #include "viewing/page_source.h"
@@ -93,13 +94,14 @@ bool CImageWindow::ExportAs(
     return ExportByCopy(target);
   if (exporting::KindOf(target) == exporting::Kind::Unknown) {
     CString text;
-    text.Format("Il file %s non può essere esportato: il formato dev'essere tif, bmp o jpg.",
-                static_cast<const char*>(target));
+    text.Format(
+        platform::Localized("Il file %s non può essere esportato: il formato dev'essere tif, bmp o jpg."),
+        static_cast<const char*>(target));
     m_pfnReportError(0, text);
     return false;
   }
   if (m_nMaxPage < 1) {
-    m_pfnReportError(0, "Non c'è nessuna pagina da esportare.");
+    m_pfnReportError(0, platform::Localized("Non c'è nessuna pagina da esportare."));
     return false;
   }
   try {

@@ -6,6 +6,7 @@
 
 #include "library/resources.h"
 #include "library/tessarel_ext.h"
+#include "library/translations.h"
 
 HINSTANCE g_hLibraryInstance = nullptr;
 AFX_EXTENSION_MODULE g_extensionModule{};
@@ -48,6 +49,8 @@ class Attachment {
  public:
   Attachment() {
     platform::RegisterResources(OwnModule(), LibraryResources());
+    platform::RegisterTranslation(EnglishTexts());
+    platform::RegisterTranslation(GermanTexts());
     DllMain(OwnModule(), DLL_PROCESS_ATTACH, nullptr);
   }
   Attachment(const Attachment&) = delete;

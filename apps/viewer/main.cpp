@@ -58,6 +58,7 @@ int main(int argc, char** argv) {
     CViewerApp app(std::move(options));
     return AfxWinMain(argc, argv);
   }
+  SelectTessarelLanguage(nullptr);  // failures are told in the user's language
   const CWindowlessApp app;
   AfxWinInit(argc, argv);
   return RunWindowless(options);

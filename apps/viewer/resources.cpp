@@ -1,5 +1,7 @@
 #include "resources.h"
 
+#include "texts.h"
+
 void RegisterAppResources() {
   // Any address of its own names a module.
   static AFX_EXTENSION_MODULE module{};
@@ -9,6 +11,9 @@ void RegisterAppResources() {
   tables.strings = AppStrings();
   tables.dialogs = AppDialogs();
   platform::RegisterResources(self, tables);
+  platform::RegisterTranslation(AppEnglishTexts());
+  platform::RegisterTranslation(AppGermanTexts());
+  SelectTessarelLanguage(nullptr);
   if (AfxInitExtensionModule(module, self) != FALSE)
     new CDynLinkLibrary(module);  // NOLINT(cppcoreguidelines-owning-memory): the framework's
 }

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstring>
+#include <span>
+#include <string_view>
 
 #include "platform/base/types.h"
 #include "platform/resources/resource_tables.h"
@@ -48,14 +50,21 @@ bool TakeTheSameValues(const char* a, const char* b) {
   }
 }
 
+/// The text under the number. The resources speak one language; another one has its own or that of the
+/// sources.
+bool LoadText(unsigned number, std::span<char> buffer) {
+  const std::string_view language = platform::SelectedLanguage();
+  if (!language.empty() && language != "it" && platform::FindTranslation(number) == nullptr) return false;
+  return LoadStringA(nullptr, number, buffer.data(), static_cast<int>(buffer.size())) > 0;
+}
+
 }  // namespace
 
 const char* Translated(const char* text) {
   static thread_local std::array<char, 512> translated;
   for (const NumberedText& known : kTexts)
     if (std::strcmp(known.text, text) == 0)
-      return LoadStringA(nullptr, known.number, translated.data(), static_cast<int>(translated.size())) > 0 &&
-                     TakeTheSameValues(text, translated.data())
+      return LoadText(known.number, translated) && TakeTheSameValues(text, translated.data())
                  ? translated.data()
                  : text;
   return text;

@@ -1,4 +1,5 @@
 #include "platform/base/system_error.h"
+#include "platform/base/translation.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -32,8 +33,8 @@ constexpr ErrorText kTexts[] = {
 std::string TextOf(DWORD code) {
   const auto* found = std::find_if(std::begin(kTexts), std::end(kTexts),
                                    [code](const ErrorText& entry) { return entry.code == code; });
-  if (found != std::end(kTexts)) return std::string(found->text) + "\r\n";
-  return "Errore " + std::to_string(code) + ".\r\n";
+  if (found != std::end(kTexts)) return std::string(platform::Localized(found->text)) + "\r\n";
+  return platform::Localized("Errore ") + std::to_string(code) + ".\r\n";
 }
 
 }  // namespace

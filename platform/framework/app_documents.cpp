@@ -1,5 +1,6 @@
 // The application and its documents.
 
+#include "platform/base/translation.h"
 #include "platform/framework/app.h"
 #include "platform/framework/detail/list_walk.h"
 #include "platform/framework/doc_template.h"
@@ -58,7 +59,7 @@ CDocument* CWinApp::OpenDocumentFile(LPCTSTR path) {
     }
   }
   if (best != nullptr) return best->OpenDocumentFile(path);
-  AfxMessageBox("Impossibile aprire il documento.", MB_ICONSTOP);
+  AfxMessageBox(platform::Localized("Impossibile aprire il documento."), MB_ICONSTOP);
   return nullptr;
 }
 
@@ -87,7 +88,7 @@ void CWinApp::OnFileOpen() {
     docTemplate->GetDocString(ending, CDocTemplate::filterExt);
     if (name.IsEmpty() == 0 && ending.IsEmpty() == 0) filter += name + "|*" + ending + "|";
   }
-  filter += "Tutti i file|*.*||";
+  filter += platform::Localized("Tutti i file|*.*||");
   CFileDialog dialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST, filter,
                      m_pMainWnd);
   if (dialog.DoModal() == IDOK) OpenDocumentFile(dialog.GetPathName());

@@ -4,6 +4,7 @@
 #include <utility>
 #include "platform/base/seams.h"
 
+#include "platform/base/translation.h"
 #include "platform/framework/app.h"
 #include "platform/framework/detail/dialog_template.h"
 #include "platform/graphics/gdi.h"
@@ -59,7 +60,7 @@ BOOL CDialog::MakeWindow(HWND parent) {
   if (m_font == nullptr) m_font = platform::FontOfTemplate(*dialog);
   const platform::DialogBaseUnits units = platform::BaseUnitsOf(m_font);
   const DWORD style = dialog->style & ~static_cast<DWORD>(WS_VISIBLE);
-  const CString caption(dialog->caption);
+  const CString caption(platform::Localized(dialog->caption));
   const int width = std::max((dialog->cx * units.x + 2) / 4,
                              (style & WS_CHILD) == 0 ? caption.GetLength() * units.x + kAroundTitle : 0);
   const int height = (dialog->cy * units.y + 4) / 8;

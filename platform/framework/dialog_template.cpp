@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "platform/base/kernel.h"
+#include "platform/base/translation.h"
 #include "platform/framework/detail/dialog_template.h"
 #include "platform/graphics/gdi.h"
 #include "platform/window/control_messages.h"
@@ -56,8 +57,8 @@ UINT MakeControls(const DialogResource& dialog, HWND parent, HFONT font) {
     MapDialogRect(parent, &place);
     const DWORD style = kind.style | item.style | WS_CHILD | (item.hidden ? DWORD{0} : DWORD{WS_VISIBLE});
     const HWND control =
-        CreateWindowEx(0, kind.className, item.text, style, place.left, place.top, place.right - place.left,
-                       place.bottom - place.top, parent,
+        CreateWindowEx(0, kind.className, platform::Localized(item.text), style, place.left, place.top,
+                       place.right - place.left, place.bottom - place.top, parent,
                        reinterpret_cast<HMENU>(static_cast<std::intptr_t>(item.id)), nullptr, nullptr);
     SendMessage(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
     if (item.kind == DialogItem::Kind::DefaultPushButton) defaultId = static_cast<UINT>(item.id);

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "platform/base/path.h"
+#include "platform/base/translation.h"
 #include "platform/framework/detail/list_walk.h"
 #include "platform/framework/document.h"
 #include "platform/framework/frame_wnd.h"
@@ -38,7 +39,7 @@ BOOL CDocTemplate::GetDocString(CString& text, DocStringIndex index) const {
 CString CDocTemplate::UntitledName() const {
   CString name;
   GetDocString(name, docName);
-  return name.IsEmpty() != 0 ? CString("Senza nome") : name;
+  return name.IsEmpty() != 0 ? CString(platform::Localized("Senza nome")) : name;
 }
 
 // Documents
@@ -130,7 +131,7 @@ CFrameWnd* CDocTemplate::CreateFrameOrDelete(CDocument* document) {
   CFrameWnd* frame = CreateNewFrame(document, nullptr);
   document->m_bAutoDelete = autoDelete;
   if (frame == nullptr) {
-    AfxMessageBox("Impossibile creare la finestra del documento.", MB_ICONSTOP);
+    AfxMessageBox(platform::Localized("Impossibile creare la finestra del documento."), MB_ICONSTOP);
     delete document;  // NOLINT(cppcoreguidelines-owning-memory): no view has taken it over
   }
   return frame;

@@ -8,6 +8,7 @@
 
 #include "platform/base/file.h"
 #include "platform/base/path.h"
+#include "platform/base/translation.h"
 #include "platform/framework/detail/list_walk.h"
 #include "platform/framework/doc_template.h"
 #include "platform/framework/file_dialog.h"
@@ -115,8 +116,9 @@ BOOL CDocument::OnOpenDocument(LPCTSTR path) {
   CFileStatus status{};
   const bool there = CFile::GetStatus(path, status) != 0 && (status.m_attribute & CFile::directory) == 0;
   if (!there || ::access(path, R_OK) != 0) {
-    AfxMessageBox(CString(path) + CString("\nIl file non esiste o non può essere letto."),
-                  MB_ICONEXCLAMATION);
+    AfxMessageBox(
+        CString(path) + CString(platform::Localized("\nIl file non esiste o non può essere letto.")),
+        MB_ICONEXCLAMATION);
     return FALSE;
   }
   DeleteContents();
@@ -158,7 +160,8 @@ BOOL CDocument::CanCloseFrame(CFrameWnd* frame) {
 
 BOOL CDocument::SaveModified() {
   if (IsModified() == 0) return TRUE;
-  const CString question = CString("Salvare le modifiche a ") + m_strTitle + CString("?");
+  const CString question =
+      CString(platform::Localized("Salvare le modifiche a ")) + m_strTitle + CString("?");
   switch (AfxMessageBox(question, MB_YESNOCANCEL | MB_ICONEXCLAMATION)) {
     case IDYES:
       return DoSave(m_strPathName);

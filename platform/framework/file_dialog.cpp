@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "platform/base/path.h"
+#include "platform/base/translation.h"
 #include "platform/framework/app.h"
 #include "platform/window/detail/show_file_dialog.h"
 
@@ -72,16 +73,19 @@ bool CFileDialog::Accepts(const std::string& typed) {
   const platform::PathParts parts = platform::SplitPath(path);
   CFileStatus status;
   const bool exists = CFile::GetStatus(path.c_str(), status) != 0;
-  if (path.size() + 1 > m_ofn.nMaxFile) return Complain(parts.name, "Il nome del file è troppo lungo.");
+  if (path.size() + 1 > m_ofn.nMaxFile)
+    return Complain(parts.name, platform::Localized("Il nome del file è troppo lungo."));
   if (exists && (status.m_attribute & CFile::directory) != 0)
-    return Complain(path, "È il nome di una cartella. Scegliere un altro nome.");
+    return Complain(path, platform::Localized("È il nome di una cartella. Scegliere un altro nome."));
   const bool folderExists = parts.folder.empty() || CFile::GetStatus(parts.folder.c_str(), status) != 0;
   const bool mustExist = (m_ofn.Flags & OFN_FILEMUSTEXIST) != 0 && m_open != 0;
   if ((mustExist || (m_ofn.Flags & OFN_PATHMUSTEXIST) != 0) && !folderExists)
-    return Complain(path, "Il percorso non esiste. Verificare che sia corretto.");
-  if (mustExist && !exists) return Complain(path, "Il file non esiste. Verificare che il nome sia corretto.");
+    return Complain(path, platform::Localized("Il percorso non esiste. Verificare che sia corretto."));
+  if (mustExist && !exists)
+    return Complain(path, platform::Localized("Il file non esiste. Verificare che il nome sia corretto."));
   if (m_open != 0 || !exists || (m_ofn.Flags & OFN_OVERWRITEPROMPT) == 0) return true;
-  return AfxMessageBox((path + " esiste già.\nSostituirlo?").c_str(), MB_YESNO | MB_ICONEXCLAMATION) == IDYES;
+  return AfxMessageBox((path + platform::Localized(" esiste già.\nSostituirlo?")).c_str(),
+                       MB_YESNO | MB_ICONEXCLAMATION) == IDYES;
 }
 
 void CFileDialog::TakeOver(const std::string& typed) {

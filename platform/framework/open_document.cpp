@@ -1,5 +1,6 @@
 // How the two kinds of templates open a document.
 
+#include "platform/base/translation.h"
 #include "platform/framework/doc_template.h"
 #include "platform/framework/document.h"
 #include "platform/framework/frame_wnd.h"
@@ -26,7 +27,7 @@ bool Load(CDocTemplate& of, CDocument* document, LPCTSTR path) {
 }
 
 void ReportNoDocument() {
-  AfxMessageBox("Impossibile creare il documento.", MB_ICONSTOP);
+  AfxMessageBox(platform::Localized("Impossibile creare il documento."), MB_ICONSTOP);
 }
 
 }  // namespace

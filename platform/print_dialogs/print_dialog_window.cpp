@@ -1,5 +1,6 @@
 #include <cstdlib>
 
+#include "platform/base/translation.h"
 #include "platform/framework/dialog.h"
 #include "platform/framework/file_dialog.h"
 #include "platform/print_dialogs/detail/print_choice.h"
@@ -128,8 +129,8 @@ void PrintWindow::FillPrinters() {
     Send(kPrinters, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(queue.name.c_str()));
   // Without a queue a file is all that can be printed to.
   const bool none = m_choice.queues.empty();
-  if (none) Send(kPrinters, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(kNoQueue));
-  const std::string& chosen = none ? kNoQueue : m_choice.request.printer;
+  if (none) Send(kPrinters, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Localized(kNoQueue)));
+  const std::string& chosen = none ? Localized(kNoQueue) : m_choice.request.printer;
   const LRESULT index =
       Send(kPrinters, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(chosen.c_str()));
   Send(kPrinters, CB_SETCURSEL, index < 0 ? 0 : static_cast<WPARAM>(index));
@@ -143,7 +144,7 @@ void PrintWindow::ShowPrinter() {
   SetText(kStatus, StatusText(queue));
   SetText(kKind, none ? "PDF" : queue.model);
   SetText(kPlace, queue.location.empty() ? queue.port : queue.location);
-  SetText(kComment, none ? "Nessuna stampante installata" : queue.comment);
+  SetText(kComment, none ? Localized("Nessuna stampante installata") : queue.comment);
 }
 
 /// The numbers count only where the range is chosen.
@@ -181,8 +182,8 @@ void PrintWindow::OnCopiesTyped() {
 
 bool PrintWindow::AskFile() {
   CFileDialog dialog(FALSE, "pdf", nullptr, OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST,
-                     "Documenti PDF|*.pdf|Tutti i file|*.*||", this);
-  dialog.m_ofn.lpstrTitle = "Stampa su file";
+                     Localized("Documenti PDF|*.pdf|Tutti i file|*.*||"), this);
+  dialog.m_ofn.lpstrTitle = Localized("Stampa su file");
   if (dialog.DoModal() != IDOK) return false;
   m_choice.request.file = dialog.GetPathName();
   return true;

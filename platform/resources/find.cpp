@@ -57,6 +57,7 @@ void RegisterResources(HMODULE module, const ResourceTables& tables) {
 }
 
 const StringResource* FindStringResource(HMODULE module, UINT id) {
+  if (const StringResource* translated = FindTranslation(id)) return translated;
   return Find(module, MAKEINTRESOURCE(id), &ResourceTables::strings).resource;
 }
 

@@ -4,6 +4,7 @@
 
 #include "platform/base/export.h"
 #include "platform/base/geometry.h"
+#include "platform/base/translation.h"
 #include "platform/base/types.h"
 
 // How a library carries its resources and how they are found: it gives its tables once, under its module, and
@@ -21,11 +22,6 @@ enum : UINT {
 };
 
 namespace platform {
-
-struct StringResource {
-  UINT id;
-  const char* text;  ///< UTF-8
-};
 
 /// One line of a menu. A Popup holds the lines up to its End.
 struct MenuLine {

@@ -4,6 +4,7 @@
 #include <span>
 #include <utility>
 
+#include "platform/base/translation.h"
 #include "platform/resources/detail/find.h"
 #include "platform/window/detail/menu_record.h"
 #include "platform/window/detail/menu_widgets.h"
@@ -82,9 +83,10 @@ HMENU MenuOfLines(Lines& lines) {
     if (line.kind == Kind::Separator) {
       AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
     } else if (line.kind == Kind::Popup) {
-      AppendMenuA(menu, MF_POPUP, reinterpret_cast<std::uintptr_t>(MenuOfLines(lines)), line.text);
+      AppendMenuA(menu, MF_POPUP, reinterpret_cast<std::uintptr_t>(MenuOfLines(lines)),
+                  platform::Localized(line.text));
     } else {
-      AppendMenuA(menu, MF_STRING, line.id, line.text);
+      AppendMenuA(menu, MF_STRING, line.id, platform::Localized(line.text));
     }
   }
   return menu;

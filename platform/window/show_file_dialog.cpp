@@ -15,6 +15,7 @@
 #include <QTreeView>
 #include <algorithm>
 
+#include "platform/base/translation.h"
 #include "platform/window/detail/modal_widget.h"
 #include "platform/window/detail/widgets.h"
 #include "platform/window/detail/window_record.h"
@@ -27,15 +28,20 @@ QString Utf8(const std::string& text) {
   return QString::fromStdString(text);
 }
 
+/// In the language of the product.
+QString Text(const char* text) {
+  return QString::fromUtf8(Localized(text));
+}
+
 /// The list of files with the product's texts: Qt's own would need a translation in the host's application.
-class ItalianFiles : public QIdentityProxyModel {
+class ProductsFiles : public QIdentityProxyModel {
  public:
   using QIdentityProxyModel::QIdentityProxyModel;
 
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
     static const char* const kHeaders[] = {"Nome", "Dimensione", "Tipo", "Data di modifica"};
     if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < 4)
-      return QString::fromUtf8(kHeaders[section]);
+      return Text(kHeaders[section]);
     return QIdentityProxyModel::headerData(section, orientation, role);
   }
 };
@@ -48,8 +54,8 @@ class KindsByName : public QFileIconProvider {
     return QFileIconProvider::icon(file.isDir() ? Folder : File);
   }
   QString type(const QFileInfo& file) const override {
-    if (file.isDir()) return QStringLiteral("Cartella");
-    return ("File " + file.suffix().toUpper()).trimmed();
+    if (file.isDir()) return Text("Cartella");
+    return (Text("File ") + file.suffix().toUpper()).trimmed();
   }
 };
 
@@ -80,7 +86,7 @@ void KeepAcceptText(QFileDialog& dialog, const QString& text) {
     const auto shown = buttons->buttons();
     const bool opens = std::any_of(shown.begin(), shown.end(),
                                    [](const QAbstractButton* button) { return button->text() == u"&Open"; });
-    dialog.setLabelText(QFileDialog::Accept, opens ? QStringLiteral("Apri") : text);
+    dialog.setLabelText(QFileDialog::Accept, opens ? Text("Apri") : text);
   };
   QObject::connect(name, &QLineEdit::textChanged, &dialog, mend, Qt::QueuedConnection);
   QObject::connect(&dialog, &QFileDialog::currentChanged, &dialog, mend, Qt::QueuedConnection);
@@ -92,11 +98,11 @@ struct ItemText {
 };
 
 void SetTexts(QFileDialog& dialog, bool open) {
-  dialog.setLabelText(QFileDialog::LookIn, QStringLiteral("Cerca in:"));
-  dialog.setLabelText(QFileDialog::FileName, QStringLiteral("Nome file:"));
-  dialog.setLabelText(QFileDialog::FileType, QStringLiteral("Tipo file:"));
-  dialog.setLabelText(QFileDialog::Accept, open ? QStringLiteral("Apri") : QStringLiteral("Salva"));
-  dialog.setLabelText(QFileDialog::Reject, QStringLiteral("Annulla"));
+  dialog.setLabelText(QFileDialog::LookIn, Text("Cerca in:"));
+  dialog.setLabelText(QFileDialog::FileName, Text("Nome file:"));
+  dialog.setLabelText(QFileDialog::FileType, Text("Tipo file:"));
+  dialog.setLabelText(QFileDialog::Accept, open ? Text("Apri") : Text("Salva"));
+  dialog.setLabelText(QFileDialog::Reject, Text("Annulla"));
   constexpr ItemText kButtons[] = {
       {"backButton", "Indietro"},
       {"forwardButton", "Avanti"},
@@ -107,8 +113,8 @@ void SetTexts(QFileDialog& dialog, bool open) {
   };
   for (const ItemText& button : kButtons)
     if (auto* widget = dialog.findChild<QToolButton*>(button.object)) {
-      widget->setToolTip(QString::fromUtf8(button.text));
-      widget->setAccessibleName(QString::fromUtf8(button.text));
+      widget->setToolTip(Text(button.text));
+      widget->setAccessibleName(Text(button.text));
     }
   constexpr ItemText kActions[] = {
       {"qt_rename_action", "&Rinomina"},
@@ -117,7 +123,7 @@ void SetTexts(QFileDialog& dialog, bool open) {
       {"qt_new_folder_action", "&Nuova cartella"},
   };
   for (const ItemText& action : kActions)
-    if (auto* item = dialog.findChild<QAction*>(action.object)) item->setText(QString::fromUtf8(action.text));
+    if (auto* item = dialog.findChild<QAction*>(action.object)) item->setText(Text(action.text));
   // Deleting would ask in English, and isn't this dialog's business.
   if (auto* item = dialog.findChild<QAction*>("qt_delete_action")) item->setVisible(false);
 }
@@ -165,12 +171,12 @@ bool ShowFileDialog(HWND owner, FileDialogRequest& request,
   dialog.setFileMode(QFileDialog::AnyFile);
   KindsByName kinds;
   dialog.setIconProvider(&kinds);
-  dialog.setProxyModel(new ItalianFiles(&dialog));  // NOLINT: the dialog owns it
+  dialog.setProxyModel(new ProductsFiles(&dialog));  // NOLINT: the dialog owns it
   SetTexts(dialog, request.open);
   KeepAcceptText(dialog, dialog.labelText(QFileDialog::Accept));
   SetWidths(dialog);
   const char* title = request.open ? "Apri" : "Salva con nome";
-  dialog.setWindowTitle(request.title.empty() ? QString::fromUtf8(title) : Utf8(request.title));
+  dialog.setWindowTitle(request.title.empty() ? Text(title) : Utf8(request.title));
   const QStringList filters = NameFilters(request);
   if (!filters.isEmpty()) {
     dialog.setNameFilters(filters);

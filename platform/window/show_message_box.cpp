@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <string>
 
+#include "platform/base/translation.h"
 #include "platform/window/detail/modal_widget.h"
 #include "platform/window/detail/show_message_box.h"
 #include "platform/window/detail/window_record.h"
@@ -15,7 +16,7 @@ namespace {
 struct BoxButton {
   int result;
   QMessageBox::StandardButton button;
-  const char* text;  // the product's language; Qt's own texts are English
+  const char* text;  // of OwnTexts; Qt's own texts would be English
 };
 
 constexpr BoxButton kOk = {IDOK, QMessageBox::Ok, "OK"};
@@ -78,7 +79,7 @@ int ShowMessageBox(const char* title, const char* text, UINT type) {
   box.setTextFormat(Qt::PlainText);  // a file name may look like markup
   const std::vector<BoxButton> buttons = ButtonsOf(type);
   for (const BoxButton& button : buttons)
-    box.addButton(button.button)->setText(QString::fromUtf8(button.text));
+    box.addButton(button.button)->setText(QString::fromUtf8(platform::Localized(button.text)));
   const auto preset = static_cast<std::size_t>((type & MB_DEFMASK) >> 8);
   box.setDefaultButton(buttons[std::min(preset, buttons.size() - 1)].button);
   const int pressed = guarded.Exec();

@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <algorithm>
 
+#include "platform/base/translation.h"
 #include "platform/window/messages.h"
 
 namespace platform {
@@ -128,7 +129,8 @@ void LineField::ShowMenu(LPARAM place) {
   menu->setAttribute(Qt::WA_DeleteOnClose);
   for (QAction* action : menu->actions())
     for (const MenuText& text : kMenuTexts)
-      if (action->objectName() == QLatin1String(text.action)) action->setText(QString::fromUtf8(text.text));
+      if (action->objectName() == QLatin1String(text.action))
+        action->setText(QString::fromUtf8(Localized(text.text)));
   // The texts before the tab name keys; they stay out, since the program may use those itself.
   const QPoint point = place == -1 ? m_line->mapToGlobal(m_line->rect().bottomLeft())
                                    : QPoint(GET_X_LPARAM(place), GET_Y_LPARAM(place));
