@@ -324,6 +324,15 @@ bool IsWmf(const Candidate& candidate) {
          head[16] == 0 && head[17] == 0;
 }
 
+/// The prefix of that program's files, whose kind 0x16 is graphics.
+bool IsWpg(const Candidate& candidate) {
+  constexpr std::size_t kKind = 9;
+  return StartsWith(candidate,
+                    "\xff"
+                    "WPC") &&
+         StartsWith(candidate, "\x16", kKind);
+}
+
 /// Its preamble may carry the signature of another kind.
 bool IsDicom(const Candidate& candidate) {
   constexpr std::size_t kPreambleBytes = 128;
@@ -355,6 +364,7 @@ constexpr HelperFamily kFamilies[] = {
     {"PDF", "pdf", IsPdf, Evidence::kSignature, "pdfdraw"},
     {"WMF", "wmf", IsWmf, Evidence::kSignature},
     {"EMF", "emf", IsEmf, Evidence::kSignature},
+    {"WPG", "wpg", IsWpg, Evidence::kSignature},
     {"JBIG", "jbig", IsJbig, Evidence::kLikeness},
 };
 

@@ -69,6 +69,17 @@ Bytes MakeEmf() {
   return out.Take();
 }
 
+/// 1200 units an inch, counted from the bottom; records of a kind and a length.
+Bytes MakeWpg() {
+  Writer out;
+  out.U16({0x57ff, 0x4350, 16, 0, 0x1601, 1, 0, 0});
+  out.U16({0x60f, 0x0001}).U16({1200, 600});         // version and sheet
+  out.U16({0xa0e, 0, 2, 0xffff, 0x00ff, 0xff00});    // white and blue
+  out.U16({0x201, 0x0101}).U16({0x402, 0, 0});       // solid blue, no line
+  out.U16({0x807, 300, 150, 600, 300}).U16({0x10});  // rectangle, and the end
+  return out.Take();
+}
+
 struct Drawing {
   const char* module;
   const char* name;
@@ -78,7 +89,8 @@ struct Drawing {
 
 std::vector<Drawing> Drawings() {
   std::vector<Drawing> drawings;
-  for (const Drawing& drawing : {Drawing{"wmf", "WMF", 15, MakeWmf()}, Drawing{"emf", "EMF", 116, MakeEmf()}})
+  for (const Drawing& drawing : {Drawing{"wmf", "WMF", 15, MakeWmf()}, Drawing{"emf", "EMF", 116, MakeEmf()},
+                                 Drawing{"wpg", "WPG", 54, MakeWpg()}})
     if (imaging::helper_client::HasModule(drawing.module)) drawings.push_back(drawing);
   return drawings;
 }

@@ -47,6 +47,7 @@ int Number(const Fields& row, const char* column) {
 std::string ModuleOf(const Fields& row) {
   if (row.at("back_end") == "vector" && row.at("kind") == "WMF") return "wmf";
   if (row.at("back_end") == "vector" && row.at("kind") == "EMF") return "emf";
+  if (row.at("back_end") == "vector" && row.at("kind") == "WPG") return "wpg";
   return row.at("back_end");
 }
 
@@ -321,6 +322,7 @@ const std::vector<ModuleCodes>& CodesOfModules() {
       {"dicom", {89, 90, 125, 126, 127, 128}},
       {"wmf", {15}},
       {"emf", {116}},
+      {"wpg", {54}},
       // 10 and 11: lossless JPEG, which the tables count here and this process reads
       {"media", {10, 11, 21, 57, 59, 61, 76, 111, 112, 134, 243, 246}},
   };
@@ -374,6 +376,7 @@ TEST_F(Corpus, CodesThatModulesAdd) {
   const auto installed = [](const char* module) { return imaging::helper_client::HasModule(module); };
   if (installed("jpeg2000"))
     add("jpeg2000", LoadMemory(InTiff(ReadAll(CorpusFolder() + "/other-formats/jp2/input.j2k"), 70, 46)));
+  if (installed("wpg")) add("wpg", LoadFile(CorpusFolder() + "/vector/input.wpg"));
   if (installed("pdf"))
     for (const int lumaRows : {1, 2}) add("pdf", LoadMemory(JpegInPdf(lumaRows)));
   if (installed("media"))
