@@ -55,6 +55,9 @@ fuzz:
 	mkdir -p build/fuzz/found
 	build/fuzz/fuzz_load -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=2048 -timeout=10 \
 	  -artifact_prefix=build/fuzz/found/ build/fuzz/found $(CORPUS)
+	mkdir -p build/fuzz/answers
+	build/fuzz/fuzz_helper -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=2048 -timeout=10 -max_len=8192 -len_control=0 \
+	  -artifact_prefix=build/fuzz/found/ build/fuzz/answers
 
 # The reference as HTML, in build/docs/html; its tables are written anew.
 docs: setup
