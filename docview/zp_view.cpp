@@ -6,6 +6,7 @@
 #include "library/failure.h"
 #include "library/resource_ids.h"
 #include "platform/framework/object_hold.h"
+#include "viewing/accessible_page.h"
 #include "viewing/crossed_box.h"
 #include "viewing/detail/page_window_map.h"
 #include "viewing/page_paint.h"
@@ -128,7 +129,16 @@ void CZPView::OnDraw(CDC* dc) {
       DrawNoPage(dc);
   }
   // Another device context than the window's never had the frame of a selection.
-  if (dynamic_cast<CPaintDC*>(dc) != nullptr) RestoreBand(dc);
+  if (dynamic_cast<CPaintDC*>(dc) == nullptr) return;
+  RestoreBand(dc);
+  Describe();
+}
+
+void CZPView::Describe() {
+  const CZPDoc* const document = Document();
+  const bool open = document != nullptr && document->GetPagesNum() != 0;
+  DescribePage(m_hWnd, open ? document->GetTitle() : CString(), open ? document->GetActivePageNum() + 1 : 0,
+               open ? document->GetPagesNum() : 0, GetScalePercent());
 }
 
 int CZPView::DisplayBmp(CDC* dc) {

@@ -42,6 +42,8 @@ class TESSAREL_API CZPView : public CPageWindow<CView>, public CZPBitmapBorrower
 
   void OnUpdate(CView* sender, LPARAM hint, CObject* hintObject) override;
   void OnDraw(CDC* dc) override;
+  /// Tells screen readers what is shown.
+  void Describe();
   /// Makes the reduced copy of a bilevel page for the current divisor anew.
   virtual void DoSmartResizing();
   /// Paints the page. 0: there is none, or it can't be painted.

@@ -5,6 +5,7 @@
 #include "platform/base/bitmapinfo.h"
 #include "platform/base/global_memory.h"
 #include "platform/framework/object_hold.h"
+#include "viewing/accessible_page.h"
 #include "viewing/page_paint.h"
 #include "viewing/viewport.h"
 
@@ -36,6 +37,7 @@ void CImageWindow::OnPaint() {
   if (!hold.Exists()) return;
   if (!drawn) FillGray(*this, dc);
   RestoreBand(&dc);
+  DescribePage(m_hWnd, GetFileName(), m_nCurrPage, m_nMaxPage, GetScalePercent());
 }
 
 BOOL CImageWindow::OnEraseBkgnd(CDC* dc) {

@@ -80,6 +80,8 @@ enum : UINT {
   IDS_ZP_JOB_STOPPED = 41002,
   IDS_ZP_JOB_CANCELLED = 41003,
   IDS_ZP_JOB_REFUSED = 41004,
+  IDS_ZP_PAGE_COMBO_NAME = 41005,   ///< what a screen reader calls the combo
+  IDS_ZP_SCALE_COMBO_NAME = 41006,  ///< the same
 };
 
 // Menus, dialogs and pictures. Kinds count apart, so a menu, a cursor and an icon may have one number.

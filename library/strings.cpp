@@ -78,6 +78,8 @@ constexpr platform::StringResource kStrings[] = {
     {IDS_ZP_NO_STRIP, "Image list control creating control"},
     {IDS_ZP_NO_DETAILS, "Dettagli non disponibili"},
     {IDS_ZP_PAGE_CAPTION, "Pagina %1!d!"},
+    {IDS_ZP_PAGE_COMBO_NAME, "Pagina"},
+    {IDS_ZP_SCALE_COMBO_NAME, "Scala"},
     {IDS_ZP_PAGE_UNSUPPORTED, "The format of the page is wrong or not supported"},
     {IDS_ZP_PRINT_NO_ANSWER, "Il servizio di stampa non risponde. Il lavoro di stampa non è stato inviato."},
     {IDS_ZP_JOB_STOPPED, "La stampante \"%1!s!\" è ferma. Il lavoro di stampa attende in coda."},

@@ -9,6 +9,7 @@
 #include "imaging/pages/bitmap_list.h"
 #include "platform/base/string.h"
 #include "platform/graphics/gdi.h"
+#include "platform/window/accessible.h"
 #include "platform/window/window.h"
 
 namespace imaging {
@@ -64,6 +65,7 @@ class ImageListControl {
   /// What is shown: the entry's own picture, else the list's; without pixels if there is none.
   Bitmap PictureOf(int index);
   const CString& CaptionOf(int index);
+  class AccessibleCells;  ///< the items for assistive programs (window.cpp)
   void Select(int index, bool select);
   void InvalidateCell(int index);
 

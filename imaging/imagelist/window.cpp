@@ -11,6 +11,7 @@ namespace {
 constexpr const char* kClassName = "LEADIMGLIST32";
 constexpr UINT kEnsureVisible = WM_USER + 17;
 constexpr UINT kSetBackground = WM_USER + 21;
+constexpr UINT kPick = WM_USER + 900;  // our own: what a click on an item does
 constexpr WORD kItemPicked = 1024;
 constexpr int kLinesARow = 3;  // so that a step of a common wheel is a row
 
@@ -21,6 +22,26 @@ std::unordered_map<HWND, std::shared_ptr<ImageListControl>>& Controls() {
 }
 
 }  // namespace
+
+class ImageListControl::AccessibleCells : public platform::AccessibleItems {
+ public:
+  /// The control ends after its window, and the window has these.
+  explicit AccessibleCells(ImageListControl& control) : m_control(control) {}
+  int Count() const override { return m_control.Count(); }
+  platform::AccessibleItem Item(int index) const override {
+    platform::AccessibleItem item;
+    item.role = platform::AccessibleRole::ListItem;
+    item.name = m_control.CaptionOf(index);
+    item.place = m_control.m_layout.CellAt(index, m_control.m_scroll);
+    item.selected = m_control.m_items[static_cast<std::size_t>(index)].isSelected;
+    item.current = index == m_control.m_focus;
+    return item;
+  }
+  void Press(int index) override { PostMessage(m_control.m_window, kPick, static_cast<WPARAM>(index)); }
+
+ private:
+  ImageListControl& m_control;
+};
 
 void ImageListControl::RegisterWindowClass() {
   WNDCLASS windowClass{};
@@ -52,6 +73,13 @@ LRESULT ImageListControl::Procedure(HWND window, UINT message, WPARAM wParam, LP
 
 LRESULT ImageListControl::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
+    case WM_CREATE:
+      platform::SetAccessible(m_window, platform::AccessibleRole::List,
+                              std::make_shared<AccessibleCells>(*this));
+      break;
+    case kPick:
+      if (wParam < static_cast<WPARAM>(Count())) Pick(static_cast<int>(wParam));
+      return 0;
     case WM_SIZE:
       Relayout();
       return 0;
@@ -229,6 +257,7 @@ void ImageListControl::Pick(int index) {
     Select(index, isSingle || !m_items[static_cast<std::size_t>(index)].isSelected);
   }
   EnsureVisible(index);
+  platform::AnnounceAccessibleItem(m_window, index);
   leadtools12::_LILPICKED picked{sizeof picked, kItemPicked, index};
   SendMessage(GetParent(m_window), WM_COMMAND,
               MAKEWPARAM(static_cast<WORD>(GetDlgCtrlID(m_window)), kItemPicked),

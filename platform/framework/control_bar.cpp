@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/framework/detail/item_text.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/object_hold.h"
 #include "platform/window/detail/tool_tips.h"
@@ -26,22 +27,21 @@ namespace {
 constexpr int kGripperExtent = 10;
 constexpr int kLineExtent = 1;
 
-/// The part of an item's string that is a prompt (before the line end) or a tip (behind it).
-CString ItemText(UINT id, bool tip) {
+CString ToolTipOf(HWND window, POINT point, RECT* area) {
+  const auto* bar = dynamic_cast<CControlBar*>(CWnd::FromHandlePermanent(window));
+  if (bar == nullptr || (bar->m_dwStyle & CBRS_TOOLTIPS) == 0) return {};
+  return platform::ItemText(bar->OnItemHitTest(point, area), true);
+}
+
+}  // namespace
+
+CString platform::ItemText(UINT id, bool tip) {
   CString text;
   if (id == 0 || text.LoadString(id) == 0) return {};
   const int end = text.Find('\n');
   if (!tip) return end < 0 ? text : text.Left(end);
   return end < 0 ? CString() : text.Mid(end + 1);
 }
-
-CString ToolTipOf(HWND window, POINT point, RECT* area) {
-  const auto* bar = dynamic_cast<CControlBar*>(CWnd::FromHandlePermanent(window));
-  if (bar == nullptr || (bar->m_dwStyle & CBRS_TOOLTIPS) == 0) return {};
-  return ItemText(bar->OnItemHitTest(point, area), true);
-}
-
-}  // namespace
 
 CControlBar::~CControlBar() {
   m_bAutoDelete = FALSE;
@@ -178,7 +178,7 @@ void CControlBar::ShowFlyBy(UINT item) {
   m_flyBy = item;
   CWnd* owner = GetOwner();
   if (owner == nullptr) return;
-  const UINT text = ItemText(item, false).IsEmpty() != 0 ? AFX_IDS_IDLEMESSAGE : item;
+  const UINT text = platform::ItemText(item, false).IsEmpty() != 0 ? AFX_IDS_IDLEMESSAGE : item;
   owner->SendMessage(WM_SETMESSAGESTRING, text);
 }
 

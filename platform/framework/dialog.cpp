@@ -9,6 +9,7 @@
 #include "platform/framework/detail/dialog_template.h"
 #include "platform/graphics/gdi.h"
 #include "platform/resources/detail/find.h"
+#include "platform/window/accessible.h"
 #include "platform/window/detail/dialog_shown.h"
 
 IMPLEMENT_DYNAMIC(CDialog, CWnd)
@@ -65,10 +66,13 @@ BOOL CDialog::MakeWindow(HWND parent) {
                              (style & WS_CHILD) == 0 ? caption.GetLength() * units.x + kAroundTitle : 0);
   const int height = (dialog->cy * units.y + 4) / 8;
   if (CreateEx(0, kDialogClass, caption, style, 0, 0, width, height, parent, nullptr) == 0) return FALSE;
+  platform::SetAccessible(m_hWnd, platform::AccessibleRole::Dialog);
   const UINT defaultId = platform::MakeControls(*dialog, m_hWnd, m_font);
   if (m_defaultId == 0) m_defaultId = defaultId;
   if ((style & WS_CHILD) == 0) CenterWindow();
-  if (OnInitDialog() != 0 && m_hWnd != nullptr) FocusFirst();
+  const bool focusFirst = OnInitDialog() != 0;
+  platform::NameFieldsByLabels(m_hWnd);
+  if (focusFirst && m_hWnd != nullptr) FocusFirst();
   return m_hWnd != nullptr;
 }
 

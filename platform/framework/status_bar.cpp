@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/framework/detail/bar_items.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/window/detail/theme.h"
 #include "platform/window/detail/window_sizing.h"
@@ -34,7 +35,10 @@ BOOL CStatusBar::Create(CWnd* parent, DWORD style, UINT id) {
   m_dwStyle = style & CBRS_ALL;
   const LPCTSTR windowClass =
       AfxRegisterWndClass(CS_DBLCLKS, LoadCursor(nullptr, IDC_ARROW), GetSysColorBrush(COLOR_BTNFACE));
-  return CWnd::Create(windowClass, nullptr, style & ~DWORD{CBRS_ALL}, CRect(0, 0, 0, 0), parent, id);
+  if (CWnd::Create(windowClass, nullptr, style & ~DWORD{CBRS_ALL}, CRect(0, 0, 0, 0), parent, id) == 0)
+    return FALSE;
+  platform::SetAccessible(m_hWnd, platform::AccessibleRole::StatusBar, platform::PanesOf(*this));
+  return TRUE;
 }
 
 BOOL CStatusBar::SetIndicators(const UINT* ids, int count) {

@@ -25,6 +25,8 @@ class PLATFORM_API CStatusBar : public CControlBar {
   /// first. Null ids: count panes without numbers.
   BOOL SetIndicators(const UINT* ids, int count);
 
+  /// How many panes there are.
+  int GetCount() const { return static_cast<int>(m_panes.size()); }
   /// -1 if there is no such pane.
   int CommandToIndex(UINT id) const;
   UINT GetItemID(int index) const;

@@ -1,5 +1,6 @@
 #include "platform/framework/tool_bar.h"
 
+#include "platform/framework/detail/bar_items.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/window/detail/tool_bar_record.h"
 
@@ -31,6 +32,7 @@ BOOL CToolBar::CreateEx(CWnd* parent, DWORD controlStyle, DWORD style, CRect bor
   m_bDelayedButtonLayout = TRUE;
   const DWORD windowStyle = (style & ~DWORD{CBRS_ALL}) | controlStyle;
   if (CWnd::Create(TOOLBARCLASSNAME, nullptr, windowStyle, CRect(0, 0, 0, 0), parent, id) == 0) return FALSE;
+  platform::SetAccessible(m_hWnd, platform::AccessibleRole::ToolBar, platform::ButtonsOf(*this));
   SetSizes(m_sizeButton, m_sizeImage);
   return TRUE;
 }

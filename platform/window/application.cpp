@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <memory>
 
+#include "platform/window/detail/accessible_factory.h"
 #include "platform/window/detail/program_style.h"
 #include "platform/window/detail/queue.h"
 #include "platform/window/pump.h"
@@ -67,6 +68,7 @@ bool platform::GrabsMouse() {
 void platform::EnsureApplication(int* argc, char** argv) {
   if (QCoreApplication::instance() != nullptr) {
     WatchForQuit();
+    ServeAccessibility();
     return;
   }
   ProvideRuntimeFolder();
@@ -76,6 +78,7 @@ void platform::EnsureApplication(int* argc, char** argv) {
   Owned() = argc == nullptr ? std::make_unique<QApplication>(noArguments, arguments)
                             : std::make_unique<QApplication>(*argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
+  ServeAccessibility();  // behind Qt's own, which would answer first
   SetProgramStyle();
   WatchForQuit();
 }

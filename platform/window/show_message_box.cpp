@@ -76,7 +76,8 @@ int ShowMessageBox(const char* title, const char* text, UINT type) {
   const ModalWidget<QMessageBox> guarded(new QMessageBox(
       IconOf(type), QString::fromUtf8(title), QString::fromUtf8(text), QMessageBox::NoButton, WindowInUse()));
   QMessageBox& box = *guarded.Get();
-  box.setTextFormat(Qt::PlainText);  // a file name may look like markup
+  box.setAccessibleDescription(QString::fromUtf8(text));  // read together with the title
+  box.setTextFormat(Qt::PlainText);                       // a file name may look like markup
   const std::vector<BoxButton> buttons = ButtonsOf(type);
   for (const BoxButton& button : buttons)
     box.addButton(button.button)->setText(QString::fromUtf8(platform::Localized(button.text)));

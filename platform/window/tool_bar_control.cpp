@@ -107,10 +107,7 @@ void OnRelease(HWND window, ToolbarRecord& toolbar, POINT point) {
   ReleaseCapture();
   const TBBUTTON* button = ButtonOf(toolbar, index);
   if (button == nullptr || ToolbarButtonAt(toolbar, point) != index) return;
-  if ((button->fsState & TBSTATE_ENABLED) == 0) return;  // it was disabled while it was held
-  TurnCheck(window, toolbar, index);
-  PostMessage(GetParent(window), WM_COMMAND, MAKEWPARAM(button->idCommand, 0),
-              reinterpret_cast<LPARAM>(window));
+  PressToolButton(window, index);  // which may have been disabled while it was held
 }
 
 void OnCancel(HWND window, ToolbarRecord& toolbar) {
@@ -260,6 +257,15 @@ LRESULT ToolbarProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
 ToolbarRecord* FindToolbar(HWND window) {
   const WindowRecord* record = FindWindowRecord(window);
   return record == nullptr ? nullptr : record->toolbar.get();
+}
+
+void PressToolButton(HWND window, int index) {
+  ToolbarRecord* toolbar = FindToolbar(window);
+  const TBBUTTON* button = toolbar == nullptr ? nullptr : ButtonOf(*toolbar, index);
+  if (button == nullptr || (button->fsState & TBSTATE_ENABLED) == 0) return;
+  TurnCheck(window, *toolbar, index);
+  PostMessage(GetParent(window), WM_COMMAND, MAKEWPARAM(button->idCommand, 0),
+              reinterpret_cast<LPARAM>(window));
 }
 
 void RegisterToolbarClass() {

@@ -4,6 +4,7 @@
 
 #include "controls/tool_bar_256.h"
 #include "platform/resources/resource_tables.h"
+#include "platform/window/accessible.h"
 #include "viewing/bars/scale_text.h"
 
 namespace viewer_bars {
@@ -40,6 +41,7 @@ struct ComboPlace {
   int width;
   DWORD style;
   int characters;
+  UINT name;  ///< string
 };
 
 bool CreateCombo(CToolBar256& bar, CComboBox& combo, const ComboPlace& place, int bottom) {
@@ -51,6 +53,9 @@ bool CreateCombo(CToolBar256& bar, CComboBox& combo, const ComboPlace& place, in
   if (combo.Create(place.style, rect, &bar, place.id) == FALSE) return false;
   combo.SendMessage(CB_LIMITTEXT, static_cast<WPARAM>(place.characters));
   combo.EnableWindow(FALSE);
+  CString name;
+  name.LoadString(place.name);
+  platform::SetAccessibleName(combo.m_hWnd, name);
   return true;
 }
 
@@ -85,9 +90,11 @@ bool CreateToolBar(CFrameWnd* frame, const ToolBarParts& parts, const ToolBarLoo
   bar.SetSizes(kButtonSize, kPictureSize);
   if (bar.SetButtons(kButtons.data(), static_cast<int>(kButtons.size())) == FALSE) return false;
   bar.SetBitmap(look.pictures, kMagenta);
-  const ComboPlace page{kPageSlot, ID_ZP_COMBO_PAGE, kPageComboWidth, kComboStyle, kPageCharacters};
-  const ComboPlace scale{kScaleSlot, ID_ZP_COMBO_SCALE, look.scaleComboWidth, kComboStyle | CBS_AUTOHSCROLL,
-                         look.scaleCharacters};
+  const ComboPlace page{kPageSlot,   ID_ZP_COMBO_PAGE, kPageComboWidth,
+                        kComboStyle, kPageCharacters,  IDS_ZP_PAGE_COMBO_NAME};
+  const ComboPlace scale{kScaleSlot,           ID_ZP_COMBO_SCALE,
+                         look.scaleComboWidth, kComboStyle | CBS_AUTOHSCROLL,
+                         look.scaleCharacters, IDS_ZP_SCALE_COMBO_NAME};
   if (!CreateCombo(bar, parts.page, page, look.comboBottom) ||
       !CreateCombo(bar, parts.scale, scale, look.comboBottom))
     return false;

@@ -31,6 +31,8 @@ struct ToolbarRecord {
 /// Null for a window that isn't such a control.
 ToolbarRecord* FindToolbar(HWND window);
 void RegisterToolbarClass();
+/// What a click on a button does; nothing on a disabled one.
+void PressToolButton(HWND window, int index);
 /// The button, no separator, at a point of the client area; -1 if there is none.
 int ToolbarButtonAt(const ToolbarRecord& toolbar, POINT point);
 

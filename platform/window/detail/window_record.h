@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/base/detail/handle_table.h"
+#include "platform/window/accessible.h"
 #include "platform/window/detail/tool_tips.h"
 #include "platform/window/window.h"
 
@@ -80,6 +81,8 @@ struct WindowRecord {
   bool inQtPaint = false;
   bool trackLeave = false;  ///< a WM_MOUSELEAVE was asked for
   ToolTipSource toolTip = nullptr;
+  AccessibleRole accessibleRole = AccessibleRole::None;
+  std::shared_ptr<AccessibleItems> accessibleItems;  ///< null without parts of its own
   QSize sentClientSize{-1, -1};
 
   std::shared_ptr<Control> control;  ///< of a standard control; it has no edge, bars or surface
