@@ -66,6 +66,8 @@ constexpr platform::StringResource kStrings[] = {
     {IDS_ZP_NO_STRIP, "The strip of thumbnails can't be made"},
     {IDS_ZP_NO_DETAILS, "No details available"},
     {IDS_ZP_PAGE_CAPTION, "Page %1!d!"},
+    {IDS_ZP_PAGE_COMBO_NAME, "Page"},
+    {IDS_ZP_SCALE_COMBO_NAME, "Scale"},
     {IDS_ZP_PAGE_UNSUPPORTED, "The format of the page is wrong or not supported"},
     {IDS_ZP_PRINT_NO_ANSWER, "The print service doesn't answer. The print job wasn't sent."},
     {IDS_ZP_JOB_STOPPED, "The printer \"%1!s!\" is stopped. The print job waits in the queue."},

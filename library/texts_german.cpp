@@ -67,6 +67,8 @@ constexpr platform::StringResource kStrings[] = {
     {IDS_ZP_NO_STRIP, "Die Leiste der Miniaturen kann nicht erzeugt werden"},
     {IDS_ZP_NO_DETAILS, "Keine Einzelheiten verfügbar"},
     {IDS_ZP_PAGE_CAPTION, "Seite %1!d!"},
+    {IDS_ZP_PAGE_COMBO_NAME, "Seite"},
+    {IDS_ZP_SCALE_COMBO_NAME, "Maßstab"},
     {IDS_ZP_PAGE_UNSUPPORTED, "Das Format der Seite ist falsch oder wird nicht unterstützt"},
     {IDS_ZP_PRINT_NO_ANSWER, "Der Druckdienst antwortet nicht. Der Druckauftrag wurde nicht gesendet."},
     {IDS_ZP_JOB_STOPPED, "Der Drucker \"%1!s!\" ist angehalten. Der Druckauftrag wartet."},
