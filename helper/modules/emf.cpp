@@ -52,7 +52,8 @@ std::unique_ptr<Document> Open(const Input& input) {
 /// The C library loads tables for character sets when they are first asked for.
 void Prepare() {
   PrepareDrawing();
-  for (const char* encoding : {"UTF-16LE", "CP1252", "ISO-8859-1"}) iconv_open("UTF-8", encoding);
+  for (const char* encoding : {"UTF-16LE", "CP1252", "ISO-8859-1"})
+    static_cast<void>(iconv_open("UTF-8", encoding));
 }
 
 }  // namespace
