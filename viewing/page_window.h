@@ -94,6 +94,9 @@ class CPageWindow : public Base {
   ~CPageWindow() override;
 
   BOOL PreCreateWindow(CREATESTRUCT& cs) override;
+  /// What the standard library throws while a message is handled (no memory, say) is reported, and the
+  /// message given up.
+  LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   // Scale (detail/page_window_scale.h)
 

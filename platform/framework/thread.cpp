@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/base/exception.h"
+#include "platform/framework/detail/handler_failure.h"
 #include "platform/framework/detail/idle_update.h"
 #include "platform/framework/menu.h"
 #include "platform/framework/message_box.h"
@@ -25,9 +26,8 @@ void UpdateInHostLoop() {
   try {
     platform::UpdateFramesAtIdle();
     platform::UpdateMoreFramesAtIdle();
-  } catch (CException* exception) {
-    AfxGetThread()->ProcessWndProcException(exception, &none);
-    exception->Delete();
+  } catch (...) {
+    platform::TellHandlerFailure(none);
   }
 }
 

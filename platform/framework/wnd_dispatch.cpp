@@ -1,9 +1,8 @@
-#include "platform/base/exception.h"
 #include "platform/framework/cmd_ui.h"
+#include "platform/framework/detail/handler_failure.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/menu.h"
 #include "platform/framework/object_hold.h"
-#include "platform/framework/thread.h"
 #include "platform/framework/wnd.h"
 
 namespace {
@@ -134,10 +133,8 @@ LRESULT AfxWndProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   const platform::ObjectHold hold(message == WM_CLOSE ? nullptr : handle);
   try {
     return window->WindowProc(message, wParam, lParam);
-  } catch (CException* exception) {
-    const LRESULT result = AfxGetThread()->ProcessWndProcException(exception, &current);
-    exception->Delete();
-    return result;
+  } catch (...) {
+    return platform::TellHandlerFailure(current);
   }
 }
 

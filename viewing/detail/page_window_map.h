@@ -1,5 +1,6 @@
 #pragma once
 
+#include "library/failure.h"
 #include "viewing/detail/page_window_input.h"
 #include "viewing/detail/page_window_scale.h"
 #include "viewing/detail/page_window_scroll.h"
@@ -21,6 +22,16 @@ BOOL CPageWindow<Base>::PreCreateWindow(CREATESTRUCT& cs) {
 }
 
 template <typename Base>
+LRESULT CPageWindow<Base>::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+  try {
+    return Base::WindowProc(message, wParam, lParam);
+  } catch (const std::exception& exception) {
+    Self().Report(FailureOf(exception));
+    return message == WM_CREATE ? -1 : 0;
+  }
+}
+
+template <typename Base>
 int CPageWindow<Base>::OnCreate(LPCREATESTRUCT cs) {
   if (Base::OnCreate(cs) == -1) return -1;
   scroll_bars::Add(*this);
@@ -36,6 +47,9 @@ bool CPageWindow<Base>::PaintShown(HDC dc, RECT* clip) {
     PaintPage(dc, reduced ? Self().m_SmartBitmap : *page, Self().m_ptScroll, Self().m_szScaled, clip);
   } catch (CLeadtoolsException* exception) {
     Self().Report(exception);
+    return false;
+  } catch (const std::exception& exception) {
+    Self().Report(FailureOf(exception));
     return false;
   }
   return true;
