@@ -2,7 +2,7 @@
 PREFIX ?= /usr/local
 JOBS ?= $(shell nproc)
 
-.PHONY: run test docs pictures bench lint lint-changed sanitize fuzz install package package-test setup setup-modules
+.PHONY: run test docs pictures bench lint lint-changed sanitize fuzz soak install package package-test setup setup-modules
 
 build:
 	@mkdir -p build
@@ -46,18 +46,22 @@ sanitize: setup-modules
 	cmake --build build/sanitize -- -j$(JOBS)
 	tools/run_tests sanitize
 
-# FUZZ_SECONDS of libFuzzer on every codec, from the files of CORPUS if it is given.
+# FUZZ_SECONDS of libFuzzer on each place where bytes come from outside, beginning with files of the build's own and
+# with the small ones of the folder CORPUS.
 FUZZ_SECONDS ?= 120
-fuzz:
+fuzz: setup-modules
 	@tools/setup fuzz
 	cmake -S fuzz -B build/fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++
 	cmake --build build/fuzz -- -j$(JOBS)
-	mkdir -p build/fuzz/found
-	build/fuzz/fuzz_load -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=2048 -timeout=10 \
-	  -artifact_prefix=build/fuzz/found/ build/fuzz/found $(CORPUS)
-	mkdir -p build/fuzz/answers
-	build/fuzz/fuzz_helper -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=2048 -timeout=10 -max_len=8192 -len_control=0 \
-	  -artifact_prefix=build/fuzz/found/ build/fuzz/answers
+	tools/fuzz build/fuzz $(FUZZ_SECONDS) $(CORPUS)
+
+# A user who does anything, for SOAK_SECONDS; the last line tells the seed, and SOAK_SEED gives the same run again.
+SOAK_SECONDS ?= 600
+SOAK_SEED ?= $(shell date +%s)
+soak: setup-modules
+	cmake --preset release
+	cmake --build build/release --target soak -- -j$(JOBS)
+	QT_QPA_PLATFORM=offscreen build/release/bin/soak $(SOAK_SECONDS) $(SOAK_SEED)
 
 # The reference as HTML, in build/docs/html; its tables are written anew.
 docs: setup
