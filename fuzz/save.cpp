@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -16,7 +17,8 @@
 namespace {
 
 const std::string& Path() {
-  static const std::string path = "/tmp/tessarel-fuzz-" + std::to_string(getpid());
+  static const std::string path =
+      (std::filesystem::temp_directory_path() / ("tessarel-fuzz-" + std::to_string(getpid()))).string();
   return path;
 }
 
