@@ -333,6 +333,24 @@ bool IsWpg(const Candidate& candidate) {
          StartsWith(candidate, "\x16", kKind);
 }
 
+/// A compound file whose root has the class of a FlashPix view or picture. The header tells where the root
+/// is.
+bool IsFlashpix(const Candidate& candidate) {
+  using namespace std::string_view_literals;
+  constexpr std::size_t kHeaderBytes = 512;
+  constexpr std::int64_t kClassInEntry = 80;
+  constexpr auto kClassEnd = "aVT\xc1\xce\x11\x85\x53\0\xaa\0\xa1\xf9\x5b"sv;
+  const auto head = candidate.head;
+  if (head.size() < kHeaderBytes || !StartsWith(candidate, "\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1"sv))
+    return false;
+  if ((head[30] != 9 && head[30] != 12) || head[31] != 0) return false;
+  const std::int64_t root = (std::int64_t{LittleU32(&head[48])} + 1) << head[30];
+  std::array<std::uint8_t, 16> name;
+  return candidate.source.ReadExactly(root + kClassInEntry, name) && name[0] == 0 &&
+         (name[1] == 0x67 || name[1] == 0x60) &&
+         std::memcmp(&name[2], kClassEnd.data(), kClassEnd.size()) == 0;
+}
+
 /// Its preamble may carry the signature of another kind.
 bool IsDicom(const Candidate& candidate) {
   constexpr std::size_t kPreambleBytes = 128;
@@ -362,6 +380,7 @@ constexpr HelperFamily kFamilies[] = {
     {"FLIC", "media", IsFlic, Evidence::kSignature},
     {"DICOM", "dicom", IsDicom, Evidence::kSignature},
     {"PDF", "pdf", IsPdf, Evidence::kSignature, "pdfdraw"},
+    {"FlashPix", "flashpix", IsFlashpix, Evidence::kSignature},
     {"WMF", "wmf", IsWmf, Evidence::kSignature},
     {"EMF", "emf", IsEmf, Evidence::kSignature},
     {"WPG", "wpg", IsWpg, Evidence::kSignature},

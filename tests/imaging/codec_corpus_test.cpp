@@ -11,6 +11,7 @@
 
 #include "imaging/helper/place.h"
 #include "tests/imaging/codec_files.h"
+#include "tests/imaging/flashpix_files.h"
 #include "tests/imaging/pdf_files.h"
 #include "tests/imaging/raster_files.h"
 
@@ -138,7 +139,9 @@ void ExpectTruth(const Fields& row, const struct_file_information& info) {
     EXPECT_NEAR(info.Height, std::atof(row.at("points_height").c_str()) * 200 / 72, 6);
     return;
   }
-  EXPECT_EQ(info.Format, Number(row, "format_code"));
+  if (!row.at("format_code").empty()) {  // two codes differ by what no file tells
+    EXPECT_EQ(info.Format, Number(row, "format_code"));
+  }
   ExpectResolution(row, info);
   EXPECT_EQ(info.Compression, row.at("compression"));
   EXPECT_EQ(info.ViewPerspective == 0 ? 1 : info.ViewPerspective, Number(row, "orientation"));
@@ -320,6 +323,7 @@ const std::vector<ModuleCodes>& CodesOfModules() {
       {"jbig", {115}},
       {"pdf", {146, 147, 148, 149, 150, 151, 152}},
       {"dicom", {89, 90, 125, 126, 127, 128}},
+      {"flashpix", {80, 81, 82}},
       {"wmf", {15}},
       {"emf", {116}},
       {"wpg", {54}},
@@ -360,7 +364,7 @@ Bytes JpegInPdf(int lumaRows) {
                    MakeJpeg(32, 16, 3, false, gray, 0, 0, {}, lumaRows)}});
 }
 
-// Neither less nor more than the table says; the corpus has no sample of three of them. A module that isn't
+// Neither less nor more than the table says; the corpus has no sample of some of them. A module that isn't
 // installed adds nothing.
 TEST_F(Corpus, CodesThatModulesAdd) {
   std::map<std::string, std::set<int>> read;
@@ -376,6 +380,7 @@ TEST_F(Corpus, CodesThatModulesAdd) {
   const auto installed = [](const char* module) { return imaging::helper_client::HasModule(module); };
   if (installed("jpeg2000"))
     add("jpeg2000", LoadMemory(InTiff(ReadAll(CorpusFolder() + "/other-formats/jp2/input.j2k"), 70, 46)));
+  if (installed("flashpix")) add("flashpix", LoadMemory(MakeFlashpix({.tiles = {{1, {}, {}}, {1, {}, {}}}})));
   if (installed("wpg")) add("wpg", LoadFile(CorpusFolder() + "/vector/input.wpg"));
   if (installed("pdf"))
     for (const int lumaRows : {1, 2}) add("pdf", LoadMemory(JpegInPdf(lumaRows)));
