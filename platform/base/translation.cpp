@@ -1,7 +1,6 @@
 #include "platform/base/translation.h"
 
 #include <algorithm>
-#include <ranges>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +8,7 @@
 namespace platform {
 namespace {
 
+/// The latest first.
 std::vector<Translation>& Translations() {
   static auto* translations = new std::vector<Translation>;  // libraries register beyond static teardown
   return *translations;
@@ -34,7 +34,7 @@ const char* OwnTranslation(std::string_view text) {
 }  // namespace
 
 void RegisterTranslation(const Translation& translation) {
-  Translations().push_back(translation);
+  Translations().insert(Translations().begin(), translation);
 }
 
 void SelectLanguage(const char* language) {
@@ -46,9 +46,10 @@ const char* SelectedLanguage() {
 }
 
 const StringResource* FindTranslation(UINT id) {
-  for (const Translation& translation : std::views::reverse(Translations())) {
+  for (const Translation& translation : Translations()) {
     if (!Speaks(translation)) continue;
-    const auto found = std::ranges::find(translation.strings, id, &StringResource::id);
+    const auto found = std::find_if(translation.strings.begin(), translation.strings.end(),
+                                    [id](const StringResource& string) { return string.id == id; });
     if (found != translation.strings.end()) return &*found;
   }
   return nullptr;
@@ -57,9 +58,9 @@ const StringResource* FindTranslation(UINT id) {
 const char* Localized(const char* text) {
   if (text == nullptr || *text == '\0') return text;
   const auto same = [text](const TextPair& pair) { return std::string_view(pair.text) == text; };
-  for (const Translation& translation : std::views::reverse(Translations())) {
+  for (const Translation& translation : Translations()) {
     if (!Speaks(translation)) continue;
-    const auto found = std::ranges::find_if(translation.texts, same);
+    const auto found = std::find_if(translation.texts.begin(), translation.texts.end(), same);
     if (found != translation.texts.end()) return found->translated;
   }
   const char* const own = OwnTranslation(text);
