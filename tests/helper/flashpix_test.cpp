@@ -139,6 +139,18 @@ TEST(Flashpix, TilesOfOneColor) {
   }
 }
 
+// The class of the root tells a picture from other compound files.
+TEST(Flashpix, OtherCompoundFilesAreRefused) {
+  const TempFolder folder;
+  const auto make = [](int kind) { return MakeFlashpix({.tiles = PlainTiles(3), .kind = kind}); };
+  EXPECT_EQ(Distance(ColorAt(LoadMemory(make(0x60)), 69, 45), Wanted(3, 69, 45)), 0);
+  for (const auto& [name, text] :
+       {std::pair("a.doc", "not an image"), std::pair("a.awd", "a Microsoft fax")}) {
+    WriteAll(folder.Path(name), make(0x61));
+    EXPECT_NE(LoadFile(folder.Path(name)).error.find(text), std::string::npos);
+  }
+}
+
 TEST(Flashpix, DamagedTilesAreWhiteAndTheOthersShown) {
   const FlashpixTile bad[] = {{7, {}, {}},
                               {0, Bytes(100), {}},

@@ -23,6 +23,7 @@ struct FlashpixForm {
   int space = 3;
   std::vector<FlashpixTile> tiles = {};
   Bytes tables = {};  ///< of JPEG, under the number 1
+  int kind = 0x67;    ///< in the root's class: a file of views, or 0x60: the bare picture
 };
 
 /// Streams below 4096 bytes lie in the stream of small ones, the others in sectors of 512.
@@ -30,7 +31,7 @@ class CompoundWriter {
  public:
   static constexpr std::uint32_t kNone = 0xffffffff;
 
-  CompoundWriter() { AddFolder("Root Entry", 0); }
+  explicit CompoundWriter(int kind) : m_kind(static_cast<std::uint8_t>(kind)) { AddFolder("Root Entry", 0); }
 
   std::uint32_t AddFolder(const std::string& name, std::uint32_t parent) {
     const auto number = static_cast<std::uint32_t>(m_entries.size());
@@ -116,7 +117,7 @@ class CompoundWriter {
       for (const std::uint32_t value : {kNone, entry.next, entry.child}) raster::Little(own, value, 4);
       if (root)
         raster::Append(own,
-                       {0, 0x67, 'a', 'V', 'T', 0xc1, 0xce, 0x11, 0x85, 0x53, 0, 0xaa, 0, 0xa1, 0xf9, '['});
+                       {0, m_kind, 'a', 'V', 'T', 0xc1, 0xce, 0x11, 0x85, 0x53, 0, 0xaa, 0, 0xa1, 0xf9, '['});
       own.resize(116);
       raster::Little(own, entry.start, 4);
       raster::Little(own, entry.size, 4);
@@ -126,6 +127,7 @@ class CompoundWriter {
     return bytes;
   }
 
+  std::uint8_t m_kind;
   std::vector<Entry> m_entries;
   Bytes m_sectors;
   Bytes m_small;
@@ -176,8 +178,8 @@ inline void AddResolution(CompoundWriter& writer, std::uint32_t store, int numbe
 /// The picture, and one of a black pixel as the lower resolution, on both sides of it.
 inline Bytes MakeFlashpix(const FlashpixForm& form) {
   const FlashpixForm lower = {1, 1, form.channels, form.space, {{1, {}, {}}}, {}};
-  CompoundWriter writer;
-  const std::uint32_t store = writer.AddFolder("Data Object Store 000001", 0);
+  CompoundWriter writer(form.kind);
+  const std::uint32_t store = form.kind == 0x67 ? writer.AddFolder("Data Object Store 000001", 0) : 0;
   AddResolution(writer, store, 0, lower);
   AddResolution(writer, store, 2, form);
   AddResolution(writer, store, 1, lower);
