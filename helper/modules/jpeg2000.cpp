@@ -17,10 +17,9 @@ constexpr int kCodestream = 164;
 /// The library's reading state over the file, up to the header of the picture.
 class Jp2Decoder {
  public:
+  /// What is made before the body begins ends by the destructor, should the body throw.
   Jp2Decoder(const Input& input, bool container, Jp2Header::Space space)
-      : m_input(input),
-        m_space(space),
-        m_codec(opj_create_decompress(container ? OPJ_CODEC_JP2 : OPJ_CODEC_J2K)) {
+      : Jp2Decoder(input, space, opj_create_decompress(container ? OPJ_CODEC_JP2 : OPJ_CODEC_J2K)) {
     constexpr std::size_t kBuffer = 1 << 16;
     m_stream = opj_stream_create(kBuffer, OPJ_TRUE);
     if (m_codec == nullptr || m_stream == nullptr)
@@ -53,6 +52,8 @@ class Jp2Decoder {
   }
 
  private:
+  Jp2Decoder(const Input& input, Jp2Header::Space space, opj_codec_t* codec)
+      : m_input(input), m_space(space), m_codec(codec) {}
   static void OnError(const char* text, void* self) {
     std::string& kept = static_cast<Jp2Decoder*>(self)->m_text;
     if (kept.empty()) kept = std::string_view(text).substr(0, std::string_view(text).find('\n'));
