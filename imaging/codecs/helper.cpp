@@ -351,6 +351,26 @@ bool IsFlashpix(const Candidate& candidate) {
          std::memcmp(&name[2], kClassEnd.data(), kClassEnd.size()) == 0;
 }
 
+/// The version's opcode behind a frame, bare or after the header of 512 bytes; the short mark of version 1
+/// needs the ending or the size as well.
+bool IsPict(const Candidate& candidate) {
+  constexpr std::int64_t kAppHeader = 512;
+  for (const std::int64_t start : {std::int64_t{0}, kAppHeader}) {
+    std::array<std::uint8_t, 14> head;
+    if (!candidate.source.ReadExactly(start, head)) return false;
+    const auto field = [&head](std::size_t at) {
+      return static_cast<std::int16_t>(head[at] << 8 | head[at + 1]);
+    };
+    if (field(6) <= field(2) || field(8) <= field(4)) continue;
+    if (BigU32(&head[10]) == 0x001102ff) return true;
+    const std::string& ending = candidate.ending;
+    const bool named = ending == "pict" || ending == "pct" || ending == "pic";
+    const auto rest = static_cast<std::int16_t>(candidate.source.Size() - start);
+    if (head[10] == 0x11 && head[11] == 1 && (named || field(0) == rest)) return true;
+  }
+  return false;
+}
+
 /// Its preamble may carry the signature of another kind.
 bool IsDicom(const Candidate& candidate) {
   constexpr std::size_t kPreambleBytes = 128;
@@ -384,6 +404,7 @@ constexpr HelperFamily kFamilies[] = {
     {"WMF", "wmf", IsWmf, Evidence::kSignature},
     {"EMF", "emf", IsEmf, Evidence::kSignature},
     {"WPG", "wpg", IsWpg, Evidence::kSignature},
+    {"PICT", "pict", IsPict, Evidence::kSignature},
     {"JBIG", "jbig", IsJbig, Evidence::kLikeness},
 };
 

@@ -1,0 +1,125 @@
+#include <gtest/gtest.h>
+
+#include "tests/helper/damage.h"
+#include "tests/imaging/codec_files.h"
+
+namespace codec_test {
+namespace {
+
+struct Writer {
+  Bytes bytes;
+  Writer& Words(std::initializer_list<int> words) {
+    for (const int word : words) Byte(word >> 8).Byte(word);
+    return *this;
+  }
+  Writer& Byte(int value) {
+    bytes.push_back(static_cast<std::uint8_t>(value));
+    return *this;
+  }
+  Writer& Add(const Bytes& more) {
+    bytes.insert(bytes.end(), more.begin(), more.end());
+    return *this;
+  }
+};
+
+/// One bitmap of 10 by 2 pixels: its opcode, its depth, how it is packed, and its data.
+struct Case {
+  const char* name;
+  int opcode;
+  int bits;
+  int packType;
+  int rowBytes;
+  Bytes data;
+  std::uint32_t first;  ///< colours of the first and the last pixel
+  std::uint32_t last;
+};
+
+std::ostream& operator<<(std::ostream& out, const Case& value) {
+  return out << value.name;
+}
+
+Bytes MakePict(const Case& value, int version, int targetRight = 10) {
+  Writer file;
+  file.bytes.resize(version == 2 ? 512 : 0);
+  file.Words({0, 0, 0, 2, 10});
+  if (version == 2)
+    file.Words(
+        {0x11, 0x2ff, 0xc00, -2, 0, 300, 0, 150, 0, 0, 0, 2, 10, 0, 0, 1, 10, 0, 0, 2, 10, value.opcode});
+  else
+    file.Words({0x1101}).Byte(value.opcode);
+  const bool direct = value.opcode >= 0x9a;
+  if (direct) file.Words({0, 0xff});
+  const bool pixmap = direct || value.packType >= 0;
+  file.Words({value.rowBytes | (pixmap ? 0x8000 : 0), 0, 0, 2, 10});
+  if (pixmap)
+    file.Words({0, value.packType, 0, 0, 72, 0, 72, 0, direct ? 16 : 0, value.bits, direct ? 3 : 1, 8, 0, 0,
+                0, 0, 0, 0});
+  if (pixmap && !direct) file.Words({0, 0, 0, 1, 0, 0x1100, 0x2200, 0x3300, 1, 0xaa00, 0xbb00, 0xcc00});
+  file.Words({0, 0, 2, 10, 0, 0, 2, targetRight, 0});
+  if (value.opcode % 2 != 0) file.Words({10, 0, 0, 2, 10});
+  file.Add(value.data);
+  if (version == 1) return file.Byte(0xff).bytes;
+  if (file.bytes.size() % 2 != 0) file.Byte(0);
+  return file.Words({0xff}).bytes;
+}
+
+Bytes Twice(Bytes row) {
+  const Bytes once = row;
+  row.insert(row.end(), once.begin(), once.end());
+  return row;
+}
+
+const Case kCases[] = {
+    {"bits", 0x90, 1, -1, 2, {0x80, 0x40, 0x80, 0x40}, 0x000000, 0x000000},
+    {"packed bits", 0x99, 1, -1, 8, Twice({3, 0xf9, 0x80, 0x80}), 0x000000, 0xffffff},
+    {"two bits", 0x98, 2, 0, 4, Twice({0x40, 0x00, 0x10, 0}), 0xaabbcc, 0xaabbcc},
+    {"four bits", 0x98, 4, 0, 8, Twice({6, 0, 0x10, 0xfb, 0x01, 0, 0}), 0xaabbcc, 0xaabbcc},
+    {"eight bits", 0x98, 8, 0, 10, Twice({4, 0xf8, 1, 0, 0}), 0xaabbcc, 0x112233},
+    {"words", 0x9a, 16, 3, 20, Twice({6, 0xf8, 0x7c, 0x00, 0, 0x00, 0x1f}), 0xff0000, 0x0000ff},
+    {"components", 0x9b, 32, 4, 40, Twice({6, 0xf7, 0x12, 0xf7, 0x34, 0xf7, 0x56}), 0x123456, 0x123456},
+    {"no padding", 0x9a, 32, 2, 40, Bytes(60, 0x77), 0x777777, 0x777777},
+    {"unpacked", 0x9a, 32, 1, 40, Bytes(80, 0x66), 0x666666, 0x666666},
+};
+
+class Pict : public testing::TestWithParam<Case> {};
+
+std::uint32_t ColorOf(const Loaded& page, int x, int y) {
+  const auto color = ColorAt(page, x, y);
+  return static_cast<std::uint32_t>(color.red << 16 | color.green << 8 | color.blue);
+}
+
+TEST_P(Pict, OneBitmapKeepsItsDepth) {
+  const Case& value = GetParam();
+  for (const int version : {1, 2}) {
+    const TempFolder folder;
+    const std::string path = folder.Path("a.pict");
+    WriteAll(path, MakePict(value, version));
+    const Loaded page = LoadFile(path);
+    ASSERT_EQ(page.error, "");
+    EXPECT_EQ(page.info.Format, 56);
+    EXPECT_EQ(page.info.BitsPerPixel, value.bits == 32 ? 24 : value.bits);
+    EXPECT_EQ(page.info.XResolution, version == 2 ? 300 : 72);
+    EXPECT_EQ(page.info.YResolution, version == 2 ? 150 : 72);
+    EXPECT_EQ(ColorOf(page, 0, 0), value.first);
+    EXPECT_EQ(ColorOf(page, 9, 1), value.last);
+  }
+}
+
+// A bitmap that fills half of the frame is drawn at half its width, on white.
+TEST_P(Pict, OtherBitmapsAreScaled) {
+  const Loaded page = LoadMemory(MakePict(GetParam(), 2, 5));
+  ASSERT_EQ(page.error, "");
+  EXPECT_EQ(page.record.BitsPerPixel, 24);
+  EXPECT_EQ(ColorOf(page, 0, 0), GetParam().first);
+  EXPECT_EQ(ColorOf(page, 5, 1), 0xffffffU);
+}
+
+TEST_P(Pict, DamagedFilesGiveAPageOrAnError) {
+  const Bytes file = MakePict(GetParam(), 2);
+  ExpectPageOrError(file, {23, std::size_t{512} * 8, file.size() * 8, 29}, 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, Pict, testing::ValuesIn(kCases));
+
+}  // namespace
+}  // namespace codec_test
