@@ -4,6 +4,7 @@
 
 #include "helper/modules/pict_bitmap.h"
 #include "helper/modules/pict_bytes.h"
+#include "helper/modules/pict_drawing.h"
 
 // Macintosh pictures (PICT), versions 1 and 2: opcodes that draw. A picture that is one bitmap keeps its
 // depth, one that is a JPEG of QuickTime is delivered as such, and several bitmaps are put together in 24
@@ -23,10 +24,8 @@ class OperandSkipper {
   explicit OperandSkipper(PictBytes& bytes) : m_bytes(bytes) {}
 
   void Skip(int opcode) {
-    if (opcode == 0x01 || (opcode >= 0x70 && opcode <= 0x77) || (opcode >= 0x80 && opcode <= 0x87)) {
+    if ((opcode >= 0x70 && opcode <= 0x77) || (opcode >= 0x80 && opcode <= 0x87)) {
       m_bytes.SkipRegion();
-    } else if (opcode >= 0x12 && opcode <= 0x14) {
-      SkipPixelPattern();
     } else if (opcode >= 0x28 && opcode <= 0x2b) {
       constexpr int kBefore[] = {4, 1, 1, 2};
       m_bytes.Skip(static_cast<std::size_t>(kBefore[opcode - 0x28]));
@@ -61,15 +60,6 @@ class OperandSkipper {
     if (opcode == 0xa0) return 2;
     if (opcode >= 0x100 && opcode < 0x8000) return static_cast<std::size_t>(opcode >> 8) * 2;
     return 0;
-  }
-
-  /// A pattern of pixels and its replacement of 8 by 8; or a colour that is dithered.
-  void SkipPixelPattern() {
-    constexpr int kDithered = 2;
-    const int kind = m_bytes.Word();
-    m_bytes.Skip(8);
-    if (kind == kDithered) return m_bytes.Skip(6);
-    throw Failure(Status::kUnsupported, "patterns of pixels can't be shown");
   }
 
   PictBytes& m_bytes;
@@ -164,7 +154,12 @@ class Pict final : public Document {
     if (IsOneBitmap()) return DecodeBitmap(m_bitmaps[0], canvas);
     for (int y = 0; y < m_page.height; ++y)
       std::fill_n(canvas.Row(y), static_cast<std::size_t>(m_page.width) * 3, kWhite);
-    for (const PictBitmap& bitmap : m_bitmaps) Put(bitmap, canvas);
+    PictPainter painter(canvas, m_frame);
+    auto shape = m_drawing.Shapes().begin();
+    for (std::size_t i = 0; i <= m_bitmaps.size(); ++i) {
+      for (; shape != m_drawing.Shapes().end() && shape->bitmapsBefore == i; ++shape) painter.Draw(*shape);
+      if (i < m_bitmaps.size()) Put(m_bitmaps[i], canvas);
+    }
     return {m_page.height, 0};
   }
 
@@ -183,11 +178,11 @@ class Pict final : public Document {
     } catch (const EndOfPict&) {
       m_cut = true;
     } catch (const Failure& failure) {  // what stands before is shown
-      if (m_bitmaps.empty()) throw;
+      if (m_bitmaps.empty() && m_drawing.Shapes().empty()) throw;
     }
-    if (m_bitmaps.empty() && m_jpeg.empty())
+    if (m_bitmaps.empty() && m_jpeg.empty() && m_drawing.Shapes().empty())
       throw Failure(m_cut ? Status::kCorrupt : Status::kUnsupported,
-                    m_cut ? "it ends before its first bitmap" : "pictures without a bitmap can't be shown");
+                    m_cut ? "it ends before anything is drawn" : "pictures of texts alone can't be shown");
   }
 
   bool Step() {
@@ -203,7 +198,7 @@ class Pict final : public Document {
       ReadHeader();
     } else if (opcode == kQuickTime) {
       return !IsJpeg(m_bytes.Take(m_bytes.Unsigned(4)));
-    } else {
+    } else if (!m_drawing.Follow(opcode, m_bitmaps.size())) {
       OperandSkipper(m_bytes).Skip(opcode);
     }
     return true;
@@ -245,6 +240,8 @@ class Pict final : public Document {
     constexpr int kCopy = 0;
     constexpr int kDitheredCopy = 64;
     if (m_bitmaps.size() != 1) return false;
+    const auto& shapes = m_drawing.Shapes();  // what stands before it is hidden by it
+    if (!shapes.empty() && shapes.back().bitmapsBefore != 0) return false;
     const PictBitmap& bitmap = m_bitmaps[0];
     const PictRect& source = bitmap.source;
     const PictRect& bounds = bitmap.bounds;
@@ -267,14 +264,14 @@ class Pict final : public Document {
       SetCompression(m_page, "JPEG");
       return;
     }
-    const PictBitmap& first = m_bitmaps[0];
-    SetCompression(m_page, first.packed ? "PackBits" : "None");
+    SetCompression(m_page, m_bitmaps.empty() ? "PICT" : m_bitmaps[0].packed ? "PackBits" : "None");
     m_page.bits = m_page.memoryBits = 24;
     if (!IsOneBitmap()) {
       if (static_cast<std::int64_t>(m_page.width) * m_page.height > kMostPixels)
         throw Failure(Status::kTooLarge, "the picture is too large");
       return;
     }
+    const PictBitmap& first = m_bitmaps[0];
     m_page.bits = first.bits;
     if (first.bits > 8) return;
     m_page.memoryBits = first.bits == 2 ? 4 : first.bits;
@@ -348,6 +345,7 @@ class Pict final : public Document {
 
   std::vector<std::uint8_t> m_file;
   PictBytes m_bytes{{}};
+  PictDrawing m_drawing{m_bytes};
   PictRect m_frame;
   bool m_second = false;
   bool m_cut = false;

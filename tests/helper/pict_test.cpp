@@ -119,6 +119,42 @@ TEST_P(Pict, DamagedFilesGiveAPageOrAnError) {
   ExpectPageOrError(file, {23, std::size_t{512} * 8, file.size() * 8, 29}, 2);
 }
 
+TEST(PictShapes, FiguresPatternsAndClip) {
+  Writer file;
+  file.Words({0, 0, 0, 40, 40, 0x1101});
+  file.Byte(0x0e).Words({0, 205}).Byte(0x31).Words({0, 0, 10, 10});   // red paint
+  file.Byte(0x33).Words({2, 2, 4, 4}).Byte(0x3a);                     // cyan, and erased again
+  file.Byte(0x0e).Words({0, 409}).Byte(0x50).Words({0, 20, 20, 40});  // a blue circle
+  file.Byte(0x20).Words({30, 0, 30, 9}).Byte(0x23).Byte(0).Byte(5);
+  file.Byte(0x09).Words({0xaa55, 0xaa55, 0xaa55, 0xaa55});
+  file.Byte(0x71).Words({22, 20, 20, 40, 40, 20, 20, 40, 20, 40, 40});
+  file.Byte(0x01).Words({10, 0, 0, 40, 15}).Byte(0x35).Words({36, 10, 40, 20}).Byte(0xff);
+  file.Byte(0xff);
+  file.bytes[1] = static_cast<std::uint8_t>(file.bytes.size());
+  const Loaded page = LoadMemory(file.bytes);
+  ASSERT_EQ(page.error, "");
+  struct Pixel {
+    int x, y;
+    std::uint32_t color;
+  };
+  for (const auto& [x, y, color] : {Pixel{0, 0, 0xff0000},
+                                    {9, 9, 0xff0000},
+                                    {10, 9, 0xffffff},
+                                    {3, 3, 0xffffff},
+                                    {30, 0, 0x0000ff},
+                                    {30, 10, 0xffffff},
+                                    {20, 0, 0xffffff},
+                                    {20, 10, 0x0000ff},
+                                    {9, 30, 0x0000ff},
+                                    {9, 35, 0x0000ff},
+                                    {10, 30, 0xffffff},
+                                    {22, 38, 0x0000ff},
+                                    {23, 38, 0xffffff},
+                                    {38, 22, 0xffffff}})
+    EXPECT_EQ(ColorOf(page, x, y), color) << x << " " << y;
+  ExpectPageOrError(file.bytes, {7, 80, file.bytes.size() * 8, 13});
+}
+
 INSTANTIATE_TEST_SUITE_P(Kinds, Pict, testing::ValuesIn(kCases));
 
 }  // namespace
