@@ -109,8 +109,12 @@ PictPoint PictDrawing::ReadPoint() {
 }
 
 PictPoint PictDrawing::ReadOffset() {
-  const int x = static_cast<std::int8_t>(m_bytes.Byte());
-  return {m_pen.x + x, m_pen.y + static_cast<std::int8_t>(m_bytes.Byte())};
+  const auto offset = [this] {  // of a signed byte
+    const int byte = m_bytes.Byte();
+    return byte < 128 ? byte : byte - 256;
+  };
+  const int x = m_pen.x + offset();
+  return {x, m_pen.y + offset()};
 }
 
 void PictDrawing::AddLine(int opcode, std::size_t bitmapsBefore) {
