@@ -112,7 +112,7 @@ class HelperReader final : public Reader {
     const Asking asking(m_client, wish.listener);
     const Asking askingDrawer(m_drawer, wish.listener);
     const Shown shown = Find(page);
-    if (shown.client != &*m_client) return Take(shown, page, wish);
+    if (!m_client || shown.client != &*m_client) return Take(shown, page, wish);
     try {
       return Take(shown, page, wish);
     } catch (CLeadtoolsException* exception) {
