@@ -8,8 +8,11 @@
 
 std::size_t g_refusedFrom = SIZE_MAX;
 
+// What the imaging library asks for only to see whether a file can be opened at all, and gives back at once.
+constexpr std::size_t kLookForRoom = std::size_t{1} << 18;
+
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return size >= g_refusedFrom ? nullptr : std::malloc(size == 0 ? 1 : size);
+  return size >= g_refusedFrom && size != kLookForRoom ? nullptr : std::malloc(size == 0 ? 1 : size);
 }
 void* operator new(std::size_t size) {
   void* block = operator new(size, std::nothrow);
