@@ -16,7 +16,7 @@
 #include "imaging/helper/client.h"
 #include "imaging/helper/place.h"
 
-// Families that are read outside the host's process. The host still says by the signature what a file is.
+// Files of families that are read outside the host's process.
 namespace imaging {
 namespace {
 
@@ -230,184 +230,6 @@ class HelperReader final : public Reader {
   std::optional<Client> m_drawer;
 };
 
-bool StartsWith(const Candidate& candidate, std::string_view mark, std::size_t offset = 0) {
-  const auto head = candidate.head;
-  return head.size() >= offset + mark.size() && std::memcmp(&head[offset], mark.data(), mark.size()) == 0;
-}
-
-bool IsWebP(const Candidate& candidate) {
-  return StartsWith(candidate, "RIFF") && StartsWith(candidate, "WEBP", 8);
-}
-
-/// The container, or a bare codestream: start and size marker.
-bool IsJpeg2000(const Candidate& candidate) {
-  using namespace std::string_view_literals;
-  return StartsWith(candidate, "\0\0\0\x0cjP  \r\n\x87\n"sv) || StartsWith(candidate, "\xff\x4f\xff\x51\0"sv);
-}
-
-/// One of the brands of the first box says that its pictures are HEVC.
-bool IsHeic(const Candidate& candidate) {
-  const auto head = candidate.head;
-  constexpr std::size_t kBoxHead = 8;
-  constexpr std::size_t kBrandBytes = 4;
-  if (!StartsWith(candidate, "ftyp", 4)) return false;
-  const std::size_t end = std::min<std::size_t>(BigU32(head.data()), head.size());
-  for (std::size_t at = kBoxHead; at + kBrandBytes <= end; at += kBrandBytes)
-    for (const char* brand : {"heic", "heix", "heim", "heis"})
-      if (StartsWith(candidate, brand, at)) return true;
-  return false;
-}
-
-bool IsPsd(const Candidate& candidate) {
-  using namespace std::string_view_literals;
-  return StartsWith(candidate, "8BPS\0\x01"sv);
-}
-
-/// The first sectors are empty but for a mark that only overviews have.
-bool IsPhotoCd(const Candidate& candidate) {
-  constexpr std::int64_t kMarkAt = 2048;
-  constexpr std::string_view kMark = "PCD_IPI";
-  std::array<std::uint8_t, kMark.size()> mark;
-  return StartsWith(candidate, "\xff\xff\xff\xff") && candidate.source.ReadExactly(kMarkAt, mark) &&
-         std::memcmp(mark.data(), kMark.data(), mark.size()) == 0;
-}
-
-/// A picture, or a list or catalogue of whatever.
-bool IsIff(const Candidate& candidate) {
-  if (StartsWith(candidate, "LIST") || StartsWith(candidate, "CAT "))
-    return StartsWith(candidate, "ILBM", 8) || StartsWith(candidate, "    ", 8);
-  if (!StartsWith(candidate, "FORM")) return false;
-  for (const char* type : {"ILBM", "PBM ", "ACBM", "DEEP", "RGB8", "RGBN"})
-    if (StartsWith(candidate, type, 8)) return true;
-  return false;
-}
-
-bool IsAvi(const Candidate& candidate) {
-  return StartsWith(candidate, "RIFF") && StartsWith(candidate, "AVI ", 8);
-}
-
-/// A sequence of pictures, or a pack of a film with sound.
-bool IsMpeg(const Candidate& candidate) {
-  using namespace std::string_view_literals;
-  return StartsWith(candidate, "\0\0\x01\xb3"sv) || StartsWith(candidate, "\0\0\x01\xba"sv);
-}
-
-/// Two bytes, and flags and a depth that mean something.
-bool IsFlic(const Candidate& candidate) {
-  const auto head = candidate.head;
-  constexpr std::size_t kHeaderBytes = 128;
-  if (head.size() < kHeaderBytes || head[5] != 0xaf || (head[4] != 0x11 && head[4] != 0x12)) return false;
-  return (head[12] == 8 || head[12] == 0) && head[13] == 0;
-}
-
-bool IsPdf(const Candidate& candidate) {
-  const auto head = candidate.head;
-  constexpr std::string_view kMark = "%PDF-";
-  return std::search(head.begin(), head.end(), kMark.begin(), kMark.end()) != head.end();
-}
-
-/// The header record, and its mark behind the frame.
-bool IsEmf(const Candidate& candidate) {
-  using namespace std::string_view_literals;
-  constexpr std::size_t kMark = 40;
-  return StartsWith(candidate, "\1\0\0\0"sv) && StartsWith(candidate, " EMF", kMark);
-}
-
-/// The placeable header, or a bare one: kind 1 or 2, a header of nine words, version 1.0 or 3.0.
-bool IsWmf(const Candidate& candidate) {
-  using namespace std::string_view_literals;
-  const auto head = candidate.head;
-  constexpr std::size_t kHeaderBytes = 18;
-  if (StartsWith(candidate, "\xd7\xcd\xc6\x9a"sv)) return true;
-  return head.size() >= kHeaderBytes && (head[0] == 1 || head[0] == 2) && head[1] == 0 &&
-         StartsWith(candidate, "\x09\0"sv, 2) && head[4] == 0 && (head[5] == 1 || head[5] == 3) &&
-         head[16] == 0 && head[17] == 0;
-}
-
-/// The prefix of that program's files, whose kind 0x16 is graphics.
-bool IsWpg(const Candidate& candidate) {
-  constexpr std::size_t kKind = 9;
-  return StartsWith(candidate,
-                    "\xff"
-                    "WPC") &&
-         StartsWith(candidate, "\x16", kKind);
-}
-
-/// A compound file whose root has the class of a FlashPix view or picture. The header tells where the root
-/// is.
-bool IsFlashpix(const Candidate& candidate) {
-  using namespace std::string_view_literals;
-  constexpr std::size_t kHeaderBytes = 512;
-  constexpr std::int64_t kClassInEntry = 80;
-  constexpr auto kClassEnd = "aVT\xc1\xce\x11\x85\x53\0\xaa\0\xa1\xf9\x5b"sv;
-  const auto head = candidate.head;
-  if (head.size() < kHeaderBytes || !StartsWith(candidate, "\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1"sv))
-    return false;
-  if ((head[30] != 9 && head[30] != 12) || head[31] != 0) return false;
-  const std::int64_t root = (std::int64_t{LittleU32(&head[48])} + 1) << head[30];
-  std::array<std::uint8_t, 16> name;
-  return candidate.source.ReadExactly(root + kClassInEntry, name) && name[0] == 0 &&
-         (name[1] == 0x67 || name[1] == 0x60) &&
-         std::memcmp(&name[2], kClassEnd.data(), kClassEnd.size()) == 0;
-}
-
-/// The version's opcode behind a frame, bare or after the header of 512 bytes; the short mark of version 1
-/// needs the ending or the size as well.
-bool IsPict(const Candidate& candidate) {
-  constexpr std::int64_t kAppHeader = 512;
-  for (const std::int64_t start : {std::int64_t{0}, kAppHeader}) {
-    std::array<std::uint8_t, 14> head;
-    if (!candidate.source.ReadExactly(start, head)) return false;
-    const auto field = [&head](std::size_t at) {
-      return static_cast<std::int16_t>(head[at] << 8 | head[at + 1]);
-    };
-    if (field(6) <= field(2) || field(8) <= field(4)) continue;
-    if (BigU32(&head[10]) == 0x001102ff) return true;
-    const std::string& ending = candidate.ending;
-    const bool named = ending == "pict" || ending == "pct" || ending == "pic";
-    const auto rest = static_cast<std::int16_t>(candidate.source.Size() - start);
-    if (head[10] == 0x11 && head[11] == 1 && (named || field(0) == rest)) return true;
-  }
-  return false;
-}
-
-/// Its preamble may carry the signature of another kind.
-bool IsDicom(const Candidate& candidate) {
-  constexpr std::size_t kPreambleBytes = 128;
-  return StartsWith(candidate, "DICM", kPreambleBytes);
-}
-
-/// No signature: layers, planes, a byte that is 0, a size, and option bits that mean something.
-bool IsJbig(const Candidate& candidate) {
-  const auto head = candidate.head;
-  const std::string& ending = candidate.ending;
-  if (ending != "jbg" && ending != "jbig" && ending != "bie") return false;
-  constexpr std::size_t kHeaderBytes = 20;
-  return head.size() > kHeaderBytes && head[0] <= head[1] && head[1] <= 32 && head[2] >= 1 && head[3] == 0 &&
-         BigU32(&head[4]) != 0 && BigU32(&head[12]) != 0 && head[16] < 128 && (head[18] & 0xf0) == 0 &&
-         (head[19] & 0x80) == 0;
-}
-
-constexpr HelperFamily kFamilies[] = {
-    {"WebP", "webp", IsWebP, Evidence::kSignature},
-    {"JPEG 2000", "jpeg2000", IsJpeg2000, Evidence::kSignature},
-    {"HEIC", "heic", IsHeic, Evidence::kSignature},
-    {"Photoshop", "media", IsPsd, Evidence::kSignature},
-    {"PhotoCD", "media", IsPhotoCd, Evidence::kSignature},
-    {"IFF", "media", IsIff, Evidence::kSignature},
-    {"AVI", "media", IsAvi, Evidence::kSignature},
-    {"MPEG", "media", IsMpeg, Evidence::kSignature},
-    {"FLIC", "media", IsFlic, Evidence::kSignature},
-    {"DICOM", "dicom", IsDicom, Evidence::kSignature},
-    {"PDF", "pdf", IsPdf, Evidence::kSignature, "pdfdraw"},
-    {"FlashPix", "flashpix", IsFlashpix, Evidence::kSignature},
-    {"WMF", "wmf", IsWmf, Evidence::kSignature},
-    {"EMF", "emf", IsEmf, Evidence::kSignature},
-    {"WPG", "wpg", IsWpg, Evidence::kSignature},
-    {"PICT", "pict", IsPict, Evidence::kSignature},
-    {"JBIG", "jbig", IsJbig, Evidence::kLikeness},
-};
-
 /// The reader of JPEG hands these over.
 constexpr HelperFamily kTwelveBitJpeg = {"JPEG with 12 bits a sample", "media", nullptr,
                                          Evidence::kSignature};
@@ -418,10 +240,11 @@ Candidate CandidateOf(const Source& source, std::span<std::uint8_t> buffer) {
 
 template <Evidence evidence>
 const HelperFamily* FamilyOf(const Candidate& candidate) {
-  const auto* family = std::find_if(
-      std::begin(kFamilies), std::end(kFamilies),
-      [&](const HelperFamily& known) { return known.evidence == evidence && known.recognise(candidate); });
-  return family == std::end(kFamilies) ? nullptr : family;
+  const auto families = HelperFamilies();
+  const auto family = std::find_if(families.begin(), families.end(), [&](const HelperFamily& known) {
+    return known.evidence == evidence && known.recognise(candidate);
+  });
+  return family == families.end() ? nullptr : &*family;
 }
 
 template <Evidence evidence>
@@ -480,7 +303,7 @@ std::vector<ReadableKind> ListReadableKinds() {
   std::vector<ReadableKind> kinds;
   for (const char* name : kInProcess)
     if (name != nullptr) kinds.push_back({name, nullptr, true});
-  for (const HelperFamily& family : kFamilies) {
+  for (const HelperFamily& family : HelperFamilies()) {
     kinds.push_back({family.name, family.module, helper_client::HasModule(family.module)});
     if (family.drawer != nullptr)
       kinds.push_back({family.name, family.drawer, helper_client::HasModule(family.drawer)});

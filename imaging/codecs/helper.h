@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "imaging/codecs/codec.h"
@@ -15,6 +16,11 @@ struct HelperFamily {
   Evidence evidence;
   const char* drawer = nullptr;  ///< the module that draws what this one doesn't read; null none
 };
+
+/// Of equally sure ones the first that recognises a file counts.
+std::span<const HelperFamily> HelperFamilies();
+/// The container of JPEG 2000, or a bare codestream.
+bool IsJpeg2000(const Candidate& candidate);
 
 /// Dots per inch at which pages are drawn that have no pixels of their own; 0, as it is at first: as the
 /// module likes.
