@@ -1,5 +1,6 @@
 #include "platform/registry/registry.h"
 
+#include <QByteArray>
 #include <algorithm>
 #include <cstring>
 #include <optional>
@@ -53,19 +54,23 @@ std::optional<std::string> Join(const OpenKey& parent, LPCSTR subKey) {
 }
 
 // No byte of a name is taken for a separator or for the marks below.
-QString Stored(std::string_view name) {
-  return QString::fromLatin1(
-             QByteArray(name.data(), static_cast<qsizetype>(name.size())).toPercentEncoding(" \\"))
-      .replace('\\', '/');
+std::string Encoded(std::string_view name, const char* also) {
+  return QByteArray(name.data(), static_cast<qsizetype>(name.size())).toPercentEncoding(also).toStdString();
 }
 
-QString StoredValue(const std::string& path, std::string_view name) {
-  const QString own = name.empty() ? QString("@") : Stored(name).replace('/', "%5C");
+std::string Stored(std::string_view path) {
+  std::string stored = Encoded(path, " \\");
+  std::replace(stored.begin(), stored.end(), '\\', '/');
+  return stored;
+}
+
+std::string StoredValue(const std::string& path, std::string_view name) {
+  const std::string own = name.empty() ? "@" : Encoded(name, " ");
   return path.empty() ? own : Stored(path) + '/' + own;
 }
 
 // Stands in a key that holds nothing else.
-QString Mark(const std::string& path) {
+std::string Mark(const std::string& path) {
   return Stored(path) + "/@key";
 }
 
@@ -74,10 +79,12 @@ bool WantsToWrite(REGSAM access) {
 }
 
 // Programs expect "software" to be there on every account.
+bool IsSoftware(const std::string& path) {
+  return QByteArray::fromStdString(path).compare("software", Qt::CaseInsensitive) == 0;
+}
+
 bool Exists(const Store& store, const std::string& path) {
-  const QString stored = Stored(path);
-  return path.empty() || store.Holds(stored) ||
-         (stored.compare("software", Qt::CaseInsensitive) == 0 && store.IsWritable());
+  return path.empty() || store.Holds(Stored(path)) || (IsSoftware(path) && store.IsWritable());
 }
 
 LSTATUS GiveHandle(std::string path, REGSAM access, HKEY* result) {
@@ -99,8 +106,7 @@ LSTATUS RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD, REGSAM access, HKEY* resul
   Store& store = Store::Instance();
   if (const LSTATUS error = store.Refresh(); error != ERROR_SUCCESS) return error;
   const bool denied = WantsToWrite(access) && !store.IsWritable();
-  if (!Exists(store, *path))
-    return denied && Stored(*path).toLower() == "software" ? ERROR_ACCESS_DENIED : ERROR_FILE_NOT_FOUND;
+  if (!Exists(store, *path)) return denied && IsSoftware(*path) ? ERROR_ACCESS_DENIED : ERROR_FILE_NOT_FOUND;
   return denied ? ERROR_ACCESS_DENIED : GiveHandle(std::move(*path), access, result);
 }
 
@@ -149,7 +155,7 @@ LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, DWORD*, DWORD* type, BYTE* data,
   const DWORD room = std::exchange(*size, stored);
   if (data == nullptr) return ERROR_SUCCESS;
   if (room < stored) return ERROR_MORE_DATA;
-  std::memcpy(data, value->data.constData(), stored);
+  std::memcpy(data, value->data.data(), stored);
   return ERROR_SUCCESS;
 }
 
@@ -164,6 +170,6 @@ LSTATUS RegSetValueExA(HKEY key, LPCSTR name, DWORD, DWORD type, const BYTE* dat
   Store& store = Store::Instance();
   if (const LSTATUS error = store.Refresh(); error != ERROR_SUCCESS) return error;
   if (!store.IsWritable()) return ERROR_ACCESS_DENIED;
-  const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
-  return store.Put(StoredValue(open->path, own), {type, bytes}, lock);
+  return store.Put(StoredValue(open->path, own),
+                   {type, std::string(reinterpret_cast<const char*>(data), size)}, lock);
 }

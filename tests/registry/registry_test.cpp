@@ -152,6 +152,8 @@ TEST_F(RegistryTest, TheRootHoldsValuesToo) {
   DWORD number = 0;
   EXPECT_EQ(GetNumber(HKEY_CURRENT_USER, "n", number), ERROR_FILE_NOT_FOUND);
   EXPECT_EQ(SetNumber(HKEY_CURRENT_USER, "n", 9), ERROR_SUCCESS);
+  EXPECT_EQ(SetNumber(Create(HKEY_CURRENT_USER, "general"), "n", 8),
+            ERROR_SUCCESS);  // what its section is called
   EXPECT_EQ(GetNumber(HKEY_CURRENT_USER, "n", number), ERROR_SUCCESS);
   EXPECT_EQ(number, 9U);
 }

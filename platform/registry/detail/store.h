@@ -1,26 +1,19 @@
 #pragma once
 
 #include <QBasicTimer>
-#include <QSettings>
+#include <QObject>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 
-#include "platform/registry/registry.h"
+#include "platform/registry/detail/settings_text.h"
+#include "platform/registry/detail/value.h"
 
 namespace platform::registry {
 
-/// A value as the file holds it.
-struct Value {
-  DWORD type = REG_NONE;
-  QByteArray data;
-};
-/// A plain number for REG_DWORD, "type:bytes" for all else.
-QString Encode(const Value& value);
-std::optional<Value> Decode(const QString& text);
-
-/// The file of settings, an INI file. Names are paths parted by '/', found without regard to case. What can't
-/// be saved at once, since another process holds the lock, stands in memory until it can.
+/// The file of settings. Names are paths parted by '/', found without regard to case. What can't be saved at
+/// once, since another process holds the lock, stands in memory until it can.
 /// Call everything with Mutex() held, and Refresh first.
 class Store {
  public:
@@ -32,20 +25,22 @@ class Store {
   LSTATUS Refresh();
   bool IsWritable() const;
   /// Whether anything stands below the path.
-  bool Holds(const QString& path) const;
-  std::optional<Value> Get(const QString& name) const;
+  bool Holds(const std::string& path) const;
+  std::optional<Value> Get(const std::string& name) const;
   /// A name keeps the case it was first written in. Waits 200 ms for another process that saves, with the
   /// mutex free; if that takes longer the value is saved later, which is no failure.
-  LSTATUS Put(const QString& name, const Value& value, std::unique_lock<std::mutex>& lock);
+  LSTATUS Put(const std::string& name, const Value& value, std::unique_lock<std::mutex>& lock);
   /// The same without waiting.
-  LSTATUS PutSoon(const QString& name, const Value& value);
+  LSTATUS PutSoon(const std::string& name, const Value& value);
 
  private:
-  // Keeps alive what all QSettings of a file share. QSettings saves once the event loop runs, and waits for
-  // the lock as long as that takes; this one tries now and then instead.
-  class Keeper : public QSettings {
+  /// Tries now and then, from the application's loop, to save what was held up.
+  class Later : public QObject {
    public:
-    explicit Keeper(const QString& file);
+    Later();
+    void Ask();
+
+   protected:
     bool event(QEvent* event) override;
 
    private:
@@ -53,16 +48,17 @@ class Store {
   };
 
   void UseCurrentFile();
-  QString Spelled(const QString& name) const;
-  bool TakeInOldFormat();
-  bool Mend();
-  LSTATUS Save();
+  LSTATUS Read();
+  const std::string* Find(const std::string& name) const;
   LSTATUS SaveWithin(std::unique_lock<std::mutex>& lock);
+  LSTATUS Save();
+  LSTATUS Write();
 
-  QString m_file;
-  std::unique_ptr<Keeper> m_settings;
-  bool m_pending = false;
-  bool m_damaged = false;
+  std::string m_file;
+  SettingsText m_saved;
+  Texts m_changed;      ///< not saved yet
+  std::string m_state;  ///< of the file when it was read; empty: to be read again
+  std::unique_ptr<Later> m_later;
 };
 
 }  // namespace platform::registry
