@@ -13,6 +13,7 @@
 #include <algorithm>
 
 #include "helper/module.h"
+#include "helper/modules/dicom_jpeg2000.h"
 
 // DICOM: medical pictures, each frame a page, seen through the window of the file.
 namespace helper {
@@ -41,6 +42,9 @@ Coding CodingOf(E_TransferSyntax syntax) {
     case EXS_JPEGLSLossless:
     case EXS_JPEGLSLossy:
       return {"JPEG-LS", kJpegGray, kJpegColor};
+    case EXS_JPEG2000LosslessOnly:
+    case EXS_JPEG2000:
+      return {"JPEG 2000", kJpegGray, kJpegColor};
     case EXS_DeflatedLittleEndianExplicit:
       return {"Deflate", 89, 90};
     case EXS_LittleEndianImplicit:
@@ -134,6 +138,7 @@ void Prepare() {
   DcmRLEDecoderRegistration::registerCodecs();
   DJDecoderRegistration::registerCodecs();
   DJLSDecoderRegistration::registerCodecs();
+  RegisterJpeg2000InDicom();
 }
 
 std::unique_ptr<Document> Open(const Input& input) {

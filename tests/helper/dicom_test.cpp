@@ -3,6 +3,7 @@
 #include <array>
 
 #include "tests/helper/damage.h"
+#include "tests/helper/jpeg2000_files.h"
 #include "tests/imaging/codec_files.h"
 
 namespace codec_test {
@@ -12,6 +13,7 @@ constexpr const char* kExplicit = "1.2.840.10008.1.2.1";
 constexpr const char* kBig = "1.2.840.10008.1.2.2";
 constexpr const char* kRle = "1.2.840.10008.1.2.5";
 constexpr const char* kJpeg = "1.2.840.10008.1.2.4.50";
+constexpr const char* kJpeg2000 = "1.2.840.10008.1.2.4.90";
 
 /// Writes data elements with their value types.
 class DicomWriter {
@@ -44,16 +46,23 @@ class DicomWriter {
     U32(static_cast<unsigned>(pixels.size()));
     Append(pixels);
   }
-  /// Coded frames, an item each behind an empty table.
-  void Frames(const std::vector<Bytes>& frames) {
+  /// Coded frames, an item each behind an empty table; or in halves, behind a table that says where they
+  /// begin.
+  void Frames(const std::vector<Bytes>& frames, bool halves) {
     Head(0x7fe0, 0x10, "OB");
     U16(0);
     U32(0xffffffff);
-    Item(0xe000, {});
+    DicomWriter table;
+    DicomWriter items;
     for (Bytes frame : frames) {
-      if (frame.size() % 2 != 0) frame.push_back(0);
-      Item(0xe000, frame);
+      table.U32(static_cast<unsigned>(items.bytes.size()));
+      while (frame.size() % 4 != 0) frame.push_back(0);
+      const auto middle = frame.begin() + (halves ? std::ssize(frame) / 2 : 0);
+      if (halves) items.Item(0xe000, {frame.begin(), middle});
+      items.Item(0xe000, {middle, frame.end()});
     }
+    Item(0xe000, halves ? table.bytes : Bytes());
+    Append(items.bytes);
     Item(0xe0dd, {});
   }
   void Append(const Bytes& more) { bytes.insert(bytes.end(), more.begin(), more.end()); }
@@ -87,6 +96,8 @@ struct Picture {
   const char* windowWidth = "";
   Bytes pixels = {};
   std::vector<Bytes> coded = {};
+  bool halves = false;
+  bool isSigned = false;
 };
 
 Bytes MakeDicom(const Picture& picture) {
@@ -109,7 +120,7 @@ Bytes MakeDicom(const Picture& picture) {
   data.Short(0x100, static_cast<unsigned>(picture.bits));
   data.Short(0x101, static_cast<unsigned>(picture.bits));
   data.Short(0x102, static_cast<unsigned>(picture.bits - 1));
-  data.Short(0x103, 0);
+  data.Short(0x103, picture.isSigned ? 1 : 0);
   if (*picture.center != '\0') {
     data.Text(0x28, 0x1050, "DS", picture.center);
     data.Text(0x28, 0x1051, "DS", picture.windowWidth);
@@ -117,7 +128,7 @@ Bytes MakeDicom(const Picture& picture) {
   if (picture.coded.empty())
     data.Pixels(picture.pixels, picture.bits > 8 ? "OW" : "OB");
   else
-    data.Frames(picture.coded);
+    data.Frames(picture.coded, picture.halves);
   file.Append(data.bytes);
   return file.bytes;
 }
@@ -153,6 +164,26 @@ Bytes Words(const std::vector<int>& values, bool big = false) {
   return bytes;
 }
 
+/// A codestream of 5 by 3 pixels, its samples row by row.
+Bytes PackJpeg2000(const std::vector<int>& values, int bits, bool isSigned = false, bool transform = false) {
+  constexpr std::size_t kPixels = 15;
+  opj_image_cmptparm_t component{};
+  component.dx = component.dy = 1;
+  component.w = 5;
+  component.h = 3;
+  component.prec = static_cast<OPJ_UINT32>(bits);
+  component.sgnd = isSigned ? 1 : 0;
+  std::vector<opj_image_cmptparm_t> components(values.size() / kPixels, component);
+  const bool gray = components.size() == 1;
+  opj_image_t* image = opj_image_create(static_cast<OPJ_UINT32>(components.size()), components.data(),
+                                        gray ? OPJ_CLRSPC_GRAY : OPJ_CLRSPC_SRGB);
+  image->x1 = component.w;
+  image->y1 = component.h;
+  for (std::size_t i = 0; i < values.size(); ++i)
+    image->comps[i % components.size()].data[i / components.size()] = values[i];
+  return EncodeJpeg2000(image, false, transform);
+}
+
 struct Case {
   const char* name;
   Picture picture;
@@ -164,6 +195,9 @@ struct Case {
 
 TEST(Dicom, CodingsDepthsAndWindows) {
   const std::vector<int> values = {1000, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2000};
+  const std::vector<int> wide = {-1000, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2000};
+  std::vector<int> colors(45);
+  for (std::size_t i = 0; i < colors.size(); ++i) colors[i] = static_cast<int>(i) * 5;
   const std::vector<Case> cases = {
       {"smallest to largest", {.pixels = Ramp(10, 15, 5)}, 89, "None", {0, 0, 0, 255}, {255, 255, 255, 255}},
       {"the file's window",
@@ -211,6 +245,22 @@ TEST(Dicom, CodingsDepthsAndWindows) {
        "RLE",
        {1, 31, 61, 255},
        {15, 45, 75, 255}},
+      {"wavelets, below 0",
+       {.syntax = kJpeg2000, .bits = 16, .coded = {PackJpeg2000(wide, 16, true)}, .isSigned = true},
+       127,
+       "JPEG 2000",
+       {0, 0, 0, 255},
+       {255, 255, 255, 255}},
+      {"wavelets, colours as one, in halves",
+       {.syntax = kJpeg2000,
+        .samples = 3,
+        .colors = "YBR_RCT",
+        .coded = {PackJpeg2000(colors, 8, false, true)},
+        .halves = true},
+       128,
+       "JPEG 2000",
+       {0, 5, 10, 255},
+       {210, 215, 220, 255}},
   };
   for (const Case& form : cases) {
     SCOPED_TRACE(form.name);
@@ -251,7 +301,34 @@ TEST(Dicom, FramesArePages) {
   EXPECT_NE(LoadMemory(file, 4).error, "");
 }
 
+// Where a frame takes several items, the table says which is the first.
+TEST(Dicom, FramesInSeveralItems) {
+  for (const bool halves : {false, true}) {
+    std::vector<Bytes> frames;
+    for (const int level : {40, 90, 200}) frames.push_back(PackJpeg2000(std::vector<int>(45, level), 8));
+    const Bytes file = MakeDicom(
+        {.syntax = kJpeg2000, .samples = 3, .frames = 3, .colors = "RGB", .coded = frames, .halves = halves});
+    constexpr std::array kLevels = {40, 90, 200};
+    for (const int page : {3, 1, 2}) {
+      const Loaded loaded = LoadMemory(file, page);
+      ASSERT_EQ(loaded.error, "");
+      EXPECT_EQ(ColorAt(loaded, 2, 1).green, kLevels[static_cast<std::size_t>(page) - 1]);
+    }
+  }
+}
+
+TEST(Dicom, FramesOfAnotherSize) {
+  const Bytes small = PackJpeg2000(std::vector<int>(15, 7), 8);
+  EXPECT_NE(LoadMemory(MakeDicom({.syntax = kJpeg2000, .width = 6, .coded = {small}})).error, "");
+  EXPECT_NE(
+      LoadMemory(MakeDicom({.syntax = kJpeg2000, .samples = 3, .colors = "RGB", .coded = {small}})).error,
+      "");
+}
+
 TEST(Dicom, DamagedFiles) {
+  const std::vector<int> level(15, 7);
+  const Bytes waves = MakeDicom({.syntax = kJpeg2000, .coded = {PackJpeg2000(level, 8)}});
+  ExpectPageOrError(waves, {29, 128 * 8, waves.size() * 8, 29});
   const Bytes whole = MakeDicom({.pixels = Ramp(10, 15, 5)});
   ExpectPageOrError(whole, {7, 128 * 8, whole.size() * 8, 53});
 }

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "tests/helper/damage.h"
+#include "tests/helper/jpeg2000_files.h"
 #include "tests/imaging/codec_files.h"
 
 namespace codec_test {
@@ -28,33 +29,6 @@ constexpr int kHeight = 29;
 /// Of that many bits. Runs through all values of small depths.
 int SampleAt(int x, int y, int component, int depth) {
   return (x * 7 + y * 5 + component * 40) * 257 % (1 << depth);
-}
-
-/// A stream for the library's writer that keeps what it is given.
-struct Output {
-  Bytes bytes;
-  std::size_t place = 0;
-};
-
-opj_stream_t* OpenOutput(Output& output) {
-  opj_stream_t* stream = opj_stream_create(1 << 16, OPJ_FALSE);
-  opj_stream_set_user_data(stream, &output, nullptr);
-  opj_stream_set_write_function(stream, [](void* data, OPJ_SIZE_T size, void* user) {
-    auto& target = *static_cast<Output*>(user);
-    target.bytes.resize(std::max(target.bytes.size(), target.place + size));
-    std::memcpy(&target.bytes[target.place], data, size);
-    target.place += size;
-    return size;
-  });
-  opj_stream_set_seek_function(stream, [](OPJ_OFF_T place, void* user) -> OPJ_BOOL {
-    static_cast<Output*>(user)->place = static_cast<std::size_t>(place);
-    return OPJ_TRUE;
-  });
-  opj_stream_set_skip_function(stream, [](OPJ_OFF_T count, void* user) -> OPJ_OFF_T {
-    static_cast<Output*>(user)->place += static_cast<std::size_t>(count);
-    return count;
-  });
-  return stream;
 }
 
 /// A part of the picture.
@@ -92,27 +66,13 @@ opj_image_t* MakeImage(const Form& form, const Area& area) {
 }
 
 Bytes MakeJpeg2000(const Form& form, const Area& area = {}) {
-  Output output;
-  opj_cparameters_t parameters;
-  opj_set_default_encoder_parameters(&parameters);
-  parameters.numresolution = 3;
-  parameters.tcp_numlayers = 1;
-  parameters.cp_disto_alloc = 1;
-  opj_codec_t* codec = opj_create_compress(form.container ? OPJ_CODEC_JP2 : OPJ_CODEC_J2K);
-  opj_image_t* image = MakeImage(form, area);
-  opj_setup_encoder(codec, &parameters, image);
-  opj_stream_t* stream = OpenOutput(output);
-  EXPECT_TRUE(opj_start_compress(codec, image, stream) && opj_encode(codec, stream) &&
-              opj_end_compress(codec, stream));
-  opj_stream_destroy(stream);
-  opj_destroy_codec(codec);
-  opj_image_destroy(image);
+  Bytes file = EncodeJpeg2000(MakeImage(form, area), form.container);
   if (form.space == OPJ_CLRSPC_CMYK) {  // which the writer can't name
     constexpr std::string_view kColors = "colr\1";
-    const auto box = std::search(output.bytes.begin(), output.bytes.end(), kColors.begin(), kColors.end());
+    const auto box = std::search(file.begin(), file.end(), kColors.begin(), kColors.end());
     box[10] = 12;
   }
-  return output.bytes;
+  return file;
 }
 
 /// Puts a box with a resolution into the header box: dots in a metre.
