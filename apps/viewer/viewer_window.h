@@ -100,7 +100,7 @@ class CViewerWindow : public CImageFrame {
   bool MakePanes();
   CString PaneText(UINT pane) const;
   int RoomFor(UINT pane) const;
-  /// Takes the keyboard to the next or previous of page, strip and combos.
+  /// Takes the keyboard to the next or previous of toolbar, combos, strip and page.
   void StepFocus(bool back);
   bool TakesFocusKey(const MSG& message);
   bool TakesEscape(const MSG& message);

@@ -213,16 +213,21 @@ void CViewerWindow::OnUpdatePane(CCmdUI* ui) {
 // Keys
 
 void CViewerWindow::StepFocus(bool back) {
-  std::vector<HWND> stops = {m_pImageWnd->m_hWnd};
-  if (m_bThumbsVisible != FALSE) stops.push_back(m_pThumbsWnd->m_hWnd);
+  // As the window is read: from its top, then from the left. The page comes last, and is where one begins.
+  std::vector<HWND> stops;
+  if (m_wndToolBar.IsWindowVisible() != FALSE) stops.push_back(m_wndToolBar.m_hWnd);
   for (const CWnd* combo : {static_cast<CWnd*>(&m_wndComboPage), static_cast<CWnd*>(&m_wndComboScale)})
     if (combo->IsWindowEnabled() != FALSE && combo->IsWindowVisible() != FALSE)
       stops.push_back(combo->m_hWnd);
+  if (m_bThumbsVisible != FALSE) stops.push_back(m_pThumbsWnd->m_hWnd);
+  stops.push_back(m_pImageWnd->m_hWnd);
+  // A combo stands in the bar, which comes before it.
   const HWND focus = ::GetFocus();
-  const auto at = std::ranges::find_if(
-      stops, [focus](HWND stop) { return stop == focus || ::IsChild(stop, focus) != FALSE; });
+  const auto at = std::find_if(stops.rbegin(), stops.rend(), [focus](HWND stop) {
+    return stop == focus || ::IsChild(stop, focus) != FALSE;
+  });
   const std::size_t count = stops.size();
-  const std::size_t index = at == stops.end() ? 0 : static_cast<std::size_t>(at - stops.begin());
+  const std::size_t index = at == stops.rend() ? count - 1 : static_cast<std::size_t>(stops.rend() - at - 1);
   ::SetFocus(stops[(index + (back ? count - 1 : 1)) % count]);
 }
 
@@ -243,18 +248,17 @@ bool CViewerWindow::TakesEscape(const MSG& message) {
   return true;
 }
 
-/// In a field, keys that move and copy are the field's.
-static bool IsFieldKey(const MSG& message) {
-  const bool control = GetKeyState(VK_CONTROL) < 0;
-  return message.wParam == VK_HOME || message.wParam == VK_END ||
-         (control && (message.wParam == 'C' || message.wParam == 'A'));
+/// In the bar, keys that move are its own, and in a field those that copy.
+static bool IsBarKey(const MSG& message, HWND bar) {
+  const bool inField = ::IsChild(bar, message.hwnd) != FALSE;
+  if (message.message != WM_KEYDOWN || (!inField && message.hwnd != bar)) return false;
+  const bool copies = GetKeyState(VK_CONTROL) < 0 && (message.wParam == 'C' || message.wParam == 'A');
+  return message.wParam == VK_HOME || message.wParam == VK_END || (inField && copies);
 }
 
 BOOL CViewerWindow::PreTranslateMessage(MSG* message) {
   if (m_pImageWnd == nullptr) return CImageFrame::PreTranslateMessage(message);
   if (TakesFocusKey(*message) || TakesEscape(*message)) return TRUE;
-  if (message->message == WM_KEYDOWN && ::IsChild(m_wndToolBar.m_hWnd, message->hwnd) != FALSE &&
-      IsFieldKey(*message))
-    return FALSE;
+  if (IsBarKey(*message, m_wndToolBar.m_hWnd)) return FALSE;
   return CImageFrame::PreTranslateMessage(message);
 }

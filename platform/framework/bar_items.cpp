@@ -40,6 +40,7 @@ class ToolButtons : public BarItems<CToolBar> {
     Find()->GetItemRect(button, &item.place);
     item.enabled = (style & TBBS_DISABLED) == 0;
     item.checked = (style & TBBS_CHECKED) != 0;
+    item.current = FindToolbar(Window())->current == button;
     item.checkable = item.checked || (style & TBBS_CHECKBOX) != 0;
     return item;
   }

@@ -59,6 +59,15 @@ void DrawToolButtonFace(HDC dc, const RECT& place, const ToolButtonLook& look) {
   });
 }
 
+void DrawFocusFrame(HDC dc, const RECT& place) {
+  constexpr double kWidth = 2;
+  PaintTheme(dc, place, [&](QPainter& painter, const QRect& rect) {
+    // The text's colour stands out from the face of a bar in every palette; that of a selection need not.
+    painter.setPen(QPen(QApplication::palette().color(QPalette::WindowText), kWidth));
+    painter.drawRect(QRectF(rect).adjusted(kWidth / 2, kWidth / 2, -kWidth / 2, -kWidth / 2));
+  });
+}
+
 void DrawGripper(HDC dc, const RECT& place, bool vertical) {
   PaintTheme(dc, place, [&](QPainter& painter, const QRect& rect) {
     auto option = PartOption<QStyleOptionToolBar>(rect);

@@ -142,6 +142,7 @@ LRESULT DeleteButton(HWND window, ToolbarRecord& toolbar, WPARAM index) {
   toolbar.buttons.erase(toolbar.buttons.begin() + static_cast<std::ptrdiff_t>(index));
   toolbar.hot = -1;
   toolbar.pressed = -1;
+  toolbar.current = -1;
   InvalidateRect(window, nullptr, TRUE);
   return TRUE;
 }
@@ -246,6 +247,14 @@ LRESULT ToolbarProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_CAPTURECHANGED:
       OnCancel(window, *toolbar);
       return 0;
+    case WM_SETFOCUS:
+      ToolbarGotFocus(window, *toolbar, reinterpret_cast<HWND>(wParam));
+      return 0;
+    case WM_KILLFOCUS:
+      InvalidateButton(window, *toolbar, toolbar->current);
+      return 0;
+    case WM_KEYDOWN:
+      return ToolbarKey(window, *toolbar, wParam) ? 0 : DefWindowProc(window, message, wParam, lParam);
     default:
       if (StateMessage(window, *toolbar, message, wParam, lParam, result)) return result;
       return TableMessage(window, *toolbar, message, wParam, lParam);

@@ -42,7 +42,7 @@ void DrawPicture(HDC dc, const ToolbarRecord& toolbar, const TBBUTTON& button, c
              });
 }
 
-void DrawButton(HDC dc, const ToolbarRecord& toolbar, int index, const RECT& place) {
+void DrawButton(HDC dc, const ToolbarRecord& toolbar, int index, const RECT& place, bool focused) {
   const TBBUTTON& button = toolbar.buttons[static_cast<std::size_t>(index)];
   const bool held = toolbar.pressed == index;
   ToolButtonLook look;
@@ -52,6 +52,7 @@ void DrawButton(HDC dc, const ToolbarRecord& toolbar, int index, const RECT& pla
   look.checked = (button.fsState & (TBSTATE_CHECKED | TBSTATE_INDETERMINATE)) != 0;
   DrawToolButtonFace(dc, place, look);
   DrawPicture(dc, toolbar, button, place, look.pressed);
+  if (focused) DrawFocusFrame(dc, place);
 }
 
 void DrawBorders(HDC dc, const RECT& client, DWORD borders) {
@@ -79,12 +80,13 @@ void PaintToolbar(HWND window, HDC dc, const ToolbarRecord& toolbar) {
   GetClientRect(window, &client);
   FillRect(dc, &client, GetSysColorBrush(COLOR_BTNFACE));
   if (toolbar.gripper) DrawGripper(dc, GripperPlace(toolbar, client), toolbar.vertical);
+  const int focused = GetFocus() == window ? toolbar.current : -1;
   const std::vector<RECT> places = toolbar.Places();
   for (std::size_t i = 0; i < places.size(); ++i) {
     const TBBUTTON& button = toolbar.buttons[i];
     if ((button.fsState & TBSTATE_HIDDEN) != 0 || !RectVisible(dc, &places[i])) continue;
     if ((button.fsStyle & TBSTYLE_SEP) == 0)
-      DrawButton(dc, toolbar, static_cast<int>(i), places[i]);
+      DrawButton(dc, toolbar, static_cast<int>(i), places[i], static_cast<int>(i) == focused);
     else if (!HoldsChild(*FindWindowRecord(window), places[i]))
       DrawSeparatorLine(dc, places[i], !toolbar.vertical);
   }

@@ -269,25 +269,33 @@ TEST_F(ViewerWindow, ThePageOrTheSelectionIsCopiedWithItsResolution) {
   EXPECT_TRUE(told.empty());
 }
 
-TEST_F(ViewerWindow, TheKeyboardGoesRoundPageStripAndCombos) {
+TEST_F(ViewerWindow, TheKeyboardGoesRoundBarCombosStripAndPage) {
   Start({Fax("a.tif")});
   constexpr int kF6 = VK_F1 + 5;
   Choose(ID_ZP_VIEW_THUMBNAILS);
   Page().SetFocus();
-  const HWND stops[] = {Page().m_hWnd, window->m_pThumbsWnd->m_hWnd, window->m_wndComboPage.m_hWnd,
-                        window->m_wndComboScale.m_hWnd};
+  const HWND stops[] = {Page().m_hWnd, window->m_wndToolBar.m_hWnd, window->m_wndComboPage.m_hWnd,
+                        window->m_wndComboScale.m_hWnd, window->m_pThumbsWnd->m_hWnd};
   const auto at = [&] {
     const HWND focus = ::GetFocus();
-    for (int i = 0; i < 4; ++i)
+    for (const int i : {0, 2, 3, 4, 1})  // the bar last, as it holds the combos
       if (stops[i] == focus || ::IsChild(stops[i], focus)) return i;
     return -1;
   };
   for (const int key : {kF6, int{VK_TAB}})
     for (const bool back : {false, true})
-      for (int step = 1; step <= 4; ++step) {
+      for (int step = 1; step <= 5; ++step) {
         Key(key, back);
-        EXPECT_EQ(at(), back ? 4 - step : step % 4) << key << ' ' << back;
+        EXPECT_EQ(at(), back ? 5 - step : step % 5) << key << ' ' << back;
       }
+  Key(VK_TAB);
+  Key(VK_END);
+  EXPECT_EQ(Page().GetCurrPage(), 1) << "in the bar the key leads to its last button";
+  EXPECT_TRUE(window->m_bThumbsVisible);
+  Key(VK_SPACE);
+  EXPECT_FALSE(window->m_bThumbsVisible);
+  Key(VK_ESCAPE);
+  EXPECT_EQ(at(), 0) << "back where the keyboard came from";
 }
 
 TEST_F(ViewerWindow, TheStatusBarTellsNameResolutionAndDamage) {

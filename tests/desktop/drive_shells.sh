@@ -38,12 +38,12 @@ expect_scale "Ctrl and Up zoom in" 200 200
 keys ctrl+Down ctrl+Down
 expect_scale "and Down out" 50 50
 keys alt+n o # one above the other
-xdotool mousemove 510 32 click 1 # the thumbnails
+xdotool mousemove 527 32 click 1 # the thumbnails
 sleep 0.3
 keys ctrl+Next
-xdotool mousemove 457 32 click 1 # to the right
+xdotool mousemove 471 32 click 1 # to the right
 sleep 0.3
-xdotool mousemove 380 32 click 1 # as wide as the window
+xdotool mousemove 391 32 click 1 # as wide as the window
 picture mdi_tiled
 expect_scale "the page is as wide as the window" 20 90
 wide=$(scale)

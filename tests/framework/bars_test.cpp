@@ -113,6 +113,37 @@ TEST_F(Bars, AClickIsACommandUnlessItEndsElsewhere) {
   }
 }
 
+TEST_F(Bars, KeysGoFromButtonToButtonAndPressThem) {
+  m_frame->splitter.SetFocus();
+  const HWND former = ::GetFocus();
+  m_frame->toolbar.SetFocus();
+  const struct {
+    int key;
+    int at;  // the button that is marked after it
+    const char* trace;
+    bool page = true;
+  } steps[] = {{VK_LEFT, 0, ""},         {VK_RETURN, 0, "P"},   {VK_RIGHT, 2, ""},
+               {VK_DOWN, 5, ""},         {VK_SPACE, 5, "N"},    {VK_SPACE, 5, "", false},
+               {VK_RIGHT, 5, "", false}, {VK_UP, 2, "", false}, {VK_END, 2, "", false},
+               {VK_END, 5, ""},          {VK_HOME, 0, ""},      {VK_ESCAPE, -1, ""}};
+  for (const auto& step : steps) {
+    m_frame->trace.clear();
+    m_frame->hasPage = step.page;
+    Idle();
+    desktop::PressKey(m_frame->toolbar, step.key);
+    desktop::PumpUntilIdle();
+    EXPECT_EQ(m_frame->trace, step.trace) << step.key;
+    m_frame->toolbar.UpdateWindow();
+    const std::uint32_t ground = desktop::WindowPixel(m_frame->toolbar, Middle(1).x + 2, Middle(1).y);
+    int marked = -1;
+    for (const int button : {0, 2, 3, 5, 8})
+      if (desktop::WindowPixel(m_frame->toolbar, Middle(button).x, Middle(button).y - 11) != ground)
+        marked = button;
+    EXPECT_EQ(marked, step.at) << step.key;
+  }
+  EXPECT_EQ(::GetFocus(), former) << "back where the keyboard came from";
+}
+
 TEST_F(Bars, IdleTimeBringsTheButtonsUpToDate) {
   const CToolBar& bar = m_frame->toolbar;
   EXPECT_EQ(bar.GetButtonStyle(0), UINT{TBBS_BUTTON}) << "a handler, no update handler";

@@ -21,7 +21,7 @@ constexpr DWORD kToolBarStyle = WS_CHILD | WS_VISIBLE | CBRS_GRIPPER | CBRS_ALIG
                                 CBRS_FLYBY | CBRS_TOOLTIPS | CBRS_SIZE_DYNAMIC;
 constexpr DWORD kStatusBarStyle = WS_CHILD | WS_VISIBLE | CBRS_ALIGN_BOTTOM | CBRS_BORDER_TOP;
 constexpr UINT kPanes[] = {ID_SEPARATOR, ID_ZP_INDICATOR_ZOOM, ID_ZP_INDICATOR_PAGE};
-constexpr SIZE kButtonSize = {23, 23};
+constexpr SIZE kButtonSize = {24, 24};  // the least that a finger or an unsteady hand is sure to hit
 constexpr SIZE kPictureSize = {16, 16};
 constexpr COLORREF kMagenta = RGB(255, 0, 255);
 

@@ -104,7 +104,7 @@ class ItemInterface : public QAccessibleInterface, public QAccessibleActionInter
     state.checked = item.checked;
     state.selectable = inList;
     state.selected = item.selected;
-    state.focusable = inList;
+    state.focusable = inList || item.role == AccessibleRole::Button;
     state.active = item.current;
     state.focused = item.current && m_client && GetFocus() == m_client->Window();
     return state;
@@ -185,7 +185,8 @@ class ClientInterface : public QAccessibleWidget {
   }
   bool TakesKeys() const {
     const AccessibleRole role = Role();
-    return (role == AccessibleRole::Document || role == AccessibleRole::List) &&
+    return (role == AccessibleRole::Document || role == AccessibleRole::List ||
+            role == AccessibleRole::ToolBar) &&
            TakesInput(m_client->Window());
   }
 

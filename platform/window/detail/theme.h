@@ -21,6 +21,8 @@ struct ToolButtonLook {
 void PaintTheme(HDC dc, const RECT& place, const std::function<void(QPainter&, const QRect&)>& draw);
 /// The raised or sunken face behind a flat button's picture; nothing for one at rest.
 void DrawToolButtonFace(HDC dc, const RECT& place, const ToolButtonLook& look);
+/// Shows that the keyboard is here, in any style and palette.
+void DrawFocusFrame(HDC dc, const RECT& place);
 /// The handle by which a bar is moved. vertical: of a bar that stands at a side.
 void DrawGripper(HDC dc, const RECT& place, bool vertical);
 /// A line through the middle of the place. vertical: the line stands upright.

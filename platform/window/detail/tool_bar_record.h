@@ -20,8 +20,10 @@ struct ToolbarRecord {
   DWORD borders = 0;  ///< CBRS_BORDER_... lines
   HIMAGELIST images = nullptr;
   HIMAGELIST disabledImages = nullptr;
-  int hot = -1;      ///< under the pointer
-  int pressed = -1;  ///< held down with the mouse
+  int hot = -1;                ///< under the pointer
+  int pressed = -1;            ///< held down with the mouse
+  int current = -1;            ///< where the keys act while the bar has the focus
+  HWND formerFocus = nullptr;  ///< had the keyboard before, and gets it back by Escape
 
   std::vector<RECT> Places() const;
   /// The size of all buttons with the margins.
@@ -33,6 +35,12 @@ ToolbarRecord* FindToolbar(HWND window);
 void RegisterToolbarClass();
 /// What a click on a button does; nothing on a disabled one.
 void PressToolButton(HWND window, int index);
+/// The bar gets the keyboard: the first button that can be pressed, or the one of the last time, becomes
+/// current.
+void ToolbarGotFocus(HWND window, ToolbarRecord& toolbar, HWND former);
+/// Arrows, Home and End go to other buttons, space bar and Enter press one, Escape leaves the bar. False for
+/// other keys.
+bool ToolbarKey(HWND window, ToolbarRecord& toolbar, WPARAM key);
 /// The button, no separator, at a point of the client area; -1 if there is none.
 int ToolbarButtonAt(const ToolbarRecord& toolbar, POINT point);
 
