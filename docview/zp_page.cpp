@@ -165,10 +165,10 @@ int CZPPage::FailLoad(struct_LEAD_Bitmap* bitmap, CLeadtoolsException* exception
   return 0;
 }
 
-int CZPPage::LoadCallback(struct_file_information* pInfo, struct_LEAD_Bitmap*, BYTE*, UINT, int nRow, int,
-                          void* pUserData) {
+int CZPPage::LoadCallback(struct_file_information* pInfo, struct_LEAD_Bitmap*, BYTE*, UINT, int nRow,
+                          int nLines, void* pUserData) {
   CWnd* const bar = CWnd::FromHandle(static_cast<HWND>(pUserData));
-  if (pInfo == nullptr || bar == nullptr) return 1;
+  if (pInfo == nullptr || bar == nullptr || nLines == 0) return 1;
   const int percent = load_progress::Percent(nRow, pInfo->Height);
   const auto position = static_cast<int>(bar->SendMessage(PBM_GETPOS));
   if (load_progress::IsWorthShowing(percent, position))

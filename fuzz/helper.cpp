@@ -69,7 +69,7 @@ bool Process::Send(const helper::Request& request, int descriptor) {
   return pwrite(descriptor, g_input.data() + g_input.size() - size, size, 0) == static_cast<ssize_t>(size);
 }
 
-Silence Process::Receive(helper::Reply& reply, std::chrono::milliseconds, const Cancelled&) {
+Silence Process::Receive(helper::Reply& reply, std::chrono::milliseconds) {
   const auto kind = Take<std::uint8_t>();
   if (kind == 0xff) {
     Kill();

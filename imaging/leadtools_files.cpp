@@ -11,6 +11,7 @@
 #include "imaging/codecs/writer.h"
 #include "imaging/core/guard.h"
 #include "imaging/core/source.h"
+#include "imaging/core/waiting.h"
 #include "imaging/ltwrap.h"
 #include "imaging/pages/page_record.h"
 #include "imaging/pixels/record.h"
@@ -76,8 +77,10 @@ struct RowListener {
 /// been told of it.
 class RowTeller final : public DecodeListener {
  public:
-  RowTeller(const RowListener& listener, const Source& source, struct_file_information& info)
-      : m_listener(listener), m_source(source), m_info(info) {}
+  RowTeller(const RowListener& listener, const Source& source) : m_listener(listener), m_source(source) {}
+
+  /// Until then nothing is known of the page.
+  void Describes(struct_file_information& info) { m_info = &info; }
 
   void Reached(PixelStorage& pixels, int order, int endRow) override {
     const bool asBytes = m_listener.bits == 8 && pixels.Bits() == 1;
@@ -91,10 +94,11 @@ class RowTeller final : public DecodeListener {
     }
   }
 
-  bool WantsToEnd() override {
-    Bitmap header = HeaderOf(m_info.Width, m_info.Height, m_info.BitsPerPixel);
+  /// For where rows are long in coming.
+  bool WantsToEnd() {
+    Bitmap header = HeaderOf(m_info->Width, m_info->Height, std::max(1, m_info->BitsPerPixel));
     // Room for a whole row, should the caller look at one all the same.
-    m_row.assign(static_cast<std::size_t>(m_info.Width) * sizeof(RGBQUAD), 0xff);
+    m_row.assign(static_cast<std::size_t>(std::max(1, m_info->Width)) * sizeof(RGBQUAD), 0xff);
     return !Tell(header, 0);
   }
 
@@ -102,13 +106,13 @@ class RowTeller final : public DecodeListener {
   /// Without pixels: the callback may throw, and it mustn't free them.
   Bitmap HeaderOf(int width, int height, int bits) const {
     Bitmap header = EmptyBitmap(width, height, bits);
-    header.ViewPerspective = m_info.ViewPerspective;
-    header.XResolution = m_info.XResolution;
-    header.YResolution = m_info.YResolution;
+    header.ViewPerspective = m_info->ViewPerspective;
+    header.XResolution = m_info->XResolution;
+    header.YResolution = m_info->YResolution;
     return header;
   }
   bool Tell(Bitmap& header, int rows) {
-    return m_listener.callback(&m_info, &header, m_row.data(), m_listener.flags, m_next, rows,
+    return m_listener.callback(m_info, &header, m_row.data(), m_listener.flags, m_next, rows,
                                m_listener.userData) != 0;
   }
   void CopyRow(const PixelStorage& pixels, bool asBytes) {
@@ -119,7 +123,8 @@ class RowTeller final : public DecodeListener {
 
   RowListener m_listener;
   const Source& m_source;
-  struct_file_information& m_info;
+  struct_file_information m_nothing{};
+  struct_file_information* m_info = &m_nothing;
   int m_next = 0;
   std::vector<std::uint8_t> m_row;
 };
@@ -131,10 +136,13 @@ int LoadWithRows(const Source& source, struct_LEAD_Bitmap* bitmap, DecodeWish wi
   struct_file_information own{};
   struct_file_information& told = info == nullptr ? own : *info;
   const bool filled = (told.InfoFlags & leadtools12::kInfoIsFilled) != 0;
+  RowTeller teller(listener, source);
+  if (filled) teller.Describes(told);
+  const WaitScope waiting([&] { return listener.callback != nullptr && teller.WantsToEnd(); });
   const auto reader = OpenReader(source);
-  RowTeller teller(listener, source, told);
   if (listener.callback != nullptr) {
     if (!filled) FillInformation(reader->Describe(page), source, page, told);
+    teller.Describes(told);
     wish.listener = &teller;
   }
   DecodedPage decoded = DecodeAt(listener.bits, *reader, page, wish);
@@ -230,6 +238,11 @@ int LEADTOOLS::SaveBitmap(const char* path, struct_LEAD_Bitmap* bitmap, int form
     return 1;
   });
 }
+
+leadtools12::Waiting::Waiting(WaitCallback callback, void* userData)
+    : m_scope(std::make_unique<imaging::WaitScope>([=] { return callback(userData) == 0; })) {}
+
+leadtools12::Waiting::~Waiting() = default;
 
 leadtools12::NewFile::NewFile(const char* path)
     : m_session(imaging::Guarded([&] { return std::make_unique<imaging::SaveSession>(path); })) {}

@@ -19,7 +19,8 @@ using leadtools12::struct_LEAD_Bitmap;
 
 namespace imaging {
 class SaveSession;
-}
+class WaitScope;
+}  // namespace imaging
 
 namespace leadtools12 {
 
@@ -37,6 +38,23 @@ class LTWRAP_API NewFile {
 
  private:
   std::unique_ptr<imaging::SaveSession> m_session;
+};
+
+/// 0: what keeps its caller waiting is to end. May throw, which ends it as well.
+using WaitCallback = int (*)(void* userData);
+
+/// While it lives, every call of the service that waits for the helper asks the callback every 50 ms; if it
+/// gives 0 the helper's process is ended and the call throws kErrorUserAbort. Ends before what it was made
+/// in.
+class LTWRAP_API Waiting {
+ public:
+  Waiting(WaitCallback callback, void* userData);
+  ~Waiting();
+  Waiting(const Waiting&) = delete;
+  Waiting& operator=(const Waiting&) = delete;
+
+ private:
+  std::unique_ptr<imaging::WaitScope> m_scope;
 };
 
 }  // namespace leadtools12
@@ -64,9 +82,9 @@ class LTWRAP_API LEADTOOLS {
   static int LoadBitmapMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, int order, long size,
                               _LOADFILEOPTION* options, struct_file_information* info);
   /// The same, with a callback (null: none) that is told of each row once the page is decoded. If it gives 0
-  /// the load throws kErrorUserAbort, and the record stays as it was; a page that the helper reads is ended
-  /// with it, within a tenth of a second. flags is 3. info, if given, is filled,
-  /// unless its InfoFlags have kInfoIsFilled.
+  /// the load throws kErrorUserAbort, and the record stays as it was. While the helper opens, describes or
+  /// decodes, it is asked every 50 ms, with no rows, and until the page is described with an empty record.
+  /// flags is 3. info, if given, is filled, unless its InfoFlags have kInfoIsFilled.
   static int LoadFile(const char* path, struct_LEAD_Bitmap* bitmap, int bits, int order, unsigned int flags,
                       leadtools12::LoadRowCallback callback, void* userData, _LOADFILEOPTION* options,
                       struct_file_information* info);

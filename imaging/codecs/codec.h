@@ -102,8 +102,6 @@ class DecodeListener {
  public:
   /// The rows before endRow are there, in this order of colours.
   virtual void Reached(PixelStorage& pixels, int order, int endRow) = 0;
-  /// Asked again and again where rows are long in coming; true ends the decoding. May throw as well.
-  virtual bool WantsToEnd() = 0;
 
  protected:
   ~DecodeListener() = default;

@@ -67,23 +67,6 @@ std::unique_ptr<PixelStorage> TwoLevels(const PixelStorage& drawn) {
   return pixels;
 }
 
-/// While it lives the listener is asked whether the work is to go on.
-class Asking {
- public:
-  Asking(std::optional<Client>& client, DecodeListener* listener) : m_client(client) {
-    if (m_client && listener != nullptr)
-      m_client->SetCancelled([listener] { return listener->WantsToEnd(); });
-  }
-  ~Asking() {
-    if (m_client) m_client->SetCancelled({});
-  }
-  Asking(const Asking&) = delete;
-  Asking& operator=(const Asking&) = delete;
-
- private:
-  std::optional<Client>& m_client;
-};
-
 class HelperReader final : public Reader {
  public:
   HelperReader(const Source& source, const HelperFamily& family) : m_source(source), m_family(family) {
@@ -109,8 +92,6 @@ class HelperReader final : public Reader {
 
   DecodedPage Decode(int page, const DecodeWish& wish) override {
     RequirePage(m_source, page, CountPages());
-    const Asking asking(m_client, wish.listener);
-    const Asking askingDrawer(m_drawer, wish.listener);
     const Shown shown = Find(page);
     if (!m_client || shown.client != &*m_client) return Take(shown, page, wish);
     try {

@@ -20,6 +20,7 @@ struct Client::Session {
   Session(const std::string& program, const char* module) : process(program, module) {}
   Process process;
   int pages = 0;
+  bool answering = false;  ///< who is asked whether to go on may read the same file meanwhile
 };
 
 namespace {
@@ -28,6 +29,17 @@ using helper::Reply;
 using helper::Request;
 using helper::RequestKind;
 using helper::Status;
+
+class Answering {
+ public:
+  explicit Answering(bool& answering) : m_answering(answering) { m_answering = true; }
+  ~Answering() { m_answering = false; }
+  Answering(const Answering&) = delete;
+  Answering& operator=(const Answering&) = delete;
+
+ private:
+  bool& m_answering;
+};
 
 /// Which state of which file a session or a crash belongs to.
 struct Place {
@@ -218,7 +230,8 @@ Client::Session& Client::OpenSession() {
   m_session.reset();
   const auto identity = m_source.Identity();
   if (identity)
-    if (const auto* known = Find(sessions, {*identity, m_module, 0}); known != nullptr) {
+    if (const auto* known = Find(sessions, {*identity, m_module, 0});
+        known != nullptr && !(*known)->answering) {
       m_session = *known;
       if (!m_session->process.IsWornOut()) return *m_session;
       m_session->process.Kill();
@@ -254,7 +267,8 @@ void Client::Begin(Session& session) {
 }
 
 Silence Client::Await(Session& session, Reply& reply, std::chrono::milliseconds limit) const {
-  const Silence silence = session.process.Receive(reply, limit, m_cancelled);
+  const Answering answering(session.answering);
+  const Silence silence = session.process.Receive(reply, limit);
   return silence == Silence::kNone && reply.status > Status::kLast ? Silence::kNonsense : silence;
 }
 

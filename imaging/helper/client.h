@@ -37,7 +37,7 @@ struct DrawnAt {
 /// A file that is read by a module of the helper, in a process of its own that is started when it is needed
 /// and again after it went for being idle. All that can be checked without knowing the kind is checked here.
 /// Whatever the helper does ends in an answer or in a CLeadtoolsException*; what crashed it once isn't tried
-/// again.
+/// again. Who waits may end the process and the call with kErrorUserAbort (imaging/core/waiting.h).
 class Client {
  public:
   Client(const Source& source, std::string module, TimeLimits limits = UsualTimeLimits());
@@ -47,9 +47,6 @@ class Client {
   Delivered Decode(int page, const DrawnAt& drawn = {});
   /// The number of the process that has the file open; 0 without one.
   pid_t ProcessId() const;
-  /// Asked while the helper works; true ends the process and the call with kErrorUserAbort, and so does what
-  /// it throws with its own error.
-  void SetCancelled(Cancelled cancelled) { m_cancelled = std::move(cancelled); }
 
  private:
   struct Session;
@@ -68,7 +65,6 @@ class Client {
   const Source& m_source;
   std::string m_module;
   TimeLimits m_limits;
-  Cancelled m_cancelled;
   std::shared_ptr<Session> m_session;
 };
 

@@ -12,6 +12,7 @@
 #include <ctime>
 
 #include "helper/protocol/channel.h"
+#include "imaging/core/waiting.h"
 
 namespace imaging::helper_client {
 namespace {
@@ -114,7 +115,7 @@ bool Process::Send(const helper::Request& request, int descriptor) {
   return m_process >= 0 && helper::Send(m_socket.Get(), request, descriptor);
 }
 
-Silence Process::Receive(helper::Reply& reply, std::chrono::milliseconds limit, const Cancelled& cancelled) {
+Silence Process::Receive(helper::Reply& reply, std::chrono::milliseconds limit) {
   using std::chrono::milliseconds;
   constexpr milliseconds kLook{50};  // how soon the user's wish to end is seen
   const auto end = Clock::now() + limit;
@@ -124,7 +125,7 @@ Silence Process::Receive(helper::Reply& reply, std::chrono::milliseconds limit, 
     pollfd waiting = {m_socket.Get(), POLLIN, 0};
     const int ready = poll(&waiting, 1, static_cast<int>(std::clamp(left, milliseconds{0}, kLook).count()));
     if (ready > 0) break;
-    const bool stopped = IsStopped(cancelled);
+    const bool stopped = IsStopped();
     if (!stopped && left.count() > 0) continue;
     Kill();
     return stopped ? Silence::kCancelled : Silence::kTooLong;
@@ -136,9 +137,9 @@ Silence Process::Receive(helper::Reply& reply, std::chrono::milliseconds limit, 
 }
 
 /// An error of who is asked ends the process too: its answer would be taken for that to the next request.
-bool Process::IsStopped(const Cancelled& cancelled) {
+bool Process::IsStopped() {
   try {
-    return cancelled && cancelled();
+    return IsEndWanted();
   } catch (...) {
     Kill();
     throw;

@@ -3,17 +3,12 @@
 #include <sys/types.h>
 
 #include <chrono>
-#include <functional>
-#include <optional>
 #include <string>
 
 #include "helper/protocol/descriptor.h"
 #include "helper/protocol/protocol.h"
 
 namespace imaging::helper_client {
-
-/// True once the user wants the work to end.
-using Cancelled = std::function<bool()>;
 
 /// How a conversation ended before its answer.
 enum class Silence {
@@ -40,13 +35,13 @@ class Process {
   /// True once it has used much of the time that one process may use over all its pages.
   bool IsWornOut() const;
   bool Send(const helper::Request& request, int descriptor);
-  /// Waits for the answer. After anything but kNone the process is gone.
-  Silence Receive(helper::Reply& reply, std::chrono::milliseconds limit, const Cancelled& cancelled);
+  /// Waits for the answer; asks IsEndWanted meanwhile. After anything but kNone the process is gone.
+  Silence Receive(helper::Reply& reply, std::chrono::milliseconds limit);
   void Kill();
   pid_t Id() const { return m_process; }
 
  private:
-  bool IsStopped(const Cancelled& cancelled);
+  bool IsStopped();
   Silence WhyItEnded();
   void Start(const std::string& program, const char* module, int socket);
 

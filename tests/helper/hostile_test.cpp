@@ -9,13 +9,19 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <chrono>
+#include <csignal>
 #include <filesystem>
+#include <fstream>
+#include <thread>
+#include <utility>
 
 #include "helper/protocol/channel.h"
 #include "imaging/core/exception.h"
 #include "imaging/helper/client.h"
 #include "imaging/helper/place.h"
+#include "imaging/ltwrap.h"
 #include "tests/helper/processes.h"
 #include "tests/imaging/codec_files.h"
 
@@ -170,24 +176,122 @@ TEST(Hostile, OneProcessReadsAllPagesOfAFile) {
   EXPECT_NE(client.ProcessId(), helper);
 }
 
-TEST(Hostile, TheUserEndsTheProcess) {
-  const std::string before = Children();
-  const std::string words = "decode loop";
-  const auto source = imaging::OpenBlockSource(Bytes(words.begin(), words.end()), "slow.bin");
-  Client client(*source, "hostile");
-  client.SetCancelled([start = std::chrono::steady_clock::now()] {
-    return std::chrono::steady_clock::now() - start > 200ms;
-  });
+/// Asked while the helper works: looks at the same file, and has had enough after a while.
+struct Impatient {
+  std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+  std::string path;
+  bool hasLooked = false;
+  static int GoOn(void* data) {
+    auto& self = *static_cast<Impatient*>(data);
+    if (!self.path.empty() && !std::exchange(self.hasLooked, true)) {
+      const auto source = imaging::OpenFileSource(self.path.c_str());
+      EXPECT_EQ(Client(*source, "hostile", kShort).Decode(1).rows, 10) << "took the other's answer";
+    }
+    return std::chrono::steady_clock::now() - self.start < 200ms ? 1 : 0;
+  }
+};
+
+template <typename Work>
+void ExpectUserAbort(const Work& work) {
   const auto start = std::chrono::steady_clock::now();
   try {
-    client.Decode(2);
+    work();
     ADD_FAILURE();
   } catch (CLeadtoolsException* exception) {
     EXPECT_EQ(exception->m_nError, imaging::kErrorUserAbort);
     exception->Delete();
   }
   EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
+}
+
+TEST(Hostile, TheUserEndsTheProcess) {
+  const std::string before = Children();
+  const std::size_t descriptors = CountEntries("/proc/self/fd");
+  for (const std::string words : {"init loop", "describe loop", "decode loop"}) {
+    SCOPED_TRACE(words);
+    const auto source = imaging::OpenBlockSource(Bytes(words.begin(), words.end()), "slow.bin");
+    Client client(*source, "hostile");
+    Impatient user;
+    const leadtools12::Waiting waiting(&Impatient::GoOn, &user);
+    ExpectUserAbort([&] { client.Decode(2); });
+    EXPECT_EQ(Children(), before);
+    EXPECT_EQ(CountEntries("/proc/self/fd"), descriptors);
+  }
+}
+
+TEST(Hostile, WhoIsAskedMayReadTheSameFile) {
+  const TempFolder folder;
+  Impatient user;
+  user.path = folder.Path("slow.bin");
+  const std::string words = "describe loop";
+  WriteAll(user.path, Bytes(words.begin(), words.end()));
+  usleep(150'000);  // a younger file shares no process
+  const auto source = imaging::OpenFileSource(user.path.c_str());
+  user.start = std::chrono::steady_clock::now();
+  const leadtools12::Waiting waiting(&Impatient::GoOn, &user);
+  ExpectUserAbort([&] { Client(*source, "hostile").Decode(2); });
+  EXPECT_TRUE(user.hasLooked);
+}
+
+/// Stops the next helper that this process starts, as soon as it is one: before that the start waits for it.
+class Stopper {
+ public:
+  explicit Stopper(const std::string& before)
+      : m_thread([this, before] {
+          while (!m_done)
+            if (const std::string now = Children(); now.size() > before.size())
+              Stop(now.substr(before.size()));
+        }) {}
+  ~Stopper() {
+    m_done = true;
+    m_thread.join();
+  }
+  Stopper(const Stopper&) = delete;
+  Stopper& operator=(const Stopper&) = delete;
+
+ private:
+  static void Stop(const std::string& process) {
+    std::string name;
+    std::getline(std::ifstream("/proc/" + std::to_string(std::stoi(process)) + "/comm"), name);
+    if (name == "image-helper") kill(std::stoi(process), SIGSTOP);
+  }
+  std::atomic<bool> m_done = false;
+  std::thread m_thread;
+};
+
+TEST(Hostile, ALoadIsEndedBeforeThePageIsDescribed) {
+  if (!imaging::helper_client::HasModule("webp")) GTEST_SKIP() << "no module";
+  const std::string before = Children();
+  const std::size_t descriptors = CountEntries("/proc/self/fd");
+  std::string file = "RIFF____WEBPVP8 ____";
+  struct_LEAD_Bitmap record{};
+  record.Width = 77;
+  struct_file_information info{};
+  static int asked;
+  asked = 0;
+  const auto end = [](struct_file_information* told, struct_LEAD_Bitmap* page, BYTE* row, UINT, int,
+                      int lines, void*) {
+    EXPECT_EQ(told->Height + page->Height + lines, 0);
+    EXPECT_EQ(*row, 0xff);
+    ++asked;
+    return 0;
+  };
+  // One that got away from the stopper tells that the file is none.
+  for (int i = 0; i < 100 && asked == 0; ++i) {
+    const Stopper stopper(before);
+    try {
+      LEADTOOLS::LoadMemory(file.data(), &record, 0, 0, 3, end, nullptr, std::ssize(file), nullptr, &info);
+      ADD_FAILURE();
+    } catch (CLeadtoolsException* exception) {
+      EXPECT_EQ(exception->m_nError, asked == 0 ? imaging::kErrorCorrupt : imaging::kErrorUserAbort);
+      exception->Delete();
+    }
+  }
+  EXPECT_EQ(asked, 1);
+  EXPECT_EQ(record.Width, 77);
+  EXPECT_EQ(info.Height, 0);
   EXPECT_EQ(Children(), before);
+  EXPECT_EQ(CountEntries("/proc/self/fd"), descriptors);
 }
 
 /// From here on the process can't filter its calls, as on a kernel that can't.
