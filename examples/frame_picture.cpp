@@ -15,6 +15,11 @@ int main(int argc, char** argv) {
   }
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
   AfxWinInit(argc, argv);
+  // Nobody is there to close a box.
+  platform::testing::SetMessageBoxAnswer([](const CString& text, UINT) {
+    std::fprintf(stderr, "frame_picture: %s\n", static_cast<const char*>(text));
+    return static_cast<int>(IDOK);
+  });
   int width = 1000;
   int height = 760;
   if (argc > 3) std::sscanf(argv[3], "%dx%d", &width, &height);

@@ -46,11 +46,19 @@ class Fields {
     const unsigned type = U16(entry + 2);
     const std::size_t size = SizeOf(type);
     if (size == 0) return 0;
-    const bool isInPlace = size * std::max<std::uint64_t>(1, U32(entry + 4)) <= 4;
-    return ValueAt(isInPlace ? entry + 8 : U32(entry + 8), type);
+    return ValueAt(IsInPlace(entry, size) ? entry + 8 : U32(entry + 8), type);
   }
 
  private:
+  /// Some writers count more values than the one that they put in place; then what should tell where the
+  /// values are leads into the header or out of the block.
+  bool IsInPlace(std::size_t entry, std::size_t size) const {
+    constexpr std::size_t kRoom = 4;
+    constexpr std::size_t kHeader = 8;
+    if (size * std::max<std::uint64_t>(1, U32(entry + 4)) <= kRoom) return true;
+    const std::size_t offset = U32(entry + 8);
+    return size <= kRoom && (offset <= kHeader || offset + size > m_bytes.size());
+  }
   static std::size_t SizeOf(unsigned type) {
     switch (type) {
       case kTypeByte:

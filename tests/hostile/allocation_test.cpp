@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "tests/hostile/outcome.h"
 #include "tests/hostile/samples.h"
 
@@ -41,14 +43,20 @@ void RefuseEach(const std::string& name, const Work& work, Tally& tally) {
   }
 }
 
+std::string Contents(const std::string& path) {
+  const Bytes bytes = ReadAll(path);
+  return std::to_string(std::hash<std::string>()({bytes.begin(), bytes.end()}));
+}
+
 TEST(RefusedMemory, EndsNothingAndIsTold) {
 #ifdef FAULTS_LEAVE_ALLOCATIONS
   GTEST_SKIP() << "the sanitizer has the allocator";
 #endif
   Tally tally;
   for (const Sample& sample : MakeSamples())
-    RefuseEach(
-        sample.name, [&] { return LoadWatched(sample.bytes); }, tally);
+    for (const auto& work : {LoadWatched, InformWatched})
+      RefuseEach(
+          sample.name, [&] { return work(sample.bytes); }, tally);
   PrintFigure("allocations refused while loading", tally.points, "points");
   PrintFigure("told as an error", tally.errors, "");
   PrintFigure("crashes inside libtiff", tally.crashesOfTheTiffLibrary, "");
@@ -58,11 +66,12 @@ TEST(RefusedMemory, EndsNothingAndIsTold) {
     const Loaded page = MakePage(bits, Look::kNoise);
     const std::string path = folder.Path("saved");
     RefuseEach(
-        "format " + std::to_string(format), [&] { return SaveTo(path, page, format, 1), std::string(); },
+        "format " + std::to_string(format), [&] { return SaveTo(path, page, format, 1), Contents(path); },
         saving);
   }
   RefuseEach(
-      "export", [&] { return ExportTo(folder.Path("pages.tif")), std::string(); }, saving);
+      "export", [&] { return ExportTo(folder.Path("pages.tif")), Contents(folder.Path("pages.tif")); },
+      saving);
   PrintFigure("allocations refused while saving", saving.points, "points");
   PrintFigure("told as an error", saving.errors, "");
   PrintFigure("crashes inside libtiff", saving.crashesOfTheTiffLibrary, "");

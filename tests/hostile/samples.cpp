@@ -44,6 +44,23 @@ std::string LoadWatched(const Bytes& bytes) {
   }));
 }
 
+std::string InformWatched(const Bytes& bytes) {
+  Bytes copy = bytes;
+  const Information told = Inform([&](auto* info) {
+    const faults::Watched watched;
+    LEADTOOLS::FileInfoMemory(reinterpret_cast<char*>(copy.data()), info, static_cast<long>(copy.size()), 1,
+                              nullptr);
+  });
+  if (!told.error.empty()) throw told.error;
+  const auto& record = told.record;
+  std::string text = record.Compression;
+  for (const long number :
+       {record.Format, record.Width, record.Height, record.BitsPerPixel, record.TotalPages,
+        record.XResolution, record.YResolution, record.ViewPerspective})
+    text += ' ' + std::to_string(number);
+  return text;
+}
+
 std::string ResultOf(const Loaded& page) {
   if (!page.error.empty()) throw page.error;
   const imaging::PixelStorage& pixels = *page.pixels;

@@ -59,14 +59,14 @@ Bytes Exif() {
           0,   0,   0,   1,   0, 0, 0,   50,   0, 0,  0, 0, 0, 0, 1, 44, 0, 0,    0, 1};
 }
 
-/// The same fields under other types and counts: a signed long for the orientation, a short and an array of
-/// two rationals for the densities.
-Bytes OddExif() {
+/// The same fields under other types and counts: a signed long, or a short that isn't alone, for the
+/// orientation, a short and an array of two rationals for the densities.
+Bytes OddExif(bool manyShorts) {
   Bytes block = Exif();
   const auto put = [&block](std::size_t at, const Bytes& bytes) {
     std::copy(bytes.begin(), bytes.end(), block.begin() + static_cast<std::ptrdiff_t>(at));
   };
-  put(18, {0, 9, 0, 0, 0, 1, 0, 0, 0, 6});
+  put(18, manyShorts ? Bytes{0, 3, 0, 0, 0, 3, 0, 6, 0, 0} : Bytes{0, 9, 0, 0, 0, 1, 0, 0, 0, 6});
   put(30, {0, 3, 0, 0, 0, 1, 1, 44, 0, 0});
   put(42, {0, 5, 0, 0, 0, 2});
   return block;
@@ -83,7 +83,8 @@ TEST(Jpeg, DensityAndOrientation) {
     int code;
   };
   for (const Row& row : {Row{1, 204, {}, 204, 0, 21}, Row{2, 100, {}, 254, 0, 21}, Row{0, 100, {}, 0, 0, 21},
-                         Row{0, 0, Exif(), 300, 6, 101}, Row{0, 0, OddExif(), 300, 6, 101}}) {
+                         Row{0, 0, Exif(), 300, 6, 101}, Row{0, 0, OddExif(false), 300, 6, 101},
+                         Row{0, 0, OddExif(true), 300, 6, 101}}) {
     const Information info = InformMemory(MakeJpeg(16, 16, 3, false, gray, row.unit, row.density, row.exif));
     ASSERT_EQ(info.error, "");
     EXPECT_EQ(info.record.XResolution, row.expected);
