@@ -6,19 +6,13 @@ tools=()
 . "$(dirname "$0")/desktop.sh" "$@"
 
 "$1" "$2" &
-viewer=$!
-trap 'kill $viewer 2>/dev/null' EXIT
+program=$!
+trap 'kill $program 2>/dev/null' EXIT
 
 title() { xdotool getwindowname "$window" 2>/dev/null; }
-# Waits until the title fits the pattern.
-expect() { # what pattern
-  for _ in $(seq 100); do
-    # shellcheck disable=SC2053
-    [[ $(title) == $2 ]] && return
-    sleep 0.05
-  done
-  complain "$1: the title is '$(title)', not '$2'"
-}
+# shellcheck disable=SC2053
+titled() { [[ $(title) == $1 ]]; }
+expect() { poll titled "$2" || complain "$1: the title is '$(title)', not '$2'"; } # what pattern
 
 window=$(await 'sample_fax')
 [[ -n $window ]] || { echo "no window appeared"; exit 1; }
@@ -38,8 +32,8 @@ expect "zoom in" '* - 200%'
 xdotool key Home b
 expect "best fit" '* - 1/3 - 3[0-9]%'
 
-expect_idle "$viewer"
+expect_idle
 
 xdotool key Escape
-expect_end "$viewer" "the window"
+expect_end "the window"
 exit $((failures > 0))

@@ -10,22 +10,11 @@ mkdir "$work/config" "$work/temporary" "$work/out"
 export XDG_CONFIG_HOME=$work/config TMPDIR=$work/temporary
 export CUPS_SERVER=$work/none # no print service, so that files are all there is
 "$1" "$2" &
-viewer=$!
-trap 'kill $viewer 2>/dev/null; rm -rf "$work"' EXIT
+program=$!
+trap 'kill $program 2>/dev/null; rm -rf "$work"' EXIT
 
-# Waits for a dialog and gives it the keys: no window manager does it.
-enter() { # title
-  dialog=$(await "$1")
-  [[ -n $dialog ]] || { echo "no dialog '$1'"; exit 1; }
-  xdotool windowfocus --sync "$dialog"
-  sleep 0.2
-}
-# The windows beside the viewer's own: of a job the dialog that can stop it, then what it says.
-others() { xdotool search --onlyvisible --pid "$viewer" 2>/dev/null | grep -vx "$window"; }
 print_command() {
-  xdotool windowfocus --sync "$window" key alt+f
-  sleep 0.2
-  xdotool key s
+  menu f s
   enter '^Stampa$'
 }
 choose_file() { # path
@@ -36,7 +25,7 @@ choose_file() { # path
   xdotool key Return
 }
 expect_pages() { # pdf pages resolution
-  for _ in $(seq 200); do [[ -e $1 ]] && break; sleep 0.05; done
+  poll [ -e "$1" ]
   local pages resolutions
   pages=$(pdfinfo "$1" 2>/dev/null | awk '/^Pages:/ { print $2 }')
   [[ $pages == "$2" ]] || complain "$1: ${pages:-no} pages, not $2"
@@ -51,8 +40,7 @@ expect_pages() { # pdf pages resolution
 
 window=$(await '^Tessarel12$')
 [[ -n $window ]] || { echo "no window appeared"; exit 1; }
-xdotool windowsize --sync "$window" 1000 800 windowfocus "$window"
-sleep 0.3
+xdotool windowsize --sync "$window" 1000 800 windowfocus --sync "$window"
 
 # The format dialog opens from the print dialog, and what is chosen there counts.
 print_command
@@ -95,27 +83,17 @@ xdotool key alt+u
 xdotool type 9999
 choose_file "$work/out/long.pdf"
 expect_gone '^Stampa$'
-sleep 1
-abort=$(others)
-picture abort
-if [[ $(wc -w <<<"$abort") != 1 ]]; then
-  complain "not one dialog to stop the job: '$abort'"
+if ! poll other; then
+  complain "not one dialog to stop the job: '$(others)'"
 else
+  abort=$(others)
+  picture abort
   [[ ! -e $work/out/long.pdf ]] || complain "the long job was over before it was stopped"
   eval "$(xdotool getwindowgeometry --shell "$abort")"
   xdotool mousemove $((X + WIDTH / 2)) $((Y + HEIGHT * 38 / 52)) click 1
-  for _ in $(seq 100); do
-    boxes=$(others)
-    [[ -n $boxes && $boxes != "$abort" ]] && break
-    sleep 0.05
-  done
-  sleep 0.3
-  boxes=$(others)
-  picture stopped
-  [[ $(wc -w <<<"$boxes") == 1 && $boxes != "$abort" ]] || complain "not one message: '$boxes'"
-  for box in $boxes; do xdotool windowfocus --sync "$box" key Return; done
-  sleep 0.5
-  [[ -z $(others) ]] || complain "the message stays, or another came"
+  replaced() { other && [[ $(others) != "$abort" ]]; }
+  poll replaced || complain "not one message: '$(others)'"
+  answer_box "a stopped job"
 fi
 [[ $(find "$work/out" "$work/temporary" -type f | wc -l) == 2 ]] ||
   complain "the stopped job left something: $(find "$work/out" "$work/temporary" -type f)"
@@ -125,8 +103,6 @@ print_command
 choose_file "$work/out/after.pdf"
 expect_gone '^Stampa$'
 expect_pages "$work/out/after.pdf" 3 300
-xdotool windowfocus --sync "$window" key alt+f
-sleep 0.2
-xdotool key u
-expect_end "$viewer" "the viewer"
+menu f u
+expect_end "the viewer"
 exit $((failures > 0))
