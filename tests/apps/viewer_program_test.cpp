@@ -1,27 +1,20 @@
 // The application's command line, run as a user and a script run it.
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <regex>
 #include <set>
-#include <sstream>
 #include <string>
+
+#include "tests/run_program.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Outcome {
-  int status = -1;
-  std::string out;
-  std::string err;
-};
 
 class ViewerProgram : public ::testing::Test {
  protected:
@@ -35,20 +28,14 @@ class ViewerProgram : public ::testing::Test {
     fs::current_path("/");
     fs::remove_all(folder);
   }
-  static std::string Text(const fs::path& file) {
-    std::ostringstream text;
-    text << std::ifstream(file).rdbuf();
-    return text.str();
-  }
   // Without a display: nothing here may need one.
   static Outcome Run(const std::string& arguments) {
     // Ended if it waits for somebody.
-    const std::string command =
+    return RunProgram(
         "timeout 60 env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM CUPS_SERVER=/no/such/socket " VIEWER
         " " +
-        arguments + " >out 2>err";
-    const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Text("out"), Text("err")};
+            arguments,
+        ".");
   }
   static std::string InfoOf(const std::string& file) { return Run("--info " + file).out; }
 
@@ -149,7 +136,7 @@ TEST_F(ViewerProgram, AnExportHasThePagesThatAreAskedFor) {
 
 TEST_F(ViewerProgram, APageOfAPdfIsAsLargeAsTheScan) {
   ASSERT_EQ(Run("--export a.pdf --pages 1,2 fax.tif").status, 0);
-  const std::string pdf = Text("a.pdf");
+  const std::string pdf = FileText("a.pdf");
   const std::regex box(R"(/MediaBox *\[ *0 0 ([0-9.]+) ([0-9.]+) *\])");
   int pages = 0;
   for (std::sregex_iterator it(pdf.begin(), pdf.end(), box), end; it != end; ++it, ++pages) {
@@ -160,7 +147,7 @@ TEST_F(ViewerProgram, APageOfAPdfIsAsLargeAsTheScan) {
   EXPECT_NE(pdf.find("/CCITTFaxDecode /DecodeParms << /K -1"), std::string::npos) << "group 4";
   ASSERT_EQ(Run("--export a.jpg --pages 1 fax.tif").status, 0);
   ASSERT_EQ(Run("--export b.pdf a.jpg").status, 0);
-  EXPECT_NE(Text("b.pdf").find(Text("a.jpg")), std::string::npos) << "a JPEG file goes in as it is";
+  EXPECT_NE(FileText("b.pdf").find(FileText("a.jpg")), std::string::npos) << "a JPEG file goes in as it is";
 }
 
 TEST_F(ViewerProgram, AScreenshotHasTheSizeAndThePageThatAreAskedFor) {
@@ -168,7 +155,7 @@ TEST_F(ViewerProgram, AScreenshotHasTheSizeAndThePageThatAreAskedFor) {
     const Outcome run = Run("--screenshot a.png --geometry 500x400 " + options + " fax.tif");
     EXPECT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(run.err, "");
-    return Text("a.png");
+    return FileText("a.png");
   };
   const std::string first = shot("--zoom width");
   EXPECT_TRUE(InfoOf("a.png").starts_with("a.png: 1 page\npage 1: 500 x 400 pixels, 24 bit"));
@@ -184,7 +171,7 @@ TEST_F(ViewerProgram, TheManualHasTheOptionsOfTheHelp) {
   };
   const Outcome help = Run("--help");
   EXPECT_EQ(help.status, 0);
-  const std::string manual = std::regex_replace(Text(MANUAL), std::regex(R"(\\-)"), "-");
+  const std::string manual = std::regex_replace(FileText(MANUAL), std::regex(R"(\\-)"), "-");
   EXPECT_GE(options(help.out).size(), 10U);
   const auto behindHeading = manual.find("\n.SH OPTIONS");
   ASSERT_NE(behindHeading, std::string::npos);

@@ -2,26 +2,19 @@
 
 #include <gtest/gtest.h>
 #include <png.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
+
+#include "tests/run_program.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Outcome {
-  int status = -1;
-  std::string out;
-  std::string err;
-};
 
 struct Picture {
   int width = 0;
@@ -40,17 +33,7 @@ class Programs : public ::testing::Test {
   }
   void TearDown() override { fs::remove_all(folder); }
 
-  static std::string Text(const fs::path& file) {
-    std::ostringstream text;
-    text << std::ifstream(file).rdbuf();
-    return text.str();
-  }
-  Outcome Run(const std::string& command) const {
-    const fs::path out = folder / "out";
-    const fs::path err = folder / "err";
-    const int status = std::system((command + " >" + out.string() + " 2>" + err.string()).c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Text(out), Text(err)};
-  }
+  Outcome Run(const std::string& command) const { return RunProgram(command, folder); }
   Outcome Screenshot(const std::string& file, const std::string& options,
                      const std::string& environment = "") const {
     return Run(environment + " " PAGE_WINDOW " '" + file + "' --screenshot " + picture.string() + " " +
