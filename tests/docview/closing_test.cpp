@@ -76,7 +76,7 @@ TEST_F(ShellClosing, AnythingMayGoWhileSomethingIsOpen) {
         EXPECT_TRUE(inTime) << "nothing was open";
         EXPECT_TRUE(quit) << "also by the end of the main window";
         EXPECT_EQ(IsWindow(child) != FALSE, how == ProgramEnded);
-        g_testApp.m_pMainWnd = nullptr;  // its end isn't the program's any more
+        m_app.m_pMainWnd = nullptr;  // its end isn't the program's any more
         m_template->CloseAllDocuments(FALSE);
         if (IsWindow(main) != FALSE) ::DestroyWindow(main);
         m_mains.clear();

@@ -25,6 +25,14 @@ class MdiShell : public ShellTest {
     POSITION position = document->GetFirstViewPosition();
     return static_cast<CZPmdiChild*>(document->GetNextView(position)->GetParentFrame());
   }
+  static std::string LoadedPictureReaders() {
+    std::ifstream maps("/proc/self/maps");
+    std::string readers;
+    for (std::string line; std::getline(maps, line);)
+      if (line.find("/imageformats/") != std::string::npos) readers += line + "\n";
+    return readers;
+  }
+  std::string readersBefore = LoadedPictureReaders();
   CZPmdiFrame* main = nullptr;
 };
 
@@ -35,9 +43,7 @@ TEST_F(MdiShell, ItsIconIsThatOfItsNumberAndNoOtherPictureIsRead) {
   EXPECT_EQ(::GetClassLong(main->m_hWnd, GCL_HICON), reinterpret_cast<std::intptr_t>(icon));
   EXPECT_EQ(::GetClassLong(ChildOf(OpenPages(1))->m_hWnd, GCL_HICON), reinterpret_cast<std::intptr_t>(icon));
   // A file with a picture would make the toolkit load all that it can read pictures with.
-  std::ifstream maps("/proc/self/maps");
-  for (std::string line; std::getline(maps, line);)
-    EXPECT_EQ(line.find("/imageformats/"), std::string::npos) << line;
+  EXPECT_EQ(LoadedPictureReaders(), readersBefore);
 }
 
 TEST_F(MdiShell, TheBarsShowTheWindowInFront) {
@@ -136,9 +142,9 @@ TEST_F(MdiShell, TheBarsAreEmptyOnceTheLastWindowHasGone) {
 
 TEST_F(MdiShell, AFileThatIsOpenComesToTheFront) {
   const std::string path = PagesFile(2);
-  CZPDoc* const first = static_cast<CZPDoc*>(g_testApp.OpenDocumentFile(path.c_str()));
+  CZPDoc* const first = static_cast<CZPDoc*>(m_app.OpenDocumentFile(path.c_str()));
   OpenPages(1);
-  EXPECT_EQ(g_testApp.OpenDocumentFile(path.c_str()), first);
+  EXPECT_EQ(m_app.OpenDocumentFile(path.c_str()), first);
   Settle();
   EXPECT_EQ(main->MDIGetActive(), ChildOf(first));
 }

@@ -18,8 +18,6 @@
 #include "tests/docview/page_fixture.h"
 #include "tests/frames/broken_pages.h"
 
-inline CWinApp g_testApp("Prova");
-
 /// A fresh user who may open files, and the two kinds of shell, as a host makes them.
 class ShellTest : public PageTest {
  protected:
@@ -29,7 +27,7 @@ class ShellTest : public PageTest {
     EnableFilesOpening(TRUE);
   }
   void TearDown() override {
-    g_testApp.m_pMainWnd = nullptr;  // or its end would end the program's loop
+    m_app.m_pMainWnd = nullptr;  // or its end would end the program's loop
     for (CFrameWnd* main : m_mains) main->DestroyWindow();
     platform::testing::SetFileDialogAnswer(nullptr);
     g_pfnReportError = nullptr;
@@ -40,26 +38,22 @@ class ShellTest : public PageTest {
   Main* MakeMain() {
     auto* main = new Main;
     m_mains.push_back(main);
-    g_testApp.m_pMainWnd = main;
+    m_app.m_pMainWnd = main;
     EXPECT_TRUE(main->LoadFrame(IDR_ZP_HOST));
     Place(main);
     return main;
   }
   /// A single-document shell with an empty document.
   CZPsdiFrame* MakeSdi() {
-    static CSingleDocTemplate* const kind = Added(new CSingleDocTemplate(
-        IDR_ZP_HOST, RUNTIME_CLASS(CZPDoc), RUNTIME_CLASS(CZPsdiFrame), RUNTIME_CLASS(CZPView)));
-    m_template = kind;
-    kind->OpenDocumentFile(nullptr);
-    auto* frame = dynamic_cast<CZPsdiFrame*>(g_testApp.m_pMainWnd);
+    Offer(m_single, RUNTIME_CLASS(CZPsdiFrame));
+    m_template->OpenDocumentFile(nullptr);
+    auto* frame = dynamic_cast<CZPsdiFrame*>(m_app.m_pMainWnd);
     m_mains.push_back(frame);
     Place(frame);
     return frame;
   }
   CZPmdiFrame* MakeMdi() {
-    static CMultiDocTemplate* const kind = Added(new CMultiDocTemplate(
-        IDR_ZP_HOST, RUNTIME_CLASS(CZPDoc), RUNTIME_CLASS(CZPmdiChild), RUNTIME_CLASS(CZPView)));
-    m_template = kind;
+    Offer(m_multi, RUNTIME_CLASS(CZPmdiChild));
     return MakeMain<CZPmdiFrame>();
   }
   CZPDoc* Open(const std::string& path) {
@@ -126,18 +120,25 @@ class ShellTest : public PageTest {
     Settle();
   }
 
+  CWinApp m_app{"Prova"};  ///< with the templates of one test only
   CDocTemplate* m_template = nullptr;
   CComboBox* m_combo = nullptr;  ///< of pages
   std::vector<CFrameWnd*> m_mains;
 
  private:
   template <class Template>
-  static Template* Added(Template* kind) {
-    g_testApp.AddDocTemplate(kind);
-    return kind;
+  void Offer(Template*& kind, CRuntimeClass* frame) {
+    if (kind == nullptr) {
+      kind = new Template(IDR_ZP_HOST, RUNTIME_CLASS(CZPDoc), frame, RUNTIME_CLASS(CZPView));
+      m_app.AddDocTemplate(kind);
+    }
+    m_template = kind;
   }
   static void Place(CFrameWnd* frame) {
     frame->SetWindowPos(nullptr, 0, 0, 900, 700, SWP_NOZORDER);
     frame->ShowWindow(SW_SHOW);
   }
+
+  CSingleDocTemplate* m_single = nullptr;
+  CMultiDocTemplate* m_multi = nullptr;
 };
