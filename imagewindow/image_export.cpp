@@ -1,3 +1,4 @@
+#include "imagewindow/detail/export_room.h"
 #include "imagewindow/export_rules.h"
 #include "imagewindow/image_window.h"
 #include "library/resource_ids.h"
@@ -52,6 +53,7 @@ void ExportOnePage(const PageSource& source, const CString& target, const struct
 }  // namespace
 
 bool CImageWindow::ExportByCopy(const CString& target) {
+  if (!exporting::HasRoom(target, exporting::SizeOfFile(m_strFilePath), m_pfnReportError)) return false;
   if (CopyFileA(m_strFilePath, target, FALSE) == FALSE) {
     CString text;
     text.LoadString(IDS_ZP_COPY_ERROR);
@@ -70,7 +72,10 @@ bool CImageWindow::ExportPages(const CString& target) {
   const PageSource source = PageSource::Of(m_strFilePath, m_pFileBuf, m_nFileBufSize);
   const exporting::Kind kind = exporting::KindOf(target);
   if (kind == exporting::Kind::Tif) {
-    ExportAllPages(source, target, m_nMaxPage);
+    const int pages = m_nMaxPage;
+    const exporting::Size size = exporting::SizeOfTif(source, pages, target);
+    if (!exporting::HasRoom(target, size, m_pfnReportError) || !hold.Exists()) return false;
+    ExportAllPages(source, target, pages);
   } else {
     struct_file_information first{};
     source.Describe(&first, nullptr);
@@ -82,8 +87,12 @@ bool CImageWindow::ExportPages(const CString& target) {
       LEADTOOLS::GetDefaultLoadFileOption(&options);
       options.PageNumber = m_nCurrPage;
     }
-    ExportOnePage(source, target, first, choose ? &options : nullptr,
-                  kind == exporting::Kind::Bmp ? exporting::kBmp : exporting::kJpg);
+    const exporting::Format& format = kind == exporting::Kind::Bmp ? exporting::kBmp : exporting::kJpg;
+    struct_file_information page{};
+    source.Describe(&page, choose ? &options : nullptr);
+    const exporting::Size size = exporting::SizeOf(page, format);
+    if (!exporting::HasRoom(target, size, m_pfnReportError) || !hold.Exists()) return false;
+    ExportOnePage(source, target, first, choose ? &options : nullptr, format);
   }
   return true;
 }

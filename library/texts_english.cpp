@@ -173,6 +173,12 @@ constexpr platform::TextPair kTexts[] = {
     {"&Formato di stampa...", "Print si&ze..."},
     {"Il file %s non può essere esportato: il formato dev'essere tif, bmp o jpg.",
      "The file %s can't be exported: the format must be tif, bmp or jpg."},
+    {"Per scrivere %s servono almeno %s, ma sul disco ne sono liberi %s. Non è stato cambiato nulla.",
+     "To write %s at least %s are needed, but the disk has room for %s. Nothing was changed."},
+    {"Per scrivere %s possono servire fino a %s, ma sul disco ne sono liberi %s. Se non bastano, "
+     "quello che c'è resta com'è. Esportare?",
+     "To write %s up to %s may be needed, but the disk has room for %s. If that isn't enough, what is there "
+     "stays as it is. Export?"},
     {"Non c'è nessuna pagina da esportare.", "There is no page to export."},
 };
 

@@ -174,6 +174,12 @@ constexpr platform::TextPair kTexts[] = {
     {"&Formato di stampa...", "Druck&größe..."},
     {"Il file %s non può essere esportato: il formato dev'essere tif, bmp o jpg.",
      "Die Datei %s kann nicht exportiert werden: das Format muss tif, bmp oder jpg sein."},
+    {"Per scrivere %s servono almeno %s, ma sul disco ne sono liberi %s. Non è stato cambiato nulla.",
+     "Für %s werden mindestens %s gebraucht, auf dem Datenträger sind %s frei. Es wurde nichts geändert."},
+    {"Per scrivere %s possono servire fino a %s, ma sul disco ne sono liberi %s. Se non bastano, "
+     "quello che c'è resta com'è. Esportare?",
+     "Für %s können bis zu %s gebraucht werden, auf dem Datenträger sind %s frei. Reicht das nicht, bleibt "
+     "alles, wie es ist. Exportieren?"},
     {"Non c'è nessuna pagina da esportare.", "Es gibt keine Seite zum Exportieren."},
 };
 

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <array>
@@ -241,6 +242,13 @@ int NewFile::LinkBeside() {
 
 int OpenUnnamedFile(const std::string& folder) {
   return open(folder.c_str(), O_RDWR | O_TMPFILE | O_CLOEXEC, kNewFile);
+}
+
+std::optional<std::int64_t> RoomFor(const char* path) {
+  struct statvfs system {};
+  // Some that are a program's have no size.
+  if (statvfs(FolderOf(BehindLinks(path)).c_str(), &system) != 0 || system.f_blocks == 0) return std::nullopt;
+  return static_cast<std::int64_t>(system.f_bavail) * static_cast<std::int64_t>(system.f_frsize);
 }
 
 }  // namespace platform

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -80,5 +81,8 @@ class PLATFORM_API NewFile {
 /// An open file for reading and writing that never has a name, so that it goes with its last descriptor; -1
 /// with errno if the folder can't hold one.
 PLATFORM_API int OpenUnnamedFile(const std::string& folder);
+
+/// Bytes that the file system of a path, whose links are followed, has room for. None if it doesn't tell.
+PLATFORM_API std::optional<std::int64_t> RoomFor(const char* path);
 
 }  // namespace platform

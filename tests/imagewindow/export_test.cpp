@@ -1,13 +1,33 @@
 // Export into other files: which way it takes, what the user is asked and told, what stands in the target.
 
+#include <sys/statvfs.h>
 #include <tiffio.h>
 
+#include <cstring>
 #include <fstream>
+#include <functional>
 #include <sstream>
 
 #include "imagewindow/export_rules.h"
 #include "platform/framework/message_box.h"
 #include "tests/imagewindow/window_fixture.h"
+
+namespace {
+
+// What the disk tells that it has room for; less than nothing: nothing is told.
+long g_room = -1;
+
+}  // namespace
+
+// Stands before the C library's.
+extern "C" [[gnu::visibility("default")]] int statvfs(const char*, struct statvfs* told) noexcept {
+  if (g_room < 0) return -1;
+  *told = {};
+  told->f_frsize = 1;
+  told->f_blocks = 1 << 20;
+  told->f_bavail = static_cast<fsblkcnt_t>(g_room);
+  return 0;
+}
 
 namespace {
 
@@ -20,6 +40,7 @@ std::vector<Box>& Boxes() {
   return boxes;
 }
 int g_answer = IDOK;
+std::function<int()> g_onBox;  ///< answers in its place
 
 class Export : public ImageWindowTest {
  protected:
@@ -29,7 +50,7 @@ class Export : public ImageWindowTest {
     g_answer = IDOK;
     platform::testing::SetMessageBoxAnswer([](const CString& text, UINT type) -> int {
       Boxes().push_back({static_cast<const char*>(text), type});
-      return g_answer;
+      return g_onBox ? g_onBox() : g_answer;
     });
   }
   void TearDown() override {
@@ -139,6 +160,45 @@ TEST_F(Export, WhatCantBeExportedIsReportedAndWritesNothing) {
     EXPECT_FALSE(std::filesystem::exists(Target(name))) << name;
   }
   EXPECT_TRUE(Boxes().empty());
+}
+
+// The pages are of 100 x 60 x 1, 40 x 30 x 8 and 64 x 64 x 1 bits, the current one is the second.
+TEST_F(Export, ADiskWithoutRoomIsToldFirst) {
+  enum Told { kDone, kAsked, kRefused };
+  struct Row {
+    const char* target;
+    long room;
+    Told told;
+  };
+  const Row rows[] = {{"copy.tif", 100, kRefused}, {"copy.tif", 1 << 20, kDone}, {"all.tif", 100, kRefused},
+                      {"all.tif", 2000, kAsked},   {"all.tif", 1 << 20, kDone},  {"page.bmp", 1000, kRefused},
+                      {"page.bmp", 1300, kAsked},  {"page.bmp", 4000, kDone},    {"page.jpg", 5, kRefused},
+                      {"page.jpg", 500, kAsked}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.target + (" into " + std::to_string(row.room)));
+    // Only one of them has the ending of the copy.
+    Open(WriteFile(mixed, row.target == std::string("copy.tif") ? "room.tif" : "room.TIF"));
+    ASSERT_TRUE(window->LoadPage(2));
+    for (const int answer : {IDCANCEL, IDOK}) {
+      std::ofstream(Target(row.target), std::ios::trunc) << "old";
+      Boxes().clear();
+      Reports().clear();
+      g_room = row.room;
+      // A page of several is asked for before.
+      int asked = 0;
+      g_onBox = [&] {
+        return std::strstr(Boxes().back().text.c_str(), "possono servire") != nullptr && ++asked == 1 ? answer
+                                                                                                      : IDOK;
+      };
+      const bool done = window->ExportAs(Target(row.target).c_str());
+      g_room = -1;
+      g_onBox = nullptr;
+      EXPECT_EQ(done, row.told == kDone || (row.told == kAsked && answer == IDOK));
+      EXPECT_EQ(asked, row.told == kAsked ? 1 : 0);
+      EXPECT_EQ(Reports().size(), row.told == kRefused ? 1U : 0U);
+      EXPECT_EQ(Bytes(Target(row.target)) == "old", !done);
+    }
+  }
 }
 
 TEST_F(Export, AMemoryImageIsNeverCopied) {
