@@ -20,9 +20,10 @@
 namespace helper {
 namespace {
 
-/// Font files and the tables that say where they are, on this system.
+/// Font files and the tables that say where they are, on this system; PostScript's come with their encodings.
 constexpr const char* kFontFolders =
-    "/usr/share/fonts:/usr/local/share/fonts:/etc/fonts:/usr/share/fontconfig:/var/cache/fontconfig";
+    "/usr/share/fonts:/usr/local/share/fonts:/etc/fonts:/usr/share/fontconfig:/var/cache/fontconfig:"
+    "/usr/share/ghostscript";
 
 Reply Refusal(Status status, const char* text) {
   Reply reply;

@@ -37,6 +37,7 @@ enum FileFormat : int {
   kFormatMsPaint = 53,
   kFormatSunRaster = 55,
   kFormatEpsTiff = 63,
+  kFormatEpsWmf = 64,
   kFormatRawFaxG3OneDimensional = 66,
   kFormatRawFaxG3TwoDimensional = 67,
   kFormatRawFaxG4 = 68,

@@ -270,6 +270,11 @@ void RequireJpeg2000(const Source& file) {
          file.Name().c_str());
 }
 
+std::unique_ptr<Reader> OpenMetafile(const Source& block) {
+  static constexpr Codec kMetafile = {IsMetafile, Open<Evidence::kSignature>};
+  return OpenReaderOf(kMetafile, block);
+}
+
 std::unique_ptr<Reader> OpenTwelveBitJpeg(const Source& source) {
   if (!helper_client::HasModule(kTwelveBitJpeg.module)) return nullptr;
   return std::make_unique<HelperReader>(source, kTwelveBitJpeg);

@@ -31,6 +31,11 @@ std::unique_ptr<Reader> OpenJpeg2000(const Source& block);
 /// Throws, with the name of the module, if there is none for these.
 void RequireJpeg2000(const Source& file);
 
+bool IsMetafile(const Candidate& candidate);
+/// A metafile that lies in another file; null if it is none. Throws as for a file of its own where the module
+/// isn't installed.
+std::unique_ptr<Reader> OpenMetafile(const Source& block);
+
 /// Null if the module that reads it isn't there.
 std::unique_ptr<Reader> OpenTwelveBitJpeg(const Source& source);
 

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "imaging/codecs/eps_header.h"
 #include "imaging/codecs/helper.h"
 
 // By what the families are known that a module of the helper reads. The host says what a file is.
@@ -86,15 +87,16 @@ bool IsEmf(const Candidate& candidate) {
   return StartsWith(candidate, "\1\0\0\0"sv) && StartsWith(candidate, " EMF", kMark);
 }
 
-/// The placeable header, or a bare one: kind 1 or 2, a header of nine words, version 1.0 or 3.0.
-bool IsWmf(const Candidate& candidate) {
-  using namespace std::string_view_literals;
-  const auto head = candidate.head;
-  constexpr std::size_t kHeaderBytes = 18;
-  if (StartsWith(candidate, "\xd7\xcd\xc6\x9a"sv)) return true;
-  return head.size() >= kHeaderBytes && (head[0] == 1 || head[0] == 2) && head[1] == 0 &&
-         StartsWith(candidate, "\x09\0"sv, 2) && head[4] == 0 && (head[5] == 1 || head[5] == 3) &&
-         head[16] == 0 && head[17] == 0;
+/// The program alone, or behind a header that tells of no preview where one can be.
+bool IsEps(const Candidate& candidate) {
+  const std::int64_t size = candidate.source.Size();
+  if (const auto header = ReadEpsHeader(candidate.head))
+    return !header->tiff.In(size) && !header->metafile.In(size);
+  if (!StartsWith(candidate, "%!PS-Adobe-")) return false;
+  constexpr std::string_view kMark = " EPSF-";
+  const auto line = std::find_if(candidate.head.begin(), candidate.head.end(),
+                                 [](std::uint8_t letter) { return letter == '\n' || letter == '\r'; });
+  return std::search(candidate.head.begin(), line, kMark.begin(), kMark.end()) != line;
 }
 
 /// The prefix of that program's files, whose kind 0x16 is graphics.
@@ -163,6 +165,17 @@ bool IsJbig(const Candidate& candidate) {
 
 }  // namespace
 
+/// The placeable header, or a bare one: kind 1 or 2, a header of nine words, version 1.0 or 3.0.
+bool IsMetafile(const Candidate& candidate) {
+  using namespace std::string_view_literals;
+  const auto head = candidate.head;
+  constexpr std::size_t kHeaderBytes = 18;
+  if (StartsWith(candidate, "\xd7\xcd\xc6\x9a"sv)) return true;
+  return head.size() >= kHeaderBytes && (head[0] == 1 || head[0] == 2) && head[1] == 0 &&
+         StartsWith(candidate, "\x09\0"sv, 2) && head[4] == 0 && (head[5] == 1 || head[5] == 3) &&
+         head[16] == 0 && head[17] == 0;
+}
+
 /// The container, or a bare codestream: start and size marker.
 bool IsJpeg2000(const Candidate& candidate) {
   using namespace std::string_view_literals;
@@ -181,9 +194,10 @@ std::span<const HelperFamily> HelperFamilies() {
       {"MPEG", "media", IsMpeg, Evidence::kSignature},
       {"FLIC", "media", IsFlic, Evidence::kSignature},
       {"DICOM", "dicom", IsDicom, Evidence::kSignature},
+      {"EPS", "eps", IsEps, Evidence::kSignature},
       {"PDF", "pdf", IsPdf, Evidence::kSignature, "pdfdraw"},
       {"FlashPix", "flashpix", IsFlashpix, Evidence::kSignature},
-      {"WMF", "wmf", IsWmf, Evidence::kSignature},
+      {"WMF", "wmf", IsMetafile, Evidence::kSignature},
       {"EMF", "emf", IsEmf, Evidence::kSignature},
       {"WPG", "wpg", IsWpg, Evidence::kSignature},
       {"PICT", "pict", IsPict, Evidence::kSignature},

@@ -80,6 +80,24 @@ Bytes MakeWpg() {
   return out.Take();
 }
 
+/// Points counted from the bottom of a box that lies off the origin; the comments tell it at the end.
+Bytes MakePostScript(const std::string& program = "0 0 1 setrgbcolor 28 29 36 18 rectfill showpage") {
+  const std::string text = "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: (atend)\n%%EndComments\n" + program +
+                           "\n%%Trailer\n%%BoundingBox: 10 20 82 56\n%%EOF\n";
+  return {text.begin(), text.end()};
+}
+
+/// The program alone, or with a header and a preview in front.
+Bytes WithMetafile(const Bytes& program, const Bytes& metafile) {
+  Writer out;
+  const auto size = std::ssize(program);
+  out.U32({0xc6d3d0c5, 32 + std::ssize(metafile), size, 32, std::ssize(metafile), 0, 0, 0xffff});
+  Bytes file = out.Take();
+  file.insert(file.end(), metafile.begin(), metafile.end());
+  file.insert(file.end(), program.begin(), program.end());
+  return file;
+}
+
 struct Drawing {
   const char* module;
   const char* name;
@@ -90,7 +108,10 @@ struct Drawing {
 std::vector<Drawing> Drawings() {
   std::vector<Drawing> drawings;
   for (const Drawing& drawing : {Drawing{"wmf", "WMF", 15, MakeWmf()}, Drawing{"emf", "EMF", 116, MakeEmf()},
-                                 Drawing{"wpg", "WPG", 54, MakeWpg()}})
+                                 Drawing{"wpg", "WPG", 54, MakeWpg()},
+                                 Drawing{"wmf", "WMF", 64, WithMetafile(MakePostScript(), MakeWmf())},
+                                 Drawing{"eps", "EPS", 16, MakePostScript()},
+                                 Drawing{"eps", "EPS", 16, WithMetafile(MakePostScript(), {})}})
     if (imaging::helper_client::HasModule(drawing.module)) drawings.push_back(drawing);
   return drawings;
 }
@@ -116,6 +137,45 @@ TEST(Drawings, AreDrawnAtTheResolutionAskedFor) {
       EXPECT_EQ(ColorAt(page, inch / 2, inch / 16), kWhite);
     }
   LEADTOOLS::SetDrawnResolution(0);
+}
+
+// What a program does to a document that it is put in, and what it may not do at all.
+TEST(Drawings, PostScriptPrograms) {
+  if (!imaging::helper_client::HasModule("eps")) GTEST_SKIP() << "the module eps isn't installed";
+  struct Case {
+    const char* program;
+    const char* fault;  ///< in the error's text; empty: the middle is blue
+  };
+  const std::string box = "0 0 1 setrgbcolor 28 29 36 18 rectfill ";
+  for (const auto& [program, fault] : std::initializer_list<Case>{
+           {"quit", ""},
+           {"<< /PageSize [9 9] >> setpagedevice", ""},
+           {"1 2 3 userdict begin", ""},
+           {"save /leftover exch def", ""},
+           {"showpage 1 0 0 setrgbcolor 0 0 9 9 rectfill", ""},
+           {"nonsense", "undefined in nonsense"},
+           {"1 0 div", "undefinedresult in div"},
+           {"(/etc/passwd) (r) file", "invalidfileaccess in"},
+           {"(/tmp/x) (w) file", "invalidfileaccess in"},
+           {"(%pipe%ls) (r) file", "invalidfileaccess in"},
+       }) {
+    SCOPED_TRACE(program);
+    const Loaded page = LoadMemory(MakePostScript(box + program));
+    if (*fault != '\0') {
+      EXPECT_NE(page.error.find(fault), std::string::npos) << page.error;
+      continue;
+    }
+    ASSERT_EQ(page.error, "");
+    EXPECT_EQ(ColorAt(page, 100, 50), (Color{0, 0, 255, 255}));
+  }
+  // Its fonts are there.
+  const Loaded text =
+      LoadMemory(MakePostScript("/Helvetica findfont 30 scalefont setfont 12 26 moveto (III) show"));
+  ASSERT_EQ(text.error, "");
+  int changes = 0;
+  for (int x = 1; x < text.record.Width; ++x)
+    if ((ColorAt(text, x, 50).red < 128) != (ColorAt(text, x - 1, 50).red < 128)) ++changes;
+  EXPECT_EQ(changes, 6);
 }
 
 TEST(Drawings, DamagedFiles) {

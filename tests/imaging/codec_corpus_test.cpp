@@ -11,6 +11,7 @@
 
 #include "imaging/helper/place.h"
 #include "tests/imaging/codec_files.h"
+#include "tests/imaging/fax_files.h"
 #include "tests/imaging/flashpix_files.h"
 #include "tests/imaging/pdf_files.h"
 #include "tests/imaging/raster_files.h"
@@ -331,7 +332,8 @@ const std::vector<ModuleCodes>& CodesOfModules() {
       {"pdf", {146, 147, 148, 149, 150, 151, 152}},
       {"dicom", {89, 90, 125, 126, 127, 128}},
       {"flashpix", {80, 81, 82}},
-      {"wmf", {15}},
+      {"wmf", {15, 64}},
+      {"eps", {16}},
       {"emf", {116}},
       {"wpg", {54}},
       {"pict", {56}},
@@ -389,6 +391,8 @@ TEST_F(Corpus, CodesThatModulesAdd) {
   if (installed("jpeg2000"))
     add("jpeg2000", LoadMemory(InTiff(ReadAll(CorpusFolder() + "/other-formats/jp2/input.j2k"), 70, 46)));
   if (installed("flashpix")) add("flashpix", LoadMemory(MakeFlashpix({.tiles = {{1, {}, {}}, {1, {}, {}}}})));
+  if (installed("wmf")) add("wmf", LoadMemory(MakeEps(ReadAll(CorpusFolder() + "/vector/clock.wmf"), true)));
+  if (installed("eps")) add("eps", LoadFile(CorpusFolder() + "/other-formats/eps/petersen.eps"));
   if (installed("wpg")) add("wpg", LoadFile(CorpusFolder() + "/vector/input.wpg"));
   if (installed("pdf"))
     for (const int lumaRows : {1, 2}) add("pdf", LoadMemory(JpegInPdf(lumaRows)));
