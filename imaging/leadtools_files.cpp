@@ -199,6 +199,20 @@ int LEADTOOLS::LoadMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, in
   });
 }
 
+int LEADTOOLS::LoadSmallPagesMemory(char* buffer, long size, int side,
+                                    void (*take)(struct_LEAD_Bitmap*, void*), void* userData) {
+  return imaging::Guarded([&] {
+    const auto source = OpenMemorySource(buffer, size);
+    const auto reader = OpenReader(*source);
+    const int pages = reader->CountPages();
+    for (int page = 1; page <= pages; ++page) {
+      Bitmap record = RecordOf(DecodeAt(0, *reader, page, {1, side}));
+      take(&record, userData);
+    }
+    return 1;
+  });
+}
+
 int LEADTOOLS::ListFormats(void (*tell)(const char*, const char*, int, void*), void* userData) {
   return imaging::Guarded([&] {
     for (const ReadableKind& kind : ListReadableKinds())

@@ -93,6 +93,11 @@ class LTWRAP_API LEADTOOLS {
                         leadtools12::LoadRowCallback callback, void* userData, long size,
                         _LOADFILEOPTION* options, struct_file_information* info);
 
+  /// Loads all pages of a file's image in memory one after another for pictures with sides of at most so many
+  /// pixels, as PagePreparation has it; take gets each, in its own depth and blue first, and owns its pixels.
+  static int LoadSmallPagesMemory(char* buffer, long size, int side,
+                                  void (*take)(struct_LEAD_Bitmap* page, void* userData), void* userData);
+
   /// Tells of each kind of files that can be read: its name, the module of the helper that reads it (null:
   /// none is needed), and whether it is installed.
   static int ListFormats(void (*tell)(const char* name, const char* module, int installed, void* userData),

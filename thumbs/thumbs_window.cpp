@@ -9,7 +9,6 @@
 #include "thumbs/strip_items.h"
 #include "thumbs/thumb_caption.h"
 #include "thumbs/thumb_size.h"
-#include "viewing/page_source.h"
 
 IMPLEMENT_DYNCREATE(CThumbsWindow, CWnd)
 
@@ -76,22 +75,21 @@ void CThumbsWindow::CreateThumbsFile(const char* path) {
 void CThumbsWindow::CreateThumbsMemory(char* block, int size) {
   try {
     Clear();
-    const PageSource source = PageSource::Memory(block, size);
-    const int pages = source.CountPages();
-    LEADTOOLS::CreateBitmapList(&m_pBitmapList);
-    _LOADFILEOPTION options{};
-    LEADTOOLS::GetDefaultLoadFileOption(&options);
-    for (int page = 1; page <= pages; ++page) {
-      options.PageNumber = page;
-      struct_LEAD_Bitmap bitmap{};
-      source.Load(&bitmap, 0, 1, &options);
-      LEADTOOLS::InsertBitmapListItem(m_pBitmapList, kAppend, &bitmap);
-      Shrink(static_cast<unsigned>(page - 1));  // at once, so that one page is held at full size
-    }
+    const auto take = [](struct_LEAD_Bitmap* page, void* window) {
+      static_cast<CThumbsWindow*>(window)->AddShrunk(page);
+    };
+    LEADTOOLS::LoadSmallPagesMemory(block, size, thumbs::kLandscapeWidth, take, this);
     InsertItems(&CaptionOfMemoryPage);
   } catch (CLeadtoolsException* exception) {
     ShowFailure(exception);
   }
+}
+
+/// At once, so that one page is held at full size.
+void CThumbsWindow::AddShrunk(struct_LEAD_Bitmap* page) {
+  if (m_pBitmapList == nullptr) LEADTOOLS::CreateBitmapList(&m_pBitmapList);
+  LEADTOOLS::InsertBitmapListItem(m_pBitmapList, kAppend, page);
+  Shrink(Count() - 1);
 }
 
 void CThumbsWindow::Shrink(unsigned index) {

@@ -5,6 +5,10 @@
 
 struct CCreateContext;
 
+namespace leadtools12 {
+struct struct_LEAD_Bitmap;
+}
+
 /// A strip of page pictures, each with its caption, made of a file or of a file image in memory. A pick of
 /// the user is told by the control to its parent: WM_COMMAND with the strip's id and code 1024, and in lParam
 /// a record whose third 32-bit word is the page, from 0. Failures are shown in a message box and leave the
@@ -44,6 +48,7 @@ class TESSAREL_API CThumbsWindow : public CWnd {
   /// The same, but pictures are made when they come into view.
   void InsertItemsUnmade();
   unsigned Count() const;
+  void AddShrunk(leadtools12::struct_LEAD_Bitmap* page);
   void Shrink(unsigned index);
   void ShowFailure(class CLeadtoolsException* exception);
 };

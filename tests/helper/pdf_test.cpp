@@ -5,6 +5,7 @@
 #include "imaging/core/exception.h"
 #include "imaging/helper/place.h"
 #include "tests/helper/damage.h"
+#include "tests/helper/processes.h"
 #include "tests/imaging/codec_files.h"
 #include "tests/imaging/fax_files.h"
 #include "tests/imaging/pdf_files.h"
@@ -282,6 +283,22 @@ TEST(Pdf, PagesAreDrawnSmallForSmallPictures) {
   LEADTOOLS::GetBitmapListItem(list, 1, &page);
   EXPECT_EQ(page.Width, 400) << "a picture of its own";
   LEADTOOLS::DestroyBitmapList(list);
+
+  const std::string before = Children();
+  Bytes file = MakePdf(std::vector<PdfPage>(3, DrawnPage()));
+  std::vector<std::string> taken;  // widths and who was there to read
+  LEADTOOLS::LoadSmallPagesMemory(
+      reinterpret_cast<char*>(file.data()), std::ssize(file), 40,
+      [](auto* small, void* all) {
+        static_cast<std::vector<std::string>*>(all)->push_back(std::to_string(small->Width) + Children());
+        LEADTOOLS::FreeBitmap(small);
+      },
+      &taken);
+  ASSERT_EQ(taken.size(), 3U);
+  EXPECT_EQ(taken[0].substr(0, 2), "80");
+  EXPECT_EQ(taken[1], taken[0]) << "a process for each page";
+  EXPECT_EQ(taken[2], taken[0]);
+  EXPECT_EQ(Children(), before);
 }
 
 TEST(Pdf, DamagedDrawnFiles) {
