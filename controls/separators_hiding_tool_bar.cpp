@@ -57,6 +57,7 @@ void CSeparatorsHidingToolBar::HideSeparators(CDC* dc) {
   const std::vector<CRect> gaps = PlainGaps(*this);
   for (HWND child = ::GetWindow(m_hWnd, GW_CHILD); child != nullptr;
        child = ::GetWindow(child, GW_HWNDNEXT)) {
+    if ((::GetWindowLong(child, GWL_STYLE) & WS_VISIBLE) == 0) continue;  // stowed behind a chevron
     CRect place;
     ::GetWindowRect(child, place);
     ScreenToClient(place);

@@ -61,6 +61,7 @@ bool CViewerWindow::IsUserWindow() const {
 int CViewerWindow::OnCreate(LPCREATESTRUCT cs) {
   if (CImageFrame::OnCreate(cs) == -1 || !MakePanes()) return -1;
   DragAcceptFiles();
+  m_wndToolBar.EnableChevron();
   constexpr UINT kSecond = 1000;
   if (IsUserWindow()) SetTimer(kLookTimer, kSecond);
   return 0;

@@ -121,6 +121,7 @@ constexpr OwnText kTexts[] = {
     {"Il nome della stampante non è valido.", "The printer's name isn't valid.",
      "Der Druckername ist ungültig."},
     {"Errore ", "Error ", "Fehler "},
+    {"Altri comandi", "More commands", "Weitere Befehle"},
 };
 
 }  // namespace

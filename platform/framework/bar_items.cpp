@@ -35,12 +35,18 @@ class ToolButtons : public BarItems<CToolBar> {
     const UINT command = Find()->GetItemID(button);
     AccessibleItem item;
     item.role = AccessibleRole::Button;
+    const ToolbarRecord& toolbar = *FindToolbar(Window());
+    item.current = toolbar.current == button;
+    if (toolbar.IsChevron(button)) {
+      item.name = ItemText(kChevronItem, true);
+      item.place = toolbar.chevron;
+      return item;
+    }
     item.name = ItemText(command, true);
     if (item.name.IsEmpty() != 0) item.name = ItemText(command, false);
-    Find()->GetItemRect(button, &item.place);
+    if (!toolbar.IsBehindChevron(button)) Find()->GetItemRect(button, &item.place);
     item.enabled = (style & TBBS_DISABLED) == 0;
     item.checked = (style & TBBS_CHECKED) != 0;
-    item.current = FindToolbar(Window())->current == button;
     item.checkable = item.checked || (style & TBBS_CHECKBOX) != 0;
     return item;
   }
@@ -48,12 +54,13 @@ class ToolButtons : public BarItems<CToolBar> {
   void Press(int index) override { PressToolButton(Window(), Shown()[static_cast<std::size_t>(index)]); }
 
  private:
-  /// The numbers of the buttons: without gaps and hidden ones.
+  /// The numbers of the buttons: without gaps and hidden ones. The chevron stands last.
   std::vector<int> Shown() const {
     std::vector<int> shown;
     const CToolBar* bar = Find();
     for (int i = 0; bar != nullptr && i < bar->GetCount(); ++i)
       if ((bar->GetButtonStyle(i) & (TBBS_SEPARATOR | TBBS_HIDDEN)) == 0) shown.push_back(i);
+    if (bar != nullptr && FindToolbar(Window())->IsChevron(bar->GetCount())) shown.push_back(bar->GetCount());
     return shown;
   }
 };

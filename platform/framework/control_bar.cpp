@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/base/translation.h"
 #include "platform/framework/detail/item_text.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/framework/object_hold.h"
@@ -37,6 +38,7 @@ CString ToolTipOf(HWND window, POINT point, RECT* area) {
 
 CString platform::ItemText(UINT id, bool tip) {
   CString text;
+  if (id == kChevronItem) return Localized("Altri comandi");
   if (id == 0 || text.LoadString(id) == 0) return {};
   const int end = text.Find('\n');
   if (!tip) return end < 0 ? text : text.Left(end);

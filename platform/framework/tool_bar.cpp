@@ -1,6 +1,7 @@
 #include "platform/framework/tool_bar.h"
 
 #include "platform/framework/detail/bar_items.h"
+#include "platform/framework/detail/item_text.h"
 #include "platform/framework/frame_wnd.h"
 #include "platform/window/detail/tool_bar_record.h"
 
@@ -145,6 +146,13 @@ CToolBarCtrl& CToolBar::GetToolBarCtrl() const {
 
 // Layout
 
+void CToolBar::EnableChevron(BOOL on) {
+  platform::ToolbarRecord* toolbar = platform::FindToolbar(m_hWnd);
+  if (toolbar == nullptr) return;
+  toolbar->hasChevron = on != 0;
+  platform::FitToolbar(m_hWnd);
+}
+
 void CToolBar::OnBarStyleChange(DWORD, DWORD) {
   m_bDelayedButtonLayout = TRUE;
 }
@@ -170,6 +178,7 @@ void CToolBar::Layout() {
     MoveChildren(toolbar->margins.left - m_childCorner.x, toolbar->margins.top - m_childCorner.y);
     m_childCorner = {toolbar->margins.left, toolbar->margins.top};
   }
+  platform::FitToolbar(m_hWnd);
   Invalidate();
 }
 
@@ -202,6 +211,10 @@ UINT CToolBar::OnItemHitTest(CPoint point, LPRECT area) const {
   const platform::ToolbarRecord* toolbar = platform::FindToolbar(m_hWnd);
   const int index = toolbar == nullptr ? -1 : platform::ToolbarButtonAt(*toolbar, point);
   if (index < 0) return CControlBar::OnItemHitTest(point, area);
+  if (toolbar->IsChevron(index)) {
+    if (area != nullptr) *area = toolbar->chevron;
+    return platform::kChevronItem;
+  }
   if (area != nullptr) GetItemRect(index, area);
   return GetItemID(index);
 }

@@ -76,6 +76,10 @@ class PLATFORM_API CToolBar : public CControlBar {
   void SetButtonInfo(int index, UINT id, UINT style, int imageOrWidth);
   int GetCount() const;
   CToolBarCtrl& GetToolBarCtrl() const;
+  /// From now on what doesn't fit whole into the bar is hidden, and found behind a chevron at the bar's end:
+  /// a menu with the buttons' tips as texts and the combos that stand in gaps with their entries. Without it,
+  /// which is how a bar begins, the bar is cut off.
+  void EnableChevron(BOOL on = TRUE);
 
   CSize CalcFixedLayout(BOOL stretch, BOOL horizontal) override;
   void OnUpdateCmdUI(CFrameWnd* target, BOOL disableIfNoHandler) override;

@@ -45,6 +45,8 @@ PLATFORM_API void SetAccessible(HWND window, AccessibleRole role,
                                 std::shared_ptr<AccessibleItems> items = nullptr);
 /// What a window is called, and what else there is to tell of it, both UTF-8. A change is announced.
 PLATFORM_API void SetAccessibleName(HWND window, LPCSTR name, LPCSTR description = nullptr);
+/// What a window is called; empty if it has never been told.
+PLATFORM_API CString GetAccessibleName(HWND window);
 /// Announces that another part of a window has become the current one; nothing while the keyboard is
 /// elsewhere.
 PLATFORM_API void AnnounceAccessibleItem(HWND window, int index);

@@ -23,9 +23,15 @@ TBBUTTON* ButtonOf(ToolbarRecord& toolbar, int index) {
 }
 
 void InvalidateButton(HWND window, const ToolbarRecord& toolbar, int index) {
+  if (toolbar.IsChevron(index)) InvalidateRect(window, &toolbar.chevron, FALSE);
   if (index < 0 || index >= static_cast<int>(toolbar.buttons.size())) return;
   const RECT place = toolbar.Places()[static_cast<std::size_t>(index)];
   InvalidateRect(window, &place, FALSE);
+}
+
+void Rearrange(HWND window) {
+  FitToolbar(window);
+  InvalidateRect(window, nullptr, TRUE);
 }
 
 bool SetState(HWND window, ToolbarRecord& toolbar, int index, BYTE state) {
@@ -35,7 +41,7 @@ bool SetState(HWND window, ToolbarRecord& toolbar, int index, BYTE state) {
   const bool moves = ((button->fsState ^ state) & TBSTATE_HIDDEN) != 0;
   button->fsState = state;
   if (moves)
-    InvalidateRect(window, nullptr, TRUE);
+    Rearrange(window);
   else
     InvalidateButton(window, toolbar, index);
   return true;
@@ -92,6 +98,7 @@ void OnMove(HWND window, ToolbarRecord& toolbar, POINT point) {
 
 void OnPress(HWND window, ToolbarRecord& toolbar, POINT point) {
   const int index = ToolbarButtonAt(toolbar, point);
+  if (toolbar.IsChevron(index)) return OpenChevron(window);
   const TBBUTTON* button = ButtonOf(toolbar, index);
   if (button == nullptr || (button->fsState & TBSTATE_ENABLED) == 0) return;
   toolbar.pressed = index;
@@ -133,7 +140,7 @@ LRESULT InsertButtons(HWND window, ToolbarRecord& toolbar, std::size_t at, std::
   const auto* added = reinterpret_cast<const TBBUTTON*>(lParam);
   at = std::min(at, toolbar.buttons.size());
   toolbar.buttons.insert(toolbar.buttons.begin() + static_cast<std::ptrdiff_t>(at), added, added + count);
-  InvalidateRect(window, nullptr, TRUE);
+  Rearrange(window);
   return TRUE;
 }
 
@@ -143,7 +150,7 @@ LRESULT DeleteButton(HWND window, ToolbarRecord& toolbar, WPARAM index) {
   toolbar.hot = -1;
   toolbar.pressed = -1;
   toolbar.current = -1;
-  InvalidateRect(window, nullptr, TRUE);
+  Rearrange(window);
   return TRUE;
 }
 
@@ -155,7 +162,7 @@ LRESULT SetList(HWND window, HIMAGELIST& place, LPARAM list) {
 
 LRESULT SetExtent(HWND window, SIZE& place, LPARAM lParam) {
   place = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-  InvalidateRect(window, nullptr, TRUE);
+  Rearrange(window);
   return TRUE;
 }
 
@@ -231,6 +238,9 @@ LRESULT ToolbarProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
       return Paint(window, *toolbar, wParam);
     case WM_ERASEBKGND:
       return TRUE;  // painting covers everything
+    case WM_SIZE:
+      FitToolbar(window);
+      return DefWindowProc(window, message, wParam, lParam);
     case WM_MOUSEMOVE:
       OnMove(window, *toolbar, point);
       return 0;
@@ -270,6 +280,7 @@ ToolbarRecord* FindToolbar(HWND window) {
 
 void PressToolButton(HWND window, int index) {
   ToolbarRecord* toolbar = FindToolbar(window);
+  if (toolbar != nullptr && toolbar->IsChevron(index)) return OpenChevron(window);
   const TBBUTTON* button = toolbar == nullptr ? nullptr : ButtonOf(*toolbar, index);
   if (button == nullptr || (button->fsState & TBSTATE_ENABLED) == 0) return;
   TurnCheck(window, *toolbar, index);

@@ -16,11 +16,17 @@ bool TakesKeys(const TBBUTTON& button) {
   return IsButton(button) && (button.fsState & TBSTATE_ENABLED) != 0;
 }
 
+bool TakesKeys(const ToolbarRecord& toolbar, int index) {
+  if (toolbar.IsChevron(index)) return true;
+  return index >= 0 && index < static_cast<int>(toolbar.buttons.size()) && !toolbar.IsBehindChevron(index) &&
+         TakesKeys(toolbar.buttons[static_cast<std::size_t>(index)]);
+}
+
 /// The first button from a place on that can be pressed; the present one if there is none.
 int Walk(const ToolbarRecord& toolbar, int from, int step) {
   const int count = static_cast<int>(toolbar.buttons.size());
-  for (int at = from; at >= 0 && at < count; at += step)
-    if (TakesKeys(toolbar.buttons[static_cast<std::size_t>(at)])) return at;
+  for (int at = from; at >= 0 && at <= count; at += step)
+    if (TakesKeys(toolbar, at)) return at;
   return toolbar.current;
 }
 
@@ -36,7 +42,7 @@ std::optional<int> Target(const ToolbarRecord& toolbar, WPARAM key) {
     case VK_HOME:
       return Walk(toolbar, 0, 1);
     case VK_END:
-      return Walk(toolbar, static_cast<int>(toolbar.buttons.size()) - 1, -1);
+      return Walk(toolbar, static_cast<int>(toolbar.buttons.size()), -1);
     default:
       return std::nullopt;
   }
@@ -62,9 +68,7 @@ void GiveBackFocus(HWND window, const ToolbarRecord& toolbar) {
 void ToolbarGotFocus(HWND window, ToolbarRecord& toolbar, HWND former) {
   // A control in one of the gaps is no place to go back to.
   if (IsChild(window, former) == 0) toolbar.formerFocus = former;
-  const auto count = static_cast<int>(toolbar.buttons.size());
-  const bool keeps = toolbar.current >= 0 && toolbar.current < count &&
-                     TakesKeys(toolbar.buttons[static_cast<std::size_t>(toolbar.current)]);
+  const bool keeps = TakesKeys(toolbar, toolbar.current);
   if (!keeps) toolbar.current = -1;
   MakeCurrent(window, toolbar, keeps ? toolbar.current : Walk(toolbar, 0, 1));
 }

@@ -40,9 +40,12 @@ SIZE ToolbarRecord::Extent() const {
 
 int ToolbarButtonAt(const ToolbarRecord& toolbar, POINT point) {
   const std::vector<RECT> places = toolbar.Places();
-  for (std::size_t i = 0; i < places.size(); ++i)
-    if ((toolbar.buttons[i].fsStyle & TBSTYLE_SEP) == 0 && PtInRect(&places[i], point))
-      return static_cast<int>(i);
+  const auto count = static_cast<int>(places.size());
+  if (toolbar.IsChevron(count) && PtInRect(&toolbar.chevron, point)) return count;
+  for (int i = 0; i < count && !toolbar.IsBehindChevron(i); ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    if ((toolbar.buttons[at].fsStyle & TBSTYLE_SEP) == 0 && PtInRect(&places[at], point)) return i;
+  }
   return -1;
 }
 

@@ -82,7 +82,7 @@ void PaintToolbar(HWND window, HDC dc, const ToolbarRecord& toolbar) {
   if (toolbar.gripper) DrawGripper(dc, GripperPlace(toolbar, client), toolbar.vertical);
   const int focused = GetFocus() == window ? toolbar.current : -1;
   const std::vector<RECT> places = toolbar.Places();
-  for (std::size_t i = 0; i < places.size(); ++i) {
+  for (std::size_t i = 0; i < places.size() && !toolbar.IsBehindChevron(static_cast<int>(i)); ++i) {
     const TBBUTTON& button = toolbar.buttons[i];
     if ((button.fsState & TBSTATE_HIDDEN) != 0 || !RectVisible(dc, &places[i])) continue;
     if ((button.fsStyle & TBSTYLE_SEP) == 0)
@@ -90,6 +90,7 @@ void PaintToolbar(HWND window, HDC dc, const ToolbarRecord& toolbar) {
     else if (!HoldsChild(*FindWindowRecord(window), places[i]))
       DrawSeparatorLine(dc, places[i], !toolbar.vertical);
   }
+  if (toolbar.behind >= 0) DrawChevron(dc, toolbar, toolbar.IsChevron(focused));
   DrawBorders(dc, client, toolbar.borders);
 }
 

@@ -123,6 +123,82 @@ class ViewerWindow : public ::testing::Test {
   CViewerWindow* window = nullptr;
 };
 
+/// Lines of a menu: "x" checked, "-" grey, "|" a line, sub-menus in brackets. command: of the line wanted.
+std::string LinesOf(HMENU menu, const std::string& wanted, int& command) {
+  std::string lines;
+  for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+    const auto at = static_cast<UINT>(i);
+    const UINT state = GetMenuState(menu, at, MF_BYPOSITION);
+    char text[80] = "|";
+    if ((state & MF_SEPARATOR) == 0) GetMenuStringA(menu, at, text, sizeof text, MF_BYPOSITION);
+    if (text == wanted) command = static_cast<int>(GetMenuItemID(menu, i));
+    lines += (lines.empty() ? "" : " ") + std::string((state & MF_CHECKED) != 0 ? "x" : "") +
+             ((state & MF_GRAYED) != 0 ? "-" : "") + text;
+    if (const HMENU entries = GetSubMenu(menu, i)) lines += "(" + LinesOf(entries, wanted, command) + ")";
+  }
+  return lines;
+}
+
+TEST_F(ViewerWindow, WhatTheToolbarHasNoRoomForStandsBehindAChevron) {
+  Start({Fax("a.tif")});
+  static std::string lines;
+  static std::string wanted;
+  ui::SetMenuAnswer([](HMENU menu, HWND) {
+    int command = 0;
+    lines = LinesOf(menu, wanted, command);
+    return command;
+  });
+  CToolBar& bar = window->m_wndToolBar;
+  Choose(ID_ZP_ZOOM_OUT_MODE);
+  const struct {
+    int width;
+    const char* wanted;
+    int combos;  // that are seen
+    int percent;
+    const char* lines;
+  } rows[] = {
+      {800, "", 2, 100, ""},
+      {460, "", 2, 100, "Ruota a sinistra Ruota a destra Capovolge | Page thumbnails"},
+      {330, "50%", 1, 50,
+       "Scala(25% 50% 75% x100% 200% 400%) Zoom su selezione | Adatta al meglio Adatta in larghezza Adatta "
+       "in altezza | "
+       "Ruota a sinistra Ruota a destra Capovolge | Page thumbnails"},
+      {120, "3", 0, 50,
+       "xModo Zoom Out | -Pagina precedente Pagina(x1 2 3) Prossima pagina | Zoom Out Zoom In "
+       "Scala(25% x50% 75% 100% 200% 400%) Zoom su selezione | Adatta al meglio Adatta in larghezza Adatta "
+       "in altezza | "
+       "Ruota a sinistra Ruota a destra Capovolge | Page thumbnails"},
+      {800, "", 2, 50, ""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.width);
+    window->SetWindowPos(nullptr, 0, 0, row.width, 400, SWP_NOZORDER | SWP_NOMOVE);
+    Settle();
+    lines.clear();
+    wanted = row.wanted;
+    CRect client;
+    bar.GetClientRect(client);
+    const CPoint end(client.right - 8, client.Height() / 2);
+    ui::PressMouse(bar, end);
+    ui::ReleaseMouse(bar, end);
+    Settle();
+    EXPECT_EQ(lines, row.lines);
+    EXPECT_EQ((window->m_wndComboPage.IsWindowVisible() != FALSE) +
+                  (window->m_wndComboScale.IsWindowVisible() != FALSE),
+              row.combos);
+    EXPECT_EQ(Page().GetScalePercent(), row.percent);
+  }
+  EXPECT_EQ(Pane(ID_ZP_INDICATOR_PAGE), "Pagina 3 of 3");
+  // By keys too: End goes to the chevron, which opens like a button.
+  window->SetWindowPos(nullptr, 0, 0, 330, 400, SWP_NOZORDER | SWP_NOMOVE);
+  bar.SetFocus();
+  wanted = "200%";
+  Key(VK_END);
+  Key(VK_SPACE);
+  EXPECT_EQ(Page().GetScalePercent(), 200);
+  ui::SetMenuAnswer(nullptr);
+}
+
 TEST_F(ViewerWindow, FilesAndPlaceAreRememberedForTheNextStart) {
   Start({Fax("a.tif"), Fax("b.tif")});
   window->SetWindowPos(nullptr, 60, 50, 640, 480, SWP_NOZORDER);

@@ -307,10 +307,24 @@ void SetAccessible(HWND window, AccessibleRole role, std::shared_ptr<AccessibleI
   record->accessibleItems = std::move(items);
 }
 
-void SetAccessibleName(HWND window, LPCSTR name, LPCSTR description) {
+namespace {
+
+/// The widget that stands for a window; null for a dead handle.
+QWidget* NamedWidget(HWND window) {
   const WindowRecord* record = FindWindowRecord(window);
-  if (record == nullptr || !record->client) return;
-  QWidget* widget = record->control ? record->control->Widget() : record->client.data();
+  if (record == nullptr || !record->client) return nullptr;
+  return record->control ? record->control->Widget() : record->client.data();
+}
+
+}  // namespace
+
+CString GetAccessibleName(HWND window) {
+  const QWidget* widget = NamedWidget(window);
+  return widget == nullptr ? CString() : CString(widget->accessibleName().toUtf8().constData());
+}
+
+void SetAccessibleName(HWND window, LPCSTR name, LPCSTR description) {
+  QWidget* widget = NamedWidget(window);
   if (widget == nullptr) return;
   NameWidget(*widget, QString::fromUtf8(name));
   const QString more = QString::fromUtf8(description);
