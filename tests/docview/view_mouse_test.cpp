@@ -62,7 +62,7 @@ TEST_F(ViewMouse, SetMouseModeShowsTheCursorOverThePage) {
   frame->MoveWindow(pointer.x - 100, pointer.y - 100, 600, 400);
   CRect placed;
   frame->GetWindowRect(&placed);
-  if (placed.left != pointer.x - 100) GTEST_SKIP() << "this desktop lets no program place its windows";
+  if (placed.left > pointer.x - 50) GTEST_SKIP() << "this desktop lets no program place its windows";
   view->ZoomToScaleFactor(10.0);
   const struct {
     int mode;
