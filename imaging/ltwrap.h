@@ -4,6 +4,7 @@
 
 #include "imaging/core/exception.h"
 #include "imaging/core/export.h"
+#include "imaging/core/limits.h"
 #include "imaging/core/records.h"
 #include "platform/base/types.h"
 

@@ -155,7 +155,7 @@ class BmpReader final : public Reader {
 
   /// OS/2's Huffman coding is the one-dimensional one of fax machines. Rows that it doesn't reach are white.
   bool ReadFaxRows(PixelStorage& pixels) const {
-    const std::int64_t size = std::min(m_source.Size() - m_header.dataOffset, limits::kMaxCodecBytes);
+    const std::int64_t size = std::min(m_source.Size() - m_header.dataOffset, Limit().codecBytes);
     std::vector<std::uint8_t> coded(static_cast<std::size_t>(size));
     coded.resize(m_source.ReadAt(m_header.dataOffset, coded));
     const std::size_t there = coded.size();

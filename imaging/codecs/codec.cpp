@@ -57,14 +57,13 @@ void CheckPageSize(const Source& source, std::int64_t width, std::int64_t height
   if (width < 1 || height < 1)
     Fail(kErrorCorrupt, "%s: an image of %lld by %lld pixels can't be shown", source.Name().c_str(),
          static_cast<long long>(width), static_cast<long long>(height));
-  if (width > limits::kMaxSide || height > limits::kMaxSide || width * height > limits::kMaxPixels)
+  if (width > Limit().side || height > Limit().side || width * height > Limit().pagePixels)
     Fail(kErrorLimit, "%s: an image of %lld by %lld pixels is too large", source.Name().c_str(),
          static_cast<long long>(width), static_cast<long long>(height));
 }
 
 void CheckPlausible(const Source& source, std::int64_t bytes, int expansion) {
-  constexpr std::int64_t kHarmless = 64'000'000;
-  if (bytes <= kHarmless || bytes / expansion <= source.Size()) return;
+  if (bytes <= Limit().unprovenBytes || bytes / expansion <= source.Size()) return;
   Fail(kErrorLimit, "%s claims a page of %lld bytes, which its %lld bytes can't hold", source.Name().c_str(),
        static_cast<long long>(bytes), static_cast<long long>(source.Size()));
 }

@@ -15,7 +15,7 @@ FaxData::FaxData(std::vector<std::uint8_t> coded) : m_bytes(std::move(coded)) {
 
 FaxData FaxData::Read(const Source& source, std::int64_t offset, std::int64_t size, bool reversed) {
   size = std::clamp<std::int64_t>(size, 0, std::max<std::int64_t>(source.Size() - offset, 0));
-  if (offset < 0 || size > limits::kMaxCodecBytes) size = 0;
+  if (offset < 0 || size > Limit().codecBytes) size = 0;
   std::vector<std::uint8_t> coded(static_cast<std::size_t>(size));
   coded.resize(source.ReadAt(offset, coded));
   FaxData data(std::move(coded));

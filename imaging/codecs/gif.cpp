@@ -152,7 +152,7 @@ class GifReader final : public Reader {
   int CountPages() override { return m_playback->frames.Count(m_source); }
 
   PageInfo Describe(int page) override {
-    RequirePage(m_source, page, limits::kMaxPages);
+    RequirePage(m_source, page, Limit().pages);
     RequireFrame(page);
     return DescribeScreen();
   }

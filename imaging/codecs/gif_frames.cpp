@@ -68,7 +68,7 @@ void GifFrames::ReadUpTo(const Source& source, std::size_t count) {
   if (m_complete || m_frames.size() >= count) return;
   ByteReader reader(source, m_next);
   while (!m_complete && m_frames.size() < count)
-    m_complete = !ReadFrame(reader) || m_frames.size() >= static_cast<std::size_t>(limits::kMaxPages);
+    m_complete = !ReadFrame(reader) || m_frames.size() >= static_cast<std::size_t>(Limit().pages);
   m_next = reader.Position();
 }
 
@@ -80,7 +80,7 @@ const GifFrame* GifFrames::Find(const Source& source, int number) {
 }
 
 int GifFrames::Count(const Source& source) {
-  ReadUpTo(source, static_cast<std::size_t>(limits::kMaxPages));
+  ReadUpTo(source, static_cast<std::size_t>(Limit().pages));
   return static_cast<int>(m_frames.size());
 }
 

@@ -55,7 +55,7 @@ std::vector<std::vector<IocaStretch>> FindImages(const Source& source) {
   ByteReader reader(source);
   StructuredField field;
   bool inside = false;
-  while (ReadField(reader, field) && images.size() < static_cast<std::size_t>(limits::kMaxPages)) {
+  while (ReadField(reader, field) && images.size() < static_cast<std::size_t>(Limit().pages)) {
     if (field.code == kBeginImage) images.emplace_back();
     if (field.code == kBeginImage || field.code == kEndImage) inside = field.code == kBeginImage;
     if (field.code == kImageData && inside) images.back().push_back(field.data);

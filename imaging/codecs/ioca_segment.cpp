@@ -64,7 +64,7 @@ Joined Join(const Source& source, const std::vector<IocaStretch>& stretches) {
   for (const IocaStretch& stretch : stretches) {
     const std::int64_t there = std::clamp<std::int64_t>(source.Size() - stretch.offset, 0, stretch.size);
     const std::size_t start = joined.bytes.size();
-    if (there > limits::kMaxCodecBytes - static_cast<std::int64_t>(start))
+    if (there > Limit().codecBytes - static_cast<std::int64_t>(start))
       Fail(kErrorLimit, "%s: the image has too much data", source.Name().c_str());
     joined.bytes.resize(start + static_cast<std::size_t>(there));
     joined.bytes.resize(start + source.ReadAt(stretch.offset, std::span(joined.bytes).subspan(start)));

@@ -21,9 +21,6 @@
 namespace imaging {
 namespace {
 
-// A progressive file may consist of very many empty scans, each of which costs a pass over the page.
-constexpr int kMostScans = 500;
-
 /// The library's decompressor over a source. Its errors come back as false from a step, with the text kept:
 /// the library is C and must not be left by an exception, so a step jumps out of it and no object with a
 /// destructor lives inside one.
@@ -61,7 +58,8 @@ class JpegDecoder {
   [[noreturn]] void FailDecoding() const {
     if (m_work.IsSpent()) m_work.Fail();
     const char* name = m_source.Name().c_str();
-    if (m_scan > kMostScans) Fail(kErrorLimit, "%s: the picture has more than %d scans", name, kMostScans);
+    if (m_scan > Limit().scans)
+      Fail(kErrorLimit, "%s: the picture has more than %d scans", name, Limit().scans);
     Fail(kErrorCorrupt, "%s: %s", name, m_text);
   }
 
@@ -69,7 +67,7 @@ class JpegDecoder {
     return Step([this] {
       jpeg_create_decompress(&m_info);
       m_created = true;
-      m_info.mem->max_memory_to_use = static_cast<long>(limits::kMaxCodecBytes);
+      m_info.mem->max_memory_to_use = static_cast<long>(Limit().codecBytes);
       m_info.progress = &m_progress;
       m_info.src = &m_manager;
       jpeg_read_header(&m_info, TRUE);
@@ -101,12 +99,13 @@ class JpegDecoder {
 
   std::int64_t PagePixels() const { return std::int64_t{m_header.width} * m_header.height; }
 
-  /// Called now and then while scans are read; each visits the coefficients of the page.
+  /// Called now and then while scans are read. A progressive file may consist of very many empty ones, each
+  /// of which visits the coefficients of the page.
   void CheckScan(j_decompress_ptr info) {
     constexpr int kVisits = 2;  // a coefficient costs what two pixels do elsewhere
     const bool isNew = info->input_scan_number > m_scan;
     m_scan = std::max(m_scan, info->input_scan_number);
-    if (m_scan > kMostScans || (isNew && !m_work.SpendPixels(PagePixels() * kVisits)))
+    if (m_scan > Limit().scans || (isNew && !m_work.SpendPixels(PagePixels() * kVisits)))
       std::longjmp(m_jump, 1);
   }
 
@@ -295,7 +294,7 @@ class JpegReader final : public Reader {
   }
   CodedPage::Compose WholeFile() const {
     return [header = m_header](const Source& source) -> std::optional<CodedForm> {
-      if (source.Size() > limits::kMaxCodecBytes) return std::nullopt;
+      if (source.Size() > Limit().codecBytes) return std::nullopt;
       CodedForm form{CodedForm::Coding::kJpeg, header.components, header.ColorsAreYcc(), false, {}};
       form.bytes.resize(static_cast<std::size_t>(source.Size()));
       if (!source.ReadExactly(0, form.bytes)) return std::nullopt;

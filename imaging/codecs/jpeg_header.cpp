@@ -86,7 +86,7 @@ void ReadSegment(unsigned marker, std::span<const std::uint8_t> segment, JpegHea
 
 /// Gives up a file whose picture doesn't begin, or end, within what is worth reading.
 void RequireWorth(const Source& source, const ByteReader& reader) {
-  if (reader.Position() > limits::kWorkBytes) WorkBudget(source).Fail();
+  if (reader.Position() > Limit().workBytes) WorkBudget(source).Fail();
 }
 
 /// Finds the height behind the first scan (B.2.5); restart markers and stuffed zeros belong to the scan.

@@ -35,7 +35,7 @@ class PngDecoder {
   bool ReadHeader() {
     return m_info != nullptr && Step([this] {
              png_set_read_fn(m_png, this, OnRead);
-             png_set_user_limits(m_png, limits::kMaxSide, limits::kMaxSide);
+             png_set_user_limits(m_png, Limit().side, Limit().side);
              SkipTexts();
              png_read_info(m_png, m_info);
            });

@@ -57,7 +57,7 @@ class GrowingPage {
     if (m_pixels == nullptr)
       Resize(kFirst);
     else if (m_height == m_pixels->Height())
-      Resize(std::min(m_height * 2, limits::kMaxSide));
+      Resize(std::min(m_height * 2, Limit().side));
   }
   void Resize(int height) {
     auto larger = PixelStorage::Create(m_width, height, 1);
@@ -157,7 +157,7 @@ class RawFaxReader final : public Reader {
   /// 0 if nothing seems to follow. Files of very many pages that fit no width are given up.
   int WidthFrom(std::int64_t firstBit) const {
     constexpr int kMostSearches = 8;
-    if (firstBit >= m_data.Bits() || m_known->attempts++ >= limits::kMaxPages) return 0;
+    if (firstBit >= m_data.Bits() || m_known->attempts++ >= Limit().pages) return 0;
     if (Pages().empty() && firstBit == 0) return Form().width;
     if (Form().coding != FaxCoding::kGroup4) return FindGroup3Width(m_data.Coded(), firstBit, Form().coding);
     const int likely = Pages().empty() ? Form().width : Pages().back().width;
@@ -193,7 +193,7 @@ class RawFaxReader final : public Reader {
     FaxRows rows(width, Form().coding);
     rows.Start(m_data.Coded(), firstBit);
     for (auto step = rows.Next(); step != FaxRows::Step::kEnd; step = rows.Next()) {
-      if (rows.Count() > limits::kMaxSide) break;
+      if (rows.Count() > Limit().side) break;
       if (pixels != nullptr) pixels->Add(rows, step == FaxRows::Step::kRepeat);
     }
     m_known->complete = !rows.SkipToNextPage() || rows.BitPosition() <= m_known->nextBit;

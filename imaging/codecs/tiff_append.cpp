@@ -81,8 +81,8 @@ std::int64_t FindChainEnd(const char* path, int number) {
   const int pages = directories.Count();
   if (pages != number - 1)
     Fail(kErrorFileWrite, "%s can't be written: page %d can't be added to %d pages", path, number, pages);
-  if (number > limits::kMaxPages)
-    Fail(kErrorLimit, "%s can't be written: a file holds at most %d pages", path, limits::kMaxPages);
+  if (number > Limit().pages)
+    Fail(kErrorLimit, "%s can't be written: a file holds at most %d pages", path, Limit().pages);
   const auto chainEnd = static_cast<std::int64_t>(directories.NextField(pages));
   if (chainEnd == 0)
     Fail(kErrorFileWrite, "%s can't be written: page %d can't be added, since the file is damaged", path,
@@ -125,8 +125,8 @@ void AppendToNew(TargetFile& file, std::int64_t& chainEnd, const SavedPage& page
                  int number) {
   constexpr std::int64_t kFirstOffset = 4;
   constexpr std::int64_t kEntrySize = 12;
-  if (number > limits::kMaxPages)
-    Fail(kErrorLimit, "%s can't be written: a file holds at most %d pages", file.Path(), limits::kMaxPages);
+  if (number > Limit().pages)
+    Fail(kErrorLimit, "%s can't be written: a file holds at most %d pages", file.Path(), Limit().pages);
   if (chainEnd == 0) chainEnd = kFirstOffset;
   while (const std::int64_t directory = NumberAt(file.File(), chainEnd, 4))
     chainEnd = directory + 2 + NumberAt(file.File(), directory, 2) * kEntrySize;

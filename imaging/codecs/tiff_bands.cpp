@@ -48,8 +48,8 @@ TiffBands::TiffBands(const TiffHandle& tiff, const TiffLayout& layout)
     rowBytes = across * static_cast<std::int64_t>(m_tileRowBytes);
   }
   const std::int64_t planeRows = std::min<std::int64_t>(layout.bandHeight, layout.height);
-  if (rowBytes > limits::kMaxCodecBytes || rowBytes * planeRows * m_planes > limits::kMaxCodecBytes ||
-      static_cast<std::int64_t>(m_tileRowBytes) > limits::kMaxCodecBytes / layout.bandHeight)
+  if (rowBytes > Limit().codecBytes || rowBytes * planeRows * m_planes > Limit().codecBytes ||
+      static_cast<std::int64_t>(m_tileRowBytes) > Limit().codecBytes / layout.bandHeight)
     Fail(kErrorLimit, "%s, page %d: strips or tiles of %d rows are too large", tiff.File().Name().c_str(),
          tiff.Page(), layout.bandHeight);
   m_rowBytes = static_cast<std::size_t>(rowBytes);
@@ -156,7 +156,8 @@ bool TiffBands::Salvage(std::uint32_t index, std::uint8_t* target, std::size_t b
   const std::uint64_t count = TIFFGetStrileByteCount(m_tiff.Get(), index);
   const auto fileSize = static_cast<std::uint64_t>(m_tiff.File().Size());
   if (offset != 0 && offset < fileSize && count != 0) {
-    const std::uint64_t there = std::min({count, fileSize - offset, std::uint64_t{limits::kMaxCodecBytes}});
+    const std::uint64_t there =
+        std::min({count, fileSize - offset, static_cast<std::uint64_t>(Limit().codecBytes)});
     std::vector<std::uint8_t> coded(static_cast<std::size_t>(there));
     coded.resize(m_tiff.File().ReadAt(static_cast<std::int64_t>(offset), coded));
     if (ReadWithoutEndsOfLine(coded, target, bytes, rowBytes)) return true;

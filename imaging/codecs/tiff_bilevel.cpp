@@ -61,7 +61,7 @@ class FaxStrips {
     const std::uint64_t count = TIFFGetStrileByteCount(m_tiff.Get(), strip);
     const auto fileSize = static_cast<std::uint64_t>(m_tiff.File().Size());
     if (offset == 0 || count == 0 || offset > fileSize || count > fileSize - offset ||
-        count > static_cast<std::uint64_t>(limits::kMaxCodecBytes))
+        count > static_cast<std::uint64_t>(Limit().codecBytes))
       return false;
     m_coded.assign(static_cast<std::size_t>(count) + FaxDecoder::kPadding, 0);
     const auto target = std::span(m_coded).first(static_cast<std::size_t>(count));

@@ -23,7 +23,7 @@ std::optional<Bytes> ReadStrip(const TiffHandle& tiff, std::uint32_t strip) {
   const std::uint64_t count = TIFFGetStrileByteCount(tiff.Get(), strip);
   const auto size = static_cast<std::uint64_t>(tiff.File().Size());
   if (offset == 0 || count < 2 * kMark || offset > size || count > size - offset ||
-      count > static_cast<std::uint64_t>(limits::kMaxCodecBytes))
+      count > static_cast<std::uint64_t>(Limit().codecBytes))
     return std::nullopt;
   Bytes bytes(static_cast<std::size_t>(count));
   if (!tiff.File().ReadExactly(static_cast<std::int64_t>(offset), bytes)) return std::nullopt;

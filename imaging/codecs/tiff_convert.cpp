@@ -73,7 +73,7 @@ std::unique_ptr<PixelStorage> ConvertTiffPage(const TiffHandle& tiff, const Tiff
   RgbaConverter converter(tiff, layout);
   const int bandHeight = std::min(layout.bandHeight, layout.height);
   const std::int64_t bandBytes = std::int64_t{4} * layout.width * bandHeight;
-  if (bandBytes > limits::kMaxCodecBytes)
+  if (bandBytes > Limit().codecBytes)
     Fail(kErrorLimit, "%s, page %d: strips of %d rows are too large", tiff.File().Name().c_str(), tiff.Page(),
          bandHeight);
   const int bytes = layout.alpha == TiffAlpha::kNone ? 3 : 4;

@@ -40,7 +40,7 @@ void TiffDirectories::Advance() {
   std::uint64_t next = 0;
   if (!ReadNext(directory, next)) return;
   offsets.push_back(directory);
-  if (offsets.size() >= static_cast<std::size_t>(limits::kMaxPages)) return;
+  if (offsets.size() >= static_cast<std::size_t>(Limit().pages)) return;
   // Writers append, so offsets nearly always rise and a loop must step back; only then the list is searched.
   const bool rises = next > directory;
   const bool known = !rises && std::find(offsets.begin(), offsets.end(), next) != offsets.end();

@@ -63,7 +63,7 @@ void TiffHandle::Open() {
   const std::unique_ptr<TIFFOpenOptions, decltype(&TIFFOpenOptionsFree)> options(TIFFOpenOptionsAlloc(),
                                                                                  TIFFOpenOptionsFree);
   if (options == nullptr) return;
-  TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), limits::kMaxCodecBytes);
+  TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), Limit().codecBytes);
   TIFFOpenOptionsSetErrorHandlerExtR(options.get(), KeepError, &m_client);
   TIFFOpenOptionsSetWarningHandlerExtR(options.get(), CountWarning, &m_client);
   // r: read, m: without mapping, h: the header alone, since the directory is chosen afterwards.

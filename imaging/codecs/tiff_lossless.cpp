@@ -41,8 +41,7 @@ std::unique_ptr<PixelStorage> DecodeLosslessTiff(const TiffHandle& tiff, const T
     const auto piece = OpenPiece(tiff, index);
     if (piece == nullptr) return;
     const JpegHeader header = ReadJpegHeader(*piece);
-    if (header.process != JpegProcess::kLossless || header.width < 1 || header.width > limits::kMaxSide)
-      return;
+    if (header.process != JpegProcess::kLossless || header.width < 1 || header.width > Limit().side) return;
     rows += DecodeLosslessInto(*piece, header, *pixels, left, top);
   });
   if (rows == 0) tiff.FailDecoding();

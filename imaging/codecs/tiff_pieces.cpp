@@ -12,7 +12,7 @@ std::unique_ptr<Source> OpenTiffPiece(const TiffHandle& tiff, std::uint32_t inde
   const auto offset = static_cast<std::int64_t>(TIFFGetStrileOffset(tiff.Get(), index));
   const auto size = static_cast<std::int64_t>(TIFFGetStrileByteCount(tiff.Get(), index));
   const std::int64_t there = std::min(size, tiff.File().Size() - offset) - static_cast<std::int64_t>(skip);
-  if (offset <= 0 || there <= 0 || there > limits::kMaxCodecBytes) return nullptr;
+  if (offset <= 0 || there <= 0 || there > Limit().codecBytes) return nullptr;
   const std::size_t start = head.size();
   head.resize(start + static_cast<std::size_t>(there));
   const std::size_t got =

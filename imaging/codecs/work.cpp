@@ -6,16 +6,24 @@
 #include "imaging/core/limits.h"
 
 namespace imaging {
+namespace {
+
+// A file may be as long as a disk without holding anything.
+std::int64_t PixelsForBytes(std::int64_t size) {
+  constexpr std::int64_t kMost = 4'000'000'000;
+  return std::min(size, kMost / Limit().workPixelsPerByte) * Limit().workPixelsPerByte;
+}
+
+}  // namespace
 
 WorkBudget::WorkBudget(const Source& source)
     : m_source(source),
-      m_bytes(limits::kWorkBytes),
-      m_pixels(limits::kWorkPixels +
-               std::min(source.Size() * limits::kWorkPixelsPerByte, limits::kMostWorkPixels)) {}
+      m_bytes(Limit().workBytes),
+      m_pixels(Limit().workPixels + PixelsForBytes(source.Size())) {}
 
 void WorkBudget::AllowPage(std::int64_t pixels) {
-  m_bytes += pixels * limits::kWorkBytesPerPixel;
-  m_pixels += pixels * limits::kWorkPixelsPerPixel;
+  m_bytes += pixels * Limit().workBytesPerPixel;
+  m_pixels += pixels * Limit().workPixelsPerPixel;
 }
 
 void WorkBudget::Fail() const {

@@ -144,8 +144,7 @@ ErrorCode CodeOf(Status status) {
 }  // namespace
 
 TimeLimits UsualTimeLimits() {
-  return {std::chrono::milliseconds(limits::kHelperOpenMs),
-          std::chrono::milliseconds(limits::kHelperDecodeMs)};
+  return {std::chrono::milliseconds(Limit().helperOpenMs), std::chrono::milliseconds(Limit().helperDecodeMs)};
 }
 
 Client::Client(const Source& source, std::string module, TimeLimits limits)
@@ -263,7 +262,7 @@ void Client::Begin(Session& session) {
   // Should it be gone already, the answer tells.
   session.process.Send(request, copy ? copy.Get() : m_source.Descriptor());
   session.pages = expect().pages;
-  if (!Within(session.pages, 1, limits::kMaxPages)) FailSilence(Silence::kNonsense, 0);
+  if (!Within(session.pages, 1, Limit().pages)) FailSilence(Silence::kNonsense, 0);
 }
 
 Silence Client::Await(Session& session, Reply& reply, std::chrono::milliseconds limit) const {
@@ -323,11 +322,11 @@ void Client::CheckPage(const helper::PageRecord& page) const {
       Within(page.perspective, 0, 8) && Within(page.xResolution, 0, kMostDots) &&
       Within(page.yResolution, 0, kMostDots) &&
       (page.delivery == helper::Delivery::kPixels || page.delivery == helper::Delivery::kDrawn ||
-       Within(page.deliveredBytes, 1, limits::kMaxCodecBytes));
+       Within(page.deliveredBytes, 1, Limit().codecBytes));
   if (!known) FailSilence(Silence::kNonsense, 0);
-  if (page.width < 1 || page.height < 1 || page.width > limits::kMaxSide || page.height > limits::kMaxSide ||
-      std::int64_t{page.width} * page.height > limits::kMaxPixels ||
-      PitchOf(page) * page.height > limits::kMaxBitmapBytes)
+  if (page.width < 1 || page.height < 1 || page.width > Limit().side || page.height > Limit().side ||
+      std::int64_t{page.width} * page.height > Limit().pagePixels ||
+      PitchOf(page) * page.height > Limit().bitmapBytes)
     Fail(kErrorLimit, "%s: an image of %d by %d pixels is too large", m_source.Name().c_str(), page.width,
          page.height);
 }

@@ -112,9 +112,9 @@ void CheckSize(int width, int height, int bits) {
     Fail(kErrorInvalidParameter, "An image of %d by %d pixels can't be held", width, height);
   if (bits != 1 && bits != 4 && bits != 8 && bits != 24 && bits != 32)
     Fail(kErrorInvalidParameter, "An image of %d bits per pixel can't be held", bits);
-  if (width > limits::kMaxSide || height > limits::kMaxSide ||
-      static_cast<std::int64_t>(width) * height > limits::kMaxPixels ||
-      PitchOf(width, bits) * height > limits::kMaxBitmapBytes)
+  if (width > Limit().side || height > Limit().side ||
+      static_cast<std::int64_t>(width) * height > Limit().pagePixels ||
+      PitchOf(width, bits) * height > Limit().bitmapBytes)
     Fail(kErrorLimit, "An image of %d by %d pixels is too large", width, height);
 }
 

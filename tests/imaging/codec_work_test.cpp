@@ -52,7 +52,7 @@ Bytes ManyFrames(int side, std::size_t count) {
 }
 
 Bytes Padded(Bytes file, std::size_t at, const Bytes& padding) {
-  Insert(file, at, static_cast<std::size_t>(imaging::limits::kWorkBytes) / padding.size() + 1, padding);
+  Insert(file, at, static_cast<std::size_t>(imaging::Limit().workBytes) / padding.size() + 1, padding);
   return file;
 }
 

@@ -19,7 +19,7 @@ foreach(folder platform library viewing imagewindow controls thumbs frames print
     PATTERN "detail" EXCLUDE)
 endforeach()
 install(FILES imaging/ltwrap.h DESTINATION ${include_dir}/imaging)
-install(FILES imaging/core/exception.h imaging/core/export.h imaging/core/records.h DESTINATION ${include_dir}/imaging/core)
+install(FILES imaging/core/exception.h imaging/core/export.h imaging/core/limits.h imaging/core/records.h DESTINATION ${include_dir}/imaging/core)
 install(FILES tessarel12.h DESTINATION ${include_dir})
 install(FILES tessarel12_testing.h DESTINATION ${include_dir} COMPONENT Testing)
 
