@@ -6,6 +6,8 @@
 
 #include <cstring>
 
+#include "imaging/pixels/eight_rows.h"
+
 // The inner loops for processors with AVX2. The attribute stands at each function, so that nothing else of
 // the library needs such a processor; lambdas don't inherit it and are not used here.
 #define TARGET_AVX2 __attribute__((target("avx2")))
@@ -79,32 +81,6 @@ TARGET_AVX2 inline __m256i Divide(__m256i sums, const VectorDivisor& divisor) {
                          _mm256_slli_epi64(_mm256_srl_epi64(odd, divisor.shift), 32));
 }
 
-/// Blocks of 8 by 8 sums are transposed by three rounds of interleaving neighbours.
-TARGET_AVX2 void Interleave(std::uint16_t* out, const std::uint16_t* sums, std::ptrdiff_t stride,
-                            std::size_t count) {
-  std::size_t i = 0;
-  for (; i + 8 <= count; i += 8) {
-    __m128i a[8];
-    __m128i b[8];
-    for (int r = 0; r < 8; ++r)
-      a[r] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(sums + i + r * stride));
-    for (int r = 0; r < 4; ++r) {
-      b[2 * r] = _mm_unpacklo_epi16(a[r], a[r + 4]);
-      b[2 * r + 1] = _mm_unpackhi_epi16(a[r], a[r + 4]);
-    }
-    for (int r = 0; r < 4; ++r) {
-      a[2 * r] = _mm_unpacklo_epi16(b[r], b[r + 4]);
-      a[2 * r + 1] = _mm_unpackhi_epi16(b[r], b[r + 4]);
-    }
-    auto* to = reinterpret_cast<__m128i*>(out + 8 * i);
-    for (int r = 0; r < 4; ++r) {
-      _mm_storeu_si128(to + 2 * r, _mm_unpacklo_epi16(a[r], a[r + 4]));
-      _mm_storeu_si128(to + 2 * r + 1, _mm_unpackhi_epi16(a[r], a[r + 4]));
-    }
-  }
-  PlainKernels().interleave(out + 8 * i, sums + i, stride, count - i);
-}
-
 TARGET_AVX2 inline __m256i LoadSums(const std::uint16_t* sums) {
   return _mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(sums)));
 }
@@ -134,30 +110,6 @@ TARGET_AVX2 void BoxEight(std::uint8_t* out, const std::uint16_t* sums, int chan
       _mm_storel_epi64(reinterpret_cast<__m128i*>(out), _mm_packus_epi16(words, words));
     }
   }
-}
-
-/// Blocks of 16 by 8 bytes: four rounds of interleaving what stands half a block apart, which turn the index
-/// by four of its seven bits.
-TARGET_AVX2 void Deinterleave(std::uint8_t* out, std::ptrdiff_t stride, const std::uint8_t* bytes,
-                              std::size_t count, int rows) {
-  std::size_t i = 0;
-  for (; i + 16 <= count; i += 16) {
-    __m128i a[8];
-    __m128i b[8];
-    for (int k = 0; k < 8; ++k) a[k] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + 8 * i) + k);
-    for (int round = 0; round < 2; ++round) {
-      for (int k = 0; k < 4; ++k) {
-        b[2 * k] = _mm_unpacklo_epi8(a[k], a[k + 4]);
-        b[2 * k + 1] = _mm_unpackhi_epi8(a[k], a[k + 4]);
-      }
-      for (int k = 0; k < 4; ++k) {
-        a[2 * k] = _mm_unpacklo_epi8(b[k], b[k + 4]);
-        a[2 * k + 1] = _mm_unpackhi_epi8(b[k], b[k + 4]);
-      }
-    }
-    for (int r = 0; r < rows; ++r) _mm_storeu_si128(reinterpret_cast<__m128i*>(out + r * stride + i), a[r]);
-  }
-  PlainKernels().deinterleave(out + i, stride, bytes + 8 * i, count - i, rows);
 }
 
 /// 32 bits to bytes: each byte of a register takes the source byte of its bit and tests that bit.
@@ -258,8 +210,9 @@ TARGET_AVX2 void ColorsToPixels(std::uint32_t* out, const std::uint8_t* bytes, s
 }  // namespace
 
 const Kernels& Avx2Kernels() {
-  static constexpr Kernels kernels{SumRows,    Interleave, BoxEight,     Deinterleave,
-                                   ExpandBits, CountBits,  GrayToPixels, ColorsToPixels};
+  static constexpr Kernels kernels{
+      SumRows,   eight_rows::Interleave, BoxEight,      eight_rows::Deinterleave, ExpandBits,
+      CountBits, GrayToPixels,           ColorsToPixels};
   return kernels;
 }
 
