@@ -2,43 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
-#include <numeric>
-#include <vector>
 
 #include "imaging/pixels/resize.h"
 
 namespace imaging {
 namespace {
-
-template <typename Count>
-void AddRow(const std::uint8_t* row, int bits, Count* counts, std::size_t columns) {
-  if (bits == 8)
-    for (std::size_t x = 0; x < columns; ++x)
-      counts[x] = static_cast<Count>(counts[x] + (row[x] != 0 ? 1 : 0));
-  else
-    for (std::size_t x = 0; x < columns; ++x)
-      counts[x] = static_cast<Count>(counts[x] + (row[x / 8] >> (7 - x % 8) & 1));
-}
-
-/// Counts columns in the narrowest type that holds a divisor's count, so that the compiler adds many at once.
-template <typename Count>
-void ReduceByColumns(const TwoLevelBlocks& blocks) {
-  const auto n = static_cast<std::size_t>(blocks.divisor);
-  const std::uint64_t pixels = std::uint64_t{n} * n;
-  std::vector<Count> counts(static_cast<std::size_t>(blocks.width) * n);
-  const std::uint8_t* row = blocks.source;
-  for (int y = 0; y < blocks.height; ++y) {
-    std::fill(counts.begin(), counts.end(), Count{0});
-    for (std::size_t i = 0; i < n; ++i, row += blocks.sourcePitch)
-      AddRow(row, blocks.bits, counts.data(), counts.size());
-    std::uint8_t* target = blocks.target + y * blocks.targetPitch;
-    for (auto block = counts.begin(); block != counts.end(); block += blocks.divisor) {
-      const std::uint64_t set = std::accumulate(block, block + blocks.divisor, std::uint64_t{0});
-      *target++ = static_cast<std::uint8_t>((blocks.invert ? pixels - set : set) * 255 / pixels);
-    }
-  }
-}
 
 int Brightness(const RGBQUAD& color) {
   return color.rgbBlue + color.rgbGreen + color.rgbRed;
@@ -86,13 +54,6 @@ std::unique_ptr<PixelStorage> ReducedLevels(const PixelStorage& source, int divi
   ReduceBlocks({source.HeldRow(0), source.HeldPitch(), target->Row(0), target->Pitch(), target->Width(),
                 target->Height(), divisor, zeroIsLight != clearIsCounted, packed ? 1 : 8});
   return target;
-}
-
-void ReduceBlocksPlain(const TwoLevelBlocks& blocks) {
-  if (blocks.divisor <= std::numeric_limits<std::uint8_t>::max())
-    ReduceByColumns<std::uint8_t>(blocks);
-  else
-    ReduceByColumns<std::uint32_t>(blocks);
 }
 
 void ReduceBlocks(const TwoLevelBlocks& blocks) {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "imaging/pixels/storage.h"
 
@@ -31,6 +32,9 @@ void ReduceBlocksPlain(const TwoLevelBlocks& blocks);
 /// The same with vectors. False, and nothing done, for a processor without them and for divisors other than
 /// 2 to 255.
 bool ReduceBlocksFast(const TwoLevelBlocks& blocks);
+/// The grey of each count of set pixels in a block, for divisors up to 255: count * 255 / (divisor *
+/// divisor), cut off.
+std::vector<std::uint8_t> GrayTable(int divisor);
 
 /// A new image of 8 bits, smaller by a whole number, of one of 8 bits in which the byte 0 and another occur:
 /// the share of the lighter one, as the first two colours of the table tell.

@@ -227,14 +227,6 @@ TARGET_AVX2 void ReduceColumns(const TwoLevelBlocks& blocks) {
 
 }  // namespace
 
-std::vector<std::uint8_t> GrayTable(int n) {
-  const std::size_t pixels = static_cast<std::size_t>(n) * static_cast<std::size_t>(n);
-  std::vector<std::uint8_t> gray(pixels + 1);
-  for (std::size_t count = 0; count <= pixels; ++count)
-    gray[count] = static_cast<std::uint8_t>(count * 255 / pixels);
-  return gray;
-}
-
 }  // namespace imaging::avx2
 
 bool imaging::ReduceBlocksFast(const TwoLevelBlocks& blocks) {

@@ -1,14 +1,13 @@
 #pragma once
 
+#include "imaging/pixels/reduce.h"
+
 #if defined(__x86_64__)
 
 #include <immintrin.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
-
-#include "imaging/pixels/reduce.h"
 
 // The attribute stands at each function, so that nothing else of the library needs such a processor; lambdas
 // don't inherit it and are not used here.
@@ -34,9 +33,6 @@ inline const std::uint8_t* SourceOf(const TwoLevelBlocks& blocks, int y) {
 inline std::uint8_t* TargetOf(const TwoLevelBlocks& blocks, int y) {
   return blocks.target + y * blocks.targetPitch;
 }
-
-/// count * 255 / (n * n), cut off, for n up to 255: by a table, since larger blocks are few.
-std::vector<std::uint8_t> GrayTable(int n);
 
 /// Blocks that need no counts of single columns: packed ones of 2, 4 and multiples of 8, bytes two by two.
 /// False, and nothing done, for others.
