@@ -31,7 +31,8 @@ bench:
 	cmake --build build/release -- -j$(JOBS)
 	tools/bench build/release
 
-lint: setup-modules
+lint:
+	@tools/setup lint
 	cmake --preset debug > /dev/null
 	tools/lint build/debug
 
