@@ -54,13 +54,12 @@ int main(int argc, char** argv) {
         window.Invalidate(FALSE);
         window.UpdateWindow();
       };
-      Ratio((std::string("repaint_") + name + "_vs_memcpy").c_str(), 4.0, repaint, copyScreen);
+      Ratio((std::string("repaint_") + name + "_vs_memcpy").c_str(), 1.5, repaint, copyScreen);
       const auto scroll = [&] {
         window.ScrollTo((position += 15) % 600);
         window.UpdateWindow();
       };
-      // Most of it is the theme's drawing of the bar, whose thumb moves.
-      Ratio((std::string("scroll_step_with_bars_") + name + "_vs_memcpy").c_str(), 8.0, scroll, copyScreen);
+      Ratio((std::string("scroll_step_with_bars_") + name + "_vs_memcpy").c_str(), 1.5, scroll, copyScreen);
     }
   }
   frame->DestroyWindow();

@@ -20,6 +20,11 @@ RECT Intersect(const RECT& a, const RECT& b) {
           std::min(a.bottom, b.bottom)};
 }
 
+bool Contains(const RECT& outer, const RECT& inner) {
+  return outer.left <= inner.left && outer.top <= inner.top && outer.right >= inner.right &&
+         outer.bottom >= inner.bottom;
+}
+
 bool IsEmpty(const RECT& rect) {
   return rect.left >= rect.right || rect.top >= rect.bottom;
 }
@@ -92,14 +97,47 @@ unsigned RasterCode(std::uint32_t rasterOperation) {
   return code & 15;
 }
 
+RECT Moved(const RECT& rect, LONG dx, LONG dy) {
+  return {rect.left + dx, rect.top + dy, rect.right + dx, rect.bottom + dy};
+}
+
+/// What of the part, in pixels of the surface, shows the picture at its place already. A scroll repaints all
+/// of a window: what it showed is then moved there first, and the surface's pixels stand elsewhere.
+RECT BringThere(const platform::SurfaceView& view, const RECT& part, POINT corner, std::uint32_t*& pixels) {
+  const platform::SurfaceMark& mark = *view.mark;
+  const LONG dx = corner.x - mark.x;
+  const LONG dy = corner.y - mark.y;
+  if (dx == 0 && dy == 0) return Intersect(mark.shown, part);
+  const RECT there = Intersect(Moved(mark.shown, dx, dy), part);
+  const bool isWhole =
+      part.left == 0 && part.top == 0 && part.right == view.width && part.bottom == view.height;
+  if (!isWhole || IsEmpty(there)) return {};
+  std::uint32_t* const moved = platform::MoveSurface(view.dc, dx, dy);
+  if (moved == nullptr) return {};
+  pixels = moved;
+  return there;
+}
+
+/// Draws a part of a surface that is kept for the next paint, in pixels of the surface.
+void PaintKept(const platform::SurfaceView& view, const Picture& picture, const RECT& part, POINT corner) {
+  std::uint32_t* pixels = view.pixels;
+  RECT there{};
+  if (view.mark != nullptr && view.mark->picture != 0 &&
+      view.mark->picture == ViewCache::Instance().NumberOf(picture))
+    there = BringThere(view, part, corner, pixels);
+  if (Contains(there, part)) return;
+  if (view.mark != nullptr) *view.mark = {};  // should drawing fail
+  const std::uint64_t number = ViewCache::Instance().Draw(
+      picture, {Moved(part, -corner.x, -corner.y), Moved(there, -corner.x, -corner.y)},
+      pixels + part.top * view.stride + part.left, view.stride);
+  if (view.mark != nullptr) *view.mark = {number, corner.x, corner.y, part};
+}
+
 /// part: in pixels of the scaled picture; out: where its first pixel goes.
 void PaintPart(const Picture& picture, const RECT& part, std::uint32_t* out, std::ptrdiff_t stride,
-               std::uint32_t rasterOperation, PaintUse use) {
+               std::uint32_t rasterOperation) {
   if (rasterOperation == kSourceCopy) {
-    if (use == PaintUse::Again)
-      ViewCache::Instance().Draw(picture, part, out, stride);
-    else
-      RenderScaled(picture.pixels, picture.order, picture.scaling, part, out, stride);
+    RenderScaled(picture.pixels, picture.order, picture.scaling, part, out, stride);
     return;
   }
   const unsigned code = RasterCode(rasterOperation);
@@ -141,10 +179,14 @@ void PaintOnSurface(const platform::SurfaceView& view, Bitmap* bitmap, const Pai
   for (const RECT& clip : view.clip) {
     const RECT part = Intersect(limit, clip);
     if (IsEmpty(part)) continue;
-    PaintPart(
-        {pixels, bitmap->Order, scaling},
-        {part.left - place.left, part.top - place.top, part.right - place.left, part.bottom - place.top},
-        view.pixels + part.top * view.stride + part.left, view.stride, rasterOperation, use);
+    const Picture picture{pixels, bitmap->Order, scaling};
+    if (rasterOperation == kSourceCopy && use == PaintUse::Again) {
+      PaintKept(view, picture, part, {place.left, place.top});
+      continue;
+    }
+    if (view.mark != nullptr) *view.mark = {};
+    PaintPart(picture, Moved(part, -place.left, -place.top), view.pixels + part.top * view.stride + part.left,
+              view.stride, rasterOperation);
   }
 }
 

@@ -35,6 +35,19 @@ bool Contains(const RECT& outer, const RECT& inner) {
          outer.bottom >= inner.bottom;
 }
 
+/// Calls visit with the pieces of a rectangle around an inner one, which may be empty.
+template <typename Visit>
+void ForBorders(const RECT& outer, const RECT& inner, Visit visit) {
+  if (AreaOf(inner) == 0) {
+    visit(outer);
+    return;
+  }
+  visit(RECT{outer.left, outer.top, outer.right, inner.top});
+  visit(RECT{outer.left, inner.bottom, outer.right, outer.bottom});
+  visit(RECT{outer.left, inner.top, inner.left, inner.bottom});
+  visit(RECT{inner.right, inner.top, outer.right, inner.bottom});
+}
+
 /// What stays of the valid interval when it grows by a part that overlaps or touches it, within a capacity.
 void Trim(LONG& begin, LONG& end, LONG partBegin, LONG partEnd, std::size_t capacity) {
   const auto room = static_cast<LONG>(capacity);
@@ -58,6 +71,8 @@ bool ScaledView::IsWorthKeeping(const RECT& part) const {
 }
 
 void ScaledView::Reset(const Picture& picture, std::size_t width, std::size_t height) {
+  static std::uint64_t last = 0;
+  m_number = ++last;
   m_valid = {};
   if (width > m_width || height > m_height) {
     m_width = std::max(m_width, RoundUp(width));
@@ -119,28 +134,29 @@ std::size_t ScaledView::Bring(const Picture& picture, const RECT& part) {
   }
   // The new pixels take the place of those outside the kept part.
   m_valid = keep;
-  std::size_t rendered = Render(picture, {grown.left, grown.top, grown.right, keep.top});
-  rendered += Render(picture, {grown.left, keep.bottom, grown.right, grown.bottom});
-  rendered += Render(picture, {grown.left, keep.top, keep.left, keep.bottom});
-  rendered += Render(picture, {keep.right, keep.top, grown.right, keep.bottom});
+  std::size_t rendered = 0;
+  ForBorders(grown, keep, [&](const RECT& border) { rendered += Render(picture, border); });
   m_valid = grown;
   return rendered;
 }
 
-std::size_t ScaledView::Draw(const Picture& picture, const RECT& part, std::uint32_t* out,
+std::size_t ScaledView::Draw(const Picture& picture, const PartToDraw& part, std::uint32_t* out,
                              std::ptrdiff_t stride) {
-  if (AreaOf(Intersect(m_valid, part)) != 0) {
-    const std::size_t rendered = Bring(picture, part);
-    CopyOut(part, out, stride);
+  const RECT& rect = part.rect;
+  if (AreaOf(Intersect(m_valid, rect)) != 0) {
+    const std::size_t rendered = Bring(picture, rect);
+    ForBorders(rect, Intersect(rect, part.there), [&](const RECT& border) {
+      CopyOut(border, out + (border.top - rect.top) * stride + (border.left - rect.left), stride);
+    });
     return rendered;
   }
   // All of it is new: each band is copied while the processor's cache holds it.
   std::size_t rendered = 0;
-  RECT band = part;
-  for (; band.top < part.bottom; band.top = band.bottom) {
-    band.bottom = std::min(part.bottom, band.top + kBandRows);
+  RECT band = rect;
+  for (; band.top < rect.bottom; band.top = band.bottom) {
+    band.bottom = std::min(rect.bottom, band.top + kBandRows);
     rendered += Bring(picture, band);
-    CopyOut(band, out + (band.top - part.top) * stride, stride);
+    CopyOut(band, out + (band.top - rect.top) * stride, stride);
   }
   return rendered;
 }
@@ -185,14 +201,22 @@ ScaledView* ViewCache::ViewFor(const Picture& picture, const RECT& part) {
   return m_views.back().get();
 }
 
-void ViewCache::Draw(const Picture& picture, const RECT& part, std::uint32_t* out, std::ptrdiff_t stride) {
-  ScaledView* view = ViewFor(picture, part);
+std::uint64_t ViewCache::Draw(const Picture& picture, const PartToDraw& part, std::uint32_t* out,
+                              std::ptrdiff_t stride) {
+  ScaledView* view = ViewFor(picture, part.rect);
   if (view != nullptr) {
     m_rendered += view->Draw(picture, part, out, stride);
-    return;
+    return view->Number();
   }
-  RenderScaled(picture.pixels, picture.order, picture.scaling, part, out, stride);
-  m_rendered += AreaOf(part);
+  RenderScaled(picture.pixels, picture.order, picture.scaling, part.rect, out, stride);
+  m_rendered += AreaOf(part.rect);
+  return 0;
+}
+
+std::uint64_t ViewCache::NumberOf(const Picture& picture) const {
+  const auto found =
+      std::find_if(m_views.begin(), m_views.end(), [&](const auto& view) { return view->IsOf(picture); });
+  return found == m_views.end() ? 0 : (*found)->Number();
 }
 
 // Storages end in destructors, where nothing may be allocated: no cache is made for this.

@@ -16,6 +16,12 @@ struct Picture {
   Scaling scaling;
 };
 
+/// A rectangle of the scaled picture, and what of it needn't be drawn.
+struct PartToDraw {
+  RECT rect;
+  RECT there{};
+};
+
 /// The visible part of one scaled picture. Pixel (x, y) of the picture stands at (x mod width, y mod height)
 /// of the buffer, so that scrolling replaces what went out of view and moves nothing.
 class ScaledView {
@@ -25,8 +31,10 @@ class ScaledView {
   std::size_t Capacity() const { return m_width * m_height; }
   /// Forgets the former picture and makes room for a part of this size.
   void Reset(const Picture& picture, std::size_t width, std::size_t height);
-  /// Renders what is missing of the part and copies it out. Gives the count of pixels rendered.
-  std::size_t Draw(const Picture& picture, const RECT& part, std::uint32_t* out, std::ptrdiff_t stride);
+  std::uint64_t Number() const { return m_number; }
+  /// Renders what is missing of the part and copies out all but what stands there already. Gives the count of
+  /// pixels rendered.
+  std::size_t Draw(const Picture& picture, const PartToDraw& part, std::uint32_t* out, std::ptrdiff_t stride);
   bool Fits(const RECT& part) const;
   /// A small part away from a large view isn't worth losing the view.
   bool IsWorthKeeping(const RECT& part) const;
@@ -38,6 +46,7 @@ class ScaledView {
   template <typename Visit>
   void ForPieces(const RECT& area, Visit visit);
 
+  std::uint64_t m_number = 0;  ///< another one for each picture
   std::uint64_t m_serial = 0;
   std::uint64_t m_revision = 0;
   int m_order = 0;
@@ -53,8 +62,12 @@ class ScaledView {
 class ViewCache {
  public:
   static ViewCache& Instance();
-  /// Draws a rectangle of the scaled picture.
-  void Draw(const Picture& picture, const RECT& part, std::uint32_t* out, std::ptrdiff_t stride);
+  /// Draws a rectangle of the scaled picture; out is the place of its first pixel. Gives a number that stands
+  /// for this picture, its pixels unchanged, at this scale; 0: nothing is kept of it.
+  std::uint64_t Draw(const Picture& picture, const PartToDraw& part, std::uint32_t* out,
+                     std::ptrdiff_t stride);
+  /// The number that Draw gave, while the view is kept.
+  std::uint64_t NumberOf(const Picture& picture) const;
   /// Gives back the memory kept for a storage that ends.
   static void Drop(std::uint64_t serial) noexcept;
   std::uint64_t RenderedPixels() const { return m_rendered; }  ///< since the process began

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/graphics/detail/window_surface.h"
+
 namespace platform {
 namespace {
 
@@ -28,6 +30,14 @@ QRect PrintableArea(const DcRecord& dc) {
   const auto height = dc.caps.find(VERTRES);
   if (width == dc.caps.end() || height == dc.caps.end()) return {-kFar, -kFar, 2 * kFar, 2 * kFar};
   return {0, 0, width->second, height->second};
+}
+
+void ForgetMark(DcRecord& dc, const QRect& units) {
+  const QRect shown = ToQRect(dc.kept->mark.shown);
+  const QRegion drawn = ClipOf(dc) & units.adjusted(-1, -1, 1, 1);  // lines tell a pixel less
+  if (std::any_of(drawn.begin(), drawn.end(),
+                  [&](const QRect& part) { return PixelsOf(dc, part).intersects(shown); }))
+    dc.kept->mark = {};
 }
 
 }  // namespace
@@ -124,6 +134,11 @@ std::vector<QRect> ClippedPixels(const DcRecord& dc, const Raster& target, const
 }
 
 void Drawn(DcRecord& dc, const QRect& units) {
+  if (dc.kept != nullptr && dc.kept->mark.picture != 0) ForgetMark(dc, units);
+  TellDrawn(dc, units);
+}
+
+void TellDrawn(DcRecord& dc, const QRect& units) {
   if (!dc.onDrawn) return;
   const QRect changed = units & ClipOf(dc).boundingRect();
   // A copy: the window may drop the device context while it is being told.

@@ -188,6 +188,11 @@ bool SetWindowSurface(HDC dc, QImage* image, double scale, const QRegion& clip) 
   return true;
 }
 
+void SetKeptSurface(HDC dc, WindowSurface* surface) {
+  DcRecord* record = FindDc(dc);
+  if (record != nullptr && record->kind == DcKind::Window) record->kept = surface;
+}
+
 bool DestroySurfaceDC(HDC dc) {
   const DcRecord* record = FindDc(dc);
   return record != nullptr && record->kind != DcKind::Memory && RemoveDc(dc);

@@ -1,6 +1,7 @@
 #include "platform/graphics/surface.h"
 
 #include "platform/graphics/detail/dc_record.h"
+#include "platform/graphics/detail/window_surface.h"
 
 namespace platform {
 
@@ -20,7 +21,15 @@ bool LockSurface(HDC dc, SurfaceView& view) {
   view.originX = (static_cast<double>(record->state.viewportOrg.x) - record->state.windowOrg.x) * view.scale;
   view.originY = (static_cast<double>(record->state.viewportOrg.y) - record->state.windowOrg.y) * view.scale;
   view.clip = record->lockedClip;
+  view.dc = dc;
+  if (record->kept != nullptr) view.mark = &record->kept->mark;
   return true;
+}
+
+std::uint32_t* MoveSurface(HDC dc, int dx, int dy) {
+  const DcRecord* record = FindDc(dc);
+  const bool moved = record != nullptr && record->kept != nullptr && record->kept->Move(dx, dy);
+  return moved ? reinterpret_cast<std::uint32_t*>(record->kept->image.bits()) : nullptr;
 }
 
 double DeviceScale(HDC dc) {
@@ -31,8 +40,8 @@ double DeviceScale(HDC dc) {
 void UnlockSurface(HDC dc, const RECT& drawn) {
   DcRecord* record = FindDc(dc);
   if (record == nullptr) return;
-  Drawn(*record, UnitsOf(*record, drawn.left, drawn.top, std::int64_t{drawn.right} - drawn.left,
-                         std::int64_t{drawn.bottom} - drawn.top));
+  TellDrawn(*record, UnitsOf(*record, drawn.left, drawn.top, std::int64_t{drawn.right} - drawn.left,
+                             std::int64_t{drawn.bottom} - drawn.top));
 }
 
 }  // namespace platform

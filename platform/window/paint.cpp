@@ -26,14 +26,16 @@ std::map<HDC, HWND>& WindowDCs() {
 HDC OpenWindowDC(WindowRecord& window, const QRegion& clip) {
   const HWND handle = window.handle;
   platform::RefreshSurface(window);
-  QImage* image = window.surface.isNull() ? nullptr : &window.surface;
+  QImage& surface = window.surface.image;
   const HDC dc = platform::CreateWindowSurfaceDC(
-      image, window.surface.devicePixelRatio(), clip, [handle](const QRect& drawn) {
+      surface.isNull() ? nullptr : &surface, surface.devicePixelRatio(), clip, [handle](const QRect& drawn) {
         const WindowRecord* record = FindWindowRecord(handle);
         // Inside Qt's own painting the surface is shown right after.
         if (record != nullptr && record->client && !record->inQtPaint) record->client->update(drawn);
       });
-  if (dc != nullptr) WindowDCs()[dc] = handle;
+  if (dc == nullptr) return dc;
+  platform::SetKeptSurface(dc, &window.surface);
+  WindowDCs()[dc] = handle;
   return dc;
 }
 
@@ -80,7 +82,7 @@ void ResizeSurface(WindowRecord& window) {
 }
 
 void RefreshSurface(WindowRecord& window) {
-  const QImage& former = window.surface;
+  const QImage& former = window.surface.image;
   if (former.size() == window.surfaceSize && former.devicePixelRatio() == window.surfaceScale) return;
   const QRect area(QPoint(0, 0), window.client->size());
   QImage surface(window.surfaceSize, QImage::Format_RGB32);
@@ -93,10 +95,10 @@ void RefreshSurface(WindowRecord& window) {
     painter.drawImage(0, 0, pixels);
   }
   surface.setDevicePixelRatio(window.surfaceScale);
-  window.surface = surface;
+  window.surface.Set(surface);
   for (const auto& [dc, handle] : WindowDCs())
     if (handle == window.handle)
-      SetWindowSurface(dc, window.surface.isNull() ? nullptr : &window.surface, window.surfaceScale,
+      SetWindowSurface(dc, surface.isNull() ? nullptr : &window.surface.image, window.surfaceScale,
                        QRegion(area));
 }
 
@@ -141,7 +143,7 @@ void ClientWidget::paintEvent(QPaintEvent* event) {
   RefreshSurface(*window);
   QPainter painter(this);
   painter.setCompositionMode(QPainter::CompositionMode_Source);
-  painter.drawImage(QPoint(0, 0), window->surface);
+  painter.drawImage(QPoint(0, 0), window->surface.image);
   // What was painted beyond what Qt shows now is shown next time.
   const QRegion rest = painted - event->region();
   if (!rest.isEmpty()) update(rest);

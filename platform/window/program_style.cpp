@@ -6,6 +6,8 @@
 #include <QPainter>
 #include <QProxyStyle>
 
+#include "platform/window/detail/scroll_bar_pictures.h"
+
 namespace platform {
 namespace {
 
@@ -33,8 +35,9 @@ class LateIcon : public QIconEngine {
   QIcon m_icon;
 };
 
-/// A menu bar asks for the arrow behind its last menu even where everything fits. The first picture that is
-/// read makes Qt load all its image plugins, which is a part of the time until the first window shows.
+/// The desktop's style where it costs less. A menu bar asks for the arrow behind its last menu even where
+/// everything fits. The first picture that is read makes Qt load all its image plugins, which is a part of
+/// the time until the first window shows.
 class ProgramStyle : public QProxyStyle {
  public:
   QIcon standardIcon(StandardPixmap picture, const QStyleOption* option,
@@ -43,6 +46,16 @@ class ProgramStyle : public QProxyStyle {
                ? QIcon(new LateIcon(picture))
                : QProxyStyle::standardIcon(picture, option, widget);
   }
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                          const QWidget* widget) const override {
+    const auto* bar =
+        control == CC_ScrollBar ? qstyleoption_cast<const QStyleOptionSlider*>(option) : nullptr;
+    if (bar == nullptr || !m_scrollBars.Draw(*baseStyle(), *bar, *painter, widget))
+      QProxyStyle::drawComplexControl(control, option, painter, widget);
+  }
+
+ private:
+  mutable ScrollBarPictures m_scrollBars;
 };
 
 }  // namespace

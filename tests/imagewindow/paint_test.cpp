@@ -1,6 +1,7 @@
 // What stands on the screen, pixel by pixel. The pages are drawn by formulas, so every expected pixel is
 // computed.
 
+#include "platform/graphics/surface.h"
 #include "tests/imagewindow/window_fixture.h"
 
 namespace {
@@ -165,6 +166,31 @@ TEST_F(Painting, APartialRepaintEqualsTheWhole) {
   std::size_t i = 0;
   for (int y = 0; y < 80; ++y)
     for (int x = 0; x < 100; ++x) ASSERT_EQ(Pixel(x, y), whole[i++]) << x << ", " << y;
+}
+
+// Short steps one way come to the end of the room in which the surface moves; what others have drawn goes.
+TEST_F(Painting, AScrolledPageEqualsAFreshPaint) {
+  const auto pixels = [&] {
+    const CClientDC dc(window.get());
+    platform::SurfaceView view;
+    EXPECT_TRUE(platform::LockSurface(dc.m_hDC, view));
+    return std::vector<std::uint32_t>(view.pixels, view.pixels + view.stride * view.height);
+  };
+  for (const double factor : {1.0, 0.37, 2.5}) {
+    ShowAt({2000, 1500, 1, 0, 0, Diagonals}, factor);
+    const CSize steps[] = {{0, 3}, {0, 3}, {0, 9}, {5, 0}, {-2, 4}, {0, -7}, {60, 50}, {-61, -40}, {300, 0}};
+    for (int i = 0; i < 120; ++i) {
+      window->MoveScrollPos(i < 90 ? steps[i % 10 < 7 ? i % 3 : i % 9] : CSize(i % 4 - 3, -11));
+      if (i % 11 == 5) CClientDC(window.get()).PatBlt(20, i % 60, 9, 4, BLACKNESS);
+      if (i % 13 == 7) window->InvalidateRect(CRect(10, 10, 40, 50), TRUE);
+      window->UpdateWindow();
+      const std::vector<std::uint32_t> scrolled = pixels();
+      CClientDC(window.get()).PatBlt(0, 0, 100, 80, WHITENESS);
+      window->Invalidate(FALSE);
+      window->UpdateWindow();
+      ASSERT_EQ(scrolled, pixels()) << "step " << i << " at scale " << factor;
+    }
+  }
 }
 
 TEST_F(Painting, AFailedPaintIsGreyAndReportedEachTime) {

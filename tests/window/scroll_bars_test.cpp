@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QProxyStyle>
+#include <QScrollBar>
 #include <vector>
 
 #include "platform/window/pump.h"
@@ -102,6 +105,32 @@ TEST_F(ScrollBars, PositionsAreLimitedToWhatThePageLeaves) {
     SetScrollPos(window, SB_VERT, c.wanted, TRUE);
     EXPECT_EQ(GetScrollPos(window, SB_VERT), c.got);
   }
+}
+
+// The bar is put together from pictures that are kept, its twin drawn by the desktop's style itself.
+TEST_F(ScrollBars, LookAsTheStyleDrawsThem) {
+  ShowWindow(window, SW_SHOW);
+  auto* own = dynamic_cast<QProxyStyle*>(QApplication::style());
+  ASSERT_NE(own, nullptr);
+  for (const UINT page : {2U, 20U, 300U})
+    for (const int position : {0, 1, 117, 118, 500, 997}) {
+      Set(SB_VERT, 1000, page, position, TRUE);
+      Set(SB_HORZ, 1000, page, 1000 - position, TRUE);
+      platform::testing::PumpUntilIdle();
+      int bars = 0;
+      for (const QWidget* top : QApplication::topLevelWidgets())
+        for (QScrollBar* bar : top->findChildren<QScrollBar*>()) {
+          QScrollBar twin(bar->orientation(), bar->parentWidget());
+          twin.setStyle(own->baseStyle());
+          twin.setGeometry(bar->geometry());
+          twin.setRange(bar->minimum(), bar->maximum());
+          twin.setPageStep(bar->pageStep());
+          twin.setValue(bar->value());
+          EXPECT_EQ(bar->grab().toImage(), twin.grab().toImage()) << page << " at " << position;
+          ++bars;
+        }
+      EXPECT_EQ(bars, 2);
+    }
 }
 
 TEST_F(ScrollBars, ClicksAndTheThumbSendTheirCodes) {

@@ -17,6 +17,8 @@ class QPainter;
 
 namespace platform {
 
+class WindowSurface;
+
 /// What SaveDC keeps.
 struct DcState {
   HGDIOBJ brush = nullptr;
@@ -44,6 +46,7 @@ struct DcRecord {
   QImage* image = nullptr;  ///< window: borrowed, may be null
   QRegion visible;          ///< window: units
   DrawnFunction onDrawn;
+  WindowSurface* kept = nullptr;  ///< window: borrowed, what image is a part of; null: a plain image
 
   QPainter* painter = nullptr;  ///< painter: borrowed, null between pages
   ImageDrawer drawImage;        ///< painter: takes images in the painter's place
@@ -78,8 +81,10 @@ double ScaleOf(const DcRecord& dc);
 QRegion ClipOf(const DcRecord& dc);
 /// The clipped parts of a rectangle of pixels; they don't overlap.
 std::vector<QRect> ClippedPixels(const DcRecord& dc, const Raster& target, const QRect& pixels);
-/// Tells the window that it has changed there.
+/// Tells the window that it has changed there, and what a painter knew about that place is forgotten.
 void Drawn(DcRecord& dc, const QRect& units);
+/// The same for a painter that keeps the surface's mark itself.
+void TellDrawn(DcRecord& dc, const QRect& units);
 
 /// 0xffRRGGBB of a colour value, PALETTEINDEX form included.
 std::uint32_t ResolveColor(const DcRecord& dc, COLORREF color);

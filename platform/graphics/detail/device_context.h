@@ -17,6 +17,7 @@ class QFont;
 namespace platform {
 
 struct PrinterImage;
+class WindowSurface;
 
 using DrawnFunction = std::function<void(const QRect& clientUnits)>;
 
@@ -28,6 +29,8 @@ HDC CreateWindowSurfaceDC(QImage* image, double scale, const QRegion& clip, Draw
 /// Exchanges image and clip of a living device context (resize, end of the window: null). Selected objects
 /// stay.
 bool SetWindowSurface(HDC dc, QImage* image, double scale, const QRegion& clip);
+/// Names the surface whose image the device context draws into.
+void SetKeptSurface(HDC dc, WindowSurface* surface);
 /// Ends a device context of either function here; objects selected in it are let go. False for any other.
 bool DestroySurfaceDC(HDC dc);
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QImage>
 #include <QPointer>
 #include <QRegion>
 #include <array>
@@ -11,6 +10,7 @@
 #include <vector>
 
 #include "platform/base/detail/handle_table.h"
+#include "platform/graphics/detail/window_surface.h"
 #include "platform/window/accessible.h"
 #include "platform/window/detail/tool_tips.h"
 #include "platform/window/window.h"
@@ -71,7 +71,7 @@ struct WindowRecord {
 
   /// What the client area shows, in device pixels. It follows surfaceSize only when somebody draws on it or
   /// looks at it: most windows change their size some times before they are seen, and many never are.
-  QImage surface;
+  WindowSurface surface;
   QSize surfaceSize;
   double surfaceScale = 1;
   QRegion invalid;  ///< client coordinates
