@@ -163,32 +163,6 @@ class Packets : public Frames {
   bool m_sound = false;
 };
 
-class Flic final : public Packets {
- public:
-  explicit Flic(const Input& input) {
-    constexpr int kHeaderBytes = 128;
-    m_input = &input;
-    for (const Range& range : ListFlicFrames(input)) m_frames.push_back({range, m_frames.empty()});
-    if (m_frames.empty()) throw Failure(Status::kCorrupt, "the file holds no frame");
-    const Owned<AVCodecParameters> parameters(avcodec_parameters_alloc());
-    parameters->codec_type = AVMEDIA_TYPE_VIDEO;
-    parameters->codec_id = AV_CODEC_ID_FLIC;
-    parameters->width = static_cast<int>(LittleAt(input, 8, 2));
-    parameters->height = static_cast<int>(LittleAt(input, 10, 2));
-    m_decoder = std::make_unique<Decoder>(AV_CODEC_ID_FLIC, parameters.get());
-    m_decoder->SetExtradata(ReadRange(input, {0, kHeaderBytes}));
-    m_decoder->Start();
-    m_format = LittleAt(input, 4, 2) == 0xaf11 ? 61 : 134;
-  }
-  void Describe(int, PageRecord& page) const override {
-    page.format = m_format;
-    SetCompression(page, "FLIC");
-  }
-
- private:
-  int m_format = 0;
-};
-
 const char* NameOf(AVCodecID codec) {
   switch (codec) {
     case AV_CODEC_ID_MJPEG:
@@ -328,8 +302,6 @@ std::unique_ptr<Frames> OpenFrames(const Input& input) {
   if (starts("RIFF")) return std::make_unique<Avi>(input);
   if (starts("FORM") || starts("LIST") || starts("CAT ")) return std::make_unique<Iff>(input);
   if (BigAt(input, 0, 3) == 1) return std::make_unique<Mpeg>(input);
-  const std::uint32_t flic = LittleAt(input, 4, 2);
-  if (flic == 0xaf11 || flic == 0xaf12) return std::make_unique<Flic>(input);
   return std::make_unique<Still>(input, AV_CODEC_ID_PHOTOCD, DescribePhotoCd);
 }
 

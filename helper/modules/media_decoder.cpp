@@ -8,11 +8,11 @@ namespace helper {
 namespace {
 
 constexpr AVCodecID kCodecs[] = {
-    AV_CODEC_ID_PHOTOCD,    AV_CODEC_ID_PSD,        AV_CODEC_ID_FLIC,     AV_CODEC_ID_IFF_ILBM,
-    AV_CODEC_ID_MPEG1VIDEO, AV_CODEC_ID_MPEG2VIDEO, AV_CODEC_ID_MJPEG,    AV_CODEC_ID_MPEG4,
-    AV_CODEC_ID_MSMPEG4V2,  AV_CODEC_ID_MSMPEG4V3,  AV_CODEC_ID_MSVIDEO1, AV_CODEC_ID_MSRLE,
-    AV_CODEC_ID_CINEPAK,    AV_CODEC_ID_INDEO3,     AV_CODEC_ID_RAWVIDEO, AV_CODEC_ID_H263,
-    AV_CODEC_ID_HUFFYUV,    AV_CODEC_ID_DVVIDEO,
+    AV_CODEC_ID_PHOTOCD,    AV_CODEC_ID_PSD,      AV_CODEC_ID_IFF_ILBM, AV_CODEC_ID_MPEG1VIDEO,
+    AV_CODEC_ID_MPEG2VIDEO, AV_CODEC_ID_MJPEG,    AV_CODEC_ID_MPEG4,    AV_CODEC_ID_MSMPEG4V2,
+    AV_CODEC_ID_MSMPEG4V3,  AV_CODEC_ID_MSVIDEO1, AV_CODEC_ID_MSRLE,    AV_CODEC_ID_CINEPAK,
+    AV_CODEC_ID_INDEO3,     AV_CODEC_ID_RAWVIDEO, AV_CODEC_ID_H263,     AV_CODEC_ID_HUFFYUV,
+    AV_CODEC_ID_DVVIDEO,
 };
 
 /// FFmpeg's own decoder, never one that wraps another library.
@@ -37,15 +37,6 @@ Decoder::Decoder(AVCodecID codec, const AVCodecParameters* parameters)
   constexpr std::int64_t kMostPixels = 1'000'000'000;
   m_context->thread_count = 1;
   m_context->max_pixels = kMostPixels;
-}
-
-void Decoder::SetExtradata(std::span<const std::uint8_t> bytes) {
-  auto* copy = static_cast<std::uint8_t*>(av_mallocz(bytes.size() + AV_INPUT_BUFFER_PADDING_SIZE));
-  if (copy == nullptr) throw std::bad_alloc();
-  std::copy(bytes.begin(), bytes.end(), copy);
-  av_freep(&m_context->extradata);
-  m_context->extradata = copy;
-  m_context->extradata_size = static_cast<int>(bytes.size());
 }
 
 void Decoder::Start() {

@@ -37,7 +37,6 @@ class Decoder {
   void Forget() { avcodec_flush_buffers(m_context.get()); }
   const AVFrame& Frame() const { return *m_frame; }
   const AVCodecContext& Context() const { return *m_context; }
-  void SetExtradata(std::span<const std::uint8_t> bytes);
   void Start();
 
  private:

@@ -150,22 +150,4 @@ void ReadIffForm(const Input& input, const Range& form, PageRecord& page) {
   }
 }
 
-std::vector<Range> ListFlicFrames(const Input& input) {
-  constexpr std::int64_t kHeaderBytes = 128;
-  constexpr std::uint32_t kFrame = 0xf1fa;
-  constexpr std::int64_t kLeastBytes = 6;
-  const std::size_t told = LittleAt(input, 6, 2);
-  std::vector<Range> frames;
-  for (std::int64_t at = kHeaderBytes; at + kLeastBytes <= input.Size();) {
-    const std::int64_t size = LittleAt(input, at, 4);
-    if (size < kLeastBytes) break;
-    if (LittleAt(input, at + 4, 2) == kFrame) {
-      if (told != 0 && frames.size() == told) break;
-      frames.push_back({at, std::min(size, input.Size() - at)});
-    }
-    at += size;
-  }
-  return frames;
-}
-
 }  // namespace helper

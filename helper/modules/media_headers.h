@@ -22,9 +22,6 @@ std::vector<Range> ListIffForms(const Input& input);
 /// Sets code, planes, dots per inch and the name of the coding of a FORM.
 void ReadIffForm(const Input& input, const Range& form, PageRecord& page);
 
-/// The frames of a FLIC file behind its header; not the last one that leads back to the first.
-std::vector<Range> ListFlicFrames(const Input& input);
-
 /// The numbers of a file; 0 behind its end.
 std::uint32_t BigAt(const Input& input, std::int64_t offset, std::size_t bytes);
 std::uint32_t LittleAt(const Input& input, std::int64_t offset, std::size_t bytes);

@@ -1,14 +1,17 @@
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "imaging/codecs/cals_tiles.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/fax_page.h"
 #include "imaging/core/exception.h"
 
-// CALS raster, type I (MIL-PRF-28002): sixteen records of text, then one page in group 4 coding. Type II,
-// whose tiles are listed in a structure of ASN.1, is told apart and refused.
+// CALS raster (MIL-PRF-28002): sixteen records of text, then one page in group 4 coding (type I), or a
+// document whose content portion holds such a page, or tiles of one (type II).
 namespace imaging {
 namespace {
 
@@ -67,14 +70,12 @@ class CalsReader final : public Reader {
 
   PageInfo Describe(int page) override {
     RequirePage(m_source, page, 1);
-    if (m_header.type[0] != 1)
-      Fail(kErrorUnsupported, "%s: CALS raster of type %d (tiled) can't be decoded", m_source.Name().c_str(),
-           m_header.type[0]);
-    CheckPageSize(m_source, m_header.size[0], m_header.size[1]);
+    const CalsTiles* tiles = Tiles();
     PageInfo info;
-    info.format = kFormatCals;
-    info.width = m_header.size[0];
-    info.height = m_header.size[1];
+    info.format = tiles != nullptr && tiles->tileWidth != 0 ? kFormatCalsTiled : kFormatCals;
+    info.width = tiles != nullptr && tiles->width != 0 ? tiles->width : m_header.size[0];
+    info.height = tiles != nullptr && tiles->height != 0 ? tiles->height : m_header.size[1];
+    CheckPageSize(m_source, info.width, info.height);
     info.bits = 1;
     info.compression = FaxCodingName(FaxCoding::kGroup4);
     const int orientation = Orientation(m_header);
@@ -86,14 +87,39 @@ class CalsReader final : public Reader {
   DecodedPage Decode(int page, const DecodeWish& wish) override {
     DecodedPage decoded;
     decoded.info = Describe(page);
-    const FaxData data = FaxData::Read(m_source, kHeader, m_source.Size());
-    decoded.pixels = DecodeFaxPage(m_source, data, FaxCoding::kGroup4, wish, decoded.info);
+    if (decoded.info.format == kFormatCalsTiled)
+      DecodeTiles(decoded);
+    else
+      decoded.pixels = DecodeFaxPage(
+          m_source, Tiles() != nullptr ? Tiles()->coded : FaxData::Read(m_source, kHeader, m_source.Size()),
+          FaxCoding::kGroup4, wish, decoded.info);
     return decoded;
   }
 
  private:
+  /// Null for type I.
+  const CalsTiles* Tiles() {
+    constexpr int kType1 = 1;
+    constexpr int kType2 = 2;
+    if (m_header.type[0] == kType1) return nullptr;
+    if (m_header.type[0] != kType2)
+      Fail(kErrorUnsupported, "%s: CALS raster of type %d can't be decoded", m_source.Name().c_str(),
+           m_header.type[0]);
+    if (!m_tiles) m_tiles = ReadCalsTiles(m_source, kHeader);
+    return &*m_tiles;
+  }
+
+  void DecodeTiles(DecodedPage& decoded) {
+    constexpr int kMostExpansion = 200'000;  // as a sheet that is white
+    PageInfo& info = decoded.info;
+    CheckPlausible(m_source, std::int64_t{info.width} * info.height, kMostExpansion);
+    decoded.pixels = PixelStorage::Create(info.width, info.height, 1);
+    info.damagedRows = std::min(info.height, DecodeCalsTiles(*Tiles(), *decoded.pixels));
+  }
+
   const Source& m_source;
   CalsHeader m_header;
+  std::optional<CalsTiles> m_tiles;
 };
 
 bool Recognise(const Candidate& candidate) {

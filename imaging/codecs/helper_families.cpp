@@ -66,14 +66,6 @@ bool IsMpeg(const Candidate& candidate) {
   return StartsWith(candidate, "\0\0\x01\xb3"sv) || StartsWith(candidate, "\0\0\x01\xba"sv);
 }
 
-/// Two bytes, and flags and a depth that mean something.
-bool IsFlic(const Candidate& candidate) {
-  const auto head = candidate.head;
-  constexpr std::size_t kHeaderBytes = 128;
-  if (head.size() < kHeaderBytes || head[5] != 0xaf || (head[4] != 0x11 && head[4] != 0x12)) return false;
-  return (head[12] == 8 || head[12] == 0) && head[13] == 0;
-}
-
 bool IsPdf(const Candidate& candidate) {
   const auto head = candidate.head;
   constexpr std::string_view kMark = "%PDF-";
@@ -192,7 +184,6 @@ std::span<const HelperFamily> HelperFamilies() {
       {"IFF", "media", IsIff, Evidence::kSignature},
       {"AVI", "media", IsAvi, Evidence::kSignature},
       {"MPEG", "media", IsMpeg, Evidence::kSignature},
-      {"FLIC", "media", IsFlic, Evidence::kSignature},
       {"DICOM", "dicom", IsDicom, Evidence::kSignature},
       {"EPS", "eps", IsEps, Evidence::kSignature},
       {"PDF", "pdf", IsPdf, Evidence::kSignature, "pdfdraw"},

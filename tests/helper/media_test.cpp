@@ -95,43 +95,6 @@ Bytes MakeIffList(const std::vector<Bytes>& forms) {
   return Writer().Chunk("LIST", list.bytes, true).bytes;
 }
 
-/// A frame of the file: a chunk of one byte run a line, or of its palette.
-Bytes FlicFrame(const std::vector<std::pair<int, Bytes>>& chunks) {
-  Writer body;
-  for (const auto& [kind, data] : chunks)
-    body.Little(4, static_cast<std::uint32_t>(data.size() + 6))
-        .Little(2, static_cast<unsigned>(kind))
-        .Append(data);
-  Writer frame;
-  frame.Little(4, static_cast<std::uint32_t>(body.bytes.size() + 16)).Little(2, 0xf1fa);
-  frame.Little(2, static_cast<std::uint32_t>(chunks.size())).Little(4, 0).Little(4, 0).Append(body.bytes);
-  return frame.bytes;
-}
-
-/// Each frame paints its picture whole with its number as a colour; behind them the one that leads back.
-Bytes MakeFlic(bool fli, int frames = kFrames) {
-  Bytes palette = {1, 0, 0, 0};
-  const auto level = [&](int i) { return i == 0 || i > kFrames ? 0 : LevelOf(i) / (fli ? 4 : 1); };
-  for (int i = 0; i < 256; ++i) palette.insert(palette.end(), 3, static_cast<std::uint8_t>(level(i)));
-  Writer body;
-  for (int number = 1; number <= frames + 1; ++number) {
-    const Bytes copy(kWidth * kHeight, static_cast<std::uint8_t>(number > frames ? 1 : number));
-    std::vector<std::pair<int, Bytes>> chunks = {{16, copy}};
-    if (number == 1) chunks.insert(chunks.begin(), {fli ? 11 : 4, palette});
-    body.Append(FlicFrame(chunks));
-  }
-  Writer file;
-  file.Little(4, static_cast<std::uint32_t>(body.bytes.size() + 128)).Little(2, fli ? 0xaf11 : 0xaf12);
-  file.Little(2, static_cast<unsigned>(frames))
-      .Little(2, kWidth)
-      .Little(2, kHeight)
-      .Little(2, 8)
-      .Little(2, 3);
-  file.Little(4, fli ? 5 : 70);
-  file.bytes.resize(128);
-  return file.Append(body.bytes).bytes;
-}
-
 /// JPEG frames, with an index, without, or with one that lies.
 enum class Index { kTrue, kNone, kFalse };
 Bytes MakeAvi(Index kind) {
@@ -245,9 +208,7 @@ struct FilmCase {
 };
 
 std::vector<FilmCase> Films() {
-  return {{"FLI", MakeFlic(true), 61, "FLIC"},
-          {"FLC", MakeFlic(false), 134, "FLIC"},
-          {"AVI", MakeAvi(Index::kTrue), 59, "JPEG"},
+  return {{"AVI", MakeAvi(Index::kTrue), 59, "JPEG"},
           {"AVI without an index", MakeAvi(Index::kNone), 59, "JPEG"},
           {"AVI with an index that lies", MakeAvi(Index::kFalse), 59, "JPEG"},
           {"MPEG-1", MakeMpeg(AV_CODEC_ID_MPEG1VIDEO), 243, "MPEG-1"},
@@ -278,7 +239,6 @@ TEST(Media, ListsAndSingleFrames) {
   EXPECT_EQ(page.error, "");
   EXPECT_EQ(page.info.Format, 112);
   EXPECT_EQ(ColorAt(page, 0, 0).red, 220);
-  EXPECT_EQ(InformMemory(MakeFlic(false, 1)).record.TotalPages, 1);
 }
 
 TEST(Media, DamagedFiles) {

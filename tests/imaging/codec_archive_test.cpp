@@ -149,7 +149,8 @@ TEST(Cals, SizeOrientationAndResolution) {
     EXPECT_EQ(page.record.XResolution, 240);
     EXPECT_EQ(page.info.Format, 50);
   }
-  EXPECT_EQ(LoadMemory(MakeCals("rtype: 2" + size, coded)).code, imaging::kErrorUnsupported);
+  EXPECT_EQ(LoadMemory(MakeCals("rtype: 2" + size, coded)).code, imaging::kErrorCorrupt);
+  EXPECT_EQ(LoadMemory(MakeCals("rtype: 3" + size, coded)).code, imaging::kErrorUnsupported);
   EXPECT_EQ(LoadMemory(MakeCals("rpelcnt: 999999,99999999999999\n", coded)).code, imaging::kErrorCorrupt);
   EXPECT_EQ(LoadMemory(MakeCals("rpelcnt: 199999,199999\n", coded)).code, imaging::kErrorLimit);
   EXPECT_EQ(LoadMemory(MakeCals(size, Bytes(10))).code, imaging::kErrorCorrupt);
@@ -158,6 +159,36 @@ TEST(Cals, SizeOrientationAndResolution) {
   ASSERT_EQ(cut.error, "");
   EXPECT_GT(cut.info.DamagedRows, 0);
   EXPECT_EQ(IndexAt(*cut.pixels, 7, 199), 255);
+}
+
+// White and black ones hold nothing; those on the edges are whole or cut. A picture in one piece is no tiled
+// one.
+TEST(Cals, TilesOfType2) {
+  const int width = 300;
+  auto rows = RandomFaxRows(width, 200, 4);
+  for (std::size_t y = 0; y < 128; ++y) std::fill_n(rows[y].begin() + 16, 16, 0);
+  for (std::size_t y = 128; y < 200; ++y) std::fill_n(rows[y].begin() + 16, 16, 0xff);
+  for (const bool cut : {false, true})
+    for (const bool endless : {false, true})
+      for (const CalsTileForm& form :
+           {CalsTileForm{128, {2, 0, 2, 3, 1, 2}, cut, endless}, CalsTileForm{64, {}, cut, endless},
+            CalsTileForm{512, {3}, cut, endless}, CalsTileForm{0, {}, cut, endless}}) {
+        SCOPED_TRACE(std::to_string(form.side) + (cut ? " cut" : "") + (endless ? " endless" : ""));
+        const Loaded page = LoadMemory(MakeTiledCals(rows, width, form));
+        EXPECT_EQ(page.error, "");
+        if (!page.error.empty()) continue;
+        EXPECT_EQ(FaxDifference(page, rows), "");
+        EXPECT_EQ(page.info.Format, form.side == 0 ? 50 : 129);
+        EXPECT_STREQ(page.info.Compression, "CCITT G4");
+        EXPECT_EQ(page.info.XResolution, 300);
+        EXPECT_EQ(page.info.DamagedRows, 0);
+      }
+  const Bytes whole = MakeTiledCals(rows, width, {128, {2, 0, 2, 3, 1, 2}});
+  const Loaded part = LoadMemory(Bytes(whole.begin(), whole.end() - 500));
+  ASSERT_EQ(part.error, "");
+  EXPECT_GT(part.info.DamagedRows, 0);
+  EXPECT_EQ(ColorAt(part, 299, 199).red, 255);
+  EXPECT_EQ(LoadMemory(Bytes(whole.begin(), whole.begin() + 2070)).code, imaging::kErrorCorrupt);
 }
 
 TEST(Ioca, CodingsAloneAndInDocuments) {

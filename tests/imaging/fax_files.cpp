@@ -123,6 +123,65 @@ Bytes MakeCals(const std::string& fields, const Bytes& coded) {
   return file;
 }
 
+Bytes MakeTiledCals(const std::vector<Bytes>& rows, int width, const CalsTileForm& form) {
+  const auto element = [&form](std::uint8_t tag, const Bytes& contents) {
+    Bytes bytes = {tag};
+    const bool endless = form.endless && (tag & 0x20) != 0;
+    if (endless) {
+      bytes.push_back(0x80);
+    } else {
+      bytes.push_back(0x83);
+      AppendBig(bytes, static_cast<unsigned>(contents.size()), 3);
+    }
+    Append(bytes, contents);
+    if (endless) Append(bytes, {0, 0});
+    return bytes;
+  };
+  Bytes attributes;
+  const auto number = [&](int tag, int value) {
+    Bytes contents;
+    AppendBig(contents, static_cast<unsigned>(value), 3);
+    Append(attributes, element(static_cast<std::uint8_t>(0x80 + tag), contents));
+  };
+  const auto height = static_cast<int>(rows.size());
+  number(0, width);
+  number(1, height);
+  Bytes types;
+  Bytes coded;
+  std::size_t index = 0;
+  const int side = form.side == 0 ? std::max(width, height) : form.side;
+  for (int y = 0; y < height; y += side)
+    for (int x = 0; x < width; x += side, ++index) {
+      const int type = index < form.types.size() ? form.types[index] : 2;
+      Append(types, element(2, {static_cast<std::uint8_t>(type)}));
+      const int tileWidth = (form.cut && type != 3) || form.side == 0 ? std::min(side, width - x) : side;
+      std::vector<Bytes> tile;
+      for (int i = y; i < std::min(y + side, height); ++i) {
+        const Bytes& row = rows[static_cast<std::size_t>(i)];
+        Bytes part(static_cast<std::size_t>(tileWidth + 7) / 8);
+        std::copy_n(row.begin() + x / 8, std::min(std::ssize(part), std::ssize(row) - x / 8), part.begin());
+        tile.push_back(part);
+      }
+      if (type == 2) Append(coded, EncodeFax(tile, tileWidth));
+      if (type == 3) tile.resize(static_cast<std::size_t>(side), Bytes(static_cast<std::size_t>(side) / 8));
+      if (type == 3)
+        for (const Bytes& row : tile) Append(coded, row);
+    }
+  if (form.side != 0) {
+    number(6, side);
+    number(7, side);
+  }
+  if (!form.types.empty()) Append(attributes, element(0xa9, types));
+  const auto middle = coded.begin() + std::ssize(coded) / 2;
+  Bytes octets = element(4, {coded.begin(), middle});
+  Append(octets, element(4, {middle, coded.end()}));
+  Bytes portion = element(0x31, element(0xa2, attributes));
+  Append(portion, element(0x24, octets));
+  Bytes document = element(0xa0, element(0x31, {4, 1, 7}));  // the profile, which nobody needs
+  Append(document, element(0xa3, portion));
+  return MakeCals("rtype: 2\nrdensty: 0300\n", document);
+}
+
 Bytes MakeIoca(const IocaForm& form, const Bytes& data, std::size_t piece) {
   Bytes segment = {0x70, 0, 0x91, 1, 0xff, 0x94, 9, 0};
   for (const int value : {2400, 1200, form.width, form.height})
@@ -225,6 +284,7 @@ std::vector<Bytes> MakeArchiveSamples() {
   return {mixed,
           EncodeFax(RandomFaxRows(1728, 60, 3), 1728),
           MakeCals("rpelcnt: 000300,000060\n", group4),
+          MakeTiledCals(rows, kWidth, {64, {}, true}),
           MakeIoca({kWidth, 60, 3}, Bytes(38 * 60, 0x35)),
           MakeModca({MakeIoca({kWidth, 60}, group4), MakeIoca(twoDimensional, mixed)}),
           MakeIntergraph({9, 64, 40, 6, 0, false}, {Bytes(3000, 3)}),

@@ -24,6 +24,16 @@ std::string FaxDifference(const Loaded& page, const std::vector<Bytes>& rows);
 
 Bytes MakeCals(const std::string& fields, const Bytes& coded);
 
+struct CalsTileForm {
+  int side = 0;  ///< 0: in one piece
+  std::vector<int>
+      types;  ///< 0 white, 1 black, 2 group 4 coding, 3 plain; none: all coded, and the file tells none
+  bool cut = false;      ///< tiles on the edge end there
+  bool endless = false;  ///< elements don't tell their lengths
+};
+/// A document of tiles. White and black ones must be so.
+Bytes MakeTiledCals(const std::vector<Bytes>& rows, int width, const CalsTileForm& form);
+
 struct IocaForm {
   int width = 300;
   int height = 200;

@@ -419,10 +419,102 @@ std::vector<RasterFile> MakeRasterFiles() {
   return files;
 }
 
+namespace {
+
+void AppendLittle(Bytes& bytes, unsigned value, int size) {
+  for (int i = 0; i < size; ++i) bytes.push_back(static_cast<std::uint8_t>(value >> 8 * i));
+}
+
+struct FlicChunk {
+  unsigned type;
+  Bytes data;
+};
+
+Bytes FlicFrame(const std::vector<FlicChunk>& chunks) {
+  Bytes body;
+  for (const FlicChunk& chunk : chunks) {
+    AppendLittle(body, static_cast<unsigned>(chunk.data.size() + 6), 4);
+    AppendLittle(body, chunk.type, 2);
+    body.insert(body.end(), chunk.data.begin(), chunk.data.end());
+  }
+  Bytes frame;
+  AppendLittle(frame, static_cast<unsigned>(body.size() + 16), 4);
+  AppendLittle(frame, 0xf1fa, 2);
+  AppendLittle(frame, static_cast<unsigned>(chunks.size()), 2);
+  frame.resize(16);
+  frame.insert(frame.end(), body.begin(), body.end());
+  return frame;
+}
+
+}  // namespace
+
+FlicFile MakeFlic(bool fli) {
+  constexpr std::size_t kWidth = kFlicWidth;
+  constexpr std::size_t kPixels = kWidth * kFlicHeight;
+  FlicFile file;
+  Bytes pixels(kPixels);
+  std::vector<int> colors(256);
+  Bytes body;
+  const auto add = [&](const std::vector<FlicChunk>& chunks) {
+    const Bytes frame = FlicFrame(chunks);
+    body.insert(body.end(), frame.begin(), frame.end());
+    std::vector<int> page;
+    for (const std::uint8_t pixel : pixels) page.push_back(colors[pixel]);
+    file.pages.push_back(page);
+  };
+  // The whole table, and later entries 2 and 5 of it.
+  Bytes table = {1, 0, 0, 0};
+  for (int i = 0; i < 256; ++i) {
+    const int level = fli ? i % 64 : 255 - i;
+    colors[static_cast<std::size_t>(i)] = fli ? level << 2 | level >> 4 : level;
+    table.insert(table.end(), {static_cast<std::uint8_t>(level), 9, 17});
+  }
+  const unsigned colorChunk = fli ? 11 : 4;
+  // Each row a run of 10 and 11 pixels as they are.
+  Bytes runs;
+  for (std::size_t y = 0; y < kFlicHeight; ++y) {
+    runs.insert(runs.end(), {2, 10, static_cast<std::uint8_t>(y), 0xf5});
+    for (std::size_t x = 0; x < kWidth; ++x) {
+      pixels[y * kWidth + x] = static_cast<std::uint8_t>(x < 10 ? y : x * 3 + y);
+      if (x >= 10) runs.push_back(pixels[y * kWidth + x]);
+    }
+  }
+  add({{colorChunk, table}, {15, runs}});
+  // From row 2 on: a row with a run and a copy, and one without change; in words also the odd pixel at the
+  // end.
+  const auto set = [&](std::size_t x, std::size_t y, std::uint8_t value) { pixels[y * kWidth + x] = value; };
+  for (std::size_t x = 3; x < 9; ++x) set(x, 2, fli ? 50 : x % 2 != 0 ? 50 : 51);
+  for (std::size_t x = 10; x < 14; ++x) set(x, 2, static_cast<std::uint8_t>(x));
+  if (fli) {
+    add({{12, {2, 0, 2, 0, 2, 3, 0xfa, 50, 1, 4, 10, 11, 12, 13, 0}}});
+  } else {
+    set(20, 2, 77);
+    add({{7, {1, 0, 0xfe, 0xff, 77, 0x80, 2, 0, 3, 0xfd, 50, 51, 1, 2, 10, 11, 12, 13}}});
+  }
+  for (std::size_t i = 0; i < kPixels; ++i) pixels[i] = static_cast<std::uint8_t>(i);
+  add({{18, {1, 2, 3}}, {16, pixels}});
+  std::fill(pixels.begin(), pixels.end(), std::uint8_t{0});
+  colors[0] = fli ? 40 << 2 | 40 >> 4 : 40;
+  colors[5] = fli ? 41 << 2 | 41 >> 4 : 41;
+  add({{13, {}}, {colorChunk, {2, 0, 0, 1, 40, 0, 0, 4, 1, 41, 0, 0}}});
+  add({});
+  const std::size_t told = file.pages.size();
+  add({{16, Bytes(kPixels, 9)}});
+  file.pages.pop_back();
+  AppendLittle(file.bytes, static_cast<unsigned>(body.size() + 128), 4);
+  for (const unsigned value : {fli ? 0xaf11U : 0xaf12U, static_cast<unsigned>(told), unsigned{kFlicWidth},
+                               unsigned{kFlicHeight}, 8U, 3U, 5U})
+    AppendLittle(file.bytes, value, 2);
+  file.bytes.resize(128);
+  file.bytes.insert(file.bytes.end(), body.begin(), body.end());
+  return file;
+}
+
 std::vector<Bytes> MakeRasterSamples() {
   const Bytes fax = MakePcx(1, 1, true).bytes;
   const Bytes icons = MakeIcons({{5, 8}, {9, 32, true}, {8, 24, false, true}});
-  std::vector<Bytes> samples = {MakeDcx({fax, fax}), icons, MakeAnimatedCursor({icons, icons})};
+  std::vector<Bytes> samples = {MakeDcx({fax, fax}), icons, MakeAnimatedCursor({icons, icons}),
+                                MakeFlic(true).bytes, MakeFlic(false).bytes};
   std::set<std::tuple<int, std::string, int, int>> seen;
   for (const RasterFile& file : MakeRasterFiles())
     if (seen.emplace(file.format, file.compression, file.bits, file.memoryBits).second)

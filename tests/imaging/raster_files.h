@@ -46,4 +46,14 @@ struct IconForm {
 Bytes MakeIcons(const std::vector<IconForm>& forms, bool cursors = false);
 Bytes MakeAnimatedCursor(const std::vector<Bytes>& frames);
 
+/// An animation with each kind of chunk and of packet, and the red of each page's pixels row by row. Behind
+/// its pages comes the frame that leads back to the first.
+struct FlicFile {
+  Bytes bytes;
+  std::vector<std::vector<int>> pages;
+};
+inline constexpr int kFlicWidth = 21;
+inline constexpr int kFlicHeight = 6;
+FlicFile MakeFlic(bool fli);
+
 }  // namespace codec_test
