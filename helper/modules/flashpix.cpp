@@ -151,9 +151,8 @@ class Flashpix final : public Document {
     m_page.height = m_layer.height;
     m_page.bits = kBits * m_layer.channels;
     m_page.memoryBits = kBits * ShownChannels();
-    // Which quality its writer was asked for is in no file.
     if (Holds(kJpeg))
-      Name(82, "JPEG");
+      Name(HasOwnQuality() ? 83 : 82, "JPEG");
     else if (Holds(kSingleColor))
       Name(81, "Single color");
     else
@@ -225,11 +224,25 @@ class Flashpix final : public Document {
 
   static std::uint64_t StartOf(const Tile& tile) { return std::uint64_t{kStreamPrefix} + tile.offset; }
 
-  bool ReadJpeg(const Tile& tile, std::span<std::uint8_t> pixels) {
+  /// Whether the first tile in JPEG was made with a factor that its writer was told. What can't be read
+  /// doesn't tell.
+  bool HasOwnQuality() {
+    const Tile& tile = *std::find_if(m_layer.tiles.begin(), m_layer.tiles.end(),
+                                     [](const Tile& any) { return any.coding == kJpeg; });
+    const std::uint8_t number = tile.detail[3];
+    const bool read = number != 0 ? UseTables(number) : ReadCoded(tile) && m_jpeg.ReadTablesOf(m_coded);
+    return read && !m_jpeg.HasStandardQuantisation();
+  }
+
+  bool ReadCoded(const Tile& tile) {
     constexpr std::size_t kMostBytes = 1'000'000;
-    if (tile.bytes > kMostBytes || !UseTables(tile.detail[3])) return false;
+    if (tile.bytes > kMostBytes) return false;
     m_coded.resize(tile.bytes);
-    return m_file.Read(m_layer.data, StartOf(tile), m_coded) &&
+    return m_file.Read(m_layer.data, StartOf(tile), m_coded);
+  }
+
+  bool ReadJpeg(const Tile& tile, std::span<std::uint8_t> pixels) {
+    return UseTables(tile.detail[3]) && ReadCoded(tile) &&
            m_jpeg.Decode(m_coded, kSide, m_layer.channels, tile.detail[2] != 0, pixels);
   }
 

@@ -9,7 +9,7 @@
 namespace imaging {
 
 /// What a CALS file of type II holds: the content portion of a document of the Open Document Architecture, in
-/// the raster coding of ITU-T T.417.
+/// the raster coding of ITU-T T.417. There was no file of another writer to try.
 struct CalsTiles {
   int width = 0;  ///< of the picture; 0: as the records of text say
   int height = 0;

@@ -34,7 +34,7 @@ std::vector<FlashpixTile> PlainTiles(int channels) {
 }
 
 /// The tables alone, or the tile without them.
-Bytes Compressed(int column, int channels, bool converted, bool tables) {
+Bytes Compressed(int column, int channels, bool converted, bool tables, int quality) {
   unsigned char* memory = nullptr;
   unsigned long size = 0;
   jpeg_compress_struct info{};
@@ -49,7 +49,7 @@ Bytes Compressed(int column, int channels, bool converted, bool tables) {
                         : channels == 3 ? JCS_RGB
                                         : JCS_CMYK;
   jpeg_set_defaults(&info);
-  jpeg_set_quality(&info, 98, TRUE);
+  jpeg_set_quality(&info, quality, TRUE);
   if (tables) {
     jpeg_write_tables(&info);
   } else {
@@ -69,13 +69,13 @@ Bytes Compressed(int column, int channels, bool converted, bool tables) {
   return bytes;
 }
 
-FlashpixForm JpegForm(int channels, bool converted) {
+FlashpixForm JpegForm(int channels, bool converted, int quality = 98) {
   const std::array<std::uint8_t, 4> detail = {0, 0x22, converted, 1};
   return {.channels = channels,
           .space = channels == 1 ? 1 : 3,
-          .tiles = {{2, Compressed(0, channels, converted, false), detail},
-                    {2, Compressed(1, channels, converted, false), detail}},
-          .tables = Compressed(0, channels, converted, true)};
+          .tiles = {{2, Compressed(0, channels, converted, false, quality), detail},
+                    {2, Compressed(1, channels, converted, false, quality), detail}},
+          .tables = Compressed(0, channels, converted, true, quality)};
 }
 
 /// The pixel that the tiles have, as it is shown.
@@ -102,10 +102,11 @@ TEST(Flashpix, TilesInEveryCoding) {
       {"grey with opacity", {.channels = 2, .space = 1, .tiles = PlainTiles(2)}, 80, "None", 0},
       {"colour", {.channels = 3, .tiles = PlainTiles(3)}, 80, "None", 0},
       {"colour with opacity", {.channels = 4, .tiles = PlainTiles(4)}, 80, "None", 0},
-      {"grey JPEG", JpegForm(1, false), 82, "JPEG", 3},
-      {"JPEG", JpegForm(3, true), 82, "JPEG", 5},
-      {"JPEG of plain channels", JpegForm(3, false), 82, "JPEG", 3},
-      {"JPEG with opacity", JpegForm(4, true), 82, "JPEG", 5},
+      {"grey JPEG", JpegForm(1, false), 83, "JPEG", 3},
+      {"JPEG", JpegForm(3, true), 83, "JPEG", 5},
+      {"JPEG of plain channels", JpegForm(3, false), 83, "JPEG", 3},
+      {"JPEG of the standard's quality", JpegForm(3, true, 50), 82, "JPEG", 30},
+      {"JPEG with opacity", JpegForm(4, true), 83, "JPEG", 5},
   };
   for (const Case& test : cases) {
     SCOPED_TRACE(test.name);
@@ -155,7 +156,7 @@ TEST(Flashpix, DamagedTilesAreWhiteAndTheOthersShown) {
   const FlashpixTile bad[] = {{7, {}, {}},
                               {0, Bytes(100), {}},
                               {2, {}, {0, 0x22, 1, 1}},
-                              {2, Compressed(1, 3, true, false), {0, 0, 1, 9}}};
+                              {2, Compressed(1, 3, true, false, 98), {0, 0, 1, 9}}};
   for (const FlashpixTile& tile : bad) {
     const Loaded page = LoadMemory(MakeFlashpix({.tiles = {PlainTiles(3)[0], tile}}));
     ASSERT_EQ(page.error, "");
