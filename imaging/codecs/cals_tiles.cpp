@@ -169,12 +169,12 @@ class TileDecoder {
     for (int y = 0; y < RowsOf(tile); ++y) std::memset(RowOf(tile, y), value, BytesOf(tile));
   }
 
-  /// How many rows are damaged. Descriptions differ in which number means which coding: what is no clean
-  /// group 4 coding is a plain bitmap. A tile on the edge may be cut to the picture, or not.
-  int Decode(const Tile& tile) {
+  /// How many rows are damaged. A tile that may be a plain bitmap is one if it is no clean group 4 coding.
+  /// One on the edge may be cut to the picture, or not.
+  int Decode(const Tile& tile, bool mayBePlain) {
     for (const int width : {tile.width, std::min(tile.width, m_pixels.Width() - tile.x)})
       if (DecodeGroup4(tile, width, true)) return 0;
-    if (CopyPlain(tile)) return 0;
+    if (mayBePlain && CopyPlain(tile)) return 0;
     if (DecodeGroup4(tile, tile.width, false)) return m_damaged;
     m_next = std::ssize(m_data.Coded());
     return RowsOf(tile);
@@ -262,19 +262,20 @@ CalsTiles ReadCalsTiles(const Source& source, std::int64_t offset) {
 int DecodeCalsTiles(const CalsTiles& tiles, PixelStorage& pixels) {
   constexpr int kWhite = 0;
   constexpr int kBlack = 1;
+  constexpr int kGroup4 = 2;
   TileDecoder decoder(tiles.coded, pixels);
   std::size_t index = 0;
   int damaged = 0;
   for (int y = 0; y < pixels.Height(); y += tiles.tileHeight)
     for (int x = 0; x < pixels.Width(); x += tiles.tileWidth, ++index) {
       const Tile tile = {x, y, tiles.tileWidth, tiles.tileHeight};
-      const int type = index < tiles.types.size() ? tiles.types[index] : kBlack + 1;
+      const int type = index < tiles.types.size() ? tiles.types[index] : kGroup4;
       if (type == kWhite || type == kBlack)
         decoder.Fill(tile, type == kWhite ? 0xff : 0);
       else if (decoder.AtEnd())
         damaged += std::min(tile.height, pixels.Height() - y);
       else
-        damaged += decoder.Decode(tile);
+        damaged += decoder.Decode(tile, type > kGroup4);
     }
   return damaged;
 }

@@ -376,6 +376,11 @@ Bytes JpegInPdf(int lumaRows) {
                    MakeJpeg(32, 16, 3, false, gray, 0, 0, {}, lumaRows)}});
 }
 
+Bytes StandardJpeg() {
+  return MakeJpeg(
+      64, 64, 3, false, [](int, int, int) { return std::uint8_t{90}; }, 0, 0, {}, 1, 50);
+}
+
 // Neither less nor more than the table says; the corpus has no sample of some of them. A module that isn't
 // installed adds nothing.
 TEST_F(Corpus, CodesThatModulesAdd) {
@@ -392,7 +397,11 @@ TEST_F(Corpus, CodesThatModulesAdd) {
   const auto installed = [](const char* module) { return imaging::helper_client::HasModule(module); };
   if (installed("jpeg2000"))
     add("jpeg2000", LoadMemory(InTiff(ReadAll(CorpusFolder() + "/other-formats/jp2/input.j2k"), 70, 46)));
-  if (installed("flashpix")) add("flashpix", LoadMemory(MakeFlashpix({.tiles = {{1, {}, {}}, {1, {}, {}}}})));
+  // In one colour, and in JPEG of the standard's quality.
+  const FlashpixTile tile = {2, StandardJpeg(), {0, 0x22, 1, 0}};
+  if (installed("flashpix"))
+    for (const FlashpixTile& each : {FlashpixTile{1, {}, {}}, tile})
+      add("flashpix", LoadMemory(MakeFlashpix({.tiles = {each, each}})));
   if (installed("wmf")) add("wmf", LoadMemory(MakeEps(ReadAll(CorpusFolder() + "/vector/clock.wmf"), true)));
   if (installed("eps")) add("eps", LoadFile(CorpusFolder() + "/other-formats/eps/petersen.eps"));
   if (installed("wpg")) add("wpg", LoadFile(CorpusFolder() + "/vector/input.wpg"));

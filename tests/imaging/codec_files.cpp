@@ -142,7 +142,7 @@ Bytes MakeTiff(const std::vector<TiffForm>& pages) {
 
 Bytes MakeJpeg(int width, int height, int components, bool progressive,
                const std::function<std::uint8_t(int, int, int)>& sample, int densityUnit, int density,
-               const Bytes& exif, int lumaRows) {
+               const Bytes& exif, int lumaRows, int quality) {
   jpeg_compress_struct jpeg{};
   jpeg_error_mgr errors{};
   jpeg.err = jpeg_std_error(&errors);
@@ -155,7 +155,7 @@ Bytes MakeJpeg(int width, int height, int components, bool progressive,
   jpeg.input_components = components;
   jpeg.in_color_space = components == 1 ? JCS_GRAYSCALE : components == 3 ? JCS_RGB : JCS_CMYK;
   jpeg_set_defaults(&jpeg);
-  jpeg_set_quality(&jpeg, 98, TRUE);
+  jpeg_set_quality(&jpeg, quality, TRUE);
   if (components == 3) jpeg.comp_info[0].v_samp_factor = lumaRows;
   if (progressive) jpeg_simple_progression(&jpeg);
   jpeg.density_unit = static_cast<UINT8>(densityUnit);

@@ -57,7 +57,7 @@ Bytes MakeTiff(const std::vector<TiffForm>& pages);
 /// lumaRows: of luma to one of chroma.
 Bytes MakeJpeg(int width, int height, int components, bool progressive,
                const std::function<std::uint8_t(int x, int y, int component)>& sample, int densityUnit = 0,
-               int density = 0, const Bytes& exif = {}, int lumaRows = 2);
+               int density = 0, const Bytes& exif = {}, int lumaRows = 2, int quality = 98);
 
 Bytes MakePng(int width, int height, int depth, int colorType, bool interlaced,
               const std::function<unsigned(int x, int y, int channel)>& sample);
