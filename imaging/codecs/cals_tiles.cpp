@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "imaging/core/exception.h"
-#include "imaging/core/limits.h"
 
 namespace imaging {
 namespace {

@@ -248,7 +248,7 @@ class FlicReader final : public Reader {
   void ListFrames() {
     if (!m_frames.empty()) return;
     const std::size_t told = LittleU16(&m_header[6]);
-    const std::size_t most = told != 0 ? told : static_cast<std::size_t>(limits::kMaxPages);
+    const std::size_t most = told != 0 ? told : static_cast<std::size_t>(Limit().pages);
     std::array<std::uint8_t, kChunkHeader> head{};
     for (std::int64_t at = kHeader; m_frames.size() < most && m_source.ReadExactly(at, head);) {
       const std::int64_t size = LittleU32(head.data());
