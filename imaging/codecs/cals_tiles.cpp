@@ -269,12 +269,10 @@ int DecodeCalsTiles(const CalsTiles& tiles, PixelStorage& pixels) {
     for (int x = 0; x < pixels.Width(); x += tiles.tileWidth, ++index) {
       const Tile tile = {x, y, tiles.tileWidth, tiles.tileHeight};
       const int type = index < tiles.types.size() ? tiles.types[index] : kGroup4;
-      if (type == kWhite || type == kBlack)
-        decoder.Fill(tile, type == kWhite ? 0xff : 0);
-      else if (decoder.AtEnd())
-        damaged += std::min(tile.height, pixels.Height() - y);
-      else
-        damaged += decoder.Decode(tile, type > kGroup4);
+      decoder.Fill(tile, type == kBlack ? 0 : 0xff);
+      if (type == kWhite || type == kBlack) continue;
+      damaged +=
+          decoder.AtEnd() ? std::min(tile.height, pixels.Height() - y) : decoder.Decode(tile, type > kGroup4);
     }
   return damaged;
 }
