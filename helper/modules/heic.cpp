@@ -1,3 +1,7 @@
+#if __has_include(<dav1d/dav1d.h>)
+#include <dav1d/dav1d.h>
+#endif
+#include <dlfcn.h>
 #include <libheif/heif.h>
 
 #include <algorithm>
@@ -6,8 +10,8 @@
 #include "helper/module.h"
 #include "helper/modules/exif_density.h"
 
-// HEIC: the pictures of a file as pages, the one that the file calls its main one first; turned, mirrored and
-// cut as the file says, for which its own properties count and not the orientation of Exif.
+// HEIC and AVIF: the pictures of a file as pages, the one that the file calls its main one first; turned,
+// mirrored and cut as the file says, for which its own properties count and not the orientation of Exif.
 namespace helper {
 namespace {
 
@@ -52,7 +56,7 @@ class Heic final : public Document {
     record.height = heif_image_handle_get_height(handle.get());
     record.memoryBits = alpha ? 32 : 24;
     record.bits = heif_image_handle_get_luma_bits_per_pixel(handle.get()) * (alpha ? 4 : 3);
-    SetCompression(record, "HEVC");
+    SetCompression(record, IsAvif() ? "AV1" : "HEVC");
     ReadDensity(*handle, record);
     return record;
   }
@@ -81,6 +85,12 @@ class Heic final : public Document {
   }
 
  private:
+  bool IsAvif() const {
+    constexpr int kBrandBytes = 12;
+    return std::ssize(m_bytes) >= kBrandBytes &&
+           heif_has_compatible_brand(m_bytes.data(), static_cast<int>(m_bytes.size()), "avif") == 1;
+  }
+
   Owned<heif_image_handle> Picture(int page) const {
     heif_image_handle* handle = nullptr;
     Check(heif_context_get_image_handle(m_context.get(), m_pictures[static_cast<std::size_t>(page) - 1],
@@ -127,5 +137,15 @@ extern "C" __attribute__((visibility("default"))) int de265_start_worker_threads
 int de265_start_worker_threads(void*, int) {
   return 0;
 }
+
+// libdav1d starts as many threads as there are processors, if libheif leaves its settings as they come.
+#ifdef DAV1D_API_VERSION_MAJOR
+extern "C" __attribute__((visibility("default"))) void dav1d_default_settings(Dav1dSettings* settings) {
+  const auto usual = reinterpret_cast<void (*)(Dav1dSettings*)>(dlsym(RTLD_NEXT, "dav1d_default_settings"));
+  usual(settings);
+  settings->n_threads = 1;
+  settings->max_frame_delay = 1;
+}
+#endif
 
 TESSAREL_MODULE(helper::Policy::kCompute, helper::Prepare, helper::Open)

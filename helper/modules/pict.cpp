@@ -206,6 +206,11 @@ class Pict final : public Document {
 
   void Add(PictBitmap bitmap) {
     m_pixels += static_cast<std::int64_t>(bitmap.pixels.size());
+    const PictPoint origin = m_drawing.Origin();
+    bitmap.target.left -= origin.x;
+    bitmap.target.right -= origin.x;
+    bitmap.target.top -= origin.y;
+    bitmap.target.bottom -= origin.y;
     if (m_pixels > kMostPixels * 3) throw Failure(Status::kTooLarge, "the picture's bitmaps are too large");
     m_bitmaps.push_back(std::move(bitmap));
   }
@@ -330,17 +335,10 @@ class Pict final : public Document {
   static void PutPixel(const PictBitmap& bitmap, const std::uint8_t* from, std::uint8_t* to) {
     constexpr int kOr = 1;
     constexpr int kTransparent = 36;
-    std::array<std::uint8_t, 3> color;
-    if (bitmap.bits > 8) {
-      std::copy_n(from, 3, color.begin());
-    } else {
-      const std::uint32_t entry = bitmap.colors[*from];
-      color = {static_cast<std::uint8_t>(entry >> 16), static_cast<std::uint8_t>(entry >> 8),
-               static_cast<std::uint8_t>(entry)};
-    }
+    const std::uint32_t color = bitmap.ColorOf(from);
     const bool leavesWhite = bitmap.transferMode == kOr || bitmap.transferMode == kTransparent;
-    if (leavesWhite && std::count(color.begin(), color.end(), kWhite) == 3) return;
-    std::copy(color.begin(), color.end(), to);
+    if (leavesWhite && color == 0xffffff) return;
+    for (int i = 0; i < 3; ++i) to[i] = static_cast<std::uint8_t>(color >> (16 - 8 * i));
   }
 
   std::vector<std::uint8_t> m_file;

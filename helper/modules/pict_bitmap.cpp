@@ -157,6 +157,19 @@ class Rows {
 
 }  // namespace
 
+PictBitmap ReadPictPixels(PictBytes& bytes) {
+  constexpr int kPackedRect = 0x98;  // whose header is the same
+  constexpr std::int64_t kMostPixels = 1 << 20;
+  PictBitmap bitmap;
+  const Layout layout = ReadHeader(bytes, kPackedRect, bitmap);
+  Check(bitmap, layout);
+  if (static_cast<std::int64_t>(bitmap.bounds.Width()) * bitmap.bounds.Height() > kMostPixels)
+    throw Failure(Status::kTooLarge, "a pattern is too large");
+  Rows rows(bytes, layout, true, bitmap);
+  while (bitmap.rows < bitmap.bounds.Height()) rows.Next();
+  return bitmap;
+}
+
 PictBitmap ReadPictBitmap(PictBytes& bytes, int opcode) {
   PictBitmap bitmap;
   const Layout layout = ReadHeader(bytes, opcode, bitmap);

@@ -26,9 +26,16 @@ struct PictBitmap {
                     static_cast<std::size_t>(x)) *
                    PixelBytes()];
   }
+  /// 0xrrggbb of a pixel that lies there.
+  std::uint32_t ColorOf(const std::uint8_t* pixel) const {
+    if (bits <= 8) return colors[*pixel];
+    return static_cast<std::uint32_t>(pixel[0] << 16 | pixel[1] << 8 | pixel[2]);
+  }
 };
 
 /// The operands of the opcodes 90 to 9B, as far as the file goes.
 PictBitmap ReadPictBitmap(PictBytes& bytes, int opcode);
+/// The pixels of a pattern, which must be whole.
+PictBitmap ReadPictPixels(PictBytes& bytes);
 
 }  // namespace helper

@@ -8,13 +8,21 @@ namespace {
 
 constexpr std::size_t kMostShapes = 200'000;
 
+PictRect Moved(PictRect rect, const PictPoint& origin) {
+  rect.left -= origin.x;
+  rect.right -= origin.x;
+  rect.top -= origin.y;
+  rect.bottom -= origin.y;
+  return rect;
+}
+
 }  // namespace
 
 bool PictDrawing::Follow(int opcode, std::size_t bitmapsBefore) {
   if (FollowState(opcode)) return true;
   if (opcode >= 0x20 && opcode <= 0x23)
     AddLine(opcode, bitmapsBefore);
-  else if (opcode >= 0x30 && opcode < 0x78 && (opcode & 7) <= 4)
+  else if (opcode >= 0x30 && opcode < 0x88 && (opcode & 7) <= 4)
     AddFigure(opcode, bitmapsBefore);
   else
     return false;
@@ -24,7 +32,7 @@ bool PictDrawing::Follow(int opcode, std::size_t bitmapsBefore) {
 bool PictDrawing::FollowState(int opcode) {
   switch (opcode) {
     case 0x01:
-      m_state.clip = m_bytes.SkipRegion();
+      m_state.clip = Moved(m_bytes.SkipRegion(), m_origin);
       return true;
     case 0x02:
       m_state.back = ReadPattern();
@@ -50,6 +58,10 @@ bool PictDrawing::FollowState(int opcode) {
       m_state.ovalHeight = size.y;
       return true;
     }
+    case 0x0c:
+      m_origin.x += m_bytes.Short();
+      m_origin.y += m_bytes.Short();
+      return true;
     case 0x0e:
       m_state.foreColor = ReadOldColor();
       return true;
@@ -62,15 +74,26 @@ bool PictDrawing::FollowState(int opcode) {
     case 0x1b:
       m_state.backColor = ReadColor();
       return true;
+    case 0x1c:
+      m_state.highlights = true;
+      return true;
+    case 0x1d:
+      m_state.highlight = ReadColor();
+      return true;
+    case 0x1e:
+      m_state.highlight = kHighlight;
+      return true;
     case 0x12:
     case 0x13:
     case 0x14: {
       constexpr int kDithered = 2;
-      if (m_bytes.Word() != kDithered)
-        throw Failure(Status::kUnsupported, "patterns of pixels can't be shown");
+      const bool dithered = m_bytes.Word() == kDithered;
       PictPattern pattern = ReadPattern();
-      pattern.isColor = true;
-      pattern.color = ReadColor();
+      pattern.isColor = dithered;
+      if (dithered)
+        pattern.color = ReadColor();
+      else
+        pattern.pixels = std::make_shared<PictBitmap>(ReadPictPixels(m_bytes));
       (opcode == 0x12 ? m_state.back : opcode == 0x13 ? m_state.pen : m_state.fill) = pattern;
       return true;
     }
@@ -132,6 +155,10 @@ void PictDrawing::AddFigure(int opcode, std::size_t bitmapsBefore) {
   PictShape shape;
   shape.figure = static_cast<PictFigure>(opcode >> 4);
   shape.verb = static_cast<PictVerb>(opcode & 7);
+  if (shape.figure == PictFigure::kRegion) {
+    ReadRegion(shape);
+    return Add(std::move(shape), bitmapsBefore);
+  }
   PictRect& last = m_last[static_cast<std::size_t>(opcode >> 4)];
   if (shape.figure == PictFigure::kPolygon) {
     const std::size_t length = m_bytes.Unsigned(2);
@@ -148,11 +175,31 @@ void PictDrawing::AddFigure(int opcode, std::size_t bitmapsBefore) {
   Add(std::move(shape), bitmapsBefore);
 }
 
+void PictDrawing::ReadRegion(PictShape& shape) {
+  constexpr std::size_t kHead = 10;
+  const std::size_t length = m_bytes.Unsigned(2);
+  shape.rect = m_bytes.Rect();
+  if (length < kHead) throw EndOfPict();
+  bool isRow = true;  // else a column
+  for (std::size_t at = kHead; at + 2 <= length; at += 2) {
+    const int word = m_bytes.Short();
+    const bool ends = word == kRegionEnd;
+    shape.region.push_back(ends ? word : word - (isRow ? m_origin.y : m_origin.x));
+    isRow = ends;
+  }
+  if (length % 2 != 0) m_bytes.Skip(1);
+}
+
+/// The one place where the file's coordinates become those of its frame, but for regions, whose words are of
+/// two kinds.
 void PictDrawing::Add(PictShape shape, std::size_t bitmapsBefore) {
   if (m_shapes.size() == kMostShapes) throw Failure(Status::kTooLarge, "the picture has too many shapes");
+  shape.rect = Moved(shape.rect, m_origin);
+  for (PictPoint& point : shape.points) point = {point.x - m_origin.x, point.y - m_origin.y};
   shape.state = m_state;
   shape.bitmapsBefore = bitmapsBefore;
   m_shapes.push_back(std::move(shape));
+  m_state.highlights = false;  // counts for one shape
 }
 
 }  // namespace helper

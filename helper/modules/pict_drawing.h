@@ -11,6 +11,8 @@ class PictDrawing {
   /// Whether the opcode was one of these; its operands are read then.
   bool Follow(int opcode, std::size_t bitmapsBefore);
   const std::vector<PictShape>& Shapes() const { return m_shapes; }
+  /// How far the file's coordinates have been moved since its start.
+  PictPoint Origin() const { return m_origin; }
 
  private:
   bool FollowState(int opcode);
@@ -21,11 +23,13 @@ class PictDrawing {
   PictPoint ReadOffset();
   void AddLine(int opcode, std::size_t bitmapsBefore);
   void AddFigure(int opcode, std::size_t bitmapsBefore);
+  void ReadRegion(PictShape& shape);
   void Add(PictShape shape, std::size_t bitmapsBefore);
 
   PictBytes& m_bytes;
   PictState m_state;
   PictPoint m_pen;
+  PictPoint m_origin;
   std::array<PictRect, 8> m_last{};  ///< by figure
   std::vector<PictShape> m_shapes;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <iterator>
 #include <numbers>
 
 namespace helper {
@@ -24,6 +25,16 @@ bool InAngle(const PictShape& shape, const PictRect& rect, double x, double y) {
   return turned <= std::abs(shape.arcAngle);
 }
 
+/// The pattern covers the plane from the origin on.
+std::uint32_t PixelOf(const PictBitmap& pixels, int x, int y) {
+  const auto within = [](int place, int count) { return (place % count + count) % count; };
+  return pixels.ColorOf(pixels.At(within(x, pixels.bounds.Width()), within(y, pixels.bounds.Height())));
+}
+
+void SetColor(std::uint8_t* pixel, std::uint32_t color) {
+  for (int i = 0; i < 3; ++i) pixel[i] = static_cast<std::uint8_t>(color >> (16 - 8 * i));
+}
+
 const PictPattern& PatternOf(const PictShape& shape) {
   if (shape.verb == PictVerb::kErase) return shape.state.back;
   return shape.verb == PictVerb::kFill ? shape.state.fill : shape.state.pen;
@@ -33,11 +44,14 @@ const PictPattern& PatternOf(const PictShape& shape) {
 
 void PictPainter::Draw(const PictShape& shape) {
   const bool frames = shape.verb == PictVerb::kFrame;
+  const bool isRegion = shape.figure == PictFigure::kRegion && !shape.region.empty();
   if (shape.figure == PictFigure::kLine || (shape.figure == PictFigure::kPolygon && frames))
     DrawLines(shape);
   else if (shape.figure == PictFigure::kPolygon)
     FillPolygon(shape);
-  else
+  else if (isRegion && !frames)  // the frame of one that is no rectangle isn't drawn
+    FillRegion(shape);
+  else if (!isRegion)
     DrawArea(shape);
 }
 
@@ -52,7 +66,7 @@ bool PictPainter::IsInside(const PictShape& shape, const PictRect& rect, int x, 
   if (x < rect.left || x >= rect.right || y < rect.top || y >= rect.bottom) return false;
   const double fromX = x + 0.5 - (rect.left + rect.right) / 2.0;
   const double fromY = y + 0.5 - (rect.top + rect.bottom) / 2.0;
-  if (shape.figure == PictFigure::kRect) return true;
+  if (shape.figure == PictFigure::kRect || shape.figure == PictFigure::kRegion) return true;
   if (shape.figure != PictFigure::kRound) return InEllipse(fromX, fromY, rect.Width(), rect.Height());
   const int width = std::min(shape.state.ovalWidth, rect.Width());
   const int height = std::min(shape.state.ovalHeight, rect.Height());
@@ -101,6 +115,32 @@ void PictPainter::FillPolygon(const PictShape& shape) {
   }
 }
 
+/// Rows at which something changes, each with the columns where inside and outside change their places
+/// against the row above.
+void PictPainter::FillRegion(const PictShape& shape) {
+  const PictRect visible = Visible(shape, shape.rect);
+  std::vector<int> edges;
+  std::vector<int> changed;
+  for (std::size_t at = 0; at < shape.region.size() && m_left > 0;) {
+    const auto next =
+        std::find(shape.region.begin() + static_cast<std::ptrdiff_t>(at), shape.region.end(), kRegionEnd);
+    const int y = shape.region[at];
+    const auto columns = shape.region.begin() + static_cast<std::ptrdiff_t>(at) + 1;
+    if (next == shape.region.end() || columns > next) return;
+    changed.clear();
+    std::set_symmetric_difference(edges.begin(), edges.end(), columns, next, std::back_inserter(changed));
+    edges.swap(changed);
+    m_left -= std::ssize(edges) + 1;
+    at = static_cast<std::size_t>(next - shape.region.begin()) + 1;
+    const int end = at < shape.region.size() && shape.region[at] != kRegionEnd ? shape.region[at] : y;
+    for (int row = std::max(y, visible.top); row < std::min(end, visible.bottom); ++row)
+      for (std::size_t i = 0; i + 1 < edges.size(); i += 2) {
+        const int right = std::min(edges[i + 1], visible.right);
+        for (int x = std::max(edges[i], visible.left); x < right && m_left-- > 0; ++x) Put(shape, x, row);
+      }
+  }
+}
+
 void PictPainter::DrawLines(const PictShape& shape) {
   for (std::size_t i = 0; i + 1 < shape.points.size(); ++i) {
     const PictPoint& from = shape.points[i];
@@ -129,17 +169,25 @@ void PictPainter::Put(const PictShape& shape, int x, int y) {
   const PictState& state = shape.state;
   std::uint8_t* pixel = m_canvas.Row(y - m_frame.top) + static_cast<std::ptrdiff_t>(x - m_frame.left) * 3;
   const PictPattern& pattern = PatternOf(shape);
-  const bool isInk =
-      pattern.isColor || (pattern.bits[static_cast<std::size_t>(y & 7)] >> (7 - (x & 7)) & 1) != 0;
+  const bool isInk = pattern.isColor || pattern.pixels != nullptr ||
+                     (pattern.bits[static_cast<std::size_t>(y & 7)] >> (7 - (x & 7)) & 1) != 0;
   const bool byPen = shape.verb == PictVerb::kFrame || shape.verb == PictVerb::kPaint;
   const int mode = byPen ? state.penMode & 7 : 0;
   if ((mode == kOr || mode == kXor) && !isInk) return;
+  if (shape.verb == PictVerb::kInvert && state.highlights) {
+    const std::uint32_t there = static_cast<std::uint32_t>(pixel[0] << 16 | pixel[1] << 8 | pixel[2]);
+    if (there == state.backColor) return SetColor(pixel, state.highlight);
+    if (there == state.highlight) SetColor(pixel, state.backColor);
+    return;
+  }
   if (shape.verb == PictVerb::kInvert || mode == kXor) {
     for (int i = 0; i < 3; ++i) pixel[i] = static_cast<std::uint8_t>(~pixel[i]);
     return;
   }
-  const std::uint32_t color = pattern.isColor ? pattern.color : isInk ? state.foreColor : state.backColor;
-  for (int i = 0; i < 3; ++i) pixel[i] = static_cast<std::uint8_t>(color >> (16 - 8 * i));
+  std::uint32_t color = isInk ? state.foreColor : state.backColor;
+  if (pattern.isColor) color = pattern.color;
+  if (pattern.pixels != nullptr) color = PixelOf(*pattern.pixels, x, y);
+  SetColor(pixel, color);
 }
 
 }  // namespace helper

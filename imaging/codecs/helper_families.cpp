@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <initializer_list>
 #include <string_view>
 
 #include "imaging/codecs/eps_header.h"
@@ -19,17 +20,27 @@ bool IsWebP(const Candidate& candidate) {
   return StartsWith(candidate, "RIFF") && StartsWith(candidate, "WEBP", 8);
 }
 
-/// One of the brands of the first box says that its pictures are HEVC.
-bool IsHeic(const Candidate& candidate) {
+/// Whether the first box has one of these brands.
+bool HasBrand(const Candidate& candidate, std::initializer_list<const char*> brands) {
   const auto head = candidate.head;
   constexpr std::size_t kBoxHead = 8;
   constexpr std::size_t kBrandBytes = 4;
   if (!StartsWith(candidate, "ftyp", 4)) return false;
   const std::size_t end = std::min<std::size_t>(BigU32(head.data()), head.size());
   for (std::size_t at = kBoxHead; at + kBrandBytes <= end; at += kBrandBytes)
-    for (const char* brand : {"heic", "heix", "heim", "heis"})
+    for (const char* brand : brands)
       if (StartsWith(candidate, brand, at)) return true;
   return false;
+}
+
+/// Its pictures are HEVC.
+bool IsHeic(const Candidate& candidate) {
+  return HasBrand(candidate, {"heic", "heix", "heim", "heis"});
+}
+
+/// Its pictures are AV1.
+bool IsAvif(const Candidate& candidate) {
+  return HasBrand(candidate, {"avif"});
 }
 
 bool IsPsd(const Candidate& candidate) {
@@ -179,6 +190,7 @@ std::span<const HelperFamily> HelperFamilies() {
       {"WebP", "webp", IsWebP, Evidence::kSignature},
       {"JPEG 2000", "jpeg2000", IsJpeg2000, Evidence::kSignature},
       {"HEIC", "heic", IsHeic, Evidence::kSignature},
+      {"AVIF", "heic", IsAvif, Evidence::kSignature},
       {"Photoshop", "media", IsPsd, Evidence::kSignature},
       {"PhotoCD", "media", IsPhotoCd, Evidence::kSignature},
       {"IFF", "media", IsIff, Evidence::kSignature},

@@ -34,11 +34,11 @@ heif_image* MakeImage(const Picture& picture) {
 }
 
 /// The last picture is the main one, and has the block of Exif.
-Bytes MakeHeic(const std::vector<Picture>& pictures, const Bytes& exif = {}) {
+Bytes MakeHeic(const std::vector<Picture>& pictures, const Bytes& exif = {},
+               heif_compression_format format = heif_compression_HEVC) {
   heif_context* context = heif_context_alloc();
   heif_encoder* encoder = nullptr;
-  if (heif_context_get_encoder_for_format(context, heif_compression_HEVC, &encoder).code != heif_error_Ok)
-    return {};
+  if (heif_context_get_encoder_for_format(context, format, &encoder).code != heif_error_Ok) return {};
   heif_encoder_set_lossy_quality(encoder, 95);
   for (const Picture& picture : pictures) {
     heif_image* image = MakeImage(picture);
@@ -88,9 +88,11 @@ TEST(Heic, DepthsAndTurns) {
       {"quarter turn", {.orientation = heif_orientation_rotate_90_cw}, kHeight - 9, 8},
       {"mirrored", {.orientation = heif_orientation_flip_horizontally}, kWidth - 9, 8},
   };
-  for (const Case& form : cases) {
-    SCOPED_TRACE(form.name);
-    const Bytes file = MakeHeic({form.picture});
+  for (int i = 0; i < 2 * static_cast<int>(std::size(cases)); ++i) {
+    const Case& form = cases[i / 2];
+    const bool avif = i % 2 != 0;
+    SCOPED_TRACE(std::string(form.name) + (avif ? " AVIF" : ""));
+    const Bytes file = MakeHeic({form.picture}, {}, avif ? heif_compression_AV1 : heif_compression_HEVC);
     if (file.empty()) GTEST_SKIP() << "this libheif has no encoder";
     const Loaded page = LoadMemory(file);
     EXPECT_EQ(page.error, "");
@@ -98,7 +100,7 @@ TEST(Heic, DepthsAndTurns) {
     const bool turned = form.picture.orientation == heif_orientation_rotate_90_cw;
     EXPECT_EQ(page.record.Width, turned ? kHeight : kWidth);
     EXPECT_EQ(page.info.BitsPerPixel, form.picture.alpha ? 32 : 24);
-    EXPECT_STREQ(page.info.Compression, "HEVC");
+    EXPECT_STREQ(page.info.Compression, avif ? "AV1" : "HEVC");
     EXPECT_EQ(page.info.XResolution, 0);
     EXPECT_NEAR(ColorAt(page, form.cornerX, form.cornerY).red, 20, 12);
     EXPECT_NEAR(
@@ -122,9 +124,11 @@ TEST(Heic, PicturesArePagesTheMainOneFirst) {
 }
 
 TEST(Heic, DamagedFiles) {
-  const Bytes whole = MakeHeic({{}}, MakeExif());
-  if (whole.empty()) GTEST_SKIP() << "this libheif has no encoder";
-  ExpectPageOrError(whole, {41, 64, whole.size() * 8, 151});
+  for (const auto format : {heif_compression_HEVC, heif_compression_AV1}) {
+    const Bytes whole = MakeHeic({{}}, MakeExif(), format);
+    if (whole.empty()) GTEST_SKIP() << "this libheif has no encoder";
+    ExpectPageOrError(whole, {41, 64, whole.size() * 8, 151});
+  }
 }
 
 }  // namespace

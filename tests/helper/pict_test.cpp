@@ -155,6 +155,42 @@ TEST(PictShapes, FiguresPatternsAndClip) {
   ExpectPageOrError(file.bytes, {7, 80, file.bytes.size() * 8, 13});
 }
 
+/// Version 2, in which opcodes are words.
+TEST(PictShapes, PixelPatternsRegionsAndOrigin) {
+  Writer file;
+  file.Words({0, 0, 0, 40, 40, 0x11, 0x2ff});
+  // A pattern of 2 by 2 pixels of two colours, then four rows of it.
+  file.Words(
+      {0x13, 1, 0, 0, 0, 0, 0x8002, 0, 0, 2, 2, 0, 0, 0, 0, 72, 0, 72, 0, 0, 8, 1, 8, 0, 0, 0, 0, 0, 0});
+  file.Words({0, 0, 0, 1, 0, 0x1100, 0x2200, 0x3300, 1, 0xaa00, 0xbb00, 0xcc00, 0x0001, 0x0100});
+  file.Words({0x31, 0, 0, 4, 20});
+  // An L: its columns in its rows from 10 on, and what changes from 14 on.
+  file.Words({0x1a, 0, 0, 0xffff, 0x0a, 0xffff, 0xffff, 0xffff, 0xffff});
+  file.Words({0x84, 10 + 26, 10, 2, 20, 12, 10, 2, 6, 0x7fff, 14, 6, 12, 0x7fff, 20, 2, 12, 0x7fff, 0x7fff});
+  file.Words({0x84, 10, 22, 2, 24, 4});
+  // What is white, and nothing else, becomes green.
+  file.Words({0x1d, 0, 0xffff, 0, 0x1c, 0x33, 22, 2, 24, 6});
+  // From here on a point is 5 to the left and 30 up.
+  file.Words({0x0c, 5, -30, 0x34, 0, 10, 4, 15, 0x84, 10 + 18, 5, 15, 7, 20, 5, 15, 20, 0x7fff, 7, 15, 20});
+  file.Words({0x7fff, 0x7fff, 0xff});
+  const Loaded page = LoadMemory(file.bytes);
+  ASSERT_EQ(page.error, "");
+  struct Pixel {
+    int x, y;
+    std::uint32_t color;
+  };
+  constexpr std::uint32_t kWhite = 0xffffff;
+  constexpr std::uint32_t kBlue = 0x0000ff;
+  for (const auto& [x, y, color] :
+       {Pixel{0, 0, 0x112233}, {1, 0, 0xaabbcc}, {18, 2, 0x112233}, {18, 3, 0xaabbcc}, {19, 3, 0x112233},
+        {20, 3, kWhite},       {2, 10, kBlue},   {5, 13, kBlue},    {6, 13, kWhite},   {6, 14, kBlue},
+        {11, 19, kBlue},       {12, 19, kWhite}, {2, 20, kWhite},   {3, 23, kBlue},    {5, 23, 0x00ff00},
+        {5, 30, kBlue},        {9, 33, kBlue},   {10, 33, kWhite},  {4, 30, kWhite},   {10, 35, kBlue},
+        {14, 36, kBlue},       {15, 36, kWhite}, {10, 37, kWhite}})
+    EXPECT_EQ(ColorOf(page, x, y), color) << x << " " << y;
+  ExpectPageOrError(file.bytes, {17, 80, file.bytes.size() * 8, 29});
+}
+
 INSTANTIATE_TEST_SUITE_P(Kinds, Pict, testing::ValuesIn(kCases));
 
 }  // namespace
