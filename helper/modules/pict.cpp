@@ -1,10 +1,12 @@
 #include <algorithm>
+#include <cmath>
 #include <optional>
 #include <string_view>
 
 #include "helper/modules/pict_bitmap.h"
 #include "helper/modules/pict_bytes.h"
 #include "helper/modules/pict_drawing.h"
+#include "helper/modules/pict_jpeg.h"
 
 // Macintosh pictures (PICT), versions 1 and 2: opcodes that draw. A picture that is one bitmap keeps its
 // depth, one that is a JPEG of QuickTime is delivered as such, and several bitmaps are put together in 24
@@ -125,6 +127,21 @@ JpegFrame FrameOf(std::span<const std::uint8_t> jpeg) {
   }
 }
 
+/// Where the matrix in the operands of CompressedQuickTime puts a picture. One that turns it leaves it as it
+/// is.
+PictRect PlacedBy(std::span<const std::uint8_t> operands, const PictRect& bounds) {
+  PictBytes matrix(operands.subspan(2));
+  std::array<double, 9> values;  // by rows; the last one moves
+  for (double& value : values) value = static_cast<std::int32_t>(matrix.Unsigned(4)) / 65536.0;
+  const auto scaled = [](double scale, int side) {
+    constexpr double kMost = 32767;
+    return scale > 0 && scale * side <= kMost ? static_cast<int>(std::lround(scale * side)) : side;
+  };
+  const int left = static_cast<int>(values[6]);
+  const int top = static_cast<int>(values[7]);
+  return {top, left, top + scaled(values[4], bounds.Height()), left + scaled(values[0], bounds.Width())};
+}
+
 class Pict final : public Document {
  public:
   explicit Pict(const Input& input) : m_file(input.ReadAll()) {
@@ -197,7 +214,7 @@ class Pict final : public Document {
     } else if (opcode == kHeader) {
       ReadHeader();
     } else if (opcode == kQuickTime) {
-      return !IsJpeg(m_bytes.Take(m_bytes.Unsigned(4)));
+      return FollowQuickTime(m_bytes.Take(m_bytes.Unsigned(4)));
     } else if (!m_drawing.Follow(opcode, m_bitmaps.size())) {
       OperandSkipper(m_bytes).Skip(opcode);
     }
@@ -230,7 +247,19 @@ class Pict final : public Document {
     m_frame = frame;
   }
 
-  /// A JPEG that fills the frame is the picture; what follows is for those who can't read it.
+  /// False behind a picture that is all; what follows is for those who can't read it. Other codings aren't
+  /// read.
+  bool FollowQuickTime(std::span<const std::uint8_t> operands) {
+    if (IsJpeg(operands)) return false;
+    const auto jpeg = FindJpeg(operands);
+    if (jpeg.empty()) return true;
+    PictBitmap bitmap = DecodePictJpeg(jpeg);
+    bitmap.target = PlacedBy(operands, bitmap.bounds);
+    Add(std::move(bitmap));
+    return true;
+  }
+
+  /// A JPEG that fills the frame is the picture.
   bool IsJpeg(std::span<const std::uint8_t> operands) {
     const auto jpeg = FindJpeg(operands);
     const JpegFrame frame = FrameOf(jpeg);

@@ -191,6 +191,26 @@ TEST(PictShapes, PixelPatternsRegionsAndOrigin) {
   ExpectPageOrError(file.bytes, {17, 80, file.bytes.size() * 8, 29});
 }
 
+// Half as wide as it is stored, at a place of its own.
+TEST(PictShapes, JpegThatDoesNotFillTheFrame) {
+  Bytes jpeg = MakeJpeg(32, 16, 3, false, [](int, int, int) { return std::uint8_t{90}; });
+  if (jpeg.size() % 2 != 0) jpeg.push_back(0);
+  const auto size = static_cast<int>(jpeg.size());
+  Writer file;
+  file.Words({0, 0, 0, 40, 40, 0x11, 0x2ff, 0x8200, 0, 68 + 86 + size});
+  file.Words({0, 0, 0x8000, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 10, 0, 20, 0, 0x4000, 0});
+  file.Words({0, 0, 0, 0, 0, 0, 0, 0, 0, 16, 32, 0, 0, 0, 0});
+  file.Words({0, 86, 0x6a70, 0x6567}).Add(Bytes(36)).Words({0, size}).Add(Bytes(38)).Add(jpeg).Words({0xff});
+  const Loaded page = LoadMemory(file.bytes);
+  ASSERT_EQ(page.error, "");
+  EXPECT_EQ(page.record.BitsPerPixel, 24);
+  for (const int x : {10, 25})
+    for (const int y : {20, 35}) EXPECT_NEAR(ColorAt(page, x, y).green, 90, 2);
+  for (const auto& [x, y] : {std::pair{9, 20}, {26, 20}, {10, 19}, {10, 36}})
+    EXPECT_EQ(ColorOf(page, x, y), 0xffffffU) << x << " " << y;
+  ExpectPageOrError(file.bytes, {61, 80, file.bytes.size() * 8, 171});
+}
+
 INSTANTIATE_TEST_SUITE_P(Kinds, Pict, testing::ValuesIn(kCases));
 
 }  // namespace
