@@ -72,6 +72,7 @@ int LEADTOOLS::SmartResize(struct_LEAD_Bitmap* source, struct_LEAD_Bitmap* targe
       imaging::Fail(imaging::kErrorInvalidParameter, "An image can't be reduced by the factor %g", factor);
     auto reduced = imaging::Reduced(pixels, factor);
     if (target == source) {
+      reduced->HoldBytes();  // whoever reduces in place wants the large page's memory back
       imaging::Replace(*target, std::move(reduced));
     } else {
       *target = *source;

@@ -29,8 +29,7 @@ std::unique_ptr<PixelStorage> ReducedBits(const PixelStorage& source, int diviso
   const RGBQUAD& zero = source.Palette()[0];
   const RGBQUAD& one = source.Palette()[1];
   const bool oneIsLight = Brightness(one) >= Brightness(zero);
-  ReduceBlocks({source.Row(0), source.Pitch(), target->Row(0), target->Pitch(), target->Width(),
-                target->Height(), divisor, !oneIsLight, 1});
+  target->ReduceFrom(source, divisor, !oneIsLight);
 
   const RGBQUAD& dark = oneIsLight ? zero : one;
   const RGBQUAD& light = oneIsLight ? one : zero;
@@ -48,11 +47,7 @@ std::unique_ptr<PixelStorage> ReducedBits(const PixelStorage& source, int diviso
 std::unique_ptr<PixelStorage> ReducedLevels(const PixelStorage& source, int divisor) {
   auto target = PixelStorage::Create(source.Width() / divisor, source.Height() / divisor, 8);
   const bool zeroIsLight = Brightness(source.Palette()[0]) > Brightness(source.Palette()[1]);
-  const bool packed = source.HeldBits() == 1;
-  // Counted are the bytes that aren't 0; of bits the set ones, whichever byte they stand for.
-  const bool clearIsCounted = packed && source.IndexOf(1) == 0;
-  ReduceBlocks({source.HeldRow(0), source.HeldPitch(), target->Row(0), target->Pitch(), target->Width(),
-                target->Height(), divisor, zeroIsLight != clearIsCounted, packed ? 1 : 8});
+  target->ReduceFrom(source, divisor, zeroIsLight);
   return target;
 }
 

@@ -25,7 +25,12 @@ void FlattenOnWhite(std::uint8_t* out, const std::uint8_t* pixels, std::size_t c
   }
 }
 
-RowReader::RowReader(const PixelStorage& storage, Alpha alpha) : m_storage(storage), m_alpha(alpha) {
+RowReader::RowReader(const PixelStorage& storage, Alpha alpha)
+    : RowReader(storage, alpha, 0, storage.Height()) {}
+
+RowReader::RowReader(const PixelStorage& storage, Alpha alpha, int firstRow, int rows)
+    : m_storage(storage), m_alpha(alpha) {
+  storage.MakeRows(firstRow, rows);
   if (storage.Bits() >= 24) {
     m_channels = storage.Bits() / 8;
     m_direct = true;
@@ -42,7 +47,7 @@ RowReader::RowReader(const PixelStorage& storage, Alpha alpha) : m_storage(stora
 }
 
 const std::uint8_t* RowReader::Read(int row, int first, int count, std::uint8_t* scratch) const {
-  const std::uint8_t* pixels = m_storage.HeldRow(row);
+  const std::uint8_t* pixels = m_storage.ReadyRow(row);
   if (!m_direct) {
     LookUp(pixels, first, count, scratch);
     return scratch;

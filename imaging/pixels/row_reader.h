@@ -16,6 +16,8 @@ enum class Alpha { FlattenOnWhite, Keep };
 class RowReader {
  public:
   RowReader(const PixelStorage& storage, Alpha alpha);
+  /// Only these rows are read; they may lie outside the image.
+  RowReader(const PixelStorage& storage, Alpha alpha, int firstRow, int rows);
   int Channels() const { return m_channels; }
   /// Whether the channels' order is the record's (24 and 32 bits), not blue first.
   bool HasRecordOrder() const { return m_storage.Bits() >= 24; }
@@ -26,7 +28,7 @@ class RowReader {
   bool IsBilevelGray() const { return m_storage.HeldBits() == 1 && m_channels == 1; }
   std::uint32_t Gray(unsigned index) const { return m_grays[index]; }
   /// A row as it is held.
-  const std::uint8_t* Packed(int row) const { return m_storage.HeldRow(row); }
+  const std::uint8_t* Packed(int row) const { return m_storage.ReadyRow(row); }
   /// Pixels first to first + count - 1 of a row; scratch holds Channels() bytes for each.
   const std::uint8_t* Read(int row, int first, int count, std::uint8_t* scratch) const;
 

@@ -218,7 +218,11 @@ void RenderRepeated(const RowReader& reader, bool redFirst, const Scaling& scali
 void RenderScaled(const PixelStorage& storage, int order, const Scaling& scaling, const RECT& part,
                   std::uint32_t* out, std::ptrdiff_t stride, const Kernels& kernels) {
   if (part.left >= part.right || part.top >= part.bottom) return;
-  const RowReader reader(storage, Alpha::FlattenOnWhite);
+  const auto sourceRow = [&](int y) {
+    return scaling.sourceTop + static_cast<int>(std::int64_t{y} * scaling.sourceHeight / scaling.height);
+  };
+  const int first = sourceRow(part.top);
+  const RowReader reader(storage, Alpha::FlattenOnWhite, first, sourceRow(part.bottom) + 2 - first);
   const bool redFirst = reader.HasRecordOrder() && order == 0;
   if (scaling.Averages())
     RenderAveraged(reader, redFirst, scaling, part, out, stride, kernels);

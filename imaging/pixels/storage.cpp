@@ -11,6 +11,7 @@
 #include "imaging/core/exception.h"
 #include "imaging/core/limits.h"
 #include "imaging/pixels/kernels.h"
+#include "imaging/pixels/missing_rows.h"
 #include "imaging/pixels/view_cache.h"
 
 namespace imaging {
@@ -160,9 +161,9 @@ std::unique_ptr<PixelStorage> PixelStorage::CreateAlike(int width, int height) c
 }
 
 void PixelStorage::ShowAsBytes(std::uint8_t zero, std::uint8_t one) {
+  Change();
   m_bits = 8;
   m_twoBytes = {zero, one};
-  ++m_revision;
 }
 
 void PixelStorage::CopyRow(int y, std::uint8_t* out) const {
@@ -197,7 +198,13 @@ bool PixelStorage::IsLive(const PixelStorage* storage) {
 PixelStorage::~PixelStorage() {
   Live().erase(this);
   ViewCache::Drop(m_serial);
-  if (m_pixels != nullptr) Pool().Give(m_pixels, m_capacity);
+  if (m_missing != nullptr) ForgetMissing();
+  if (m_reduced != nullptr) LeaveToReduced();
+  GiveBlock(m_pixels, m_capacity);
+}
+
+void PixelStorage::GiveBlock(std::uint8_t* pixels, std::size_t capacity) noexcept {
+  if (pixels != nullptr) Pool().Give(pixels, capacity);
 }
 
 void PixelStorage::Exchange(PixelStorage& other) noexcept {
@@ -210,6 +217,7 @@ void PixelStorage::Exchange(PixelStorage& other) noexcept {
   std::swap(m_pixels, other.m_pixels);
   std::swap(m_capacity, other.m_capacity);
   std::swap(m_palette, other.m_palette);
+  ExchangeTies(other);
   for (PixelStorage* storage : {this, &other}) {
     ++storage->m_revision;
     storage->m_region.reset();

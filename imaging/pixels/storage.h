@@ -22,6 +22,9 @@ namespace imaging {
 /// A page of two bytes only may be held with a bit for each pixel (ShowAsBytes): what works on whatever is
 /// held goes by the Held members and needs an eighth of the memory; who asks for a Row gets the bytes, and
 /// from then on they are what is held.
+///
+/// An image that is another's reduction (ReduceFrom) has its rows made when they are asked for, so that a
+/// look at a part of a large page costs that part.
 class PixelStorage {
  public:
   /// Throws CLeadtoolsException* if the size is out of the limits or there isn't enough memory.
@@ -43,7 +46,7 @@ class PixelStorage {
   /// Asking for a row to write tells that the pixels change; don't keep the pointer past the next paint.
   /// Throws if there isn't enough memory for a page that is held in bits.
   std::uint8_t* Row(int y) {
-    ++m_revision;
+    Change();
     HoldBytes();
     return m_pixels + y * m_pitch;
   }
@@ -60,16 +63,29 @@ class PixelStorage {
   /// From now on a row is held as its bytes.
   void HoldBytes() const {
     if (m_heldBits != m_bits) Expand();
+    Complete();
   }
   /// The depth that is held: Bits(), or 1.
   int HeldBits() const { return m_heldBits; }
   std::ptrdiff_t HeldPitch() const { return m_pitch; }
   std::size_t HeldRowBytes() const { return (static_cast<std::size_t>(m_width) * m_heldBits + 7) / 8; }
   std::uint8_t* HeldRow(int y) {
-    ++m_revision;
+    Change();
+    Complete();
     return m_pixels + y * m_pitch;
   }
-  const std::uint8_t* HeldRow(int y) const { return m_pixels + y * m_pitch; }
+  const std::uint8_t* HeldRow(int y) const {
+    Complete();
+    return m_pixels + y * m_pitch;
+  }
+  /// Makes this image, of 8 bits, the reduction of one of two levels by a whole number: each byte the share
+  /// of the source's pixels that aren't 0 (with invert: that are). The source may change or end afterwards: a
+  /// change makes the rows that are missing still, an end leaves its pixels here until they aren't needed.
+  void ReduceFrom(const PixelStorage& source, int divisor, bool invert);
+  /// Makes those of the rows that are missing; they may lie outside the image. ReadyRow reads them as HeldRow
+  /// does, without making all others.
+  void MakeRows(int first, int count) const;
+  const std::uint8_t* ReadyRow(int y) const { return m_pixels + y * m_pitch; }
   /// The index into the colour table that a held value of up to 8 bits stands for.
   std::uint8_t IndexOf(unsigned held) const {
     return m_heldBits == m_bits ? static_cast<std::uint8_t>(held) : m_twoBytes[held];
@@ -111,8 +127,22 @@ class PixelStorage {
   static bool IsLive(const PixelStorage* storage);
 
  private:
+  struct MissingRows;
+
   PixelStorage();
   void Expand() const;
+  void Change() {
+    ++m_revision;
+    if (m_beforeChange != nullptr) m_beforeChange(*this);
+  }
+  void Complete() const {
+    if (m_complete != nullptr) m_complete(*this);
+  }
+  void CompleteReduced() const;
+  void LeaveToReduced() noexcept;
+  void ForgetMissing() const noexcept;
+  void ExchangeTies(PixelStorage& other) noexcept;
+  static void GiveBlock(std::uint8_t* pixels, std::size_t capacity) noexcept;
 
   int m_width = 0;
   int m_height = 0;
@@ -130,6 +160,12 @@ class PixelStorage {
   bool m_lossy = false;
   std::array<RGBQUAD, 256> m_palette{};
   std::optional<RECT> m_region;
+  // Both at the two ends of one tie. They are called through pointers, so that programs that only read rows
+  // need nothing of the library's inside.
+  mutable std::unique_ptr<MissingRows> m_missing;
+  mutable const PixelStorage* m_reduced = nullptr;  ///< whose missing rows are made of this
+  mutable void (*m_complete)(const PixelStorage&) = nullptr;
+  mutable void (*m_beforeChange)(const PixelStorage&) = nullptr;
 };
 
 }  // namespace imaging

@@ -1,6 +1,7 @@
 // Reduction of two-level images: the vectors against the plain code, this against the rule, and the records.
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <string>
 
@@ -170,6 +171,52 @@ TEST(Regions, BelongToThePixelsUntilTheseChange) {
   EXPECT_NE(LEADTOOLS::BitmapHasRgn(&bitmap), 0U);
   LEADTOOLS::RotateBitmap(&bitmap, 9000, 5, 0);
   EXPECT_EQ(LEADTOOLS::BitmapHasRgn(&bitmap), 0U);
+}
+
+/// A page that two rows of blocks were painted of, and what is done then, before all of it is read.
+struct Later {
+  const char* what;
+  void (*act)(std::unique_ptr<PixelStorage>& source, std::unique_ptr<PixelStorage>& reduced);
+};
+
+using Page = std::unique_ptr<PixelStorage>;
+
+TEST(ReducedLevels, RowsThatAreMadeLaterAreThoseOfTheFirstMoment) {
+  const Later laters[] = {
+      {"nothing", [](Page&, Page&) {}},
+      {"the source changes", [](Page& source, Page&) { std::fill_n(source->HeldRow(700), 10, 0x5a); }},
+      {"its bytes are asked for", [](Page& source, Page&) { source->HoldBytes(); }},
+      {"it turns black and white", [](Page& source, Page&) { source->ShowAsBytes(255, 0); }},
+      {"it ends", [](Page& source, Page&) { source = nullptr; }},
+      {"its bytes are asked for and it ends",
+       [](Page& source, Page&) { source->HoldBytes(), source = nullptr; }},
+      {"others take its place",
+       [](Page& source, Page&) {
+         const Page other = PixelStorage::Create(8, 8, 1);
+         source->Exchange(*other);
+         source->HeldRow(0)[0] = 1;
+       }},
+      {"the two change places",
+       [](Page& source, Page& reduced) { source->Exchange(*reduced), source.swap(reduced); }},
+      {"it is reduced again", [](Page& source, Page&) { imaging::ReducedLevels(*source, 5)->HoldBytes(); }},
+  };
+  constexpr int kDivisor = 3;
+  for (const bool inverted : {false, true})
+    for (const Later& later : laters) {
+      Page source = PixelStorage::Create(1203, 1001, 1);
+      FillNoise(*source, 5);
+      source->ShowAsBytes(inverted ? 255 : 0, inverted ? 0 : 255);
+      std::vector<std::uint8_t> wanted(401 * 333);
+      imaging::ReduceBlocksPlain(
+          {source->HeldRow(0), source->HeldPitch(), wanted.data(), 401, 401, 333, kDivisor, inverted, 1});
+      Page reduced = imaging::ReducedLevels(*source, kDivisor);
+      reduced->MakeRows(100, 2);
+      later.act(source, reduced);
+      source = nullptr;
+      for (int y = 332; y >= 0; --y)
+        ASSERT_EQ(std::memcmp(reduced->Row(y), &wanted[static_cast<std::size_t>(y) * 401], 401), 0)
+            << later.what << ", row " << y;
+    }
 }
 
 }  // namespace
