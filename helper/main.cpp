@@ -4,10 +4,14 @@
 #include <dlfcn.h>
 #include <poll.h>
 #include <sys/mman.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
 #include <cstring>
 #include <exception>
 #include <new>
@@ -119,13 +123,43 @@ class Service {
   std::unique_ptr<Document> m_document;
 };
 
+/// A reader that never comes back to the socket doesn't see that the library's process is gone.
+void LeaveIfAlone(int) {
+  const int error = errno;
+  pollfd library = {kSocket, 0, 0};
+  if (poll(&library, 1, 0) > 0 && (library.revents & POLLHUP) != 0) _exit(0);
+  errno = error;
+}
+
+/// Every second, whatever the module does. Not by the end of the thread that started this process, since one
+/// of the library's threads may end where the library doesn't.
+void LookForTheLibrary() {
+  struct sigaction action {};
+  action.sa_handler = &LeaveIfAlone;
+  action.sa_flags = SA_RESTART;
+  sigaction(SIGALRM, &action, nullptr);
+  const itimerval second = {{1, 0}, {1, 0}};
+  setitimer(ITIMER_REAL, &second, nullptr);
+}
+
+/// False if there is none for a while.
+bool AwaitRequest() {
+  using Clock = std::chrono::steady_clock;
+  constexpr std::chrono::seconds kIdle{30};
+  for (const auto end = Clock::now() + kIdle; Clock::now() < end;) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+    pollfd waiting = {kSocket, POLLIN, 0};
+    const int ready = poll(&waiting, 1, static_cast<int>(left.count()));
+    if (ready == 1) return true;
+    if (ready < 0 && errno != EINTR) return false;
+  }
+  return false;
+}
+
 /// Ends when the library closes its end or asks nothing for a while; the next page starts a new process.
 void Serve(const Module& module) {
-  constexpr int kIdleMs = 30'000;
   Service service(module);
-  for (;;) {
-    pollfd waiting = {kSocket, POLLIN, 0};
-    if (poll(&waiting, 1, kIdleMs) != 1) return;
+  while (AwaitRequest()) {
     Request request;
     Descriptor descriptor;
     if (!Receive(kSocket, request, descriptor)) return;
@@ -137,6 +171,7 @@ int Run(const char* name) {
   const Module* module = LoadModule(name);
   if (module == nullptr) return 2;
   if (module->prepare != nullptr) module->prepare();
+  LookForTheLibrary();
   const std::string fault = LockDown(module->policy == Policy::kFonts ? kFontFolders : nullptr);
   if (!fault.empty()) {
     Send(kSocket, Refusal(Status::kNoSandbox, ("the sandbox can't be set up: " + fault).c_str()));

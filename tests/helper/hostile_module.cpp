@@ -1,5 +1,7 @@
 #include <fcntl.h>
 #include <linux/seccomp.h>
+#include <poll.h>
+#include <pthread.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
@@ -8,10 +10,12 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
 #include "helper/module.h"
+#include "helper/protocol/channel.h"
 
 // A module for tests: does what the word in the file says, as a library that a hostile file has taken over
 // could.
@@ -48,11 +52,36 @@ void MakeExecutable() {
   mmap(nullptr, 4096, PROT_READ | PROT_WRITE | PROT_EXEC, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
 }
 
+void MakeThread() {
+  pthread_t thread{};
+  const int error = pthread_create(
+      &thread, nullptr, [](void*) -> void* { return nullptr; }, nullptr);
+  if (error != 0) throw Failure(Status::kUnsupported, std::strerror(error));
+}
+
+/// Through whatever descriptor there is beside the socket.
+void ChangeFile() {
+  constexpr int kMost = 1024;
+  const char byte = 'X';
+  for (int descriptor = kSocket + 1; descriptor < kMost; ++descriptor)
+    if (write(descriptor, &byte, 1) == 1) throw Failure(Status::kUnsupported, "it can be written");
+  throw Failure(Status::kUnsupported, std::strerror(errno));
+}
+
+/// While the page is still being written.
+void AnswerEarly() {
+  Reply reply;
+  reply.rows = 10;
+  Send(kSocket, reply);
+  LoopForever();
+}
+
 void Misbehave(std::string_view word) {
   if (word == "fault") *static_cast<volatile int*>(nullptr) = 1;
   if (word == "abort") std::abort();
   if (word == "loop") LoopForever();
   if (word == "sleep") pause();
+  if (word == "wait") poll(nullptr, 0, -1);
   if (word == "memory") TakeAllMemory();
   if (word == "throw") throw 1;
   if (word == "open") OpenFile("/etc/passwd", O_RDONLY);
@@ -62,7 +91,14 @@ void Misbehave(std::string_view word) {
   if (word == "exec") Execute();
   if (word == "code") MakeExecutable();
   if (word == "kill") kill(1, 0);
+  if (word == "killhost") kill(getppid(), SIGTERM);
+  if (word == "thread") MakeThread();
+  if (word == "link" && symlink("/etc/passwd", "/tmp/tessarel-hostile") == 0) return;
+  if (word == "memfd") memfd_create("kept", 0);
+  if (word == "unlock") prctl(PR_SET_PDEATHSIG, 0, 0, 0, 0);
   if (word == "trace") syscall(SYS_process_vm_readv, 1, nullptr, 0, nullptr, 0, 0);
+  if (word == "write") ChangeFile();
+  if (word == "early") AnswerEarly();
   if (word == "exit") _exit(0);
   if (word == "close") {
     close(kSocket);
@@ -99,9 +135,9 @@ class Hostile final : public Document {
     record.perspective = m_word == "turn" ? 9 : 0;
     record.delivery = m_word == "delivery" ? static_cast<Delivery>(9) : Delivery::kPixels;
     record.colors = m_word == "colors" ? 5000 : 0;
-    if (m_word == "jpeg") {
+    if (m_word == "much" || m_word == "less") {
       record.delivery = Delivery::kJpeg;
-      record.deliveredBytes = 100;
+      record.deliveredBytes = m_word == "much" ? INT64_MAX : -1;
     }
     record.compression.fill(m_word == "name" ? '\x07' : 'x');  // without an end
     return record;

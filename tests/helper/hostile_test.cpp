@@ -19,6 +19,7 @@
 
 #include "helper/protocol/channel.h"
 #include "imaging/core/exception.h"
+#include "imaging/core/waiting.h"
 #include "imaging/helper/client.h"
 #include "imaging/helper/place.h"
 #include "imaging/ltwrap.h"
@@ -76,8 +77,13 @@ TEST(Hostile, EveryDeedIsAnErrorInTime) {
       Deed{"init fault", kErrorCorrupt, "failed on it"},
       Deed{"init loop", kErrorLimit, "too slow"},
       Deed{"init exit", kErrorInternal, "can't be started"},
+      Deed{"init memory", kErrorNoMemory, "more memory than it may"},
       Deed{"describe fault", kErrorCorrupt, "page 2"},
+      Deed{"describe loop", kErrorLimit, "too slow"},
       Deed{"describe sleep", kErrorCorrupt, "sandbox"},
+      Deed{"describe wait", kErrorLimit, "too slow"},
+      Deed{"describe write", kErrorLimit, "too slow"},
+      Deed{"describe exit", kErrorInternal, "can't be started"},
       Deed{"decode fault", kErrorCorrupt, "page 2"},
       Deed{"decode abort", kErrorCorrupt, "failed on it"},
       Deed{"decode loop", kErrorLimit, "too slow"},
@@ -90,6 +96,12 @@ TEST(Hostile, EveryDeedIsAnErrorInTime) {
       Deed{"decode exec", kErrorCorrupt, "sandbox"},
       Deed{"decode code", kErrorCorrupt, "sandbox"},
       Deed{"decode kill", kErrorCorrupt, "sandbox"},
+      Deed{"decode killhost", kErrorCorrupt, "sandbox"},
+      Deed{"decode thread", kErrorCorrupt, "sandbox"},
+      Deed{"decode link", kErrorCorrupt, "sandbox"},
+      Deed{"decode memfd", kErrorCorrupt, "sandbox"},
+      Deed{"decode unlock", kErrorCorrupt, "sandbox"},
+      Deed{"decode early", kErrorCorrupt, "failed on it"},
       Deed{"decode trace", kErrorCorrupt, "sandbox"},
       Deed{"decode exit", kErrorInternal, "can't be started"},
       Deed{"decode close", kErrorCorrupt, "failed on it"},
@@ -107,6 +119,8 @@ TEST(Hostile, EveryDeedIsAnErrorInTime) {
       Deed{"x colors", kErrorCorrupt, "failed on it"},
       Deed{"x rows", kErrorCorrupt, "failed on it"},
       Deed{"x damage", kErrorCorrupt, "failed on it"},
+      Deed{"x much", kErrorCorrupt, "failed on it"},
+      Deed{"x less", kErrorCorrupt, "failed on it"},
       Deed{"x after", kErrorCorrupt, "failed on it"},
   };
   const std::size_t descriptors = CountEntries("/proc/self/fd");
@@ -292,6 +306,44 @@ TEST(Hostile, ALoadIsEndedBeforeThePageIsDescribed) {
   EXPECT_EQ(info.Height, 0);
   EXPECT_EQ(Children(), before);
   EXPECT_EQ(CountEntries("/proc/self/fd"), descriptors);
+}
+
+/// A process of the library that reads the words and is killed meanwhile; gives the helper's number.
+pid_t KillHostOf(const std::string& words) {
+  std::array<int, 2> ends{};
+  EXPECT_EQ(pipe(ends.data()), 0);
+  const pid_t host = fork();
+  if (host == 0) {
+    const auto source = imaging::OpenBlockSource(Bytes(words.begin(), words.end()), "bad.bin");
+    Client client(*source, "hostile");
+    const imaging::WaitScope waiting([&] {
+      const pid_t helper = client.ProcessId();
+      return write(ends[1], &helper, sizeof helper) < 0;
+    });
+    client.Decode(2);
+    _exit(0);
+  }
+  pid_t helper = 0;
+  // Asked while the process starts it isn't the client's yet.
+  while (helper == 0 && read(ends[0], &helper, sizeof helper) == sizeof helper) {
+  }
+  kill(host, SIGKILL);
+  waitpid(host, nullptr, 0);
+  for (const int end : ends) close(end);
+  return helper;
+}
+
+TEST(Hostile, NothingOutlivesTheHost) {
+  prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0);
+  for (const char* words : {"decode loop", "describe wait"}) {
+    const pid_t helper = KillHostOf(words);
+    ASSERT_GT(helper, 0);
+    const auto start = std::chrono::steady_clock::now();
+    while (waitpid(helper, nullptr, WNOHANG) == 0 && std::chrono::steady_clock::now() - start < 5s)
+      usleep(10'000);
+    EXPECT_NE(kill(helper, 0), 0) << words;
+  }
+  prctl(PR_SET_CHILD_SUBREAPER, 0, 0, 0, 0);
 }
 
 /// From here on the process can't filter its calls, as on a kernel that can't.
