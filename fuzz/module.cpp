@@ -17,8 +17,10 @@ void ReadPages(const helper::Module& module, const helper::Input& input) {
   for (int page = 1; page <= pages && page <= 2; ++page) {
     const helper::PageRecord record = document->Describe(page, 72);
     const std::int64_t pitch = (std::int64_t{record.width} * record.memoryBits + 31) / 32 * 4;
-    if (record.width < 1 || record.height < 1 || pitch * record.height > kMostBytes) continue;
-    std::vector<std::uint8_t> memory(static_cast<std::size_t>(pitch * record.height));
+    const std::int64_t bytes =
+        record.delivery == helper::Delivery::kPixels ? pitch * record.height : record.deliveredBytes;
+    if (record.width < 1 || record.height < 1 || bytes < 1 || bytes > kMostBytes) continue;
+    std::vector<std::uint8_t> memory(static_cast<std::size_t>(bytes));
     document->Decode(page, 72, {memory.data(), static_cast<std::ptrdiff_t>(pitch), memory.size()});
   }
 }
