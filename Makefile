@@ -2,7 +2,7 @@
 PREFIX ?= /usr/local
 JOBS ?= $(shell nproc)
 
-.PHONY: run test docs pictures bench lint lint-changed sanitize fuzz soak install package package-test setup setup-modules
+.PHONY: run test docs pictures bench lint lint-changed analyze sanitize tsan fuzz soak install package package-test setup setup-modules
 
 build:
 	@mkdir -p build
@@ -42,10 +42,22 @@ lint-changed: setup-modules
 	cmake --preset debug > /dev/null
 	tools/lint build/debug $(if $(LANDED),--changed $(LANDED))
 
+# The whole code under clang's analyzer. Takes a quarter of an hour.
+analyze: setup-modules
+	cmake --preset debug > /dev/null
+	tools/analyze build/debug
+
 sanitize: setup-modules
 	cmake --preset sanitize
 	cmake --build build/sanitize -- -j$(JOBS)
 	tools/run_tests sanitize
+
+# The thread sanitizer over what may be called from several threads, or has threads of its own.
+TSAN_TESTS ?= ^(RegistryTest|Cups|Printers|NoService|Trouble|ServiceJob|Aside|Alive)
+tsan: setup-modules
+	cmake --preset thread
+	cmake --build build/thread -- -j$(JOBS)
+	tools/run_tests thread -R '$(TSAN_TESTS)'
 
 # FUZZ_SECONDS of libFuzzer on each place where bytes come from outside, beginning with files of the build's own and
 # with the small ones of the folder CORPUS.

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "fuzz/bytes.h"
+#include "platform/registry/detail/settings_text.h"
 #include "platform/registry/registry.h"
 
 namespace {
@@ -28,13 +29,27 @@ void Query(HKEY key, const char* name) {
   RegQueryValueExA(key, name, nullptr, &type, value, &size);
 }
 
+/// What was understood is written so that it is understood again.
+void CheckText(std::string_view text) {
+  const platform::registry::Texts texts = platform::registry::ReadSettings(text).texts;
+  const auto again = platform::registry::ReadSettings(platform::registry::WriteSettings(texts));
+  fuzz::Require(!again.damaged && again.texts.size() == texts.size());
+  for (const auto& [name, value] : texts) {
+    const auto found = again.texts.find(name);
+    fuzz::Require(found != again.texts.end() && found->second == value);
+  }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   // A folder for each, since the file is taken for the same one by its size and time.
   static int number = 0;
+  CheckText({reinterpret_cast<const char*>(data), size});
+  constexpr int kOnDisk = 64;  // one of so many, since files take their time
+  if (number++ % kOnDisk != 0) return 0;
   const fs::path folder =
-      fs::temp_directory_path() / ("tessarel-fuzz-" + std::to_string(getpid())) / std::to_string(++number);
+      fs::temp_directory_path() / ("tessarel-fuzz-" + std::to_string(getpid())) / std::to_string(number);
   fs::create_directories(folder / "tessarel12");
   setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
   std::ofstream(folder / "tessarel12" / "registry", std::ios::binary)

@@ -44,10 +44,6 @@ Deed Next(Calls calls) {
   return reached ? g_plan.deed : Deed::kCount;
 }
 
-bool Refused() {
-  return Next(Calls::kAllocations) == Deed::kFail;
-}
-
 /// True: the call fails with errno set. Otherwise count is how many bytes it may move.
 bool Spoiled(Calls calls, std::size_t& count) {
   switch (Next(calls)) {
@@ -118,6 +114,10 @@ bool faults::Pause(bool paused) {
 extern "C" {
 
 #ifndef FAULTS_LEAVE_ALLOCATIONS
+static bool Refused() {
+  return Next(Calls::kAllocations) == Deed::kFail;
+}
+
 void* malloc(std::size_t size) {
   return Refused() ? nullptr : __libc_malloc(size);
 }

@@ -1,6 +1,9 @@
 // Reads and writes that fail, are interrupted, or move less than they were asked to.
 
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/statvfs.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -92,6 +95,55 @@ TEST(FileFaults, WritesThatFailKeepTheOldFile) {
   }
   PrintFigure("changes of files that fail", points, "points");
   PrintFigure("the old file kept", kept, "");
+}
+
+constexpr std::size_t kBlock = 4096;
+
+/// A small disk of this process alone, which goes with it. False where that isn't allowed.
+bool MountSmallDisk(const std::string& folder) {
+  return (unshare(CLONE_NEWNS) == 0 || unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0) &&
+         mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+         mount("none", folder.c_str(), "tmpfs", 0, "size=256k") == 0;
+}
+
+void LeaveBlocks(const std::string& folder, std::size_t blocks) {
+  struct statvfs disk {};
+  statvfs(folder.c_str(), &disk);
+  WriteAll(folder + "/filler", Bytes((disk.f_bavail - blocks) * kBlock));
+}
+
+TEST(FileFaults, AFullDiskKeepsTheOldFile) {
+  const TempFolder folder;
+  const std::string path = folder.Path("target");
+  const Bytes old(100, 'o');
+  long kept = 0;
+  long written = 0;
+  for (const Job& job : Jobs())
+    for (std::size_t blocks = 0; blocks < 16; ++blocks) {
+      const Outcome outcome = RunWith({}, 0, [&]() -> std::string {
+        if (!MountSmallDisk(folder.Path(""))) return "no disk";
+        job.run(path);
+        const Bytes whole = ReadAll(path);
+        WriteAll(path, old);
+        LeaveBlocks(folder.Path(""), blocks);
+        bool failed = false;
+        try {
+          job.run(path);
+        } catch (const std::string&) {
+          failed = true;
+        }
+        if (Entries(folder) != 2) return "something is left";
+        return ReadAll(path) != (failed ? old : whole) ? "broken" : failed ? "kept" : "written";
+      });
+      if (outcome.result == "no disk") GTEST_SKIP() << "this user may mount nothing";
+      EXPECT_TRUE(outcome.result == "kept" || outcome.result == "written")
+          << job.name << " with " << blocks << " blocks left: " << outcome.result << outcome.signal;
+      ++(outcome.result == "kept" ? kept : written);
+    }
+  EXPECT_GT(kept, 5);
+  EXPECT_GT(written, 5);
+  PrintFigure("disks too full", kept, "points");
+  PrintFigure("disks with just room enough", written, "points");
 }
 
 // While a file is looked at, it is replaced, cut or overwritten.
