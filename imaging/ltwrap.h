@@ -44,9 +44,9 @@ class LTWRAP_API NewFile {
 /// 0: what keeps its caller waiting is to end. May throw, which ends it as well.
 using WaitCallback = int (*)(void* userData);
 
-/// While it lives, every call of the service that waits for the helper asks the callback every 50 ms; if it
-/// gives 0 the helper's process is ended and the call throws kErrorUserAbort. Ends before what it was made
-/// in.
+/// While it lives, every call of the service that waits for the helper or decodes asks the callback every
+/// 50 ms; if it gives 0 the helper's process is ended and the call throws kErrorUserAbort. Ends before what
+/// it was made in.
 class LTWRAP_API Waiting {
  public:
   Waiting(WaitCallback callback, void* userData);

@@ -180,6 +180,7 @@ class BmpReader final : public Reader {
     ByteReader reader(m_source, m_header.dataOffset);
     int whole = 0;
     for (int line = 0; line < pixels.Height(); ++line) {
+      FailIfEndWanted();
       std::uint8_t* row = pixels.Row(m_header.topDown ? line : pixels.Height() - 1 - line);
       reader.Read(std::span(stored).first(needed));
       const bool missing = reader.AtEnd();

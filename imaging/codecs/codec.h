@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "imaging/core/source.h"
+#include "imaging/core/waiting.h"
 #include "imaging/pixels/storage.h"
 
 namespace imaging {
@@ -120,6 +121,7 @@ struct DecodeWish {
   DecodeListener* listener = nullptr;  ///< codecs that can't tell on their way leave it untold
 
   void Reached(PixelStorage& pixels, int pixelOrder, int endRow) const {
+    FailIfEndWanted();
     if (listener != nullptr) listener->Reached(pixels, pixelOrder, endRow);
   }
 };

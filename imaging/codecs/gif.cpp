@@ -223,6 +223,7 @@ class GifReader final : public Reader {
     if (!stream.GoTo(frame)) FailFrame(stream, number);
     const auto colors = ReadColors(stream.Gif());
     const int lines = stream.ReadLines([&](auto line, int y) {
+      FailIfEndWanted();
       canvas.DrawLine(frame.left, frame.top + y, line, colors, stream.Transparent());
     });
     if (lines == 0) FailFrame(stream, number);
@@ -265,8 +266,10 @@ class GifReader final : public Reader {
     if (!stream.GoTo(frame)) FailFrame(stream, 1);
     auto pixels = PixelStorage::Create(frame.width, frame.height, 8);
     SetPalette(*pixels, ReadColors(stream.Gif()));
-    const int lines =
-        stream.ReadLines([&](auto line, int y) { std::copy(line.begin(), line.end(), pixels->Row(y)); });
+    const int lines = stream.ReadLines([&](auto line, int y) {
+      FailIfEndWanted();
+      std::copy(line.begin(), line.end(), pixels->Row(y));
+    });
     if (lines == 0) FailFrame(stream, 1);
     const bool interlaced = stream.Gif().Image.Interlace;
     for (int i = lines; i < frame.height; ++i)

@@ -2,6 +2,7 @@
 #include <csetjmp>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <utility>
 #include <vector>
 
@@ -40,7 +41,7 @@ class JpegDecoder {
     };
     m_errors.output_message = [](j_common_ptr) {};
     m_progress.progress_monitor = [](j_common_ptr info) {
-      if (info->is_decompressor != 0) Self(info).CheckScan(reinterpret_cast<j_decompress_ptr>(info));
+      if (!Self(info).IsToGoOn(reinterpret_cast<j_decompress_ptr>(info))) std::longjmp(Self(info).m_jump, 1);
     };
     m_manager.init_source = [](j_decompress_ptr) {};
     m_manager.fill_input_buffer = Fill;
@@ -56,6 +57,7 @@ class JpegDecoder {
 
   jpeg_decompress_struct& Info() { return m_info; }
   [[noreturn]] void FailDecoding() const {
+    if (m_thrown != nullptr) std::rethrow_exception(m_thrown);
     if (m_work.IsSpent()) m_work.Fail();
     const char* name = m_source.Name().c_str();
     if (m_scan > Limit().scans)
@@ -78,12 +80,14 @@ class JpegDecoder {
   }
   /// Decodes as many rows as there are pointers; returns how many came out.
   int ReadRows(JSAMPARRAY rows, int count) {
+    FailIfEndWanted();
     m_rowsRead = 0;
     Step([this, rows, count] {
       while (m_rowsRead < count)
         m_rowsRead += static_cast<int>(
             jpeg_read_scanlines(&m_info, rows + m_rowsRead, static_cast<JDIMENSION>(count - m_rowsRead)));
     });
+    if (m_thrown != nullptr) std::rethrow_exception(m_thrown);
     return m_rowsRead;
   }
 
@@ -101,12 +105,17 @@ class JpegDecoder {
 
   /// Called now and then while scans are read. A progressive file may consist of very many empty ones, each
   /// of which visits the coefficients of the page.
-  void CheckScan(j_decompress_ptr info) {
+  bool IsToGoOn(j_decompress_ptr info) {
     constexpr int kVisits = 2;  // a coefficient costs what two pixels do elsewhere
     const bool isNew = info->input_scan_number > m_scan;
     m_scan = std::max(m_scan, info->input_scan_number);
-    if (m_scan > Limit().scans || (isNew && !m_work.SpendPixels(PagePixels() * kVisits)))
-      std::longjmp(m_jump, 1);
+    if (m_scan > Limit().scans || (isNew && !m_work.SpendPixels(PagePixels() * kVisits))) return false;
+    try {
+      if (info->output_scanline == 0) FailIfEndWanted();
+    } catch (...) {
+      m_thrown = std::current_exception();  // the library must not be left by it
+    }
+    return m_thrown == nullptr;
   }
 
   static boolean Fill(j_decompress_ptr info) {
@@ -146,6 +155,7 @@ class JpegDecoder {
   const Source& m_source;
   const JpegHeader& m_header;
   WorkBudget m_work;
+  std::exception_ptr m_thrown;
   int m_scan = 0;  ///< the latest that was begun
   jpeg_decompress_struct m_info{};
   jpeg_error_mgr m_errors{};

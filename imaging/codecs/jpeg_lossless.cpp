@@ -7,6 +7,7 @@
 
 #include "imaging/codecs/rows.h"
 #include "imaging/core/exception.h"
+#include "imaging/core/waiting.h"
 
 namespace imaging {
 namespace {
@@ -223,6 +224,7 @@ class LosslessDecoder {
     ScanBits bits(m_reader);
     const int restartRows = static_cast<int>(m_restartInterval) / m_header.width;
     for (int y = 0; y < m_header.height; ++y) {
+      FailIfEndWanted();
       const bool first = y == 0 || (restartRows != 0 && y % restartRows == 0);
       if (first && y != 0 && !bits.Restart()) return false;
       DecodeRow(bits, first);

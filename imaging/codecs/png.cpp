@@ -46,23 +46,13 @@ class PngDecoder {
     action();
     return true;
   }
-  /// Reads some rows of a picture in one pass; how many came out.
+  /// Reads some rows of a pass; how many came out.
   int ReadSome(PixelStorage& pixels, int first, int count) {
     m_row = 0;
     Step([this, &pixels, first, count] {
       for (; m_row < count; ++m_row) png_read_row(m_png, pixels.Row(first + m_row), nullptr);
     });
     return m_row;
-  }
-  /// Reads the rows, in all passes. Returns how many rows are whole when it ends.
-  int ReadRows(PixelStorage& pixels, int passes) {
-    m_row = 0;
-    m_pass = 0;
-    Step([this, &pixels, passes] {
-      for (; m_pass < passes; ++m_pass)
-        for (m_row = 0; m_row < pixels.Height(); ++m_row) png_read_row(m_png, pixels.Row(m_row), nullptr);
-    });
-    return m_pass == passes ? pixels.Height() : m_pass == passes - 1 ? m_row : 0;
   }
 
  private:
@@ -91,7 +81,6 @@ class PngDecoder {
   png_infop m_info = nullptr;
   std::jmp_buf m_jump{};
   int m_row = 0;
-  int m_pass = 0;
   char m_text[200] = "not enough memory";
 };
 
@@ -239,19 +228,25 @@ class PngReader final : public Reader {
     // The row buffer must hold what the library writes.
     if (!ready || png_get_rowbytes(decoder.Png(), decoder.Info()) > static_cast<std::size_t>(pixels.Pitch()))
       return false;
-    const int rows = passes == 1 ? ReadTelling(decoder, decoded, wish) : decoder.ReadRows(pixels, passes);
+    int rows = pixels.Height();
+    for (int pass = 1; pass < passes && rows == pixels.Height(); ++pass)
+      rows = ReadPass(decoder, pixels, [](int) { FailIfEndWanted(); });
+    // Rows of the passes before the last aren't whole yet.
+    rows = rows < pixels.Height() ? 0 : ReadPass(decoder, pixels, [&](int read) {
+      passes == 1 ? wish.Reached(pixels, decoded.order, read) : FailIfEndWanted();
+    });
     for (int y = rows; y < pixels.Height(); ++y) std::memset(pixels.Row(y), 0xff, pixels.RowBytes());
     return rows > 0;
   }
 
-  static int ReadTelling(PngDecoder& decoder, const DecodedPage& decoded, const DecodeWish& wish) {
+  template <typename Reached>
+  static int ReadPass(PngDecoder& decoder, PixelStorage& pixels, const Reached& reached) {
     constexpr int kRowsAtOnce = 16;
-    PixelStorage& pixels = *decoded.pixels;
     int read = 0;
     for (int wanted = 0; read == wanted && read < pixels.Height();) {
       wanted = std::min(read + kRowsAtOnce, pixels.Height());
       read += decoder.ReadSome(pixels, read, wanted - read);
-      wish.Reached(pixels, decoded.order, read);
+      reached(read);
     }
     return read;
   }

@@ -54,6 +54,7 @@ class RasterReader final : public Reader {
     const auto row = [&] { return pixels.Row(page.bottomUp ? pixels.Height() - 1 - line : line); };
     while (line < pixels.Height() && page.nextRow(data, row())) {
       ++line;
+      FailIfEndWanted();
       if (telling) wish.Reached(pixels, page.info.order, line);
     }
     if (line == 0) FailShort();

@@ -193,6 +193,7 @@ class RawFaxReader final : public Reader {
     FaxRows rows(width, Form().coding);
     rows.Start(m_data.Coded(), firstBit);
     for (auto step = rows.Next(); step != FaxRows::Step::kEnd; step = rows.Next()) {
+      FailIfEndWanted();
       if (rows.Count() > Limit().side) break;
       if (pixels != nullptr) pixels->Add(rows, step == FaxRows::Step::kRepeat);
     }

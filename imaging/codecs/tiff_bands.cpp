@@ -67,6 +67,7 @@ void TiffBands::Skip() {
 }
 
 bool TiffBands::Next() {
+  FailIfEndWanted();
   if (AtEnd()) {
     RequireSomething();
     return false;

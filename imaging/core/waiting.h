@@ -2,8 +2,8 @@
 
 #include <functional>
 
-// Work that keeps its caller waiting without a word, as reading by the helper does, asks here again and again
-// whether it is to go on.
+// Work that keeps its caller waiting without a word, as reading by the helper or the decoding of a large page
+// does, asks here again and again whether it is to go on.
 namespace imaging {
 
 /// True once the work is to end; may throw, which ends it as well.
@@ -25,5 +25,9 @@ class WaitScope {
 
 /// Asks all scopes of this thread; what those who are asked do themselves asks nobody.
 bool IsEndWanted();
+/// The same for loops with short steps: asks when a scope is new and then every 50 ms.
+bool IsEndWantedByNow();
+/// Throws kErrorUserAbort if that is so.
+void FailIfEndWanted();
 
 }  // namespace imaging
