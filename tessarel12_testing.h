@@ -113,6 +113,10 @@ PLATFORM_API bool ClickMaximizedButton(HWND frame, UINT command);
 /// Number of the resource or of the system's cursor (32512 and up); 0 for a dead handle.
 PLATFORM_API UINT CursorId(HCURSOR cursor);
 
+/// What a screen reader finds: a line for each part that shows, indented below the part that holds it, as in
+/// "EditableText 'Page' = '3' by 'Page:' focused": role (QAccessible::Role), name, value, names of the labels
+/// tied to it, states. Null: the dialog or box in front. Empty for a dead handle.
+PLATFORM_API std::string AccessibleTree(HWND window);
 /// Writes what a window shows, bars and children included, as a PNG in device pixels. False if it can't.
 PLATFORM_API bool SaveWindowPicture(HWND window, const char* path);
 /// 0xffRRGGBB of one device pixel of what a window shows, counted from its top left corner; 0 outside.

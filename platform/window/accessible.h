@@ -50,7 +50,8 @@ PLATFORM_API CString GetAccessibleName(HWND window);
 /// Announces that another part of a window has become the current one; nothing while the keyboard is
 /// elsewhere.
 PLATFORM_API void AnnounceAccessibleItem(HWND window, int index);
-/// Names each field of a dialog after the text in front of it. Dialogs of CDialog have it done once their
+/// Names each field of a dialog after the text in front of it, or the dialog if there is none, and ties them
+/// together. Dialogs of CDialog have it done once their
 /// OnInitDialog is over.
 PLATFORM_API void NameFieldsByLabels(HWND dialog);
 

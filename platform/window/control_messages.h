@@ -128,6 +128,7 @@ enum : UINT {
   UDM_GETPOS = 0x468,
   UDM_SETBUDDY = 0x469,
   UDM_SETRANGE32 = 0x46F,
+  UDM_GETRANGE32 = 0x470,  ///< both parameters pointers to int: low, high; may be null
   UDM_SETPOS32 = 0x471,
   UDM_GETPOS32 = 0x472,
 };

@@ -51,6 +51,8 @@ void MakeWidgets(WindowRecord& window, QWidget* hostParent) {
   }
   window.frame = window.mdiChild ? MakeMdiChildWidget(window.handle, parent)
                                  : new FrameWidget(window.handle, parent, flags);
+  // Qt would show it together with its parent, whether the program has shown it or not.
+  if (window.IsChild() && hostParent == nullptr && !window.mdiChild) window.frame->hide();
   window.frame->setWindowTitle(QString::fromStdString(window.text));
   if (window.windowClass->icon != nullptr) window.frame->setWindowIcon(IconOf(window.windowClass->icon));
   window.client = new ClientWidget(window.handle, window.frame);

@@ -42,6 +42,10 @@ BOOL CGoToPageDlg::OnInitDialog() {
                       fieldPlace.Height(), SWP_SHOWWINDOW);
   m_wndSpin.Create(WS_CHILD | WS_VISIBLE | UDS_SETBUDDYINT | UDS_ALIGNRIGHT | UDS_AUTOBUDDY | UDS_ARROWKEYS,
                    place, this, ID_ZP_SPIN_PAGE);
+  // Both back behind their button, where they are seen, for those who go by Tab or have the dialog read.
+  constexpr UINT kOrderOnly = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
+  field->SetWindowPos(GetDlgItem(IDC_ZP_GOTO_NUMBER), 0, 0, 0, 0, kOrderOnly);
+  m_wndSpin.SetWindowPos(field, 0, 0, 0, 0, kOrderOnly);
   // In 32 bits: a document may have more pages than the 16 bits of the older messages hold.
   m_wndSpin.SendMessage(UDM_SETRANGE32, 1, m_nMaxPage);
   m_wndSpin.SendMessage(UDM_SETPOS32, 0, m_nCurrPage);

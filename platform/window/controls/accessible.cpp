@@ -1,14 +1,12 @@
 #include "platform/window/accessible.h"
 
-#include <QAbstractItemView>
 #include <QAccessible>
 #include <QAccessibleWidget>
-#include <QComboBox>
-#include <QLineEdit>
 #include <QPointer>
+#include <algorithm>
 #include <vector>
 
-#include "platform/window/control_messages.h"
+#include "platform/window/controls/detail/accessible_control.h"
 #include "platform/window/controls/detail/control.h"
 #include "platform/window/detail/accessible_factory.h"
 #include "platform/window/detail/widgets.h"
@@ -42,16 +40,6 @@ QAccessible::Role RoleOf(AccessibleRole role) {
 
 QString TextOf(const CString& text) {
   return QString::fromUtf8(static_cast<const char*>(text));
-}
-
-/// A label's text as it is read: without the mark of its access key and the colon at its end.
-QString Spoken(QString text) {
-  text.replace(QLatin1String("&&"), QString(QChar(1)));
-  text.remove(QLatin1Char('&'));
-  text.replace(QChar(1), QLatin1Char('&'));
-  text = text.trimmed();
-  if (text.endsWith(QLatin1Char(':'))) text.chop(1);
-  return text.trimmed();
 }
 
 /// The items of a client area; null if it has none, or has gone.
@@ -153,7 +141,12 @@ class ClientInterface : public QAccessibleWidget {
   int childCount() const override { return CountOf(m_client) + QAccessibleWidget::childCount(); }
   QAccessibleInterface* child(int index) const override {
     const int items = CountOf(m_client);
-    if (index < 0 || index >= items) return QAccessibleWidget::child(index - items);
+    if (index >= items) {
+      const std::vector<QAccessibleInterface*> inside = Inside();
+      const auto at = static_cast<std::size_t>(index - items);
+      return at < inside.size() ? inside[at] : nullptr;
+    }
+    if (index < 0) return nullptr;
     while (static_cast<int>(m_items.size()) <= index)
       m_items.push_back(QAccessible::registerAccessibleInterface(
           new ItemInterface(m_client, static_cast<int>(m_items.size()))));
@@ -162,8 +155,9 @@ class ClientInterface : public QAccessibleWidget {
   int indexOfChild(const QAccessibleInterface* child) const override {
     for (std::size_t i = 0; i < m_items.size(); ++i)
       if (QAccessible::accessibleInterface(m_items[i]) == child) return static_cast<int>(i);
-    const int inside = QAccessibleWidget::indexOfChild(child);
-    return inside < 0 ? inside : CountOf(m_client) + inside;
+    const std::vector<QAccessibleInterface*> inside = Inside();
+    const auto at = std::ranges::find(inside, child);
+    return at == inside.end() ? -1 : CountOf(m_client) + static_cast<int>(at - inside.begin());
   }
   QAccessibleInterface* childAt(int x, int y) const override {
     for (int i = 0; i < CountOf(m_client); ++i)
@@ -182,6 +176,18 @@ class ClientInterface : public QAccessibleWidget {
   AccessibleRole Role() const {
     const WindowRecord* record = m_client ? FindWindowRecord(m_client->Window()) : nullptr;
     return record == nullptr ? AccessibleRole::None : record->accessibleRole;
+  }
+  /// The windows in it. Those of a dialog are read in the order of its tab stops, not as they were made.
+  std::vector<QAccessibleInterface*> Inside() const {
+    std::vector<QAccessibleInterface*> inside;
+    for (int i = 0; i < QAccessibleWidget::childCount(); ++i) inside.push_back(QAccessibleWidget::child(i));
+    if (Role() != AccessibleRole::Dialog) return inside;
+    const std::vector<HWND>& order = FindWindowRecord(m_client->Window())->children;
+    std::ranges::stable_sort(inside, {}, [&order](QAccessibleInterface* part) {
+      auto* frame = dynamic_cast<FrameWidget*>(part->object());
+      return std::ranges::find(order, frame == nullptr ? nullptr : frame->Window()) - order.begin();
+    });
+    return inside;
   }
   bool TakesKeys() const {
     const AccessibleRole role = Role();
@@ -206,92 +212,30 @@ class FrameInterface : public QAccessibleWidget {
     return dialog ? QAccessible::Dialog : QAccessible::Window;
   }
   QString text(QAccessible::Text kind) const override {
-    if (kind == QAccessible::Name && m_frame && m_frame->isWindow()) return m_frame->windowTitle();
+    if (kind == QAccessible::Name && m_frame && m_frame->isWindow())
+      return m_frame->windowTitle().isEmpty() ? FirstText() : m_frame->windowTitle();
     return QAccessibleWidget::text(kind);
   }
 
  private:
+  /// What a dialog without a title says.
+  QString FirstText() const {
+    const WindowRecord* record = FindWindowRecord(m_frame->Window());
+    if (record == nullptr) return {};
+    for (const HWND child : record->children)
+      if (FindWindowRecord(child)->windowClass->name == "STATIC") return TextOf(GetWindowText(child));
+    return {};
+  }
+
   QPointer<FrameWidget> m_frame;
 };
 
-/// The widget of a standard control that isn't one of Qt's.
-class OwnControlInterface : public QAccessibleWidget {
- public:
-  OwnControlInterface(QWidget* widget, HWND window, QAccessible::Role role)
-      : QAccessibleWidget(widget, role), m_window(window) {}
-
-  QString text(QAccessible::Text kind) const override {
-    if (kind != QAccessible::Name || role() == QAccessible::SpinBox) return QAccessibleWidget::text(kind);
-    return Spoken(TextOf(GetWindowText(m_window)));
-  }
-
- private:
-  HWND m_window;
-};
-
-/// Qt's own calls a combo with a field after what it shows.
-class ComboInterface : public QAccessibleWidget {
- public:
-  explicit ComboInterface(QComboBox* combo) : QAccessibleWidget(combo, QAccessible::ComboBox) {}
-
-  QString text(QAccessible::Text kind) const override {
-    const QComboBox* combo = Combo();
-    return kind == QAccessible::Value && combo != nullptr ? combo->currentText()
-                                                          : QAccessibleWidget::text(kind);
-  }
-  QAccessible::State state() const override {
-    QAccessible::State state = QAccessibleWidget::state();
-    state.expandable = true;
-    state.expanded = Combo() != nullptr && Combo()->view()->isVisible();
-    state.editable = Combo() != nullptr && Combo()->isEditable();
-    return state;
-  }
-  QStringList actionNames() const override { return {showMenuAction(), pressAction()}; }
-  void doAction(const QString& action) override {
-    if (Combo() == nullptr || !Combo()->isEnabled() || !actionNames().contains(action)) return;
-    if (Combo()->view()->isVisible())
-      Combo()->hidePopup();
-    else
-      Combo()->showPopup();
-  }
-
- private:
-  QComboBox* Combo() const { return qobject_cast<QComboBox*>(widget()); }
-};
-
-QAccessible::Role RoleOfControl(const WindowRecord& record) {
-  if (record.windowClass->name == "msctls_updown32") return QAccessible::SpinBox;
-  if (record.windowClass->name == "BUTTON") return QAccessible::Grouping;
-  return GetWindowText(record.handle).IsEmpty() != 0 ? QAccessible::Separator : QAccessible::StaticText;
-}
-
 QAccessibleInterface* MakeInterface(const QString& className, QObject* object) {
-  if (className != QLatin1String("QWidget") && className != QLatin1String("QComboBox")) return nullptr;
-  if (auto* frame = dynamic_cast<FrameWidget*>(object)) return new FrameInterface(frame);
-  if (auto* client = dynamic_cast<ClientWidget*>(object)) return new ClientInterface(client);
-  auto* widget = static_cast<QWidget*>(object);
-  const auto* client = dynamic_cast<ClientWidget*>(widget->parentWidget());
-  const WindowRecord* record = client == nullptr ? nullptr : FindWindowRecord(client->Window());
-  if (record == nullptr || !record->control || record->control->Widget() != widget) return nullptr;
-  if (auto* combo = qobject_cast<QComboBox*>(widget)) return new ComboInterface(combo);
-  return new OwnControlInterface(widget, record->handle, RoleOfControl(*record));
-}
-
-/// A field takes its combo's name, since the keyboard is there.
-void NameWidget(QWidget& widget, const QString& name) {
-  // Setting what is set already would announce a change.
-  if (widget.accessibleName() != name) widget.setAccessibleName(name);
-  const auto* combo = qobject_cast<QComboBox*>(&widget);
-  if (combo != nullptr && combo->lineEdit() != nullptr) NameWidget(*combo->lineEdit(), name);
-}
-
-/// The text that names the field after it; empty for a control that is no label.
-QString LabelOf(HWND control) {
-  const auto code = static_cast<int>(SendMessage(control, WM_GETDLGCODE));
-  const bool choice = (code & DLGC_BUTTON) != 0 && (code & (DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) == 0;
-  const WindowRecord* record = FindWindowRecord(control);
-  const bool label = record != nullptr && record->windowClass->name == "STATIC";
-  return choice || label ? Spoken(TextOf(GetWindowText(control))) : QString();
+  if (className == QLatin1String("QWidget")) {
+    if (auto* frame = dynamic_cast<FrameWidget*>(object)) return new FrameInterface(frame);
+    if (auto* client = dynamic_cast<ClientWidget*>(object)) return new ClientInterface(client);
+  }
+  return MakeControlInterface(className, object);
 }
 
 }  // namespace
@@ -339,23 +283,6 @@ void AnnounceAccessibleItem(HWND window, int index) {
   for (const QAccessible::Event kind : {QAccessible::Selection, QAccessible::Focus}) {
     QAccessibleEvent event(client->child(index), kind);
     QAccessible::updateAccessibility(&event);
-  }
-}
-
-void NameFieldsByLabels(HWND dialog) {
-  const WindowRecord* record = FindWindowRecord(dialog);
-  if (record == nullptr) return;
-  QString label;
-  for (const HWND child : record->children) {
-    const WindowRecord* field = FindWindowRecord(child);
-    if (field == nullptr || !field->control) continue;
-    const QString text = LabelOf(child);
-    if (!text.isEmpty()) label = text;
-    QWidget* widget = field->control->Widget();
-    const bool named = widget != nullptr && (qobject_cast<QLineEdit*>(widget) != nullptr ||
-                                             qobject_cast<QComboBox*>(widget) != nullptr ||
-                                             field->windowClass->name.starts_with("msctls_"));
-    if (named && widget->accessibleName().isEmpty()) NameWidget(*widget, label);
   }
 }
 

@@ -1,3 +1,4 @@
+#include <QAccessible>
 #include <QBoxLayout>
 #include <QToolButton>
 #include <algorithm>
@@ -53,6 +54,10 @@ class SpinControl : public Control {
         return SetRange(GET_Y_LPARAM(lParam), GET_X_LPARAM(lParam));
       case UDM_SETRANGE32:
         return SetRange(static_cast<int>(wParam), static_cast<int>(lParam));
+      case UDM_GETRANGE32:
+        if (wParam != 0) *reinterpret_cast<int*>(wParam) = m_low;
+        if (lParam != 0) *reinterpret_cast<int*>(lParam) = m_high;
+        return 0;
       case UDM_SETPOS:
         return LOWORD(static_cast<WPARAM>(SetPosition(static_cast<std::int16_t>(LOWORD(words)))));
       case UDM_SETPOS32:
@@ -125,6 +130,10 @@ class SpinControl : public Control {
     m_position = std::clamp(position, Lowest(), Highest());
     if ((Style() & UDS_SETBUDDYINT) != 0 && IsWindow(m_buddy) != 0)
       SetWindowText(m_buddy, std::to_string(m_position).c_str());
+    if (m_position != former && QAccessible::isActive()) {
+      QAccessibleValueChangeEvent event(Widget(), m_position);
+      QAccessible::updateAccessibility(&event);
+    }
     return former;
   }
 

@@ -82,6 +82,7 @@ struct WindowRecord {
   bool trackLeave = false;  ///< a WM_MOUSELEAVE was asked for
   ToolTipSource toolTip = nullptr;
   AccessibleRole accessibleRole = AccessibleRole::None;
+  HWND accessibleLabel = nullptr;                    ///< of a field in a dialog: the text that names it
   std::shared_ptr<AccessibleItems> accessibleItems;  ///< null without parts of its own
   QSize sentClientSize{-1, -1};
 
