@@ -80,6 +80,7 @@ constexpr platform::StringResource kStrings[] = {
     {ID_APP_EXIT, "Beendet die Anwendung\nBeenden"},
     {ID_VIEW_TOOLBAR, "Zeigt oder verbirgt die Symbolleiste\nSymbolleiste"},
     {ID_VIEW_STATUS_BAR, "Zeigt oder verbirgt die Statusleiste\nStatusleiste"},
+#include "library/imaging_texts_german.def"
 };
 
 constexpr platform::TextPair kTexts[] = {

@@ -52,7 +52,8 @@ TEST(Translations, HaveEveryStringWithItsPlaces) {
     for (const auto& string : translation.strings)
       EXPECT_TRUE(strings.emplace(string.id, string.text).second) << string.id << " stands twice";
     for (const auto& string : LibraryStrings()) {
-      if (string.id >= kFirstImagingText && string.id <= kLastImagingText) continue;  // see tools/check_texts
+      const bool imaging = string.id >= kFirstImagingText && string.id <= kLastImagingText;
+      if (imaging && translation.language == std::string("en")) continue;  // the words of the sources
       EXPECT_EQ(PlacesOf(strings[string.id]), PlacesOf(string.text)) << translation.language << string.text;
       EXPECT_FALSE(strings[string.id].empty()) << translation.language << string.text;
     }
