@@ -75,21 +75,22 @@ Interpreter::Interpreter() {
   // A program that takes more than 1,000,000 KB is told so early, before the search for garbage takes
   // minutes. A picture that isn't kept whole goes to a file, of which the sandbox has none.
   std::string format = "-dDisplayFormat=" + std::to_string(kDisplayFormat);
-  std::array<const char*, 13> words = {"gs",
-                                       "-dSAFER",
-                                       "-K1000000",
-                                       "-dNOPAUSE",
-                                       "-dQUIET",
-                                       "-sDEVICE=display",
-                                       "-dMaxBitmap=500000000",
-                                       format.c_str(),
-                                       "-dDEVICEWIDTHPOINTS=8",
-                                       "-dDEVICEHEIGHTPOINTS=8",
-                                       "-r72",
-                                       "-dTextAlphaBits=4",
-                                       "-dGraphicsAlphaBits=4"};
-  std::vector<char*> arguments;
-  for (const char* word : words) arguments.push_back(const_cast<char*>(word));
+  const std::array<const char*, 13> words = {"gs",
+                                             "-dSAFER",
+                                             "-K1000000",
+                                             "-dNOPAUSE",
+                                             "-dQUIET",
+                                             "-sDEVICE=display",
+                                             "-dMaxBitmap=500000000",
+                                             format.c_str(),
+                                             "-dDEVICEWIDTHPOINTS=8",
+                                             "-dDEVICEHEIGHTPOINTS=8",
+                                             "-r72",
+                                             "-dTextAlphaBits=4",
+                                             "-dGraphicsAlphaBits=4"};
+  std::array<char*, words.size()> arguments;
+  std::transform(words.begin(), words.end(), arguments.begin(),
+                 [](const char* word) { return const_cast<char*>(word); });
   if (gsapi_init_with_args(m_instance, static_cast<int>(arguments.size()), arguments.data()) < 0)
     m_instance = nullptr;
 }
