@@ -13,15 +13,6 @@ constexpr int kLargestDivisor = 255;       // a column's count fits into a byte
 constexpr int kLargestForMultiplier = 16;  // a block's columns fit into half a vector
 constexpr std::size_t kOutputs = 8;        // written at a time
 constexpr std::size_t kReadAhead = kOutputs * kLargestForMultiplier + kVector;
-constexpr int kShift = 23;
-
-/// count * 255 / (n * n), cut off, is count * Multiplier(n) >> kShift: the multiplier is too large by less
-/// than 1, so the product by less than n * n, and the quotient by less than n * n / 2^23, which for n up to
-/// 16 stays below the distance 1 / (n * n) to the next whole number. The product stays below 2^32.
-std::uint32_t Multiplier(int n) {
-  const auto pixels = static_cast<std::uint32_t>(n * n);
-  return ((255U << kShift) + pixels - 1) / pixels;
-}
 
 TARGET_AVX2 inline __m256i LoadHalves(const std::uint8_t* low, const std::uint8_t* high) {
   return _mm256_inserti128_si256(_mm256_castsi128_si256(LoadHalf(low)), LoadHalf(high), 1);
@@ -157,15 +148,6 @@ struct SumInSixteens {
   }
 };
 
-/// Grey of 8 counts, a byte each.
-TARGET_AVX2 inline std::int64_t GrayOf(__m256i counts, __m256i multiplier) {
-  const __m256i gray = _mm256_srli_epi32(_mm256_mullo_epi32(counts, multiplier), kShift);
-  const __m256i gather = _mm256_set1_epi32(0x0c080400);  // the low byte of each word
-  const __m256i packed = _mm256_shuffle_epi8(gray, gather);
-  return _mm_cvtsi128_si64(
-      _mm_unpacklo_epi32(_mm256_castsi256_si128(packed), _mm256_extracti128_si256(packed, 1)));
-}
-
 template <typename Summing>
 TARGET_AVX2 void ReduceNarrow(const TwoLevelBlocks& blocks) {
   const auto n = static_cast<std::size_t>(blocks.divisor);
@@ -232,7 +214,7 @@ TARGET_AVX2 void ReduceColumns(const TwoLevelBlocks& blocks) {
 bool imaging::ReduceBlocksFast(const TwoLevelBlocks& blocks) {
   if (__builtin_cpu_supports("avx2") == 0 || blocks.divisor < 2 || blocks.divisor > avx2::kLargestDivisor)
     return false;
-  if (!avx2::ReduceWhole(blocks)) avx2::ReduceColumns(blocks);
+  if (!avx2::ReduceWhole(blocks) && !avx2::ReducePlanes(blocks)) avx2::ReduceColumns(blocks);
   return true;
 }
 

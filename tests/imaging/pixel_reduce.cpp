@@ -54,7 +54,8 @@ void FillTextLike(PixelStorage& pixels, int n, unsigned seed) {
 }
 
 TEST(ReduceBlocks, EveryDivisorAndWidthEqualsTheRule) {
-  for (const int n : {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 15, 16, 17, 24, 31, 32, 33, 48, 64, 100, 255, 256})
+  for (const int n :
+       {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 13, 15, 16, 17, 24, 31, 32, 33, 48, 64, 100, 255, 256})
     for (const int blocks : {1, 2, 7, 8, 9, 15, 17, 31, 33, 63, 64, 65, 127, 128, 129, 257})
       for (const int bits : {1, 8}) {
         if (blocks * n > 4000) continue;
