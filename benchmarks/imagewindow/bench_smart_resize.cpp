@@ -58,7 +58,7 @@ int main() {
     const bool powerOfTwo = (divisor & (divisor - 1)) == 0;
     const std::string name = "smart_resize_" + std::to_string(divisor) + "_vs_memcpy";
     Ratio(
-        name.c_str(), powerOfTwo ? 2.5 : 4.0, [&] { window.Reduce(page, divisor); }, copyPage);
+        name.c_str(), powerOfTwo ? 1.5 : 1.7, [&] { window.Reduce(page, divisor); }, copyPage);
   }
   GlobalUnlock(page);
   GlobalFree(page);

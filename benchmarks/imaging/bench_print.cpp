@@ -18,7 +18,7 @@
 #include "platform/spooler/printers.h"
 
 // A fax of a hundred pages printed to a PDF, as a print job does it page by page, against the codec library
-// decoding and encoding the same pages; then the size of the PDF against that of the fax, and the memory of
+// copying the strips of the same pages; then the size of the PDF against that of the fax, and the memory of
 // the job against a decoded page. The program's code isn't counted: a tiny job has brought it in before.
 namespace {
 
@@ -44,11 +44,13 @@ void WriteFax(const std::string& path, std::vector<std::uint8_t>& page, int page
   TIFFClose(tiff);
 }
 
-void CopyByLibrary(const std::string& from, const std::string& to, std::vector<std::uint8_t>& page) {
+/// The coded strips as they are, which is what tiff2pdf does with pages of this kind.
+void CopyByLibrary(const std::string& from, const std::string& to, std::vector<std::uint8_t>& strip) {
   TIFF* tiff = TIFFOpen(from.c_str(), "r");
   TIFF* target = TIFFOpen(to.c_str(), "w");
   do {
-    if (TIFFReadEncodedStrip(tiff, 0, page.data(), -1) < 0) std::abort();
+    const tmsize_t size = TIFFReadRawStrip(tiff, 0, strip.data(), static_cast<tmsize_t>(strip.size()));
+    if (size < 0) std::abort();
     TIFFSetField(target, TIFFTAG_IMAGEWIDTH, kWidth);
     TIFFSetField(target, TIFFTAG_IMAGELENGTH, kHeight);
     TIFFSetField(target, TIFFTAG_BITSPERSAMPLE, 1);
@@ -56,7 +58,7 @@ void CopyByLibrary(const std::string& from, const std::string& to, std::vector<s
     TIFFSetField(target, TIFFTAG_COMPRESSION, COMPRESSION_CCITTFAX4);
     TIFFSetField(target, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE);
     TIFFSetField(target, TIFFTAG_ROWSPERSTRIP, kHeight);
-    TIFFWriteEncodedStrip(target, 0, page.data(), static_cast<tmsize_t>(page.size()));
+    TIFFWriteRawStrip(target, 0, strip.data(), size);
     TIFFWriteDirectory(target);
   } while (TIFFReadDirectory(tiff) != 0);
   TIFFClose(target);
@@ -118,12 +120,12 @@ int main() {
   const double grown = GrownBy([&] { Print(from, to, kPages); });
   constexpr int kRepeats = 8;
   Ratio(
-      "print_100_fax_pages", 2.0, [&] { Print(from, to, kPages); }, [&] { CopyByLibrary(from, copy, page); },
-      [] {}, kRepeats);
+      "print_100_fax_pages_vs_raw_strips_by_libtiff", 1.2, [&] { Print(from, to, kPages); },
+      [&] { CopyByLibrary(from, copy, page); }, [] {}, kRepeats);
   const auto size = [](const std::string& path) {
     return static_cast<double>(std::filesystem::file_size(path));
   };
-  std::printf("RATIO print_100_fax_pages_size %.3f %.2f\n", size(to) / size(from), 1.5);
-  std::printf("RATIO print_100_fax_pages_memory %.3f %.2f\n", grown / kPageBytes, 1.5);
+  std::printf("RATIO print_100_fax_pages_size_vs_file %.3f %.2f\n", size(to) / size(from), 1.02);
+  std::printf("RATIO print_100_fax_pages_memory_vs_page %.3f %.2f\n", grown / kPageBytes, 1.5);
   std::filesystem::remove_all(folder);
 }

@@ -106,10 +106,10 @@ void Measure(const char* name, const std::string& file, int pages) {
     strip.UpdateWindow();
     platform::testing::PumpUntilIdle();
   });
-  std::printf("RATIO strip_of_%s_pages_first_screenful %.3f 1.00\n", name, first / kAtOnceMs);
-  std::printf("RATIO strip_of_%s_pages_far_page %.3f 1.00\n", name, far / kAtOnceMs);
+  std::printf("RATIO strip_of_%s_pages_first_screenful_vs_100_ms %.3f 1.00\n", name, first / kAtOnceMs);
+  std::printf("RATIO strip_of_%s_pages_far_page_vs_100_ms %.3f 1.00\n", name, far / kAtOnceMs);
   if (pages == kPages)
-    std::printf("RATIO strip_of_%s_pages_memory %.3f 1.00\n", name,
+    std::printf("RATIO strip_of_%s_pages_memory_vs_60_MiB %.3f 1.00\n", name,
                 static_cast<double>(PeakMemory() - before) / kMostMemory);
   std::fprintf(stderr, "  %s pages: %.1f ms, far page %.1f ms, %ld KiB\n", name, first, far,
                PeakMemory() - before);
