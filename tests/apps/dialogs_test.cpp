@@ -2,7 +2,9 @@
 
 #include <cstring>
 
+#include "apps/viewer/resources.h"
 #include "tests/apps/viewer_window_fixture.h"
+#include "tests/library/dialog_room.h"
 
 namespace {
 
@@ -110,6 +112,11 @@ TEST_F(Dialogs, AreReadWhole) {
        "Text 'da 1 a 3, come 1-3,7'; Button 'OK' default; Button 'Annulla'"},
   };
   for (const auto& row : rows) EXPECT_EQ(Short(TreeOf(row.command, row.button), folder), row.tree);
+}
+
+TEST(AppDialogs, FitTheirControls) {
+  RegisterAppResources();
+  ExpectRoomForTexts(AppDialogs());
 }
 
 }  // namespace
