@@ -8,6 +8,12 @@
 #include "platform/window/pump.h"
 #include "platform/window/window.h"
 
+/// What RunInLoop is still to do.
+inline std::function<void()>& NextInLoop() {
+  static std::function<void()> next;
+  return next;
+}
+
 /// Something that is done once while a modal call waits for the user: it comes with a timer, which only a
 /// loop of that call can take.
 class MeanwhileDo {
@@ -29,6 +35,7 @@ class MeanwhileDo {
     return action;
   }
   static void Run(HWND, UINT, std::uintptr_t timer, DWORD) {
+    if (NextInLoop()) return;  // on a slow machine it is due before the call has begun; it comes again
     KillTimer(nullptr, timer);
     if (Action()) std::exchange(Action(), nullptr)();
   }
@@ -41,14 +48,13 @@ inline bool HasMessages() {
 
 /// Runs something in the program's own message loop; whether that has ended with WM_QUIT.
 inline bool RunInLoop(std::function<void()> action) {
-  static std::function<void()> next;
-  next = std::move(action);
+  NextInLoop() = std::move(action);
   SetTimer(nullptr, 0, 0, [](HWND, UINT, std::uintptr_t timer, DWORD) {
     KillTimer(nullptr, timer);
-    std::exchange(next, nullptr)();
+    std::exchange(NextInLoop(), nullptr)();
     PostMessage(nullptr, WM_NULL);
   });
   bool quit = false;
-  while (!quit && (next || HasMessages())) quit = AfxGetThread()->PumpMessage() == FALSE;
+  while (!quit && (NextInLoop() || HasMessages())) quit = AfxGetThread()->PumpMessage() == FALSE;
   return quit;
 }
