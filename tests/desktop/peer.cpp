@@ -27,9 +27,9 @@ class Source : public QWidget {
     if (event->buttons() != Qt::LeftButton) return;
     auto* const data = new QMimeData;
     data->setUrls({QUrl::fromLocalFile(m_file)});
-    QDrag drag(this);
-    drag.setMimeData(data);
-    drag.exec(Qt::CopyAction);  // may return before the target has fetched the file's name
+    auto* const drag = new QDrag(this);  // lasts until the target has fetched the file's name
+    drag->setMimeData(data);
+    drag->exec(Qt::CopyAction);
   }
 
  private:
