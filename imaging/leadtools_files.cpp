@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <chrono>
 #include <climits>
 #include <cstdio>
 #include <memory>
@@ -96,6 +97,8 @@ class RowTeller final : public DecodeListener {
 
   /// For where rows are long in coming.
   bool WantsToEnd() {
+    constexpr std::chrono::milliseconds kLong(50);
+    if (std::chrono::steady_clock::now() - m_told < kLong) return false;
     Bitmap header = HeaderOf(m_info->Width, m_info->Height, std::max(1, m_info->BitsPerPixel));
     // Room for a whole row, should the caller look at one all the same.
     m_row.assign(static_cast<std::size_t>(std::max(1, m_info->Width)) * sizeof(RGBQUAD), 0xff);
@@ -112,6 +115,7 @@ class RowTeller final : public DecodeListener {
     return header;
   }
   bool Tell(Bitmap& header, int rows) {
+    m_told = std::chrono::steady_clock::now();
     return m_listener.callback(m_info, &header, m_row.data(), m_listener.flags, m_next, rows,
                                m_listener.userData) != 0;
   }
@@ -127,6 +131,7 @@ class RowTeller final : public DecodeListener {
   struct_file_information* m_info = &m_nothing;
   int m_next = 0;
   std::vector<std::uint8_t> m_row;
+  std::chrono::steady_clock::time_point m_told = std::chrono::steady_clock::now();
 };
 
 int LoadWithRows(const Source& source, struct_LEAD_Bitmap* bitmap, DecodeWish wish,
