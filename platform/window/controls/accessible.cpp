@@ -180,6 +180,7 @@ class ClientInterface : public QAccessibleWidget {
   /// The windows in it. Those of a dialog are read in the order of its tab stops, not as they were made.
   std::vector<QAccessibleInterface*> Inside() const {
     std::vector<QAccessibleInterface*> inside;
+    inside.reserve(static_cast<std::size_t>(QAccessibleWidget::childCount()));
     for (int i = 0; i < QAccessibleWidget::childCount(); ++i) inside.push_back(QAccessibleWidget::child(i));
     if (Role() != AccessibleRole::Dialog) return inside;
     const std::vector<HWND>& order = FindWindowRecord(m_client->Window())->children;
