@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <algorithm>
-#include <cstring>
 #include <optional>
 #include <utility>
 
@@ -155,7 +154,7 @@ LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, DWORD*, DWORD* type, BYTE* data,
   const DWORD room = std::exchange(*size, stored);
   if (data == nullptr) return ERROR_SUCCESS;
   if (room < stored) return ERROR_MORE_DATA;
-  std::memcpy(data, value->data.data(), stored);
+  std::copy_n(value->data.begin(), stored, data);
   return ERROR_SUCCESS;
 }
 

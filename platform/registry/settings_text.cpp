@@ -174,7 +174,7 @@ std::string WriteSettings(const Texts& texts) {
   std::string whole;
   for (const auto& [section, lines] : sections) {
     if (!whole.empty()) whole += '\n';
-    whole += '[' + section + "]\n" + lines;
+    whole.append("[").append(section).append("]\n").append(lines);
   }
   return whole;
 }
