@@ -2,12 +2,14 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
 #include <span>
 #include <vector>
 
+#include "platform/base/aside.h"
 #include "platform/base/output_file.h"
 
 using platform::NewFile;
@@ -20,6 +22,7 @@ constexpr std::size_t kCopyStep = std::size_t{1} << 18;
 int CopyContents(OutputFile& from, OutputFile& to) {
   std::vector<std::uint8_t> buffer(kCopyStep);
   for (std::int64_t offset = 0;;) {
+    if (platform::IsWorkStopped()) return ECANCELED;
     const std::size_t got = from.ReadAt(offset, buffer);
     if (got == 0 || !to.WriteAt(offset, std::span(buffer).first(got)))
       return from.Error() != 0 ? from.Error() : to.Error();
