@@ -10,6 +10,7 @@
 #include "imaging/codecs/helper.h"
 #include "imaging/codecs/rows.h"
 #include "imaging/codecs/writer.h"
+#include "imaging/core/coding.h"
 #include "imaging/core/guard.h"
 #include "imaging/core/source.h"
 #include "imaging/core/waiting.h"
@@ -44,26 +45,41 @@ void FillInformation(const PageInfo& page, const Source& source, int number, str
   info.DamagedRows = page.damagedRows;
 }
 
-int Describe(const Source& source, struct_file_information* info, UINT flags,
-             const _LOADFILEOPTION* options) {
+/// An operation of the interface that reads or writes.
+template <typename Work>
+int Coding(Work work) {
+  return Guarded([&] {
+    RunCoding(work);
+    return 1;
+  });
+}
+
+/// The same of one that calls the caller back, on his thread.
+template <typename Work>
+int CodingWith(leadtools12::LoadRowCallback callback, Work work) {
+  if (callback == nullptr) return Coding(work);
+  const CodingLock lock;
+  return Coding(work);
+}
+
+void Describe(const Source& source, struct_file_information* info, UINT flags,
+              const _LOADFILEOPTION* options) {
   if (info == nullptr) Fail(kErrorInvalidParameter, "No record for the file information was given");
   const auto reader = OpenReader(source);
   const int page = PageOf(options);
   FillInformation(reader->Describe(page), source, page, *info);
   if ((flags & leadtools12::kInfoCountsPages) != 0) info->TotalPages = reader->CountPages();
-  return 1;
 }
 
 /// The record is written only once the page is there, so that a failed load leaves it as it was.
-int Load(const Source& source, struct_LEAD_Bitmap* bitmap, int bits, const DecodeWish& wish,
-         const _LOADFILEOPTION* options, struct_file_information* info) {
+void Load(const Source& source, struct_LEAD_Bitmap* bitmap, int bits, const DecodeWish& wish,
+          const _LOADFILEOPTION* options, struct_file_information* info) {
   if (bitmap == nullptr) Fail(kErrorInvalidParameter, "No record for the bitmap was given");
   const int page = PageOf(options);
   DecodedPage decoded = DecodeAt(bits, *OpenReader(source), page, wish);
   if (info != nullptr) FillInformation(decoded.info, source, page, *info);
 
   *bitmap = RecordOf(std::move(decoded));
-  return 1;
 }
 
 /// Who is told of the rows, and what it is given with them.
@@ -134,8 +150,9 @@ class RowTeller final : public DecodeListener {
   std::chrono::steady_clock::time_point m_told = std::chrono::steady_clock::now();
 };
 
-int LoadWithRows(const Source& source, struct_LEAD_Bitmap* bitmap, DecodeWish wish,
-                 const RowListener& listener, const _LOADFILEOPTION* options, struct_file_information* info) {
+void LoadWithRows(const Source& source, struct_LEAD_Bitmap* bitmap, DecodeWish wish,
+                  const RowListener& listener, const _LOADFILEOPTION* options,
+                  struct_file_information* info) {
   if (bitmap == nullptr) Fail(kErrorInvalidParameter, "No record for the bitmap was given");
   const int page = PageOf(options);
   struct_file_information own{};
@@ -154,7 +171,6 @@ int LoadWithRows(const Source& source, struct_LEAD_Bitmap* bitmap, DecodeWish wi
   if (!filled) FillInformation(decoded.info, source, page, told);
   if (listener.callback != nullptr) teller.Reached(*decoded.pixels, decoded.order, decoded.pixels->Height());
   *bitmap = RecordOf(std::move(decoded));
-  return 1;
 }
 
 }  // namespace
@@ -167,40 +183,38 @@ int LEADTOOLS::GetDefaultLoadFileOption(_LOADFILEOPTION* options) {
 
 int LEADTOOLS::FileInfo(const char* path, struct_file_information* info, unsigned int flags,
                         _LOADFILEOPTION* options) {
-  return imaging::Guarded([&] { return Describe(*OpenFileSource(path), info, flags, options); });
+  return Coding([&] { Describe(*OpenFileSource(path), info, flags, options); });
 }
 
 int LEADTOOLS::FileInfoMemory(char* buffer, struct_file_information* info, long size, unsigned int flags,
                               _LOADFILEOPTION* options) {
-  return imaging::Guarded([&] { return Describe(*OpenMemorySource(buffer, size), info, flags, options); });
+  return Coding([&] { Describe(*OpenMemorySource(buffer, size), info, flags, options); });
 }
 
 int LEADTOOLS::LoadBitmapA(const char* path, struct_LEAD_Bitmap* bitmap, int bits, int order,
                            _LOADFILEOPTION* options, struct_file_information* info) {
-  return imaging::Guarded([&] { return Load(*OpenFileSource(path), bitmap, bits, {order}, options, info); });
+  return Coding([&] { Load(*OpenFileSource(path), bitmap, bits, {order}, options, info); });
 }
 
 int LEADTOOLS::LoadBitmapMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, int order, long size,
                                 _LOADFILEOPTION* options, struct_file_information* info) {
-  return imaging::Guarded(
-      [&] { return Load(*OpenMemorySource(buffer, size), bitmap, bits, {order}, options, info); });
+  return Coding([&] { Load(*OpenMemorySource(buffer, size), bitmap, bits, {order}, options, info); });
 }
 
 int LEADTOOLS::LoadFile(const char* path, struct_LEAD_Bitmap* bitmap, int bits, int order, unsigned int flags,
                         leadtools12::LoadRowCallback callback, void* userData, _LOADFILEOPTION* options,
                         struct_file_information* info) {
-  return imaging::Guarded([&] {
-    return LoadWithRows(*OpenFileSource(path), bitmap, {order}, {bits, callback, userData, flags}, options,
-                        info);
+  return CodingWith(callback, [&] {
+    LoadWithRows(*OpenFileSource(path), bitmap, {order}, {bits, callback, userData, flags}, options, info);
   });
 }
 
 int LEADTOOLS::LoadMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, int order, unsigned int flags,
                           leadtools12::LoadRowCallback callback, void* userData, long size,
                           _LOADFILEOPTION* options, struct_file_information* info) {
-  return imaging::Guarded([&] {
-    return LoadWithRows(*OpenMemorySource(buffer, size), bitmap, {order}, {bits, callback, userData, flags},
-                        options, info);
+  return CodingWith(callback, [&] {
+    LoadWithRows(*OpenMemorySource(buffer, size), bitmap, {order}, {bits, callback, userData, flags}, options,
+                 info);
   });
 }
 
@@ -253,7 +267,7 @@ int LEADTOOLS::SaveBitmap(const char* path, struct_LEAD_Bitmap* bitmap, int form
            bits);
     const SavedPage page{*bitmap->pStorage,   bitmap->Order,       bitmap->ViewPerspective,
                          bitmap->XResolution, bitmap->YResolution, quality};
-    SavePage(path, page, format, options == nullptr ? 1 : options->PageNumber);
+    RunCoding([&] { SavePage(path, page, format, options == nullptr ? 1 : options->PageNumber); });
     return 1;
   });
 }
@@ -269,5 +283,5 @@ leadtools12::NewFile::NewFile(const char* path)
 leadtools12::NewFile::~NewFile() = default;
 
 void leadtools12::NewFile::Complete() {
-  imaging::Guarded([&] { m_session->Complete(); });
+  Coding([&] { m_session->Complete(); });
 }

@@ -5,6 +5,7 @@
 
 #include "imaging/core/exception.h"
 #include "imaging/core/texts.h"
+#include "platform/base/aside.h"
 
 namespace imaging {
 namespace {
@@ -27,6 +28,7 @@ TargetFile::TargetFile(const char* path) : m_path(path) {
 
 /// Takes no memory, since it is called by C code that an exception must not leave.
 bool TargetFile::Append(std::span<const std::uint8_t> bytes) {
+  if (platform::IsWorkStopped()) return false;
   if (m_buffer.size() + bytes.size() > kBuffer && !Flush()) return false;
   if (bytes.size() < kBuffer) {
     m_buffer.insert(m_buffer.end(), bytes.begin(), bytes.end());

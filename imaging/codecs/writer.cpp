@@ -30,8 +30,9 @@ constexpr Writer kWriters[] = {
      kFormatTiffPackBits, 32},
 };
 
+/// Of all threads: a page may be written aside.
 SaveSession*& Innermost() {
-  static thread_local SaveSession* session = nullptr;
+  static SaveSession* session = nullptr;
   return session;
 }
 

@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <map>
+#include <mutex>
 
 #include "imaging/core/texts.h"
 
@@ -11,6 +12,9 @@ IMPLEMENT_DYNAMIC(CLeadtoolsException, CException)
 namespace {
 
 // The interface asks for the text by code alone, after the throw, so the newest text of each code is kept.
+// Work that is done aside fails on its own thread.
+std::mutex g_textsMutex;
+
 std::map<int, CString>& NewestTexts() {
   static std::map<int, CString> texts;
   return texts;
@@ -52,6 +56,7 @@ const char* GeneralText(int code) {
 }  // namespace
 
 CString CLeadtoolsException::GetErrorMessage(int code) {
+  const std::lock_guard lock(g_textsMutex);
   const auto text = NewestTexts().find(code);
   return text == NewestTexts().end() ? CString(imaging::Translated(GeneralText(code))) : text->second;
 }
@@ -65,6 +70,9 @@ void imaging::Fail(ErrorCode code, const char* format, ...) {
   // Libraries and file names may bring line ends along, which no message has room for.
   for (char* letter = text; *letter != '\0'; ++letter)
     if (*letter == '\n' || *letter == '\r' || *letter == '\t') *letter = ' ';
-  NewestTexts()[code] = text;
+  {
+    const std::lock_guard lock(g_textsMutex);
+    NewestTexts()[code] = text;
+  }
   throw new CLeadtoolsException(code);
 }

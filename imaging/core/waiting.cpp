@@ -31,6 +31,10 @@ WaitScope::~WaitScope() {
   t_innermost = m_outer;
 }
 
+bool IsAnybodyAsked() {
+  return t_innermost != nullptr;
+}
+
 bool IsEndWanted() {
   if (t_asking) return false;
   const Asking asking;

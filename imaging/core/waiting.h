@@ -23,6 +23,8 @@ class WaitScope {
   const WaitScope* m_outer;
 };
 
+/// Whether this thread has such a scope.
+bool IsAnybodyAsked();
 /// Asks all scopes of this thread; what those who are asked do themselves asks nobody.
 bool IsEndWanted();
 /// The same for loops with short steps: asks when a scope is new and then every 50 ms.

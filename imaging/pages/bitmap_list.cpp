@@ -3,6 +3,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "imaging/core/coding.h"
 #include "imaging/core/exception.h"
 #include "imaging/pages/page_record.h"
 
@@ -78,7 +79,8 @@ BitmapList& BitmapList::Find(void* handle) {
 
 void BitmapList::OpenFile(const char* path, int bits, const DecodeWish& wish) {
   const auto source = OpenFileSource(path);
-  const int pages = OpenReader(*source)->CountPages();
+  int pages = 0;
+  RunCoding([&] { pages = OpenReader(*source)->CountPages(); });
   m_items.resize(static_cast<std::size_t>(pages));
   for (int i = 0; i < pages; ++i) m_items[static_cast<std::size_t>(i)].page = i + 1;
   m_path = path;
@@ -99,10 +101,14 @@ BitmapList::Item& BitmapList::At(std::size_t index) {
 }
 
 Bitmap BitmapList::Decode(int page) const {
-  const auto source = OpenFileSource(m_path.c_str());
-  if (!IsSameContents(source->Stamp(), m_stamp))
-    Fail(kErrorFileRead, "%s was changed while its pages were being read", m_path.c_str());
-  return RecordOf(DecodeAt(m_bits, *OpenReader(*source), page, m_wish));
+  Bitmap record = EmptyBitmap(0, 0, 1);
+  RunCoding([&] {
+    const auto source = OpenFileSource(m_path.c_str());
+    if (!IsSameContents(source->Stamp(), m_stamp))
+      Fail(kErrorFileRead, "%s was changed while its pages were being read", m_path.c_str());
+    record = RecordOf(DecodeAt(m_bits, *OpenReader(*source), page, m_wish));
+  });
+  return record;
 }
 
 Bitmap BitmapList::Prepared(int page) const {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <mutex>
 #include <unordered_set>
 #include <utility>
 
@@ -32,6 +33,7 @@ class BlockPool {
  public:
   /// Rounds size up to what was taken; null if there isn't enough memory.
   std::uint8_t* Take(std::size_t& size) {
+    const std::lock_guard lock(m_mutex);
     std::size_t unit = 4096;
     if (size >= kRecycledFrom) unit = size >= kHugePage ? kHugePage : kStep;
     size = (size + unit - 1) / unit * unit;
@@ -46,6 +48,7 @@ class BlockPool {
 
   /// Called by destructors, so nothing is allocated.
   void Give(std::uint8_t* data, std::size_t size) {
+    const std::lock_guard lock(m_mutex);
     if (size < kRecycledFrom || size > kMaxRecycledBytes) {
       munmap(data, size);
       return;
@@ -86,12 +89,19 @@ class BlockPool {
     return start + head;
   }
 
+  std::mutex m_mutex;
   std::array<Block, kMaxRecycled + 1> m_free{};  ///< the oldest first
   std::size_t m_count = 0;
   std::size_t m_held = 0;
 };
 
-// Both live until the process ends: a static object of the host may free its bitmap last of all.
+// Pages are also made and freed by the thread that decodes while another one paints.
+std::mutex& LiveMutex() {
+  static auto& mutex = *new std::mutex;
+  return mutex;
+}
+
+// All live until the process ends: a static object of the host may free its bitmap last of all.
 BlockPool& Pool() {
   static auto& pool = *new BlockPool;
   return pool;
@@ -187,16 +197,21 @@ void PixelStorage::Expand() const {
 
 PixelStorage::PixelStorage() {
   static std::uint64_t serial = 0;
+  const std::lock_guard lock(LiveMutex());
   m_serial = ++serial;
   Live().insert(this);
 }
 
 bool PixelStorage::IsLive(const PixelStorage* storage) {
+  const std::lock_guard lock(LiveMutex());
   return Live().contains(storage);
 }
 
 PixelStorage::~PixelStorage() {
-  Live().erase(this);
+  {
+    const std::lock_guard lock(LiveMutex());
+    Live().erase(this);
+  }
   ViewCache::Drop(m_serial);
   if (m_missing != nullptr) ForgetMissing();
   if (m_reduced != nullptr) LeaveToReduced();

@@ -169,7 +169,7 @@ void ScaledView::CopyOut(const RECT& part, std::uint32_t* out, std::ptrdiff_t st
   });
 }
 
-ViewCache* ViewCache::s_instance = nullptr;
+std::atomic<ViewCache*> ViewCache::s_instance = nullptr;
 
 ViewCache& ViewCache::Instance() {
   if (s_instance == nullptr) s_instance = new ViewCache;
@@ -203,6 +203,7 @@ ScaledView* ViewCache::ViewFor(const Picture& picture, const RECT& part) {
 
 std::uint64_t ViewCache::Draw(const Picture& picture, const PartToDraw& part, std::uint32_t* out,
                               std::ptrdiff_t stride) {
+  const std::lock_guard lock(m_mutex);
   ScaledView* view = ViewFor(picture, part.rect);
   if (view != nullptr) {
     m_rendered += view->Draw(picture, part, out, stride);
@@ -214,6 +215,7 @@ std::uint64_t ViewCache::Draw(const Picture& picture, const PartToDraw& part, st
 }
 
 std::uint64_t ViewCache::NumberOf(const Picture& picture) const {
+  const std::lock_guard lock(m_mutex);
   const auto found =
       std::find_if(m_views.begin(), m_views.end(), [&](const auto& view) { return view->IsOf(picture); });
   return found == m_views.end() ? 0 : (*found)->Number();
@@ -221,8 +223,10 @@ std::uint64_t ViewCache::NumberOf(const Picture& picture) const {
 
 // Storages end in destructors, where nothing may be allocated: no cache is made for this.
 void ViewCache::Drop(std::uint64_t serial) noexcept {
-  if (s_instance == nullptr) return;
-  std::erase_if(s_instance->m_views, [serial](const auto& view) { return view->IsOfStorage(serial); });
+  ViewCache* const cache = s_instance;
+  if (cache == nullptr) return;
+  const std::lock_guard lock(cache->m_mutex);
+  std::erase_if(cache->m_views, [serial](const auto& view) { return view->IsOfStorage(serial); });
 }
 
 }  // namespace imaging

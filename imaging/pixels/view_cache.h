@@ -1,8 +1,10 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 #include "imaging/pixels/scaler.h"
@@ -75,8 +77,10 @@ class ViewCache {
  private:
   ScaledView* ViewFor(const Picture& picture, const RECT& part);
 
-  static ViewCache*
-      s_instance;  ///< made by the first paint, never ended: storages may outlive the process' statics
+  /// Made by the first paint, never ended: storages may outlive the process' statics.
+  static std::atomic<ViewCache*> s_instance;
+  /// One thread paints, but storages end on those that decode, too, and within a paint.
+  mutable std::recursive_mutex m_mutex;
   std::vector<std::unique_ptr<ScaledView>> m_views;  ///< the one used last stands last
   std::uint64_t m_rendered = 0;
 };
