@@ -74,6 +74,7 @@ int CWinThread::Run() {
 BOOL CWinThread::PumpMessage() {
   if (GetMessage(&m_msgCur, nullptr, 0, 0) == 0) return FALSE;
   MSG message = m_msgCur;  // a nested loop changes m_msgCur
+  const platform::LoopScope loop;
   if (PreTranslateMessage(&message) == 0) {
     TranslateMessage(&message);
     DispatchMessage(&message);

@@ -4,6 +4,7 @@
 #include "platform/framework/menu.h"
 #include "platform/framework/object_hold.h"
 #include "platform/framework/wnd.h"
+#include "platform/window/busy.h"
 
 namespace {
 
@@ -127,6 +128,7 @@ bool Invoke(CWnd* w, const AFX_MSGMAP_ENTRY& entry, WPARAM wParam, LPARAM lParam
 LRESULT AfxWndProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   CWnd* window = CWnd::FromHandlePermanent(handle);
   if (window == nullptr) return ::DefWindowProc(handle, message, wParam, lParam);
+  if (message == WM_CLOSE && platform::BusyScope::PutOffClose(handle)) return 0;
   const MSG current = {handle, message, wParam, lParam, 0, {}, 0};
   const CurrentMessage scope(current);
   // A window that is asked to close may end at once.

@@ -37,6 +37,15 @@ PLATFORM_API void SetIdleHook(IdleHook hook);
 using CreateHook = void (*)(HWND window);
 PLATFORM_API void SetCreateHook(CreateHook hook);
 
+/// While it lives, a loop of messages runs on this thread, though it is not within a call of this header.
+class PLATFORM_API LoopScope {
+ public:
+  LoopScope();
+  ~LoopScope();
+  LoopScope(const LoopScope&) = delete;
+  LoopScope& operator=(const LoopScope&) = delete;
+};
+
 /// Makes the application object of the user interface if the host has none yet. The arguments must outlive
 /// it.
 PLATFORM_API void EnsureApplication(int* argc = nullptr, char** argv = nullptr);

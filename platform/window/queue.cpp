@@ -12,6 +12,7 @@
 
 #include "platform/window/detail/mdi_windows.h"
 #include "platform/window/detail/modal_widget.h"
+#include "platform/window/mdi.h"
 #include "platform/window/window.h"
 
 namespace platform {
@@ -194,6 +195,36 @@ void Queue::LetPaint() {
   // A foreign loop must hear of what it was just kept from.
   if (!m_posted.empty() || !m_input.empty() || m_quit) Kick();
   RethrowKept();
+}
+
+void Queue::ServeBusy() {
+  const int outerLevel = std::exchange(m_pullLevel, QThread::currentThread()->loopLevel());
+  QCoreApplication::processEvents();
+  // Each once: one that is due again as soon as it is called must not hold the command up.
+  MSG timer;
+  for (std::size_t left = m_timers.size(); left > 0 && TakeTimer(&timer, nullptr, 0, 0, true); --left) {
+    try {
+      Dispatch(timer);
+    } catch (...) {
+      Keep(std::current_exception());
+    }
+  }
+  m_pullLevel = outerLevel;
+  if (!m_posted.empty() || m_quit) Kick();
+}
+
+bool Queue::DropInput() {
+  const auto isEscape = [](const MSG& m) { return m.message == WM_KEYDOWN && m.wParam == VK_ESCAPE; };
+  const bool typed = std::any_of(m_input.begin(), m_input.end(), isEscape);
+  for (const MSG& message : m_input) Taken(message);
+  m_input.clear();
+  return std::erase_if(m_posted, isEscape) > 0 || typed;
+}
+
+std::size_t Queue::CountOfCloses() const {
+  return static_cast<std::size_t>(std::count_if(m_posted.begin(), m_posted.end(), [](const MSG& m) {
+    return m.message == WM_CLOSE || (m.message == WM_SYSCOMMAND && (m.wParam & 0xfff0U) == SC_CLOSE);
+  }));
 }
 
 void Queue::Wait(int milliseconds) {

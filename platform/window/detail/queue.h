@@ -30,6 +30,13 @@ class Queue : public QObject {
   bool Pull(MSG* message, HWND window, UINT first, UINT last, bool remove);
   /// Lets Qt deliver what it has, but no input, and takes nothing.
   void LetPaint();
+  /// For a command that takes long: lets Qt deliver what it has, and calls the timers that are due. Takes
+  /// nothing else. What a handler throws is kept.
+  void ServeBusy();
+  /// Takes all input, which is for nobody. True: Escape was among it, or was posted.
+  bool DropInput();
+  /// How many posted messages would close a window.
+  std::size_t CountOfCloses() const;
   /// Waits in Qt for something new, at most so long (-1: for ever).
   void Wait(int milliseconds);
 
@@ -46,12 +53,15 @@ class Queue : public QObject {
   void HoldKick(bool hold) { m_held = hold; }
 
   bool InPump() const { return m_pumpDepth > 0; }
+  int PumpDepth() const { return m_pumpDepth; }
+  void BeginPump() { ++m_pumpDepth; }
+  void EndPump() { --m_pumpDepth; }
 
   /// While it lives, a loop of ours is waiting, looking for messages or dispatching one.
   class PumpScope {
    public:
-    PumpScope() { ++Instance().m_pumpDepth; }
-    ~PumpScope() { --Instance().m_pumpDepth; }
+    PumpScope() { Instance().BeginPump(); }
+    ~PumpScope() { Instance().EndPump(); }
     PumpScope(const PumpScope&) = delete;
     PumpScope& operator=(const PumpScope&) = delete;
   };
