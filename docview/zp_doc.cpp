@@ -17,6 +17,7 @@
 #include "platform/framework/view.h"
 #include "platform/window/pump.h"
 #include "print/print_command.h"
+#include "viewing/long_command.h"
 #include "viewing/page_source.h"
 
 namespace {
@@ -71,12 +72,16 @@ BOOL CZPDoc::OnOpenDocument(LPCTSTR pszPath) {
   const CString path(pszPath);  // the caller's text may be the document's own path
   ShowOpening();
   DeletePages();
+  const LongCommand command(AfxGetMainWnd(), IDS_ZP_OPENING_PAGE);
+  const JobWatch<CZPDoc> watch(*this);
   int pages = 0;
   try {
     pages = CountPages(PageSource::File(path));
   } catch (CLeadtoolsException* exception) {
-    return FailOpen(exception);
+    if (watch.Get() != nullptr) return FailOpen(exception);
+    exception->Delete();
   }
+  if (watch.Get() == nullptr) return 0;
   SetPathName(path, TRUE);
   return LoadPages(
       pages, [&path](CZPPage& page, int number) { return page.LoadPage(path, number, nullptr, nullptr); });
@@ -85,6 +90,7 @@ BOOL CZPDoc::OnOpenDocument(LPCTSTR pszPath) {
 int CZPDoc::OpenDocumentMemory(BYTE* pBuffer, DWORD dwSize) {
   const platform::ObjectHold hold(this);
   ShowOpening();
+  const LongCommand command(AfxGetMainWnd(), IDS_ZP_OPENING_PAGE);
   int pages = 0;
   try {
     pages = CountPages(PageSource::Memory(pBuffer, static_cast<long>(dwSize)));
@@ -102,24 +108,55 @@ int CZPDoc::OpenDocumentMemory(BYTE* pBuffer, DWORD dwSize) {
   });
 }
 
+/// A page whose load is on the stack. If the document gives the page up meanwhile it ends with this.
+class CZPDoc::PageInLoad {
+ public:
+  explicit PageInLoad(CZPPage& page) : m_page(&page), m_outer(std::exchange(s_innermost, this)) {}
+  PageInLoad(const PageInLoad&) = delete;
+  PageInLoad& operator=(const PageInLoad&) = delete;
+  ~PageInLoad() {
+    s_innermost = m_outer;
+    if (m_isGivenUp) delete m_page;
+  }
+  static bool TakesOver(const CZPPage* page) {
+    PageInLoad* load = s_innermost;
+    while (load != nullptr && load->m_page != page) load = load->m_outer;
+    if (load != nullptr) load->m_isGivenUp = true;
+    return load != nullptr;
+  }
+
+ private:
+  CZPPage* m_page;
+  PageInLoad* m_outer;
+  bool m_isGivenUp = false;
+  static inline PageInLoad* s_innermost = nullptr;
+};
+
 template <class LoadPage>
 int CZPDoc::LoadPages(int nCount, const LoadPage& loadPage) {
   const JobWatch<CZPDoc> watch(*this);
+  LongCommand command(AfxGetMainWnd(), IDS_ZP_OPENING_PAGE);
   m_arrPages.SetSize(std::max(nCount, 0));
   for (int i = 0; i < m_arrPages.GetSize(); ++i) m_arrPages[i] = CreatePage();
   int loaded = 0;
   int shown = 0;  // pages that the views know of
   auto look = Clock::now() + kPatience;
-  for (int i = 0; i < m_arrPages.GetSize(); ++i) {
+  // A handler of the host, or its answer to a new size, may end this document, or open another source in it.
+  for (int i = 0; i < nCount && command.Reach(i + 1, nCount); ++i) {
+    if (watch.Get() == nullptr) return 0;
     CZPPage* const page = PageAt(i);
-    if (page != nullptr) loaded |= loadPage(*page, i);
+    if (page != nullptr) {
+      const PageInLoad inLoad(*page);
+      loaded |= loadPage(*page, i);
+    }
+    if (watch.Get() == nullptr) return 0;
     if (loaded == 0 || Clock::now() < look) continue;
     ShowSoFar(shown, i + 1);
-    // A host's answer to a new size may end this document, or open another source in it.
     if (watch.Get() == nullptr) return 0;
     shown = i + 1;
     look = Clock::now() + kPatience;
   }
+  if (watch.Get() == nullptr) return 0;
   ShowOpened(0);
   if (loaded != 0) return 1;
   ReportNoPage();
@@ -209,7 +246,10 @@ void CZPDoc::DeletePages() {
   m_nActivePage = -1;
   CPtrArray pages;
   std::swap(pages, m_arrPages);
-  for (int i = 0; i < pages.GetSize(); ++i) delete static_cast<CZPPage*>(pages[i]);
+  for (int i = 0; i < pages.GetSize(); ++i) {
+    auto* const page = static_cast<CZPPage*>(pages[i]);
+    if (!PageInLoad::TakesOver(page)) delete page;
+  }
 }
 
 CZPPage* CZPDoc::PageAt(int nPage) const {

@@ -80,6 +80,8 @@ class TESSAREL_API CZPDoc : public CDocument {
   CPtrArray m_arrPages;  ///< of CZPPage, owned; null entries are passed over when they are deleted
 
  private:
+  class PageInLoad;
+
   template <class LoadPage>
   int LoadPages(int nCount, const LoadPage& loadPage);
   /// Null for a number that is no page of the document.

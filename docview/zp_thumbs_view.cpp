@@ -3,10 +3,12 @@
 #include "docview/hints.h"
 #include "docview/zp_doc.h"
 #include "library/failure.h"
+#include "library/resource_ids.h"
 #include "platform/framework/object_hold.h"
 #include "thumbs/page_picture.h"
 #include "thumbs/strip_items.h"
 #include "thumbs/thumb_caption.h"
+#include "viewing/long_command.h"
 
 IMPLEMENT_DYNCREATE(CZPThumbsView, CView)
 
@@ -86,10 +88,18 @@ void CZPThumbsView::CreateThumbsList() {
   try {
     LEADTOOLS::ImgListClear(m_hWnd);
     CZPDoc* const document = Document();
+    const platform::ObjectHold holdView(this);
     const platform::ObjectHold hold(document);
     const int pages = document == nullptr ? 0 : document->GetPagesNum();
     if (pages == 0) return;
-    for (int i = 0; i < pages; ++i) InsertPage(*document, i);
+    const unsigned filling = ++m_nFillings;
+    LongCommand command(this, IDS_ZP_STRIP_PAGE);
+    for (int i = 0; i < pages; ++i) {
+      command.Reach(i + 1, pages);
+      // A handler of the host may have ended the view or the document, or shown other pages.
+      if (!hold.Exists() || m_hWnd == nullptr || filling != m_nFillings) return;
+      InsertPage(*document, i);
+    }
     ChangeSelPage();
   } catch (CLeadtoolsException* exception) {
     ReportFailure(exception);

@@ -50,5 +50,7 @@ class TESSAREL_API CZPThumbsView : public CView {
   int ActivePage() const;
   void InsertPage(CZPDoc& document, int nPage);
 
+  unsigned m_nFillings = 0;  ///< tells one whether another one has begun meanwhile
+
   DECLARE_MESSAGE_MAP()
 };

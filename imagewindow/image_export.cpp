@@ -1,11 +1,13 @@
 #include "imagewindow/detail/export_room.h"
 #include "imagewindow/export_rules.h"
 #include "imagewindow/image_window.h"
+#include "library/failure.h"
 #include "library/resource_ids.h"
 #include "platform/base/kernel.h"
 #include "platform/base/translation.h"
 #include "platform/framework/message_box.h"
 #include "platform/framework/object_hold.h"
+#include "viewing/long_command.h"
 #include "viewing/page_source.h"
 
 namespace {
@@ -24,9 +26,10 @@ class ExportedPage {
 };
 
 /// Whatever fails, a target that was there stays; it may be the source itself, which is read until the end.
-void ExportAllPages(const PageSource& source, const CString& target, int pages) {
+void ExportAllPages(const PageSource& source, const CString& target, int pages, LongCommand& command) {
   leadtools12::NewFile file(target);
   for (int page = 1; page <= pages; ++page) {
+    if (!command.Reach(page, pages)) imaging::Fail(imaging::kErrorUserAbort, "Ended by the user");
     ExportedPage bitmap;
     _LOADFILEOPTION load{};
     _SAVEFILEOPTION save{};
@@ -53,16 +56,25 @@ void ExportOnePage(const PageSource& source, const CString& target, const struct
 }  // namespace
 
 bool CImageWindow::ExportByCopy(const CString& target) {
-  if (!exporting::HasRoom(target, exporting::SizeOfFile(m_strFilePath), m_pfnReportError)) return false;
-  if (CopyFileA(m_strFilePath, target, FALSE) == FALSE) {
-    CString text;
-    text.LoadString(IDS_ZP_COPY_ERROR);
-    m_pfnReportError(0, text);
+  const platform::ObjectHold hold(this);
+  if (!exporting::HasRoom(target, exporting::SizeOfFile(m_strFilePath), m_pfnReportError) || !hold.Exists())
     return false;
+  const CString source = m_strFilePath;
+  const ReportErrorFunction report = m_pfnReportError;
+  BOOL copied = FALSE;
+  bool stopped = false;
+  {
+    const LongCommand command(this, IDS_ZP_EXPORTING_PAGE);
+    platform::RunAside([&] { copied = CopyFileA(source, target, FALSE); });
+    stopped = command.IsStopped();
   }
   CString text;
-  text.FormatMessage(IDS_ZP_FILE_COPIED, static_cast<const char*>(m_strFilePath),
-                     static_cast<const char*>(target));
+  if (copied == FALSE) {
+    text.LoadString(IDS_ZP_COPY_ERROR);
+    if (!stopped) report(0, text);
+    return false;
+  }
+  text.FormatMessage(IDS_ZP_FILE_COPIED, static_cast<const char*>(source), static_cast<const char*>(target));
   AfxMessageBox(text, MB_ICONINFORMATION);
   return true;
 }
@@ -73,9 +85,11 @@ bool CImageWindow::ExportPages(const CString& target) {
   const exporting::Kind kind = exporting::KindOf(target);
   if (kind == exporting::Kind::Tif) {
     const int pages = m_nMaxPage;
+    const ReportErrorFunction report = m_pfnReportError;
+    LongCommand command(this, IDS_ZP_EXPORTING_PAGE);
     const exporting::Size size = exporting::SizeOfTif(source, pages, target);
-    if (!exporting::HasRoom(target, size, m_pfnReportError) || !hold.Exists()) return false;
-    ExportAllPages(source, target, pages);
+    if (!exporting::HasRoom(target, size, report) || !hold.Exists()) return false;
+    ExportAllPages(source, target, pages, command);
   } else {
     struct_file_information first{};
     source.Describe(&first, nullptr);
@@ -92,6 +106,7 @@ bool CImageWindow::ExportPages(const CString& target) {
     source.Describe(&page, choose ? &options : nullptr);
     const exporting::Size size = exporting::SizeOf(page, format);
     if (!exporting::HasRoom(target, size, m_pfnReportError) || !hold.Exists()) return false;
+    const LongCommand command(this, IDS_ZP_EXPORTING_PAGE);
     ExportOnePage(source, target, first, choose ? &options : nullptr, format);
   }
   return true;
@@ -113,10 +128,11 @@ bool CImageWindow::ExportAs(
     m_pfnReportError(0, platform::Localized("Non c'è nessuna pagina da esportare."));
     return false;
   }
+  const ReportErrorFunction report = m_pfnReportError;  // the window may go meanwhile
   try {
     if (!ExportPages(target)) return false;
   } catch (CLeadtoolsException* exception) {
-    Report(exception);
+    ReportFailure(exception, report);
     return false;
   }
   AfxMessageBox(IDS_ZP_EXPORT_DONE, MB_ICONINFORMATION);

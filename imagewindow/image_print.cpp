@@ -1,4 +1,5 @@
 #include "imagewindow/image_window.h"
+#include "platform/base/aside.h"
 #include "print/page_as_shown.h"
 #include "print/print_bitmap.h"
 #include "print/print_command.h"
@@ -6,6 +7,12 @@
 
 void CImageWindow::StopPrinting() {
   JobWatch<CImageWindow>::Gone(*this);
+  if (m_pFileBuf != nullptr) platform::AwaitAside();  // the host may free the block next
+}
+
+void CImageWindow::PostNcDestroy() {
+  if (m_pFileBuf != nullptr) StopPrinting();
+  CPageWindow<CWnd>::PostNcDestroy();
 }
 
 void CImageWindow::StopPrintingPage() {

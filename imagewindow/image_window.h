@@ -8,6 +8,7 @@
 #include "viewing/page_window.h"
 
 class CImageWindowFrame;
+class PageSource;
 
 extern template class TESSAREL_API CPageWindow<CWnd>;
 
@@ -115,6 +116,7 @@ class TESSAREL_API CImageWindow : public CPageWindow<CWnd> {
   /// CImageWindowFrame.
   virtual void UpdateZoomStatus();
   BOOL PreCreateWindow(CREATESTRUCT& cs) override;
+  void PostNcDestroy() override;
 
   /// Back to nothing open; scale, modes, callback and scroll position stay.
   void Initialize();
@@ -154,8 +156,12 @@ class TESSAREL_API CImageWindow : public CPageWindow<CWnd> {
   void StopPrintingPage();
   /// Tells the callback and ends the exception.
   void Report(CLeadtoolsException* exception);
-  /// Decodes a page of the source into m_Bitmap; throws.
-  void Decode(int page);
+  /// Counts the pages of a source that is opened. False after a failure that was told, or if something else
+  /// was opened meanwhile.
+  bool Count(const PageSource& source, int& pages);
+  /// Decodes a page of the source into m_Bitmap; throws. False, and nothing is changed, if something else is
+  /// shown meanwhile, or the window is gone.
+  bool Decode(int page);
   /// Repeats rows or columns of m_Bitmap until its pixels are square on the screen; throws.
   void MakePixelsSquare();
   /// The frame round this window, or null.
@@ -165,6 +171,7 @@ class TESSAREL_API CImageWindow : public CPageWindow<CWnd> {
   bool ExportPages(const CString& target);
 
   struct_file_information m_pageInfo{};  ///< what the source says of the page in m_Bitmap
+  unsigned m_nLoads = 0;                 ///< tells a load whether another one has begun meanwhile
 
   DECLARE_MESSAGE_MAP()
 };

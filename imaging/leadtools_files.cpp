@@ -221,11 +221,17 @@ int LEADTOOLS::LoadMemory(char* buffer, struct_LEAD_Bitmap* bitmap, int bits, in
 int LEADTOOLS::LoadSmallPagesMemory(char* buffer, long size, int side,
                                     void (*take)(struct_LEAD_Bitmap*, void*), void* userData) {
   return imaging::Guarded([&] {
-    const auto source = OpenMemorySource(buffer, size);
-    const auto reader = OpenReader(*source);
-    const int pages = reader->CountPages();
+    std::unique_ptr<Source> source;
+    std::unique_ptr<Reader> reader;
+    int pages = 0;
+    RunCoding([&] {
+      source = OpenMemorySource(buffer, size);
+      reader = OpenReader(*source);
+      pages = reader->CountPages();
+    });
     for (int page = 1; page <= pages; ++page) {
-      Bitmap record = RecordOf(DecodeAt(0, *reader, page, {1, side}));
+      Bitmap record = EmptyBitmap(0, 0, 1);
+      RunCoding([&] { record = RecordOf(DecodeAt(0, *reader, page, {1, side})); });
       take(&record, userData);
     }
     return 1;

@@ -82,6 +82,11 @@ enum : UINT {
   IDS_ZP_JOB_REFUSED = 41004,
   IDS_ZP_PAGE_COMBO_NAME = 41005,   ///< what a screen reader calls the combo
   IDS_ZP_SCALE_COMBO_NAME = 41006,  ///< the same
+  // How far a command has come: page %1 of %2
+  IDS_ZP_OPENING_PAGE = 41007,
+  IDS_ZP_EXPORTING_PAGE = 41008,
+  IDS_ZP_PRINTING_PAGE = 41009,
+  IDS_ZP_STRIP_PAGE = 41010,
 };
 
 // Menus, dialogs and pictures. Kinds count apart, so a menu, a cursor and an icon may have one number.

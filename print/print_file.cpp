@@ -3,9 +3,11 @@
 #include <cstring>
 #include <limits>
 
+#include "platform/base/aside.h"
 #include "platform/base/global_memory.h"
 #include "platform/graphics/dc.h"
 #include "print/print_dialogs.h"
+#include "print/print_failure.h"
 #include "print/sheet_size.h"
 #include "viewing/page_source.h"
 
@@ -178,8 +180,17 @@ void CPrintFile::DecodePage(int page) {
   options.PageNumber = page;
   struct_file_information info{};
   const PageSource source = PageSource::Of(m_strFile, m_pFileMem, static_cast<long>(m_dwFileMemSize));
-  source.Describe(&info, &options);
-  source.Load(&m_Bitmap, info.BitsPerPixel, info.Order, &options);
+  // The job's parent stays alive meanwhile, as between the pages.
+  std::optional<platform::AsideScope> aside;
+  if (g_pPrintAbortDlg != nullptr) aside.emplace([] { return PrintAbortProc(nullptr, 0) != FALSE; });
+  try {
+    source.Describe(&info, &options);
+    source.Load(&m_Bitmap, info.BitsPerPixel, info.Order, &options);
+  } catch (CLeadtoolsException* exception) {
+    if (exception->m_nError != imaging::kErrorUserAbort) throw;
+    exception->Delete();
+    throw static_cast<int>(PrintFailureAborted);
+  }
 }
 
 void CPrintFile::MakePixelsSquare(CDC& printer) {

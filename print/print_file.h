@@ -12,6 +12,7 @@
 class CDC;
 class CPrintDialog;
 class CWnd;
+class ProgressPane;
 
 /// Prints a document of many pages: a file, a file image in memory, or bitmaps that are decoded already.
 ///
@@ -94,7 +95,7 @@ class TESSAREL_API CPrintFile {
   void MakePixelsSquare(CDC& printer);
   void FillRecord(CPrintDialog& dialog, short copies, int first, int last, int pages) const;
   void PresetOrientation(CPrintDialog& dialog) const;
-  void PrintPages(const PRINTDLGA& record, CDC& dc, bool byPage);
+  void PrintPages(const PRINTDLGA& record, CDC& dc, bool byPage, ProgressPane& pane);
   void PrintSheet(CDC& dc, HGLOBAL mode);
   void PrintNamed(const char* printer, const char* path, short copies, PrintFormat format,
                   std::optional<WORD> fromPage, std::optional<WORD> toPage);

@@ -1,12 +1,14 @@
 #include <algorithm>
 #include <limits>
 
+#include "library/resource_ids.h"
 #include "platform/graphics/gdi.h"
 #include "print/print_dialogs.h"
 #include "print/print_file.h"
 #include "print/print_job.h"
 #include "print/printer_search.h"
 #include "print/sheet_size.h"
+#include "viewing/long_command.h"
 #include "viewing/page_source.h"
 
 namespace {
@@ -105,6 +107,8 @@ void CPrintFile::PresetOrientation(CPrintDialog& dialog) const {
 }
 
 void CPrintFile::DoPrint(short copies, CWnd* parent, bool defaultPrinter, int first, int last) {
+  // The dialog and the abort stage have loops of their own.
+  std::optional<LongCommand> command(std::in_place, parent, IDS_ZP_PRINTING_PAGE);
   const int pages = CountJobPages();
   if (last == -1) last = pages - 1;
   DWORD flags = m_pSelBitmap == nullptr ? PD_NOSELECTION : PD_ALLPAGES;
@@ -116,6 +120,7 @@ void CPrintFile::DoPrint(short copies, CWnd* parent, bool defaultPrinter, int fi
   const DialogHandles handles(dialog.m_pd, m_hDevMode, m_hDevNames);
   AbortStage stage(parent);
   if (LoadPage(first + 1, nullptr) != 0 && !defaultPrinter) PresetOrientation(dialog);
+  command.reset();
   if (!ChoosePrinter(dialog, defaultPrinter)) {
     stage.Dismiss();
     reset.Dismiss();
@@ -129,15 +134,16 @@ void CPrintFile::DoPrint(short copies, CWnd* parent, bool defaultPrinter, int fi
 
 void CPrintFile::Print_Work(const char*, PRINTDLGA& record, int, CDC& dc, CWnd* parent, bool byPage) {
   AbortStage::Open(dc, parent);
+  ProgressPane pane(parent, IDS_ZP_PRINTING_PAGE);
   const CString document = m_strAppName + ": " + m_strDocName;
   ThrowIfAborted();
   Check(dc.StartDoc(document));
-  PrintPages(record, dc, byPage);
+  PrintPages(record, dc, byPage, pane);
   ThrowIfAborted();
   Check(dc.EndDoc());
 }
 
-void CPrintFile::PrintPages(const PRINTDLGA& record, CDC& dc, bool byPage) {
+void CPrintFile::PrintPages(const PRINTDLGA& record, CDC& dc, bool byPage, ProgressPane& pane) {
   const bool selection = (record.Flags & PD_SELECTION) != 0;
   const int first = selection ? -1 : record.nFromPage;
   const int last = selection ? -1 : record.nToPage;
@@ -145,6 +151,7 @@ void CPrintFile::PrintPages(const PRINTDLGA& record, CDC& dc, bool byPage) {
   const int sheets = byPage ? record.nCopies : 1;
   for (int round = 0; round < rounds; ++round)
     for (int page = first; page <= last; ++page) {
+      pane.Show(page - first + 1, last - first + 1);
       if (LoadPage(page, &dc) == 0) continue;
       for (int sheet = 0; sheet < sheets; ++sheet) PrintSheet(dc, record.hDevMode);
     }

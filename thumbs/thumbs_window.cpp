@@ -5,10 +5,12 @@
 #include "imaging/ltwrap.h"
 #include "library/failure.h"
 #include "library/resource_ids.h"
+#include "platform/framework/object_hold.h"
 #include "thumbs/page_picture.h"
 #include "thumbs/strip_items.h"
 #include "thumbs/thumb_caption.h"
 #include "thumbs/thumb_size.h"
+#include "viewing/long_command.h"
 
 IMPLEMENT_DYNCREATE(CThumbsWindow, CWnd)
 
@@ -38,6 +40,18 @@ void MakeCrossedBox(struct_LEAD_Bitmap* picture) {
   thumbs::DrawCrossedBox(picture, {thumbs::kLandscapeWidth, thumbs::kPortraitHeight});
 }
 
+/// While it lives, a strip is being made.
+class Making {
+ public:
+  explicit Making(bool& flag) : m_flag(flag) { m_flag = true; }
+  ~Making() { m_flag = false; }
+  Making(const Making&) = delete;
+  Making& operator=(const Making&) = delete;
+
+ private:
+  bool& m_flag;
+};
+
 }  // namespace
 
 CThumbsWindow::~CThumbsWindow() {
@@ -60,28 +74,48 @@ void CThumbsWindow::Clear() {
 }
 
 void CThumbsWindow::CreateThumbsFile(const char* path) {
+  if (m_bMaking) return;
+  const platform::ObjectHold hold(this);
+  const Making making(m_bMaking);
   try {
     Clear();
     LEADTOOLS::LoadBitmapList(const_cast<char*>(path), &m_pBitmapList, 0, 1, nullptr, nullptr);
     if (Count() > kMadeAtOnce) return InsertItemsUnmade();
     LEADTOOLS::PrepareBitmapListPages(m_pBitmapList, {thumbs::kLandscapeWidth, nullptr, nullptr});
-    CreateThumbnails();
-    InsertItems(&thumbs::CaptionOfPage);
+    const bool made = CreateThumbnails();
+    if (m_hWnd == nullptr) return;
+    if (made)
+      InsertItems(&thumbs::CaptionOfPage);
+    else
+      InsertItemsUnmade();
   } catch (CLeadtoolsException* exception) {
     ShowFailure(exception);
   }
 }
 
 void CThumbsWindow::CreateThumbsMemory(char* block, int size) {
+  if (m_bMaking) return;
+  const platform::ObjectHold hold(this);
+  const Making making(m_bMaking);
   try {
     Clear();
-    const auto take = [](struct_LEAD_Bitmap* page, void* window) {
-      static_cast<CThumbsWindow*>(window)->AddShrunk(page);
-    };
-    LEADTOOLS::LoadSmallPagesMemory(block, size, thumbs::kLandscapeWidth, take, this);
-    InsertItems(&CaptionOfMemoryPage);
+    ReadPages(block, size);
+    if (m_hWnd != nullptr) InsertItems(&CaptionOfMemoryPage);
   } catch (CLeadtoolsException* exception) {
     ShowFailure(exception);
+  }
+}
+
+void CThumbsWindow::ReadPages(char* block, int size) {
+  const auto take = [](struct_LEAD_Bitmap* page, void* window) {
+    static_cast<CThumbsWindow*>(window)->AddShrunk(page);
+  };
+  const LongCommand command(this, IDS_ZP_STRIP_PAGE);
+  try {
+    LEADTOOLS::LoadSmallPagesMemory(block, size, thumbs::kLandscapeWidth, take, this);
+  } catch (CLeadtoolsException* exception) {
+    if (!command.IsStopped() || m_pBitmapList == nullptr) throw;
+    exception->Delete();  // those that there are will do
   }
 }
 
@@ -111,9 +145,20 @@ unsigned CThumbsWindow::Count() const {
   return count;
 }
 
-void CThumbsWindow::CreateThumbnails() {
+bool CThumbsWindow::CreateThumbnails() {
   const unsigned count = Count();
-  for (unsigned i = 0; i < count; ++i) Shrink(i);
+  LongCommand command(this, IDS_ZP_STRIP_PAGE);
+  try {
+    for (unsigned i = 0; i < count; ++i) {
+      if (!command.Reach(static_cast<int>(i) + 1, static_cast<int>(count))) return false;
+      Shrink(i);
+    }
+  } catch (CLeadtoolsException* exception) {
+    if (!command.IsStopped()) throw;
+    exception->Delete();
+    return false;
+  }
+  return m_hWnd != nullptr;
 }
 
 void CThumbsWindow::InsertItems(CString (*caption)(int page)) {
@@ -135,7 +180,9 @@ void CThumbsWindow::SetSel(int page) {
 }
 
 void CThumbsWindow::ShowFailure(CLeadtoolsException* exception) {
-  CString text = TakeFailure(exception).text;
+  const Failure failure = TakeFailure(exception);
+  if (failure.code == imaging::kErrorUserAbort) return;
+  CString text = failure.text;
   if (text.IsEmpty() != FALSE) text.LoadString(IDS_ZP_NO_DETAILS);
   MessageBox(text, "Error", 0);
 }

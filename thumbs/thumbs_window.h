@@ -38,8 +38,8 @@ class TESSAREL_API CThumbsWindow : public CWnd {
   void* m_pBitmapList = nullptr;  ///< the imaging service's list of pictures, in page order; owned
 
  protected:
-  /// Shrinks every bitmap of the list, in place.
-  void CreateThumbnails();
+  /// Shrinks every bitmap of the list, in place. False: the user has stopped it, or the window is gone.
+  bool CreateThumbnails();
 
  private:
   void Clear();
@@ -50,5 +50,8 @@ class TESSAREL_API CThumbsWindow : public CWnd {
   unsigned Count() const;
   void AddShrunk(leadtools12::struct_LEAD_Bitmap* page);
   void Shrink(unsigned index);
+  void ReadPages(char* block, int size);
   void ShowFailure(class CLeadtoolsException* exception);
+
+  bool m_bMaking = false;  ///< a host's handler that runs meanwhile must not begin anew
 };

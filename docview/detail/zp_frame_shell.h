@@ -4,6 +4,7 @@
 #include "docview/zp_thumbs_view.h"
 #include "library/library_entry.h"
 #include "platform/framework/cmd_ui.h"
+#include "platform/window/busy.h"
 #include "viewing/bars/viewer_bars.h"
 
 // How a document's frame is made, and how its bars follow the document. For the sources of the two frames.
@@ -116,6 +117,7 @@ void CZPFrame<Base>::OnUpdateZpViewThumbnails(CCmdUI* ui) {
 
 template <typename Base>
 BOOL CZPFrame<Base>::OnCommand(WPARAM wParam, LPARAM lParam) {
+  if (platform::BusyScope::IsServing()) return TRUE;  // one at a time
   if (LOWORD(wParam) != m_pSplitter->IdFromRowCol(0, 0)) return Base::OnCommand(wParam, lParam);
   if (HIWORD(wParam) == viewer_bars::kPicked) this->ShowOtherPage(viewer_bars::PickedIndex(lParam) + 1);
   return TRUE;

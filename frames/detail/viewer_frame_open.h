@@ -15,6 +15,7 @@
 #include "platform/framework/thread.h"
 #include "viewing/bars/viewer_bars.h"
 #include "viewing/commands/open_filter.h"
+#include "viewing/long_command.h"
 
 // How something gets into the viewer frame and out of it: opening, modal viewing, closing, export. For the
 // sources of the two frames.
@@ -49,6 +50,7 @@ bool CViewerFrame<Base>::OpenImageFile(const char* path) {
   CString name(path);
   if (path == nullptr && !AskForFile(&name)) return true;
   if (IsGone()) return false;
+  const LongCommand command(this, IDS_ZP_OPENING_PAGE);
   this->BeginWaitCursor();
   const bool opened = m_pImageWnd->OpenImageFile(name);
   this->EndWaitCursor();
@@ -59,6 +61,7 @@ template <typename Base>
 bool CViewerFrame<Base>::OpenImageMemory(void* block, unsigned long size) {
   const platform::ObjectHold hold(this);
   if (IsGone()) return false;
+  const LongCommand command(this, IDS_ZP_OPENING_PAGE);
   this->BeginWaitCursor();
   const bool opened = m_pImageWnd->OpenImageMemory(block, size);
   this->EndWaitCursor();

@@ -5,6 +5,7 @@
 #include "platform/framework/menu.h"
 #include "platform/framework/object_hold.h"
 #include "platform/resources/resource_tables.h"
+#include "platform/window/busy.h"
 #include "viewing/bars/viewer_bars.h"
 
 // The viewer frame's windows: how they are made, laid out and emptied. For the sources of the two frames.
@@ -179,6 +180,7 @@ void CViewerFrame<Base>::OnUpdateViewThumbnails(CCmdUI* ui) {
 
 template <typename Base>
 BOOL CViewerFrame<Base>::OnCommand(WPARAM wParam, LPARAM lParam) {
+  if (platform::BusyScope::IsServing()) return TRUE;  // one at a time
   if (LOWORD(wParam) != m_wndSplitter.IdFromRowCol(0, 0)) return CFrameWnd::OnCommand(wParam, lParam);
   if (HIWORD(wParam) != viewer_bars::kPicked || m_pImageWnd == nullptr) return TRUE;
   const int page = viewer_bars::PickedIndex(lParam) + 1;
