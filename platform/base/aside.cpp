@@ -112,6 +112,17 @@ class AsideScope::Worker {
 AsideScope::AsideScope(std::function<bool()> serve)
     : m_serve(std::move(serve)), m_outer(std::exchange(Innermost(), this)) {}
 
+bool AsideScope::Serve() {
+  const struct Serving {
+    explicit Serving(bool& flag) : flag(flag) { flag = true; }
+    ~Serving() { flag = false; }
+    Serving(const Serving&) = delete;
+    Serving& operator=(const Serving&) = delete;
+    bool& flag;
+  } serving(m_serving);
+  return m_serve();
+}
+
 AsideScope::~AsideScope() {
   Innermost() = m_outer;
 }
@@ -133,17 +144,17 @@ bool RunAside(const std::function<void()>& work) {
   } catch (const std::exception&) {
     return workHere();  // no thread can be had, or no memory for one
   }
+  // Work that is over before the first look may come again and again.
+  if (!scope->Serve()) return false;
   AsideScope::Worker& worker = *scope->m_worker;
   worker.Begin(work);
   std::exception_ptr servingThrew;
   while (!worker.IsDone()) {
-    scope->m_serving = true;
     try {
-      if (servingThrew || !scope->m_serve()) worker.Stop();
+      if (servingThrew || !scope->Serve()) worker.Stop();
     } catch (...) {
       servingThrew = std::current_exception();  // told once nothing uses the caller's variables any more
     }
-    scope->m_serving = false;
   }
   const std::exception_ptr thrown = worker.TakeThrown();
   if (thrown && !worker.IsStopped()) std::rethrow_exception(thrown);

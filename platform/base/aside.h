@@ -9,9 +9,9 @@
 
 namespace platform {
 
-/// While it lives, RunAside on this thread does its work on another one, and calls serve here again and again
-/// until the work is done. Scopes are nested; the innermost one serves. Without a scope, and within serve,
-/// work is done where it is asked for.
+/// While it lives, RunAside on this thread does its work on another one, and calls serve here before it and
+/// again and again until it is done. Scopes are nested; the innermost one serves. Without a scope, and within
+/// serve, work is done where it is asked for.
 class PLATFORM_API AsideScope {
  public:
   /// False from serve asks the work to stop. What it throws does too, and comes out of RunAside then.
@@ -26,6 +26,8 @@ class PLATFORM_API AsideScope {
   friend PLATFORM_API void AwaitAside();
   class Worker;
 
+  bool Serve();
+
   std::function<bool()> m_serve;
   std::unique_ptr<Worker> m_worker;  ///< made by the first work
   bool m_serving = false;
@@ -34,8 +36,8 @@ class PLATFORM_API AsideScope {
 
 /// Whether RunAside would use another thread now.
 PLATFORM_API bool HasAside();
-/// Does the work and throws what it throws. False: it was asked to stop meanwhile and has thrown, whatever
-/// that was. Work that comes to its end is done, even if it was asked to stop.
+/// Does the work and throws what it throws. False: it was asked to stop, and hasn't begun, or has thrown,
+/// whatever that was. Work that comes to its end is done, even if it was asked to stop.
 PLATFORM_API bool RunAside(const std::function<void()>& work);
 /// For whoever takes away, within serve, what the work uses: asks it to stop and waits until it has ended.
 PLATFORM_API void AwaitAside();

@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "platform/base/exception.h"
 
@@ -57,21 +58,27 @@ TEST(Aside, WorksWhereItIsAskedForWithoutAScopeAndWithinServe) {
 
 TEST(Aside, HandsOnWhatIsThrown) {
   int ended = 0;
-  const AsideScope scope([] { return false; });
+  bool goesOn = true;
+  const AsideScope scope([&] { return std::exchange(goesOn, false); });
   EXPECT_THROW(RunAside([] { throw std::runtime_error("x"); }), std::runtime_error);
+  goesOn = true;
   // Stopped, what it throws doesn't count, and its pointers end all the same.
   EXPECT_FALSE(RunAside([&] {
     WaitUntilStopped();
     throw new Counted(ended);
   }));
   EXPECT_EQ(ended, 1);
+  goesOn = true;
   EXPECT_TRUE(RunAside([&] { WaitUntilStopped(); })) << "it came to its end";
+  EXPECT_FALSE(RunAside([] { ADD_FAILURE() << "begun after the stop"; }));
 }
 
 TEST(Aside, WhatServeThrowsComesOnceTheWorkHasEnded) {
+  std::atomic<bool> working = false;
   std::atomic<bool> worked = false;
-  const AsideScope scope([]() -> bool { throw std::runtime_error("serve"); });
+  const AsideScope scope([&] { return !working || (throw std::runtime_error("serve"), false); });
   EXPECT_THROW(RunAside([&] {
+                 working = true;
                  WaitUntilStopped();
                  worked = true;
                }),
@@ -83,6 +90,7 @@ TEST(Aside, WhoTakesAwayWhatTheWorkUsesWaitsForItsEnd) {
   std::atomic<bool> working = false;
   bool wasWorking = true;
   const AsideScope scope([&] {
+    if (!working) return true;
     platform::AwaitAside();
     wasWorking = working;
     return true;
