@@ -51,5 +51,6 @@
 #include "print/print_file.h"
 #include "viewing/commands/custom_zoom_dlg.h"
 #include "viewing/commands/go_to_page_dlg.h"
+#include "viewing/long_command.h"
 
 #endif

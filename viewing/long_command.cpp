@@ -36,7 +36,7 @@ ProgressPane::~ProgressPane() {
 }
 
 LongCommand::LongCommand(CWnd* window, UINT progress) : m_pane(window, progress) {
-  if (platform::RunsInLoop()) m_aside.emplace([this] { return m_busy.Serve(); });
+  if (platform::RunsInLoop() && !platform::HasAside()) m_aside.emplace([this] { return m_busy.Serve(); });
 }
 
 bool LongCommand::Reach(int page, int pages) {

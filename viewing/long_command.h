@@ -47,6 +47,7 @@ class TESSAREL_API LongCommand {
 
   /// Before each page. False once the command is to stop.
   bool Reach(int page, int pages);
+  /// Whether the user has asked it to stop.
   bool IsStopped() const { return m_busy.IsStopped(); }
 
  private:
