@@ -35,6 +35,26 @@ class Page {
 /// Codes of LEADTOOLS::SaveBitmap.
 enum : int { kTifBilevel = 27, kPng = 75, kTifPackBits = 87, kJpeg = 98 };
 
+/// Pages in their order, told of one by one.
+class Pages {
+ public:
+  Pages(std::vector<int> numbers, const Reach& reach) : m_numbers(std::move(numbers)), m_reach(reach) {}
+  std::size_t Count() const { return m_numbers.size(); }
+  /// Throws Stopped.
+  template <typename Write>
+  void ForEach(Write write) const {
+    int done = 0;
+    for (const int number : m_numbers) {
+      if (!m_reach(++done, static_cast<int>(m_numbers.size()))) throw Stopped();
+      write(number);
+    }
+  }
+
+ private:
+  std::vector<int> m_numbers;
+  const Reach& m_reach;
+};
+
 std::vector<int> PagesOf(const PageRanges& ranges) {
   std::vector<int> pages;
   for (const PageRange& range : ranges)
@@ -42,19 +62,19 @@ std::vector<int> PagesOf(const PageRanges& ranges) {
   return pages;
 }
 
-void WriteTif(const InputFile& file, const std::string& target, const std::vector<int>& pages) {
+void WriteTif(const InputFile& file, const std::string& target, const Pages& pages) {
   Imaging(file, [&] {
     leadtools12::NewFile output(target.c_str());
     _SAVEFILEOPTION options{};
     LEADTOOLS::GetDefaultSaveFileOption(&options);
     options.PageNumber = 0;
-    for (const int number : pages) {
+    pages.ForEach([&](int number) {
       Page page(file, number);
       ++options.PageNumber;
       const bool bilevel = page.Get()->BitsPerPixel == 1;
       LEADTOOLS::SaveBitmap(target.c_str(), page.Get(), bilevel ? kTifBilevel : kTifPackBits, 0,
                             bilevel ? -1 : 0, &options);
-    }
+    });
     output.Complete();
   });
 }
@@ -71,15 +91,14 @@ bool HoldsOnePage(const std::string& ending) {
   return ending == ".png" || ending == ".jpg" || ending == ".jpeg";
 }
 
-void WritePictures(const InputFile& file, const std::string& target, const std::vector<int>& pages,
-                   int format) {
-  for (const int number : pages) {
+void WritePictures(const InputFile& file, const std::string& target, const Pages& pages, int format) {
+  pages.ForEach([&](int number) {
     Page page(file, number);
     Imaging(file, [&] {
-      LEADTOOLS::SaveBitmap(PictureName(target, number, pages.size()).c_str(), page.Get(), format, 0, 0,
+      LEADTOOLS::SaveBitmap(PictureName(target, number, pages.Count()).c_str(), page.Get(), format, 0, 0,
                             nullptr);
     });
-  }
+  });
 }
 
 /// A length on paper in tenths of a millimetre.
@@ -112,7 +131,7 @@ void Require(int result, const std::string& target) {
   if (result <= 0) FailToWrite(target);
 }
 
-void WritePdf(const InputFile& file, const std::string& target, const std::vector<int>& pages) {
+void WritePdf(const InputFile& file, const std::string& target, const Pages& pages) {
   CDC dc;
   DEVMODE first{};
   if (dc.Attach(CreateDCA(nullptr, nullptr, target.c_str(), &first)) == FALSE) FailToWrite(target);
@@ -120,7 +139,7 @@ void WritePdf(const InputFile& file, const std::string& target, const std::vecto
   document.cbSize = sizeof document;
   document.lpszDocName = file.Name().c_str();
   Require(StartDoc(dc.m_hDC, &document), target);
-  for (const int number : pages) {
+  pages.ForEach([&](int number) {
     Page page(file, number);
     const DEVMODE sheet = SheetOf(*page.Get());
     ResetDC(dc.m_hDC, &sheet);
@@ -130,7 +149,7 @@ void WritePdf(const InputFile& file, const std::string& target, const std::vecto
                                 dc.GetDeviceCaps(VERTRES), 0);
     });
     Require(EndPage(dc.m_hDC), target);
-  }
+  });
   Require(EndDoc(dc.m_hDC), target);
 }
 
@@ -152,8 +171,8 @@ std::vector<std::string> ExportTargets(const std::string& target, const PageRang
   return targets;
 }
 
-void ExportPages(const InputFile& file, const Options& options) {
-  const std::vector<int> pages = PagesOf(RangesWithin(options.pages, Describe(file).TotalPages));
+void ExportPages(const InputFile& file, const Options& options, const Reach& reach) {
+  const Pages pages(PagesOf(RangesWithin(options.pages, Describe(file).TotalPages)), reach);
   const std::string ending = ExportEnding(options.target);
   if (ending == ".pdf")
     WritePdf(file, options.target, pages);

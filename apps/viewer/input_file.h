@@ -32,14 +32,19 @@ class InputFile {
   int m_memory = -1;  ///< file of standard input
 };
 
-/// Calls the imaging service, its exception turned into a FileError.
+/// The user has stopped what was being done; nothing of it stays.
+struct Stopped {};
+
+/// Calls the imaging service, its exception turned into a FileError, or into Stopped.
 template <typename Call>
 void Imaging(const InputFile& file, Call call) {
   try {
     call();
   } catch (CLeadtoolsException* exception) {
-    const CString text = CLeadtoolsException::GetErrorMessage(exception->GetLastError());
+    const int code = exception->GetLastError();
+    const CString text = CLeadtoolsException::GetErrorMessage(code);
     exception->Delete();
+    if (code == imaging::kErrorUserAbort) throw Stopped();
     throw FileError(file.Told(static_cast<const char*>(text)));
   }
 }

@@ -5,6 +5,7 @@
 
 #include "command_line.h"
 #include "input_file.h"
+#include "interrupt.h"
 #include "resources.h"
 #include "viewer_app.h"
 #include "windowless.h"
@@ -21,7 +22,10 @@ class CWindowlessApp : public CWinApp {
 void Run(const std::string& argument, const Options& options) {
   const InputFile file(argument);
   if (options.mode == Mode::Info) ShowInfo(file);
-  if (options.mode == Mode::Export) ExportPages(file, options);
+  if (options.mode == Mode::Export) {
+    InterruptibleWork work(IDS_ZP_EXPORTING_PAGE);
+    ExportPages(file, options, [&](int page, int pages) { return work.Reach(page, pages); });
+  }
   if (options.mode == Mode::Print) PrintPages(file, options);
 }
 
@@ -36,6 +40,9 @@ int RunWindowless(const Options& options) {
       std::fflush(stdout);
       std::fprintf(stderr, "tessarel-viewer: %s\n", error.what());
       status = 1;
+    } catch (const Stopped&) {
+      constexpr int kEndedBySignal = 128;  // as shells count
+      return kEndedBySignal + InterruptibleWork::Signal();
     }
   }
   return status;

@@ -78,6 +78,7 @@ constexpr platform::StringResource kStrings[] = {
     {IDS_OPEN_NEW_FILE, "Nella cartella è arrivato il file %1!s!.\nAprirlo?"},
     {IDS_OPEN_NEW_FILES, "Nella cartella sono arrivati %1!d! nuovi file:\n%2!s!\nAprirli?"},
     {IDS_REPLACE, "%1!s! esiste già.\nSostituire ciò che c'è?"},
+    {IDS_MANY_WINDOWS, "I file sono %1!d!.\nAprire una finestra per ciascuno?"},
     {IDS_NO_PRINTERS, "Non c'è nessuna stampante."},
     {IDS_WATCHING, "I nuovi file della cartella %1!s! saranno segnalati"},
     {IDS_WATCHING_NO_MORE, "I nuovi file della cartella non sono più segnalati"},

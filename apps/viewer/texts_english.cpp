@@ -74,6 +74,7 @@ constexpr platform::StringResource kStrings[] = {
     {IDS_OPEN_NEW_FILE, "The file %1!s! has come into the folder.\nOpen it?"},
     {IDS_OPEN_NEW_FILES, "%1!d! new files have come into the folder:\n%2!s!\nOpen them?"},
     {IDS_REPLACE, "%1!s! exists already.\nReplace what is there?"},
+    {IDS_MANY_WINDOWS, "There are %1!d! files.\nOpen a window for each of them?"},
     {IDS_NO_PRINTERS, "There is no printer."},
     {IDS_WATCHING, "New files of the folder %1!s! will be told"},
     {IDS_WATCHING_NO_MORE, "New files of the folder are no longer told"},

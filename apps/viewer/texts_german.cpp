@@ -73,6 +73,7 @@ constexpr platform::StringResource kStrings[] = {
     {IDS_OPEN_NEW_FILE, "In den Ordner kam die Datei %1!s!.\nÖffnen?"},
     {IDS_OPEN_NEW_FILES, "In den Ordner kamen %1!d! neue Dateien:\n%2!s!\nÖffnen?"},
     {IDS_REPLACE, "%1!s! existiert bereits.\nErsetzen?"},
+    {IDS_MANY_WINDOWS, "Es sind %1!d! Dateien.\nFür jede ein Fenster öffnen?"},
     {IDS_NO_PRINTERS, "Es gibt keinen Drucker."},
     {IDS_WATCHING, "Neue Dateien des Ordners %1!s! werden gemeldet"},
     {IDS_WATCHING_NO_MORE, "Neue Dateien des Ordners werden nicht mehr gemeldet"},

@@ -63,7 +63,7 @@ void SaveTurnedPixels(const std::string& source, const std::string& target, int 
       LEADTOOLS::RotateBitmap(&bitmap, quarters * kQuarter, 0, 0);
       LEADTOOLS::SaveBitmap(target.c_str(), &bitmap, format, 0, 0, nullptr);
     });
-  } catch (const FileError&) {
+  } catch (...) {
     LEADTOOLS::FreeBitmap(&bitmap);
     throw;
   }

@@ -83,6 +83,12 @@ bool CViewerApp::OpenInNewWindow(const std::string& path) {
   return window != nullptr && window->OpenPath(path);
 }
 
+bool CViewerApp::MayOpen(std::size_t windows) {
+  constexpr std::size_t kUnasked = 20;
+  return windows <= kUnasked || AfxMessageBox(TextWith(IDS_MANY_WINDOWS, static_cast<int>(windows)),
+                                              MB_YESNO | MB_ICONQUESTION) == IDYES;
+}
+
 bool CViewerApp::OpenFile(const std::string& argument) {
   try {
     auto file = std::make_unique<InputFile>(argument);
@@ -123,7 +129,11 @@ BOOL CViewerApp::InitInstance() {
     CViewerWindow* const window = MakeWindow();
     if (window != nullptr && m_options.watch.empty()) window->Ask();
   }
-  for (const std::string& file : m_options.files) m_failed = !OpenFile(file) || m_failed;
+  const platform::LoopScope loop;  // it runs next, and files may take long
+  if (!m_options.files.empty()) m_failed = !OpenFile(m_options.files.front());
+  if (MayOpen(m_options.files.size()))
+    for (std::size_t i = 1; i < m_options.files.size(); ++i)
+      m_failed = !OpenFile(m_options.files[i]) || m_failed;
   if (!m_options.watch.empty() && !m_windows.empty()) m_windows.front()->Watch(FullPath(m_options.watch));
   return m_pMainWnd != nullptr ? TRUE : FALSE;
 }

@@ -18,6 +18,8 @@ class CViewerApp : public CWinApp {
   int DoMessageBox(LPCTSTR text, UINT type, UINT helpId) override;
   /// A new window with the file. False after a failure that was told.
   bool OpenInNewWindow(const std::string& path);
+  /// Whether so many windows may be opened at once: of many the user is asked.
+  bool MayOpen(std::size_t windows);
   /// Somebody sees the windows.
   bool HasUser() const { return m_options.mode == Mode::Window; }
   const std::vector<CViewerWindow*>& Windows() const { return m_windows; }

@@ -28,6 +28,7 @@ bool CViewerWindow::OpenDroppedFile(const char* path) {
 
 void CViewerWindow::OpenDroppedFiles(const std::vector<std::string>& paths) {
   std::size_t next = 0;
+  if (!TheViewerApp().MayOpen(paths.size())) return;
   if (!paths.empty() && (paths.size() == 1 || !IsOpen())) OpenPath(paths[next++]);
   for (; next < paths.size(); ++next) TheViewerApp().OpenInNewWindow(paths[next]);
 }

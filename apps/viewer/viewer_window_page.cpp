@@ -115,7 +115,11 @@ void CViewerWindow::OnExportPages() {
   SetMessageText(UINT{IDS_ZP_EXPORTING});
   try {
     const WaitCursor wait(*this);
-    ExportPages(*m_file, options);
+    LongCommand command(this, IDS_ZP_EXPORTING_PAGE);
+    ExportPages(*m_file, options, [&](int page, int pages) { return command.Reach(page, pages); });
+  } catch (const Stopped&) {
+    SetMessageText(UINT{AFX_IDS_IDLEMESSAGE});
+    return;
   } catch (const FileError& error) {
     SetMessageText(UINT{AFX_IDS_IDLEMESSAGE});
     ShowError(error.what());
@@ -137,6 +141,7 @@ void CViewerWindow::OnPrintPages() {
   if (dialog.DoModal() != IDOK || m_hWnd == nullptr || m_file == nullptr) return;
   try {
     const WaitCursor wait(*this);
+    const LongCommand command(this, IDS_ZP_PRINTING_PAGE);
     PrintRanges(*m_file, dialog.Printer(), dialog.Ranges());
   } catch (const FileError& error) {
     ShowError(error.what());
@@ -166,7 +171,10 @@ void CViewerWindow::OnSaveTurned() {
   if (asked.empty() || !MayReplace({target}, asked) || m_file == nullptr) return;
   try {
     const WaitCursor wait(*this);
+    const LongCommand command(this, IDS_ZP_EXPORTING_PAGE);
     SaveTurnedCopy(m_file->Path(), target, quarters);
+  } catch (const Stopped&) {
+    return;
   } catch (const FileError& error) {
     ShowError(error.what());
     return;

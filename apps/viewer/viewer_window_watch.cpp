@@ -99,6 +99,7 @@ void CViewerWindow::TellArrival(const std::vector<std::string>& paths) {
 
 /// An empty window takes the first.
 void CViewerWindow::OpenArrived(const std::vector<std::string>& paths) {
+  if (!TheViewerApp().MayOpen(paths.size())) return;
   for (const std::string& path : paths)
     if (m_hWnd != nullptr && m_pImageWnd != nullptr && !IsOpen())
       OpenPath(path);

@@ -29,11 +29,11 @@ class ViewerProgram : public ::testing::Test {
     fs::remove_all(folder);
   }
   // Without a display: nothing here may need one.
-  static Outcome Run(const std::string& arguments) {
+  static Outcome Run(const std::string& arguments, const std::string& limit = "timeout 60") {
     // Ended if it waits for somebody.
     return RunProgram(
-        "timeout 60 env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM CUPS_SERVER=/no/such/socket " VIEWER
-        " " +
+        limit +
+            " env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM CUPS_SERVER=/no/such/socket " VIEWER " " +
             arguments,
         ".");
   }
@@ -111,6 +111,23 @@ TEST_F(ViewerProgram, InfoTellsEachPageAndGoesOnBehindABadFile) {
   EXPECT_EQ(Run("--info - < fax.tif").out, "standard input: 3 pages\n" + pages);
   fs::copy_file("fax.tif", "--odd");
   EXPECT_EQ(Run("--info -- --odd").out, "--odd: 3 pages\n" + pages);
+}
+
+/// Whoever ends a long export finds what was there before, and nothing beside it.
+TEST_F(ViewerProgram, AnExportThatIsInterruptedLeavesNothingHalfWritten) {
+  std::string pages = "1";
+  for (int i = 0; i < 3000; ++i) pages += ",2,3";
+  for (const char* ending : {"tif", "pdf"}) {
+    const std::string target = std::string("old.") + ending;
+    std::ofstream(target) << "what was there";
+    const auto before = std::distance(fs::directory_iterator("."), fs::directory_iterator());
+    const Outcome run = Run("--export " + target + " --pages " + pages + " fax.tif",
+                            "timeout --signal=INT --preserve-status 1");
+    EXPECT_EQ(run.status, 130) << target << ": " << run.err;
+    EXPECT_EQ(FileText(target), "what was there") << target;
+    EXPECT_LE(std::distance(fs::directory_iterator("."), fs::directory_iterator()), before + 2) << target;
+    EXPECT_EQ(run.err, "") << "progress is for terminals";
+  }
 }
 
 TEST_F(ViewerProgram, AnExportHasThePagesThatAreAskedFor) {

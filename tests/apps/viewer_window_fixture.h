@@ -70,7 +70,7 @@ class ViewerWindow : public ::testing::Test {
     Options options;
     options.target = (folder / name).string();
     options.pages = pages;
-    ExportPages(InputFile(path), options);
+    ExportPages(InputFile(path), options, [](int, int) { return true; });
     return options.target;
   }
   static int PagesOf(const fs::path& path) {

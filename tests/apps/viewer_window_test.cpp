@@ -116,6 +116,23 @@ TEST_F(ViewerWindow, OfSeveralDroppedFilesEachGetsAWindow) {
   EXPECT_TRUE(told.empty());
 }
 
+TEST_F(ViewerWindow, ManyFilesGetTheirWindowsOnceTheUserAgrees) {
+  Start({Fax("a.tif")});
+  const std::string b = Fax("b.tif");
+  const std::vector<const char*> many(21, b.c_str());
+  EXPECT_TRUE(app->MayOpen(20));
+  EXPECT_TRUE(told.empty());
+  for (const int given : {IDNO, IDYES}) {
+    answer = given;
+    told.clear();
+    ui::DropFiles(window->m_hWnd, {20, 20}, many);
+    Settle();
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_NE(told[0].find("21"), std::string::npos) << told[0];
+    EXPECT_EQ(app->Windows().size(), given == IDYES ? 22U : 1U);
+  }
+}
+
 TEST_F(ViewerWindow, KeysTurnThePageAtItsEnd) {
   Start({Fax("a.tif")});
   window->SetWindowPos(nullptr, 0, 0, 700, 600, SWP_NOZORDER);
