@@ -1,8 +1,11 @@
 // The document by itself: what an open makes of it, and what its views hear.
 
+#include <functional>
+
 #include "docview/hints.h"
 #include "library/resource_ids.h"
 #include "platform/framework/dialog.h"
+#include "platform/window/pump.h"
 #include "tests/docview/shell_fixture.h"
 
 namespace {
@@ -82,6 +85,33 @@ TEST_F(DocumentTest, ANewOneIsEmpty) {
   EXPECT_EQ(document.OnSaveDocument("x.tif"), 0);
   EXPECT_EQ(document.PrintDocument(nullptr, true, 0, -1), 0);
   EXPECT_EQ(Heard(), "");
+}
+
+/// In a loop the user and the host get their turn while the pages are decoded.
+TEST_F(DocumentTest, AnOpenIsStoppedByEscapeAndOvertakenByAnother) {
+  Page page{1200, 1200, 24};
+  page.level = [](int x, int y) { return (x * 7919 + y * 104729 + x * y) >> 3 & 255; };
+  const std::string path = File(std::vector<Page>(16, page));
+  const std::string other = PagesFile(2);
+  static std::function<void()> s_act;
+  const auto open = [&](std::function<void()> act) {
+    s_act = std::move(act);
+    SetTimer(nullptr, 0, 30, [](HWND, UINT, std::uintptr_t id, DWORD) {
+      KillTimer(nullptr, id);
+      s_act();
+    });
+    const platform::LoopScope loop;
+    return document.OnOpenDocument(path.c_str());
+  };
+  EXPECT_EQ(open([] { PostMessage(nullptr, WM_KEYDOWN, VK_ESCAPE, 0); }), 1);
+  EXPECT_EQ(document.GetPagesNum(), 16);
+  EXPECT_NE(document.GetHBitmap(0), nullptr);
+  EXPECT_EQ(document.GetHBitmap(15), nullptr);
+  EXPECT_EQ(open([&] { EXPECT_EQ(document.OnOpenDocument(other.c_str()), 1); }), 0);
+  EXPECT_EQ(document.GetPagesNum(), 2);
+  EXPECT_EQ(document.GetHBitmap(1)->Width, 120);
+  EXPECT_STREQ(document.GetPathName(), other.c_str());
+  EXPECT_TRUE(Reports().empty());
 }
 
 TEST_F(DocumentTest, APageThatCantBeDecodedStaysInItsPlace) {

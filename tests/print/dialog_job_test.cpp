@@ -1,6 +1,7 @@
 // Jobs that begin with the print dialog or the default printer, and the stage in which they can be stopped.
 
 #include <functional>
+#include <utility>
 
 #include "platform/framework/frame_wnd.h"
 #include "platform/window/dialog_keys.h"
@@ -26,7 +27,8 @@ class AbortingFrame : public CFrameWnd {
  public:
   bool sawDialog = false;
   bool wasDisabled = false;
-  UINT quits = 0;  ///< ends the program instead
+  UINT quits = 0;        ///< ends the program instead
+  bool escapes = false;  ///< presses Escape instead
 
  protected:
   LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
@@ -40,6 +42,8 @@ class AbortingFrame : public CFrameWnd {
     sawDialog = dialog != nullptr && ::IsWindowVisible(dialog) != 0;
     if (quits != 0) {
       PostQuitMessage(static_cast<int>(quits));
+    } else if (escapes) {
+      platform::testing::PressKey(::GetFocus(), VK_ESCAPE);
     } else if (dialog != nullptr) {
       const HWND button = ::GetDlgItem(dialog, kAbortButton);
       platform::testing::PressMouse(button, {5, 5});
@@ -232,11 +236,12 @@ TEST_F(DialogJob, BorrowedBitmaps) {
   EXPECT_EQ(pages.At(2)->Flags & 1, 1U);
 }
 
-TEST_F(DialogJob, TheButtonStopsTheJobAndNothingIsLeft) {
+TEST_F(DialogJob, ButtonAndEscapeStopTheJobAndNothingIsLeft) {
   Decoded pages(WriteFile({Black(1000, 1000, 24, 0, 0)}), 1);
   struct_LEAD_Bitmap* array[] = {pages.At(1)};
-  for (const UINT quits : {0U, 3U}) {
+  for (const auto& [quits, escapes] : {std::pair{0U, false}, {0U, true}, {3U, false}}) {
     frame->quits = quits;
+    frame->escapes = escapes;
     ::SetTimer(*frame, 1, 1, nullptr);
     CPrintFile job("prova");
     const int code =
