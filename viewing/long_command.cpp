@@ -26,13 +26,16 @@ void ProgressPane::Show(int page, int pages) {
   m_next = Clock::now() + kInterval;
   CWnd* const pane = CWnd::FromHandle(m_pane);
   if (!m_before) pane->GetWindowText(m_before.emplace());
-  CString text;
-  text.FormatMessage(m_text, page, pages);
-  pane->SetWindowText(text);
+  m_shown.FormatMessage(m_text, page, pages);
+  pane->SetWindowText(m_shown);
 }
 
 ProgressPane::~ProgressPane() {
-  if (m_before && ::IsWindow(m_pane) != FALSE) CWnd::FromHandle(m_pane)->SetWindowText(*m_before);
+  if (!m_before || ::IsWindow(m_pane) == FALSE) return;
+  CWnd* const pane = CWnd::FromHandle(m_pane);
+  CString text;
+  pane->GetWindowText(text);
+  if (text == m_shown) pane->SetWindowText(*m_before);
 }
 
 LongCommand::LongCommand(CWnd* window, UINT progress) : m_pane(window, progress) {
@@ -40,6 +43,6 @@ LongCommand::LongCommand(CWnd* window, UINT progress) : m_pane(window, progress)
 }
 
 bool LongCommand::Reach(int page, int pages) {
-  m_pane.Show(page, pages);
+  if (platform::RunsInLoop()) m_pane.Show(page, pages);
   return m_busy.Serve();
 }

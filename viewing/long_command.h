@@ -11,7 +11,7 @@
 class CWnd;
 
 /// How far a command has come, in the message pane of a window's frame. A short command isn't told of. What
-/// stood in the pane comes back at the end.
+/// stood in the pane comes back at the end, unless another text has come meanwhile.
 class TESSAREL_API ProgressPane {
  public:
   /// text: of the string table, with places for the page and the number of pages. window may be null, or
@@ -30,11 +30,12 @@ class TESSAREL_API ProgressPane {
   UINT m_text;
   Clock::time_point m_next;
   std::optional<CString> m_before;
+  CString m_shown;
 };
 
 /// While it lives, a command takes long. Where a message loop runs, the window stays alive meanwhile: it
 /// paints, timers come, pages are read and written aside, and Escape stops the command, as closing a window
-/// does. Where none runs, the command blocks.
+/// does. Where none runs, the command blocks, and the pane keeps its text.
 ///
 /// Handlers of the host run within Reach and within each call of the imaging service that reads or writes
 /// files, so whoever makes one holds itself (ObjectHold) and looks afterwards whether it is still there. No

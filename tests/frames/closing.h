@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/framework/thread.h"
+#include "platform/window/busy.h"
 #include "platform/window/pump.h"
 #include "platform/window/window.h"
 
@@ -35,7 +36,8 @@ class MeanwhileDo {
     return action;
   }
   static void Run(HWND, UINT, std::uintptr_t timer, DWORD) {
-    if (NextInLoop()) return;  // on a slow machine it is due before the call has begun; it comes again
+    // On a slow machine it is due before the call has begun, or while that works still; it comes again.
+    if (NextInLoop() || platform::BusyScope::IsServing()) return;
     KillTimer(nullptr, timer);
     if (Action()) std::exchange(Action(), nullptr)();
   }
