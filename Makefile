@@ -34,6 +34,7 @@ bench:
 lint:
 	@tools/setup lint
 	cmake --preset debug > /dev/null
+	tools/check_arm build/debug
 	tools/lint build/debug
 
 # clang-tidy only on what changed since the last landed state.
