@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
+
+#include "helper/module.h"
 
 // How large a page is drawn that has no pixels of its own.
 namespace helper {
@@ -26,6 +29,18 @@ inline DrawnSize SizeOfDrawing(double widthPoints, double heightPoints, int reso
     return std::max(1, static_cast<int>(std::lround(points * dots / kPointsPerInch)));
   };
   return {side(widthPoints), side(heightPoints), static_cast<int>(dots)};
+}
+
+/// What is told of such a page. format is its code, name that of its coding.
+inline PageRecord DrawnPage(const DrawnSize& size, int format, std::string_view name) {
+  PageRecord record;
+  record.format = format;
+  record.width = size.width;
+  record.height = size.height;
+  record.bits = record.memoryBits = 24;
+  record.xResolution = record.yResolution = size.dotsPerInch;
+  SetCompression(record, name);
+  return record;
 }
 
 }  // namespace helper

@@ -178,17 +178,7 @@ class Eps final : public Document {
 
   int CountPages() override { return 1; }
 
-  PageRecord Describe(int, int resolution) override {
-    const DrawnSize size = SizeAt(resolution);
-    PageRecord record;
-    record.format = kFormat;
-    record.width = size.width;
-    record.height = size.height;
-    record.bits = record.memoryBits = 24;
-    record.xResolution = record.yResolution = size.dotsPerInch;
-    SetCompression(record, "EPS");
-    return record;
-  }
+  PageRecord Describe(int, int resolution) override { return DrawnPage(SizeAt(resolution), kFormat, "EPS"); }
 
   Decoded Decode(int, int resolution, const Canvas& canvas) override {
     const DrawnSize size = SizeAt(resolution);

@@ -66,15 +66,7 @@ class DrawnPdf final : public Document {
   void WantSize(int width, int height) override { m_wanted = QSize(width, height); }
 
   PageRecord Describe(int page, int resolution) override {
-    const DrawnSize size = SizeOf(page, resolution);
-    PageRecord record;
-    record.format = kFormat;
-    record.width = size.width;
-    record.height = size.height;
-    record.bits = record.memoryBits = 24;
-    record.xResolution = record.yResolution = size.dotsPerInch;
-    SetCompression(record, "PDF");
-    return record;
+    return DrawnPage(SizeOf(page, resolution), kFormat, "PDF");
   }
 
   Decoded Decode(int page, int resolution, const Canvas& canvas) override {

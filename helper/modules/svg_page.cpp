@@ -65,17 +65,7 @@ class SvgDocument final : public Document {
 
   int CountPages() override { return 1; }
 
-  PageRecord Describe(int, int resolution) override {
-    const DrawnSize size = SizeAt(resolution);
-    PageRecord record;
-    record.format = m_code;
-    record.width = size.width;
-    record.height = size.height;
-    record.bits = record.memoryBits = 24;
-    record.xResolution = record.yResolution = size.dotsPerInch;
-    SetCompression(record, m_name);
-    return record;
-  }
+  PageRecord Describe(int, int resolution) override { return DrawnPage(SizeAt(resolution), m_code, m_name); }
 
   Decoded Decode(int, int resolution, const Canvas& canvas) override {
     const DrawnSize size = SizeAt(resolution);
